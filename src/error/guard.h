@@ -1,0 +1,33 @@
+#pragma once
+/// Carries an exception across the system's frames. Windows, its versions and its substitutes differ in what
+/// they do with an exception that leaves a window procedure (some swallow it), so none may: a procedure runs
+/// its body behind `guarded`, and the code that called into the system calls `rethrow_kept` right after the
+/// call.
+#include "platform/win32.h"
+
+#include <exception>
+
+namespace error {
+
+/// True while an exception is kept; procedures then only do the default.
+bool keeping() noexcept;
+/// Keeps the exception being handled and wakes the message loop, which may be blocked inside the system.
+void keep_current() noexcept;
+/// Throws the kept exception, if there is one; afterwards none is kept.
+void rethrow_kept();
+
+/// Runs `body`; an exception that leaves it is kept and `failure` returned. While one is kept, runs
+/// `fallback`.
+template <typename Body, typename Fallback>
+LRESULT guarded(LRESULT failure, Body body, Fallback fallback) noexcept {
+    if (keeping())
+        return fallback();
+    try {
+        return body();
+    } catch (...) {
+        keep_current();
+        return failure;
+    }
+}
+
+} // namespace error

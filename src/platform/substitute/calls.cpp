@@ -1,0 +1,86 @@
+#include "platform/substitute/calls.h"
+
+#include "platform/substitute/control_calls.h"
+#include "platform/substitute/kernel.h"
+
+#include <map>
+#include <thread>
+#include <vector>
+
+namespace substitute {
+namespace {
+
+struct Plan {
+    int remaining = 0;
+    DWORD code = 0;
+};
+
+struct State {
+    std::vector<std::string> made;
+    std::map<std::string, int, std::less<>> counts;
+    std::map<std::string, Plan, std::less<>> planned;
+    int any_remaining = 0;
+    int failed = 0;
+    bool recording = true;
+};
+
+State& state() {
+    static State instance;
+    return instance;
+}
+
+std::vector<void (*)()>& hooks() {
+    static std::vector<void (*)()> instance;
+    return instance;
+}
+
+/// Calls made by a test's peers on other threads are neither counted nor failed: which of them comes n-th
+/// would be a matter of luck.
+std::thread::id& watched_thread() {
+    static std::thread::id instance = std::this_thread::get_id();
+    return instance;
+}
+
+bool is_due(int& remaining) { return remaining > 0 && --remaining == 0; }
+
+} // namespace
+
+ResetHook::ResetHook(void (*hook)()) { hooks().push_back(hook); }
+
+DWORD failing(const char* function, DWORD fitting) {
+    if (std::this_thread::get_id() != watched_thread())
+        return 0;
+    State& now = state();
+    if (now.recording)
+        now.made.emplace_back(function);
+    ++now.counts[function];
+    DWORD code = is_due(now.any_remaining) ? fitting : 0;
+    if (const auto plan = now.planned.find(function);
+        plan != now.planned.end() && is_due(plan->second.remaining))
+        code = plan->second.code != 0 ? plan->second.code : fitting;
+    if (code != 0) {
+        ++now.failed;
+        SetLastError(code);
+    }
+    return code;
+}
+
+void reset() {
+    watched_thread() = std::this_thread::get_id();
+    state() = State{};
+    for (const auto hook : hooks())
+        hook();
+    SetLastError(0);
+}
+
+void fail_call(const std::string& function, int nth, DWORD code) { state().planned[function] = {nth, code}; }
+void fail_any_call(int nth) { state().any_remaining = nth; }
+int failed_calls() { return state().failed; }
+void record_calls(bool on) { state().recording = on; }
+std::vector<std::string> calls() { return state().made; }
+int call_count(const std::string& function) {
+    const auto found = state().counts.find(function);
+    return found == state().counts.end() ? 0 : found->second;
+}
+
+} // namespace substitute

@@ -1,0 +1,18 @@
+#pragma once
+/// What every function of the substitute does first: it notes that it was called, and learns whether a test
+/// wants this very call to fail.
+#include "platform/substitute/types.h"
+
+namespace substitute {
+
+/// Notes a call of `function`. Returns 0 when the call is to do its work, or the code to fail with (already
+/// set as the last error); `fitting` is the code that a real failure of this function would most likely
+/// carry.
+DWORD failing(const char* function, DWORD fitting);
+
+/// Each area of the substitute registers, at namespace scope, how it goes back to its state at process start.
+struct ResetHook {
+    explicit ResetHook(void (*hook)());
+};
+
+} // namespace substitute

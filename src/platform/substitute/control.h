@@ -1,0 +1,4 @@
+#pragma once
+/// The one header through which a test talks to the substitute: it scripts the user and the system's answers,
+/// makes calls fail, lets the clock run and lists what was asked.
+#include "platform/substitute/control_calls.h"

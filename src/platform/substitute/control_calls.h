@@ -1,0 +1,28 @@
+#pragma once
+/// How a test watches and fails calls into the substitute. Only calls of the thread that called reset()
+/// count.
+#include "platform/substitute/types.h"
+
+#include <string>
+#include <vector>
+
+namespace substitute {
+
+/// Everything back to the state at process start: no windows, keys, services, scripts or planned failures.
+void reset();
+
+/// Makes the `nth` call of `function` from now on fail (1 is the next), with `code` or, when 0, a fitting
+/// one.
+void fail_call(const std::string& function, int nth = 1, DWORD code = 0);
+/// Makes the `nth` call of any function from now on fail (1 is the next), with a code that fits the function.
+void fail_any_call(int nth);
+/// How many calls were made to fail since reset().
+int failed_calls();
+
+/// Names of all functions called since reset(), in order. Recording can be switched off for long runs.
+std::vector<std::string> calls();
+void record_calls(bool on);
+/// How often `function` was called since reset().
+int call_count(const std::string& function);
+
+} // namespace substitute
