@@ -1,0 +1,60 @@
+#pragma once
+/// What all entries share: one object knows one setting's title and help text, shows one page of controls
+/// while its tree node is selected, and moves the value between those controls and its store. The page's
+/// frame is a group box that holds the help text; the box is subclassed, so that what its controls report
+/// reaches the entry.
+#include "platform/win32.h"
+#include "store/data_manipulator.h"
+
+#include <map>
+#include <string>
+
+/// Every concrete entry derives from this class and from exactly one store class, which realises the shared
+/// DataManipulator. There is no virtual destructor: entries live until the process ends, and who owns one
+/// knows its kind (see OwnedEntry).
+class BaseEntry : public virtual DataManipulator {
+public:
+    BaseEntry(std::string title, std::string help_text);
+    BaseEntry(const BaseEntry&) = delete;
+    BaseEntry& operator=(const BaseEntry&) = delete;
+
+    const std::string& title() const { return title_; }
+    const std::string& help_text() const { return help_text_; }
+
+    /// Creates the page's controls in `parent`, the main window, places them and shows the value. Throws a
+    /// text (std::string) when a control cannot be created.
+    void select(HWND parent);
+    /// Takes the value from the page's controls and destroys them.
+    void deselect(HWND parent);
+
+    /// Creates the page's controls as children of `parent`. Throws a text when one cannot be created.
+    virtual void createControls(HWND parent);
+    virtual void destroyControls(HWND parent);
+    /// Places the controls, in pixels, by the client rectangle of `parent`.
+    virtual void layout(HWND parent);
+    /// Puts the store's current value into the controls.
+    virtual void showValue() = 0;
+    /// Sets the store's current value from the controls.
+    virtual void takeValue() = 0;
+    /// Handles a message sent to the group box; returns the message's result.
+    virtual LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+protected:
+    ~BaseEntry() = default;
+
+    /// The page's frame and the parent of the concrete entry's controls; null while the page is not shown.
+    HWND group_box() const { return group_box_; }
+
+private:
+    void create_group_box(HWND parent);
+
+    std::string title_;
+    std::string help_text_;
+    WNDPROC previous_procedure_ = nullptr;
+    bool selected_ = false;
+    HWND help_static_ = nullptr;
+    HWND group_box_ = nullptr;
+};
+
+/// Routes the messages of the group boxes to the entries whose pages they frame.
+inline std::map<HWND, BaseEntry*> entryByGroupBox;
