@@ -47,8 +47,10 @@ bool is_due(int& remaining) { return remaining > 0 && --remaining == 0; }
 
 ResetHook::ResetHook(void (*hook)()) { hooks().push_back(hook); }
 
+bool watched() { return std::this_thread::get_id() == watched_thread(); }
+
 DWORD failing(const char* function, DWORD fitting) {
-    if (std::this_thread::get_id() != watched_thread())
+    if (!watched())
         return 0;
     State& now = state();
     if (now.recording)

@@ -9,6 +9,8 @@ namespace substitute {
 /// set as the last error); `fitting` is the code that a real failure of this function would most likely
 /// carry.
 DWORD failing(const char* function, DWORD fitting);
+/// False on threads whose calls are neither noted nor failed: those of a test's peers.
+bool watched();
 
 /// Each area of the substitute registers, at namespace scope, how it goes back to its state at process start.
 struct ResetHook {

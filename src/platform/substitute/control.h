@@ -2,3 +2,4 @@
 /// The one header through which a test talks to the substitute: it scripts the user and the system's answers,
 /// makes calls fail, lets the clock run and lists what was asked.
 #include "platform/substitute/control_calls.h"
+#include "platform/substitute/control_sockets.h"

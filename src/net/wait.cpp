@@ -1,0 +1,27 @@
+#include "net/wait.h"
+
+namespace net {
+namespace {
+
+fd_set set_of(SOCKET handle) {
+    fd_set set;
+    FD_ZERO(&set);
+    FD_SET(handle, &set);
+    return set;
+}
+
+} // namespace
+
+int wait_readable(SOCKET handle, int seconds) {
+    fd_set set = set_of(handle);
+    timeval limit{seconds, 0};
+    return select(0, &set, nullptr, nullptr, &limit);
+}
+
+int wait_writable(SOCKET handle, int seconds) {
+    fd_set set = set_of(handle);
+    timeval limit{seconds, 0};
+    return select(0, nullptr, &set, nullptr, &limit);
+}
+
+} // namespace net
