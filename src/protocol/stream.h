@@ -1,0 +1,32 @@
+#pragma once
+/// A stream of octets to and from one peer. The record begins with its operations, so that codec and
+/// negotiation work over any stream without knowing its kind: the TCP stream opened here, or a test's own.
+///
+/// Operations return null on success and otherwise the message for the user, which is valid until two further
+/// messages are formatted. After a failure the stream is out of step with its peer; all it is good for is
+/// `close`.
+#include "net/socket.h"
+
+#include <cstddef>
+#include <cstdint>
+
+struct Stream {
+    /// Reads exactly `count` octets. Flushes first when writes are pending; a count of 0 does nothing.
+    const char* (*read)(Stream* stream, void* buffer, std::size_t count);
+    /// Sends `count` octets at once: there is no send buffer.
+    const char* (*socket_write_buf)(Stream* stream, const void* bytes, std::size_t count);
+    const char* (*socket_flush)(Stream* stream);
+    /// True when octets (or the peer's close) can be read within `seconds`.
+    bool (*wait_readable)(Stream* stream, int seconds);
+    /// Flushes what is pending, closes the connection and frees the record.
+    void (*close)(Stream* stream);
+
+    /// Set by every write, cleared by a flush and by a completed read.
+    bool pending;
+    Socket socket;
+};
+
+/// Connects to the IPv4 `address` (network byte order) and `port` and hands out a new record, to be ended by
+/// its own `close`. `flags` are those of `socket_connect`; the bit that marks a buffered stream is added. On
+/// failure `*stream` is null.
+const char* stream_open(Stream** stream, std::uint32_t address, std::uint16_t port, unsigned flags);

@@ -1,0 +1,73 @@
+#include "support/memory_stream.h"
+
+MemoryStream::MemoryStream(const Octets& sent)
+    : Stream{read_octets, write_octets, flush_octets, can_read, close_stream, false, {}} {
+    sends(sent);
+}
+
+void MemoryStream::sends(const Octets& unit, std::uint64_t times) {
+    if (!unit.empty() && times > 0)
+        script.push_back({unit, times});
+}
+
+std::uint64_t MemoryStream::unread() const {
+    std::uint64_t count = 0;
+    for (std::size_t i = part; i < script.size(); ++i)
+        count += script[i].unit.size() * script[i].times;
+    return part < script.size() ? count - copy * script[part].unit.size() - offset : 0;
+}
+
+void MemoryStream::fail_write(int nth, const char* text) {
+    failing_write = nth;
+    write_failure = text;
+}
+
+bool MemoryStream::next_octet(std::uint8_t* octet) {
+    if (part == script.size())
+        return false;
+    *octet = script[part].unit[offset];
+    if (++offset < script[part].unit.size())
+        return true;
+    offset = 0;
+    if (++copy < script[part].times)
+        return true;
+    copy = 0;
+    ++part;
+    return true;
+}
+
+const char* MemoryStream::read_octets(Stream* stream, void* buffer, std::size_t count) {
+    auto* self = static_cast<MemoryStream*>(stream);
+    if (count == 0)
+        return nullptr;
+    if (self->pending)
+        self->socket_flush(self);
+    auto* octets = static_cast<std::uint8_t*>(buffer);
+    for (std::size_t i = 0; i < count; ++i)
+        if (!self->next_octet(octets + i))
+            return "Peer closed connection unexpectedly";
+    return nullptr;
+}
+
+const char* MemoryStream::write_octets(Stream* stream, const void* bytes, std::size_t count) {
+    auto* self = static_cast<MemoryStream*>(stream);
+    if (self->failing_write == 1)
+        return self->write_failure;
+    if (self->failing_write > 1)
+        --self->failing_write;
+    const auto* octets = static_cast<const std::uint8_t*>(bytes);
+    self->received.insert(self->received.end(), octets, octets + count);
+    self->pending = true;
+    ++self->writes;
+    return nullptr;
+}
+
+const char* MemoryStream::flush_octets(Stream* stream) {
+    stream->pending = false;
+    ++static_cast<MemoryStream*>(stream)->flushes;
+    return nullptr;
+}
+
+bool MemoryStream::can_read(Stream* stream, int) { return static_cast<MemoryStream*>(stream)->unread() > 0; }
+
+void MemoryStream::close_stream(Stream* stream) { ++static_cast<MemoryStream*>(stream)->closes; }

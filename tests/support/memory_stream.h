@@ -1,0 +1,43 @@
+#pragma once
+/// A stream whose peer is a script in memory: what it sends is given beforehand, what it receives is kept.
+/// Its texts are those of the TCP stream.
+#include "protocol/stream.h"
+#include "support/octets.h"
+
+class MemoryStream : public Stream {
+public:
+    explicit MemoryStream(const Octets& sent = {});
+
+    /// Lets the peer send `times` copies of `unit` next. Only one copy is held.
+    void sends(const Octets& unit, std::uint64_t times = 1);
+    /// Octets that the peer sent and nobody read.
+    std::uint64_t unread() const;
+
+    /// Makes the n-th write from now on (1 is the next) and all later ones fail with `text`.
+    void fail_write(int nth, const char* text);
+
+    Octets received;
+    int writes = 0;
+    int flushes = 0;
+    int closes = 0;
+
+private:
+    struct Part {
+        Octets unit;
+        std::uint64_t times;
+    };
+
+    static const char* read_octets(Stream* stream, void* buffer, std::size_t count);
+    static const char* write_octets(Stream* stream, const void* bytes, std::size_t count);
+    static const char* flush_octets(Stream* stream);
+    static bool can_read(Stream* stream, int seconds);
+    static void close_stream(Stream* stream);
+    bool next_octet(std::uint8_t* octet);
+
+    std::vector<Part> script;
+    std::size_t part = 0;   // index into `script`
+    std::uint64_t copy = 0; // copies of the part's unit that are used up
+    std::size_t offset = 0; // into the copy being read
+    int failing_write = 0;  // counts down; 0 is never
+    const char* write_failure = nullptr;
+};
