@@ -1,0 +1,40 @@
+#include "store/common_reg_key.h"
+
+#include "store/registry_key_handle.h"
+#include "store/value_data.h"
+
+#include <algorithm>
+#include <cstring>
+
+CommonRegKey::CommonRegKey(HKEY root, std::string path, std::string value_name, bool read_now)
+    : root_(root), path_(std::move(path)), value_name_(std::move(value_name)) {
+    if (read_now)
+        CommonRegKey::read();
+}
+
+void CommonRegKey::read() {
+    const RegistryKeyHandle key(root_, path_, KEY_QUERY_VALUE);
+    if (!key)
+        throw "Cannot open path \"" + path_ + "\" for reading";
+    value_ = query_value_text(key.get(), value_name_.c_str()).value_or("");
+    stored_value_ = value_;
+}
+
+void CommonRegKey::write() {
+    const RegistryKeyHandle key(root_, path_, KEY_SET_VALUE);
+    if (!key)
+        throw "Cannot open path \"" + path_ + "\" for writing";
+    // A text of up to 1,023 characters is written with its terminating zero, so that at most 1,024 bytes are.
+    // A longer one fills the buffer and is written as 1,024 bytes without a terminator. The system, given a
+    // string without one, looks at the byte behind and takes it along when it is zero; the value would then
+    // have 1,025 bytes and read as empty. The buffer therefore has one byte more, which is not zero.
+    char buffer[kValueBufferSize + 1];
+    std::strncpy(buffer, value_.c_str(), kValueBufferSize);
+    buffer[kValueBufferSize] = '#';
+    const auto end = std::find(buffer, buffer + kValueBufferSize, '\0');
+    const auto size = std::min(static_cast<DWORD>(end - buffer) + 1, kValueBufferSize);
+    if (RegSetValueExA(key.get(), value_name_.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(buffer),
+                       size) != ERROR_SUCCESS)
+        throw "Cannot write key " + value_name_;
+    stored_value_ = value_;
+}

@@ -1,0 +1,29 @@
+#pragma once
+#include "platform/win32.h"
+#include "store/data_manipulator.h"
+
+#include <string>
+
+/// A whole registry key that the user may have deleted.
+class DeleteRegKey : public virtual DataManipulator {
+public:
+    /// Looks at once whether the key exists. `path` is relative to `root`.
+    DeleteRegKey(HKEY root, std::string path);
+
+    void read() override;
+    /// Deletes the key if that was requested. Failure is silent: the key still exists, and `changed` stays
+    /// true.
+    void write() override;
+    bool changed() const override { return exists_ && delete_requested_; }
+
+    /// Whether the key could be opened when last looked at, and was not deleted since.
+    bool exists() const { return exists_; }
+    bool delete_requested() const { return delete_requested_; }
+    void request_delete(bool on) { delete_requested_ = on; }
+
+private:
+    HKEY root_;
+    std::string path_;
+    bool exists_ = false;
+    bool delete_requested_ = false;
+};

@@ -1,0 +1,30 @@
+#include "store/value_enumeration.h"
+
+#include "store/registry_key_handle.h"
+#include "store/value_data.h"
+
+namespace {
+
+void add_value(std::map<std::string, std::string>& target, HKEY key, DWORD index) {
+    char name[1024];
+    DWORD name_size = sizeof name;
+    if (RegEnumValueA(key, index, name, &name_size, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+        return;
+    if (const auto text = query_value_text(key, name); text && !text->empty())
+        target.emplace(name, *text);
+}
+
+} // namespace
+
+void enumerate_values(std::map<std::string, std::string>& target, HKEY root, const std::string& path) {
+    const RegistryKeyHandle key(root, path, KEY_QUERY_VALUE);
+    if (!key)
+        throw "Cannot read out " + path;
+    DWORD count = 0;
+    if (RegQueryInfoKeyA(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
+                         nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+        throw "Cannot get number of keys under " + path;
+    // Deliberately from one past the last value down to the first.
+    for (DWORD index = count + 1; index-- > 0;)
+        add_value(target, key.get(), index);
+}
