@@ -1,0 +1,13 @@
+#pragma once
+/// The window procedures of the system's own classes. Internal to the substitute.
+#include "platform/substitute/user.h"
+
+namespace substitute {
+
+LRESULT button_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT static_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT edit_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+
+} // namespace substitute

@@ -1,0 +1,134 @@
+#include "platform/substitute/calls.h"
+#include "platform/substitute/window.h"
+
+#include <utility>
+
+namespace substitute {
+namespace {
+
+constexpr DWORD kInvalidWindowHandle = 1400;
+
+struct Focus {
+    HWND focus = nullptr;
+    HWND active = nullptr;
+};
+
+Focus& state() {
+    static Focus instance;
+    return instance;
+}
+
+const ResetHook reset_hook([] { state() = Focus{}; });
+
+HWND top_level_of(HWND handle) {
+    const Window* window = window_of(handle);
+    while (window != nullptr && is_child(*window)) {
+        handle = window->parent;
+        window = window_of(handle);
+    }
+    return handle;
+}
+
+/// A disabled window, or one inside a disabled window, cannot have the focus.
+bool can_have_focus(HWND handle) {
+    for (const Window* window = window_of(handle); window != nullptr; window = window_of(window->parent)) {
+        if ((window->style & WS_DISABLED) != 0)
+            return false;
+        if (!is_child(*window))
+            return true;
+    }
+    return false;
+}
+
+void move_focus(HWND handle) {
+    const HWND before = state().focus;
+    if (before == handle)
+        return;
+    state().focus = handle;
+    if (before != nullptr && IsWindow(before))
+        SendMessageA(before, WM_KILLFOCUS, reinterpret_cast<WPARAM>(handle), 0);
+    if (handle != nullptr && state().focus == handle && IsWindow(handle))
+        SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(before), 0);
+}
+
+bool set_active(HWND handle) {
+    const HWND before = state().active;
+    if (before == handle)
+        return true;
+    state().active = handle;
+    if (before != nullptr && IsWindow(before))
+        SendMessageA(before, WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(handle));
+    if (handle != nullptr && IsWindow(handle))
+        SendMessageA(handle, WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(before));
+    return state().active == handle;
+}
+
+/// The window that becomes active when `leaving` goes: its owner, else the topmost one that can.
+HWND successor_of(HWND leaving) {
+    const auto fits = [leaving](HWND each) {
+        const Window* window = window_of(each);
+        return each != leaving && window != nullptr && (window->style & WS_VISIBLE) != 0 &&
+               (window->style & WS_DISABLED) == 0;
+    };
+    if (const HWND owner = existing_window(leaving).owner; owner != nullptr && fits(owner))
+        return owner;
+    for (const HWND each : top_level_windows())
+        if (fits(each))
+            return each;
+    return nullptr;
+}
+
+} // namespace
+
+void activate(HWND handle) {
+    if (set_active(handle) && handle != nullptr && state().focus != handle && !IsChild(handle, state().focus))
+        move_focus(handle);
+}
+
+void leave_focus(HWND handle) {
+    const HWND focus = state().focus;
+    if (state().active == handle)
+        activate(successor_of(handle));
+    if (state().focus == focus && focus != nullptr && (focus == handle || IsChild(handle, focus)))
+        move_focus(nullptr);
+}
+
+} // namespace substitute
+
+using namespace substitute;
+
+HWND SetFocus(HWND handle) {
+    if (failing("SetFocus", kInvalidWindowHandle))
+        return nullptr;
+    const HWND before = state().focus;
+    if (handle != nullptr && (window_of(handle) == nullptr || !can_have_focus(handle)))
+        return nullptr;
+    if (handle != nullptr && !set_active(top_level_of(handle)))
+        return nullptr;
+    move_focus(handle);
+    return before;
+}
+
+HWND GetFocus() { return state().focus; }
+HWND GetActiveWindow() { return state().active; }
+
+BOOL EnableWindow(HWND handle, BOOL enable) {
+    if (failing("EnableWindow", kInvalidWindowHandle))
+        return FALSE;
+    Window* window = window_of(handle);
+    if (window == nullptr)
+        return FALSE;
+    const bool was_disabled = (window->style & WS_DISABLED) != 0;
+    if (was_disabled != (enable != FALSE))
+        return was_disabled;
+    window->style = enable != FALSE ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
+    if (enable == FALSE && state().focus == handle)
+        SetFocus(nullptr);
+    SendMessageA(handle, WM_ENABLE, enable != FALSE ? TRUE : FALSE, 0);
+    return was_disabled;
+}
+
+BOOL IsWindowEnabled(HWND handle) {
+    const Window* window = window_of(handle);
+    return window != nullptr && (window->style & WS_DISABLED) == 0;
+}

@@ -1,0 +1,67 @@
+#include "platform/substitute/calls.h"
+#include "platform/substitute/control_user.h"
+#include "platform/substitute/messages.h"
+#include "platform/substitute/window.h"
+
+#include <deque>
+#include <utility>
+
+namespace substitute {
+namespace {
+
+constexpr DWORD kInvalidWindowHandle = 1400;
+
+struct Script {
+    std::deque<int> answers;
+    std::deque<std::function<void()>> steps;
+    std::vector<ShownBox> shown;
+};
+
+Script& script() {
+    static Script instance;
+    return instance;
+}
+
+const ResetHook reset_hook([] { script() = Script{}; });
+
+int first_button(UINT style) {
+    const UINT type = style & MB_TYPEMASK;
+    return type == MB_YESNO || type == MB_YESNOCANCEL ? IDYES : IDOK;
+}
+
+template <typename Value> Value take_next(std::deque<Value>& queued, Value otherwise) {
+    if (queued.empty())
+        return otherwise;
+    Value next = std::move(queued.front());
+    queued.pop_front();
+    return next;
+}
+
+} // namespace
+
+void answer_next_box(int answer) { script().answers.push_back(answer); }
+void while_next_box(std::function<void()> step) { script().steps.push_back(std::move(step)); }
+const std::vector<ShownBox>& shown_boxes() { return script().shown; }
+std::size_t answers_left() { return script().answers.size(); }
+
+} // namespace substitute
+
+using namespace substitute;
+
+/// Like the system's, it disables its owner while it is shown and lets posted messages through; afterwards
+/// the focus is at the window itself that is active then, not at one of its controls.
+int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
+    if (failing("MessageBoxA", kInvalidWindowHandle) || (owner != nullptr && window_of(owner) == nullptr))
+        return 0;
+    script().shown.push_back({text == nullptr ? "" : text, caption == nullptr ? "Error" : caption, style, owner});
+    const bool was_disabled = owner != nullptr && EnableWindow(owner, FALSE) != FALSE;
+    const HWND active = GetActiveWindow();
+    SetFocus(nullptr);
+    dispatch_posted();
+    take_next<std::function<void()>>(script().steps, [] {})();
+    if (owner != nullptr && !was_disabled)
+        EnableWindow(owner, TRUE);
+    if (IsWindow(active))
+        SetFocus(active);
+    return take_next(script().answers, first_button(style));
+}
