@@ -28,7 +28,9 @@ bool is_index(const ComboData& data, int index) {
     return index >= 0 && static_cast<std::size_t>(index) < data.items.size();
 }
 
-const std::string& item(const ComboData& data, int index) { return data.items[static_cast<std::size_t>(index)]; }
+const std::string& item(const ComboData& data, int index) {
+    return data.items[static_cast<std::size_t>(index)];
+}
 
 LRESULT add(ComboData& data, LPARAM text) {
     data.items.emplace_back(reinterpret_cast<LPCSTR>(text));
@@ -93,7 +95,8 @@ template <typename Predicate> int find_item(const ComboData& data, int after, Pr
 
 LRESULT find_exact(const ComboData& data, WPARAM after, LPARAM text) {
     const std::string wanted(reinterpret_cast<LPCSTR>(text));
-    return find_item(data, static_cast<int>(after), [&](const std::string& each) { return same_text(each, wanted); });
+    return find_item(data, static_cast<int>(after),
+                     [&](const std::string& each) { return same_text(each, wanted); });
 }
 
 LRESULT drop(HWND handle, bool down) {
@@ -135,8 +138,9 @@ LRESULT take_key(HWND handle, WPARAM key) {
 LRESULT take_character(HWND handle, WPARAM character) {
     const ComboData& data = data_at(handle);
     const char wanted = folded(static_cast<char>(character));
-    const int found = find_item(data, data.selected,
-                                [&](const std::string& each) { return !each.empty() && folded(each[0]) == wanted; });
+    const int found = find_item(data, data.selected, [&](const std::string& each) {
+        return !each.empty() && folded(each[0]) == wanted;
+    });
     choose(handle, found);
     return 0;
 }

@@ -8,8 +8,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-
 LRESULT dialog_code(HWND control, const MSG* message) {
     const WPARAM key = message == nullptr ? 0 : message->wParam;
     return SendMessageA(control, WM_GETDLGCODE, key, reinterpret_cast<LPARAM>(message));
@@ -36,7 +34,8 @@ void collect(HWND parent, std::vector<HWND>& controls) {
 
 /// The child of `parent` that `control` is, or that holds it.
 HWND direct_control(HWND dialog, HWND control, const std::vector<HWND>& controls) {
-    while (control != nullptr && control != dialog && std::find(controls.begin(), controls.end(), control) == controls.end())
+    while (control != nullptr && control != dialog &&
+           std::find(controls.begin(), controls.end(), control) == controls.end())
         control = GetParent(control);
     return control;
 }
@@ -113,7 +112,7 @@ bool handle_key(HWND dialog, const MSG& message) {
 using namespace substitute;
 
 BOOL IsDialogMessageA(HWND dialog, LPMSG message) {
-    if (failing("IsDialogMessageA", kInvalidWindowHandle) || window_of(dialog) == nullptr)
+    if (failing("IsDialogMessageA", ERROR_INVALID_WINDOW_HANDLE) || window_of(dialog) == nullptr)
         return FALSE;
     if (message->hwnd != dialog && !IsChild(dialog, message->hwnd))
         return FALSE;
@@ -133,7 +132,8 @@ HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
     const auto found = std::find(controls.begin(), controls.end(), own);
     const std::size_t count = controls.size();
     const std::size_t outside = previous != FALSE ? 0 : count - 1;
-    const std::size_t start = found == controls.end() ? outside : static_cast<std::size_t>(found - controls.begin());
+    const std::size_t start =
+        found == controls.end() ? outside : static_cast<std::size_t>(found - controls.begin());
     for (std::size_t step = 1; step <= count; ++step) {
         const std::size_t index = (start + (previous != FALSE ? count - step : step)) % count;
         if (is_tab_stop(controls[index]))

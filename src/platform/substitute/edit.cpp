@@ -2,6 +2,7 @@
 #include "platform/substitute/edit_text.h"
 #include "platform/substitute/window.h"
 
+#include <algorithm>
 #include <cctype>
 
 /// "Edit". Its text lives in the window's text; the selection and the limit in EditData.
@@ -99,7 +100,7 @@ LRESULT selection(HWND handle, WPARAM start, LPARAM end) {
 }
 
 void erase(HWND handle, bool before_caret) {
-    const auto data = *data_of<EditData>(handle);
+    const auto& data = *data_of<EditData>(handle);
     const std::size_t size = existing_window(handle).text.size();
     if (data.start == data.end) {
         if (before_caret ? data.start == 0 : data.end == size)
@@ -123,13 +124,13 @@ LRESULT take_character(HWND handle, WPARAM character) {
 }
 
 void move_caret(HWND handle, std::size_t target) {
-    const auto data = *data_of<EditData>(handle);
+    const auto& data = *data_of<EditData>(handle);
     const bool extending = GetKeyState(VK_SHIFT) < 0;
     select(handle, extending ? data.start : target, target);
 }
 
 LRESULT take_key(HWND handle, WPARAM key) {
-    const auto data = *data_of<EditData>(handle);
+    const auto& data = *data_of<EditData>(handle);
     switch (static_cast<int>(key)) {
     case VK_HOME: move_caret(handle, 0); break;
     case VK_END: move_caret(handle, existing_window(handle).text.size()); break;
@@ -145,7 +146,8 @@ LRESULT take_key(HWND handle, WPARAM key) {
 }
 
 LRESULT limit_text(HWND handle, WPARAM limit) {
-    data_of<EditData>(handle)->limit = limit == 0 ? kGreatestLimit : std::min<std::size_t>(limit, kGreatestLimit);
+    data_of<EditData>(handle)->limit =
+        limit == 0 ? kGreatestLimit : std::min<std::size_t>(limit, kGreatestLimit);
     return 0;
 }
 

@@ -26,7 +26,8 @@ int count_rows(const std::string& line, std::size_t columns) {
 
 int count_lines(const std::string& text, int width) {
     const std::size_t columns =
-        width <= 0 ? std::string::npos - text.size() : std::max<std::size_t>(1, static_cast<std::size_t>(width) / kCharacterWidth);
+        width <= 0 ? std::string::npos - text.size()
+                   : std::max<std::size_t>(1, static_cast<std::size_t>(width) / kCharacterWidth);
     int lines = 0;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find("\r\n", start), text.size());

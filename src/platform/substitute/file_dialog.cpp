@@ -1,5 +1,6 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control_dialogs.h"
+#include "platform/substitute/kernel.h"
 #include "platform/substitute/messages.h"
 #include "platform/substitute/user.h"
 
@@ -8,8 +9,6 @@
 
 namespace substitute {
 namespace {
-
-constexpr DWORD kNotEnoughMemory = 8;
 
 struct Dialogs {
     std::deque<std::optional<std::string>> choices;
@@ -51,11 +50,12 @@ const std::vector<ShownFileDialog>& shown_file_dialogs() { return dialogs().show
 using namespace substitute;
 
 BOOL GetOpenFileNameA(LPOPENFILENAMEA details) {
-    if (failing("GetOpenFileNameA", kNotEnoughMemory) || details->lStructSize != sizeof *details)
+    if (failing("GetOpenFileNameA", ERROR_NOT_ENOUGH_MEMORY) || details->lStructSize != sizeof *details)
         return FALSE;
     dialogs().shown.push_back({*details, filter_text(details->lpstrFilter), text_of(details->lpstrFile),
                                text_of(details->lpstrTitle)});
-    const bool was_disabled = details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
+    const bool was_disabled =
+        details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
     dispatch_posted();
     if (details->hwndOwner != nullptr && !was_disabled)
         EnableWindow(details->hwndOwner, TRUE);

@@ -6,8 +6,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-
 struct Focus {
     HWND focus = nullptr;
     HWND active = nullptr;
@@ -98,7 +96,7 @@ void leave_focus(HWND handle) {
 using namespace substitute;
 
 HWND SetFocus(HWND handle) {
-    if (failing("SetFocus", kInvalidWindowHandle))
+    if (failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE))
         return nullptr;
     const HWND before = state().focus;
     if (handle != nullptr && (window_of(handle) == nullptr || !can_have_focus(handle)))
@@ -113,7 +111,7 @@ HWND GetFocus() { return state().focus; }
 HWND GetActiveWindow() { return state().active; }
 
 BOOL EnableWindow(HWND handle, BOOL enable) {
-    if (failing("EnableWindow", kInvalidWindowHandle))
+    if (failing("EnableWindow", ERROR_INVALID_WINDOW_HANDLE))
         return FALSE;
     Window* window = window_of(handle);
     if (window == nullptr)

@@ -9,8 +9,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-
 struct Script {
     std::deque<int> answers;
     std::deque<std::function<void()>> steps;
@@ -51,9 +49,11 @@ using namespace substitute;
 /// Like the system's, it disables its owner while it is shown and lets posted messages through; afterwards
 /// the focus is at the window itself that is active then, not at one of its controls.
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
-    if (failing("MessageBoxA", kInvalidWindowHandle) || (owner != nullptr && window_of(owner) == nullptr))
+    if (failing("MessageBoxA", ERROR_INVALID_WINDOW_HANDLE) ||
+        (owner != nullptr && window_of(owner) == nullptr))
         return 0;
-    script().shown.push_back({text == nullptr ? "" : text, caption == nullptr ? "Error" : caption, style, owner});
+    script().shown.push_back(
+        {text == nullptr ? "" : text, caption == nullptr ? "Error" : caption, style, owner});
     const bool was_disabled = owner != nullptr && EnableWindow(owner, FALSE) != FALSE;
     const HWND active = GetActiveWindow();
     SetFocus(nullptr);

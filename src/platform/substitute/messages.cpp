@@ -16,8 +16,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-constexpr DWORD kInvalidThread = 1444;
 constexpr short kKeyIsDown = static_cast<short>(0x8000);
 constexpr UINT kSystemKey = 4;
 
@@ -73,7 +71,8 @@ void note_key(const Input& input) {
 
 bool take_posted(const Filter& filter, bool remove, MSG& message) {
     auto& posted = queue().posted;
-    const auto found = std::find_if(posted.begin(), posted.end(), [&](const MSG& each) { return filter.takes(each); });
+    const auto found =
+        std::find_if(posted.begin(), posted.end(), [&](const MSG& each) { return filter.takes(each); });
     if (found == posted.end())
         return false;
     message = *found;
@@ -114,9 +113,10 @@ bool take(const Filter& filter, bool remove, MSG& message) {
 }
 
 [[noreturn]] void give_up() {
-    std::fputs("GetMessageA: the queue is empty, no scripted step of the user is left, and so the program would "
-               "wait for ever\n",
-               stderr);
+    std::fputs(
+        "GetMessageA: the queue is empty, no scripted step of the user is left, and so the program would "
+        "wait for ever\n",
+        stderr);
     std::abort();
 }
 
@@ -168,17 +168,18 @@ LRESULT SendMessageA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 BOOL PostMessageA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (failing("PostMessageA", kInvalidWindowHandle) || (handle != nullptr && window_of(handle) == nullptr))
+    if (failing("PostMessageA", ERROR_INVALID_WINDOW_HANDLE) ||
+        (handle != nullptr && window_of(handle) == nullptr))
         return FALSE;
     queue().posted.push_back({handle, message, wparam, lparam, 0, {0, 0}});
     return TRUE;
 }
 
 BOOL PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (failing("PostThreadMessageA", kInvalidThread))
+    if (failing("PostThreadMessageA", ERROR_INVALID_THREAD_ID))
         return FALSE;
     if (thread != GetCurrentThreadId()) {
-        SetLastError(kInvalidThread);
+        SetLastError(ERROR_INVALID_THREAD_ID);
         return FALSE;
     }
     queue().posted.push_back({nullptr, message, wparam, lparam, 0, {0, 0}});
@@ -188,7 +189,8 @@ BOOL PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam
 void PostQuitMessage(int exit_code) { queue().quit = exit_code; }
 
 BOOL GetMessageA(LPMSG message, HWND handle, UINT first, UINT last) {
-    if (failing("GetMessageA", kInvalidWindowHandle) || (handle != nullptr && window_of(handle) == nullptr))
+    if (failing("GetMessageA", ERROR_INVALID_WINDOW_HANDLE) ||
+        (handle != nullptr && window_of(handle) == nullptr))
         return -1;
     while (!take({handle, first, last}, true, *message))
         run_next_step();
@@ -196,7 +198,7 @@ BOOL GetMessageA(LPMSG message, HWND handle, UINT first, UINT last) {
 }
 
 BOOL PeekMessageA(LPMSG message, HWND handle, UINT first, UINT last, UINT remove) {
-    if (failing("PeekMessageA", kInvalidWindowHandle))
+    if (failing("PeekMessageA", ERROR_INVALID_WINDOW_HANDLE))
         return FALSE;
     if (queue().when_peeked)
         std::exchange(queue().when_peeked, nullptr)();
@@ -217,4 +219,6 @@ LRESULT DispatchMessageA(const MSG* message) {
                : SendMessageA(message->hwnd, message->message, message->wParam, message->lParam);
 }
 
-short GetKeyState(int key) { return queue().key_down[static_cast<unsigned>(key) & 0xFF] ? kKeyIsDown : short{0}; }
+short GetKeyState(int key) {
+    return queue().key_down[static_cast<unsigned>(key) & 0xFF] ? kKeyIsDown : short{0};
+}

@@ -2,6 +2,7 @@
 
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control_dialogs.h"
+#include "platform/substitute/kernel.h"
 #include "platform/substitute/messages.h"
 #include "platform/substitute/user.h"
 
@@ -12,7 +13,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kNotEnoughMemory = 8;
 constexpr HRESULT kOutOfMemory = static_cast<HRESULT>(0x8007000E);
 constexpr const char* kBrowserClass = "#32770 folder browser";
 
@@ -61,13 +61,17 @@ HWND open_browser(HWND owner) {
     details.lpszClassName = kBrowserClass;
     if (!GetClassInfoExA(nullptr, kBrowserClass, &details))
         RegisterClassExA(&details);
-    return CreateWindowExA(0, kBrowserClass, "Browse for Folder", WS_POPUP | WS_CAPTION, 0, 0, 300, 300, owner, nullptr,
-                           nullptr, nullptr);
+    return CreateWindowExA(0, kBrowserClass, "Browse for Folder", WS_POPUP | WS_CAPTION, 0, 0, 300, 300,
+                           owner, nullptr, nullptr, nullptr);
 }
 
 void note_browser(const BROWSEINFOA& details) {
-    shell().shown.push_back({details.hwndOwner, details.lpszTitle == nullptr ? "" : details.lpszTitle,
-                             details.ulFlags, details.pidlRoot != nullptr, {}, {}});
+    shell().shown.push_back({details.hwndOwner,
+                             details.lpszTitle == nullptr ? "" : details.lpszTitle,
+                             details.ulFlags,
+                             details.pidlRoot != nullptr,
+                             {},
+                             {}});
 }
 
 /// Shows the program every place that the user clicks; returns the last one, which the caller frees.
@@ -114,12 +118,12 @@ bool common_controls_initialized() { return shell().common_controls; }
 using namespace substitute;
 
 void InitCommonControls() {
-    if (!failing("InitCommonControls", kNotEnoughMemory))
+    if (!failing("InitCommonControls", ERROR_NOT_ENOUGH_MEMORY))
         shell().common_controls = true;
 }
 
 HRESULT CoInitialize(LPVOID) {
-    if (failing("CoInitialize", kNotEnoughMemory))
+    if (failing("CoInitialize", ERROR_NOT_ENOUGH_MEMORY))
         return kOutOfMemory;
     return ++shell().com == 1 ? S_OK : S_FALSE;
 }
@@ -132,10 +136,11 @@ void CoTaskMemFree(LPVOID memory) {
 }
 
 PIDLIST_ABSOLUTE SHBrowseForFolderA(LPBROWSEINFOA details) {
-    if (failing("SHBrowseForFolderA", kNotEnoughMemory))
+    if (failing("SHBrowseForFolderA", ERROR_NOT_ENOUGH_MEMORY))
         return nullptr;
     note_browser(*details);
-    const bool was_disabled = details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
+    const bool was_disabled =
+        details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
     const HWND browser = open_browser(details->hwndOwner);
     dispatch_posted();
     const PIDLIST_ABSOLUTE chosen = run_browser(browser, *details);
@@ -146,7 +151,7 @@ PIDLIST_ABSOLUTE SHBrowseForFolderA(LPBROWSEINFOA details) {
 }
 
 BOOL SHGetPathFromIDListA(PCIDLIST_ABSOLUTE place, LPSTR path) {
-    if (failing("SHGetPathFromIDListA", kNotEnoughMemory))
+    if (failing("SHGetPathFromIDListA", ERROR_NOT_ENOUGH_MEMORY))
         return FALSE;
     const auto found = shell().places.find(place);
     const bool has_path = found != shell().places.end() && !found->second.empty() &&

@@ -1,12 +1,9 @@
 #include "platform/substitute/calls.h"
+#include "platform/substitute/kernel.h"
 #include "platform/substitute/user.h"
 
 /// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on.
 namespace {
-
-constexpr DWORD kModuleNotFound = 126;
-constexpr DWORD kResourceNotFound = 1814;
-constexpr DWORD kInvalidHandle = 6;
 
 template <typename Handle> Handle made_up(ULONG_PTR value) { return reinterpret_cast<Handle>(value); }
 
@@ -23,32 +20,36 @@ HGDIOBJ selected = made_up<HGDIOBJ>(kStockObjects);
 } // namespace
 
 HMODULE GetModuleHandleA(LPCSTR name) {
-    if (substitute::failing("GetModuleHandleA", kModuleNotFound))
+    if (substitute::failing("GetModuleHandleA", ERROR_MOD_NOT_FOUND))
         return nullptr;
     return name == nullptr ? made_up<HMODULE>(kModule) : nullptr;
 }
 
 HICON LoadIconA(HINSTANCE, LPCSTR) {
-    return substitute::failing("LoadIconA", kResourceNotFound) ? nullptr : made_up<HICON>(kIcon);
+    return substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr : made_up<HICON>(kIcon);
 }
 
 HCURSOR LoadCursorA(HINSTANCE, LPCSTR) {
-    return substitute::failing("LoadCursorA", kResourceNotFound) ? nullptr : made_up<HCURSOR>(kCursor);
+    return substitute::failing("LoadCursorA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr
+                                                                             : made_up<HCURSOR>(kCursor);
 }
 
 HGDIOBJ GetStockObject(int object) {
-    if (substitute::failing("GetStockObject", kInvalidHandle))
+    if (substitute::failing("GetStockObject", ERROR_INVALID_HANDLE))
         return nullptr;
     return made_up<HGDIOBJ>(kStockObjects + static_cast<ULONG_PTR>(object));
 }
 
-HDC GetDC(HWND) { return substitute::failing("GetDC", kInvalidHandle) ? nullptr : made_up<HDC>(kContext); }
+HDC GetDC(HWND) {
+    return substitute::failing("GetDC", ERROR_INVALID_HANDLE) ? nullptr : made_up<HDC>(kContext);
+}
 int ReleaseDC(HWND, HDC context) {
-    return !substitute::failing("ReleaseDC", kInvalidHandle) && context == made_up<HDC>(kContext) ? 1 : 0;
+    return !substitute::failing("ReleaseDC", ERROR_INVALID_HANDLE) && context == made_up<HDC>(kContext) ? 1
+                                                                                                        : 0;
 }
 
 HGDIOBJ SelectObject(HDC, HGDIOBJ object) {
-    if (substitute::failing("SelectObject", kInvalidHandle))
+    if (substitute::failing("SelectObject", ERROR_INVALID_HANDLE))
         return nullptr;
     const HGDIOBJ before = selected;
     selected = object;
@@ -56,7 +57,7 @@ HGDIOBJ SelectObject(HDC, HGDIOBJ object) {
 }
 
 BOOL GetTextMetricsA(HDC, LPTEXTMETRICA metrics) {
-    if (substitute::failing("GetTextMetricsA", kInvalidHandle))
+    if (substitute::failing("GetTextMetricsA", ERROR_INVALID_HANDLE))
         return FALSE;
     *metrics = kGuiFont;
     return TRUE;

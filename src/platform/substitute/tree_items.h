@@ -27,8 +27,8 @@ public:
     HTREEITEM first_root() const { return root_.first_child; }
     UINT count() const { return count_; }
 
-    /// Inserts below `parent` (null or TVI_ROOT: a root), after a sibling, TVI_FIRST or TVI_LAST. Returns null
-    /// when the parent does not exist.
+    /// Inserts below `parent` (null or TVI_ROOT: a root), after a sibling, TVI_FIRST or TVI_LAST. Returns
+    /// null when the parent does not exist.
     HTREEITEM insert(HTREEITEM parent, HTREEITEM after, TreeItem item);
     /// Takes out one item, which must have no children.
     void remove(HTREEITEM handle);

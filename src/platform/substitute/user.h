@@ -1,6 +1,7 @@
 #pragma once
 /// Windows, messages, focus, message boxes and the few drawing calls, as user32 and gdi32 have them.
 #include "platform/substitute/user_controls.h"
+#include "platform/substitute/user_errors.h"
 #include "platform/substitute/user_messages.h"
 #include "platform/substitute/user_styles.h"
 #include "platform/substitute/user_tree.h"
@@ -13,8 +14,8 @@ HMODULE GetModuleHandleA(LPCSTR name);
 HICON LoadIconA(HINSTANCE instance, LPCSTR name);
 HCURSOR LoadCursorA(HINSTANCE instance, LPCSTR name);
 
-HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y, int width,
-                     int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter);
+HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y,
+                     int width, int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter);
 BOOL DestroyWindow(HWND window);
 BOOL IsWindow(HWND window);
 LONG_PTR GetWindowLongPtrA(HWND window, int index);

@@ -9,12 +9,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kClassAlreadyExists = 1410;
-constexpr DWORD kClassDoesNotExist = 1411;
-constexpr DWORD kClassHasWindows = 1412;
-constexpr DWORD kInvalidParameter = 87;
-constexpr DWORD kNotEnoughMemory = 8;
-
 std::string lower(LPCSTR name) {
     std::string result(name == nullptr ? "" : name);
     for (char& each : result)
@@ -67,34 +61,34 @@ using namespace substitute;
 
 ATOM RegisterClassExA(const WNDCLASSEXA* details) {
     static ATOM last_atom = 0xC000;
-    if (failing("RegisterClassExA", kNotEnoughMemory))
+    if (failing("RegisterClassExA", ERROR_NOT_ENOUGH_MEMORY))
         return 0;
     if (details->cbSize != sizeof *details || details->lpfnWndProc == nullptr)
-        return refuse(kInvalidParameter);
+        return refuse(ERROR_INVALID_PARAMETER);
     if (find_class(details->lpszClassName) != nullptr)
-        return refuse(kClassAlreadyExists);
+        return refuse(ERROR_CLASS_ALREADY_EXISTS);
     classes()[lower(details->lpszClassName)] = {details->lpszClassName, *details, false, 0};
     return ++last_atom;
 }
 
 BOOL UnregisterClassA(LPCSTR name, HINSTANCE) {
-    if (failing("UnregisterClassA", kClassDoesNotExist))
+    if (failing("UnregisterClassA", ERROR_CLASS_DOES_NOT_EXIST))
         return FALSE;
     const WindowClass* found = find_class(name);
     if (found == nullptr || found->of_system)
-        return refuse(kClassDoesNotExist);
+        return refuse(ERROR_CLASS_DOES_NOT_EXIST);
     if (found->windows > 0)
-        return refuse(kClassHasWindows);
+        return refuse(ERROR_CLASS_HAS_WINDOWS);
     classes().erase(lower(name));
     return TRUE;
 }
 
 BOOL GetClassInfoExA(HINSTANCE, LPCSTR name, WNDCLASSEXA* details) {
-    if (failing("GetClassInfoExA", kClassDoesNotExist))
+    if (failing("GetClassInfoExA", ERROR_CLASS_DOES_NOT_EXIST))
         return FALSE;
     const WindowClass* found = find_class(name);
     if (found == nullptr)
-        return refuse(kClassDoesNotExist);
+        return refuse(ERROR_CLASS_DOES_NOT_EXIST);
     *details = found->details;
     details->lpszMenuName = nullptr;
     details->lpszClassName = name;

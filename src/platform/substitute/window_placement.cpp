@@ -6,7 +6,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
 constexpr LONG kCaptionHeight = 18;
 constexpr LONG kMinimumTrackWidth = 112;
 constexpr LONG kMinimumTrackHeight = 27;
@@ -40,7 +39,8 @@ RECT moved(const Window& window, const WINDOWPOS& position) {
     const LONG height = std::max(position.cy, has_minimum ? kMinimumTrackHeight : 0);
     const LONG left = keeps_place ? now.left : position.x;
     const LONG top = keeps_place ? now.top : position.y;
-    return {left, top, left + (keeps_size ? width_of(now) : width), top + (keeps_size ? height_of(now) : height)};
+    return {left, top, left + (keeps_size ? width_of(now) : width),
+            top + (keeps_size ? height_of(now) : height)};
 }
 
 void place(HWND handle, const RECT& frame) {
@@ -118,7 +118,8 @@ void send_size(HWND handle) {
 void send_move(HWND handle) {
     if (const Window* window = window_of(handle)) {
         const POINT offset = client_offset(*window);
-        SendMessageA(handle, WM_MOVE, 0, MAKELPARAM(window->frame.left + offset.x, window->frame.top + offset.y));
+        SendMessageA(handle, WM_MOVE, 0,
+                     MAKELPARAM(window->frame.left + offset.x, window->frame.top + offset.y));
     }
 }
 
@@ -127,7 +128,7 @@ void send_move(HWND handle) {
 using namespace substitute;
 
 BOOL SetWindowPos(HWND handle, HWND, int x, int y, int width, int height, UINT flags) {
-    if (failing("SetWindowPos", kInvalidWindowHandle) || window_of(handle) == nullptr)
+    if (failing("SetWindowPos", ERROR_INVALID_WINDOW_HANDLE) || window_of(handle) == nullptr)
         return FALSE;
     WINDOWPOS position{handle, nullptr, x, y, width, height, flags};
     SendMessageA(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
@@ -146,7 +147,7 @@ BOOL MoveWindow(HWND handle, int x, int y, int width, int height, BOOL) {
 }
 
 BOOL GetClientRect(HWND handle, LPRECT rectangle) {
-    if (failing("GetClientRect", kInvalidWindowHandle))
+    if (failing("GetClientRect", ERROR_INVALID_WINDOW_HANDLE))
         return FALSE;
     const Window* window = window_of(handle);
     if (window == nullptr)
@@ -157,7 +158,7 @@ BOOL GetClientRect(HWND handle, LPRECT rectangle) {
 }
 
 BOOL GetWindowRect(HWND handle, LPRECT rectangle) {
-    if (failing("GetWindowRect", kInvalidWindowHandle))
+    if (failing("GetWindowRect", ERROR_INVALID_WINDOW_HANDLE))
         return FALSE;
     const Window* window = window_of(handle);
     if (window == nullptr)
@@ -179,20 +180,21 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 }
 
 BOOL ShowWindow(HWND handle, int command) {
-    if (failing("ShowWindow", kInvalidWindowHandle))
+    if (failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE))
         return FALSE;
     const Window* window = window_of(handle);
     if (window == nullptr)
         return FALSE;
     const bool was_visible = (window->style & WS_VISIBLE) != 0;
     if (command == SW_HIDE ? was_visible : !was_visible)
-        command == SW_HIDE ? hide(handle) : show(handle, command != SW_SHOWNA && command != SW_SHOWNOACTIVATE);
+        command == SW_HIDE ? hide(handle)
+                           : show(handle, command != SW_SHOWNA && command != SW_SHOWNOACTIVATE);
     return was_visible;
 }
 
 /// Nothing is painted, so nothing is waiting to be.
 BOOL UpdateWindow(HWND handle) {
-    return !failing("UpdateWindow", kInvalidWindowHandle) && window_of(handle) != nullptr;
+    return !failing("UpdateWindow", ERROR_INVALID_WINDOW_HANDLE) && window_of(handle) != nullptr;
 }
 
 BOOL IsWindowVisible(HWND handle) {

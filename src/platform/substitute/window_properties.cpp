@@ -8,10 +8,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-constexpr DWORD kInvalidIndex = 1413;
-constexpr DWORD kNoSuchControl = 1421;
-
 int copy_text(const std::string& text, LPSTR buffer, int capacity) {
     if (capacity <= 0)
         return 0;
@@ -29,7 +25,7 @@ LONG_PTR read_long(const Window& window, int index) {
     case GWLP_HINSTANCE: return reinterpret_cast<LONG_PTR>(window.instance);
     case GWLP_ID: return window.id;
     case GWLP_USERDATA: return window.user_data;
-    default: SetLastError(kInvalidIndex); return 0;
+    default: SetLastError(ERROR_INVALID_INDEX); return 0;
     }
 }
 
@@ -40,7 +36,7 @@ void write_long(Window& window, int index, LONG_PTR value) {
     case GWLP_WNDPROC: window.procedure = reinterpret_cast<WNDPROC>(value); break;
     case GWLP_ID: window.id = value; break;
     case GWLP_USERDATA: window.user_data = value; break;
-    default: SetLastError(kInvalidIndex); break;
+    default: SetLastError(ERROR_INVALID_INDEX); break;
     }
 }
 
@@ -57,14 +53,14 @@ void notify_parent(HWND control, WORD code) {
 using namespace substitute;
 
 LONG_PTR GetWindowLongPtrA(HWND handle, int index) {
-    if (failing("GetWindowLongPtrA", kInvalidWindowHandle))
+    if (failing("GetWindowLongPtrA", ERROR_INVALID_WINDOW_HANDLE))
         return 0;
     const Window* window = window_of(handle);
     return window == nullptr ? 0 : read_long(*window, index);
 }
 
 LONG_PTR SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) {
-    if (failing("SetWindowLongPtrA", kInvalidWindowHandle))
+    if (failing("SetWindowLongPtrA", ERROR_INVALID_WINDOW_HANDLE))
         return 0;
     Window* window = window_of(handle);
     if (window == nullptr)
@@ -97,12 +93,12 @@ HWND GetWindow(HWND handle, UINT relation) {
 }
 
 HWND GetDlgItem(HWND parent, int id) {
-    if (failing("GetDlgItem", kNoSuchControl))
+    if (failing("GetDlgItem", ERROR_CONTROL_ID_NOT_FOUND))
         return nullptr;
     for (const HWND child : children_of(parent))
         if (static_cast<int>(existing_window(child).id) == id)
             return child;
-    SetLastError(kNoSuchControl);
+    SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
     return nullptr;
 }
 
@@ -145,20 +141,20 @@ int GetClassNameA(HWND handle, LPSTR buffer, int capacity) {
 }
 
 BOOL SetWindowTextA(HWND handle, LPCSTR text) {
-    if (failing("SetWindowTextA", kInvalidWindowHandle) || window_of(handle) == nullptr)
+    if (failing("SetWindowTextA", ERROR_INVALID_WINDOW_HANDLE) || window_of(handle) == nullptr)
         return FALSE;
     return SendMessageA(handle, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;
 }
 
 int GetWindowTextA(HWND handle, LPSTR buffer, int capacity) {
-    if (failing("GetWindowTextA", kInvalidWindowHandle) || window_of(handle) == nullptr)
+    if (failing("GetWindowTextA", ERROR_INVALID_WINDOW_HANDLE) || window_of(handle) == nullptr)
         return copy_text({}, buffer, capacity);
-    return static_cast<int>(SendMessageA(handle, WM_GETTEXT, static_cast<WPARAM>(capacity),
-                                         reinterpret_cast<LPARAM>(buffer)));
+    return static_cast<int>(
+        SendMessageA(handle, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(buffer)));
 }
 
 int GetWindowTextLengthA(HWND handle) {
-    if (failing("GetWindowTextLengthA", kInvalidWindowHandle) || window_of(handle) == nullptr)
+    if (failing("GetWindowTextLengthA", ERROR_INVALID_WINDOW_HANDLE) || window_of(handle) == nullptr)
         return 0;
     return static_cast<int>(SendMessageA(handle, WM_GETTEXTLENGTH, 0, 0));
 }

@@ -7,8 +7,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kInvalidWindowHandle = 1400;
-
 /// A handle is a slot's number and how often the slot was used, so that a stale handle never finds the
 /// window that came after its own. Handles of windows are even on Windows, too.
 constexpr unsigned kSlotBits = 17;
@@ -85,7 +83,7 @@ const ResetHook reset_hook(forget_all);
 Window* window_of(HWND handle) {
     Window* found = look_up(handle);
     if (found == nullptr)
-        SetLastError(kInvalidWindowHandle);
+        SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     return found;
 }
 

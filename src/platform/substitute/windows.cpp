@@ -5,11 +5,6 @@
 namespace substitute {
 namespace {
 
-constexpr DWORD kNotEnoughMemory = 8;
-constexpr DWORD kAccessDenied = 5;
-constexpr DWORD kInvalidWindowHandle = 1400;
-constexpr DWORD kChildWithoutParent = 1406;
-constexpr DWORD kUnknownClass = 1407;
 constexpr int kDefaultPosition = 26;
 constexpr int kDefaultWidth = 640;
 constexpr int kDefaultHeight = 480;
@@ -72,7 +67,8 @@ HWND make_window(const CREATESTRUCTA& create, WindowClass& window_class) {
 /// Tells every ancestor, as far as they are children themselves, that a child came or goes.
 void notify_ancestors(HWND handle, UINT event) {
     const Window* window = window_of(handle);
-    const WPARAM wparam = window == nullptr ? 0 : MAKEWPARAM(static_cast<int>(event), static_cast<int>(window->id));
+    const WPARAM wparam =
+        window == nullptr ? 0 : MAKEWPARAM(static_cast<int>(event), static_cast<int>(window->id));
     while (window != nullptr && is_child(*window)) {
         const HWND parent = window->parent;
         SendMessageA(parent, WM_PARENTNOTIFY, wparam, reinterpret_cast<LPARAM>(handle));
@@ -135,26 +131,27 @@ void destroy_owned(HWND owner) {
 
 using namespace substitute;
 
-HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y, int width,
-                     int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
-    if (failing("CreateWindowExA", kNotEnoughMemory))
+HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y,
+                     int width, int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
+    if (failing("CreateWindowExA", ERROR_NOT_ENOUGH_MEMORY))
         return nullptr;
     WindowClass* window_class = find_class(class_name);
     if (window_class == nullptr)
-        return refuse(kUnknownClass);
+        return refuse(ERROR_CANNOT_FIND_WND_CLASS);
     if (parent != nullptr && window_of(parent) == nullptr)
-        return refuse(kInvalidWindowHandle);
+        return refuse(ERROR_INVALID_WINDOW_HANDLE);
     if ((style & WS_CHILD) != 0 && parent == nullptr)
-        return refuse(kChildWithoutParent);
-    CREATESTRUCTA create{parameter, instance, menu, parent, height, width, y, x, static_cast<LONG>(style), title,
-                         class_name, extended_style};
+        return refuse(ERROR_TLW_WITH_WSCHILD);
+    CREATESTRUCTA create{
+        parameter, instance,   menu,          parent, height, width, y, x, static_cast<LONG>(style),
+        title,     class_name, extended_style};
     settle_place(create, style);
     const HWND handle = make_window(create, *window_class);
     return run_creation(handle, create) ? complete(handle, style) : nullptr;
 }
 
 BOOL DestroyWindow(HWND handle) {
-    if (failing("DestroyWindow", kAccessDenied) || window_of(handle) == nullptr)
+    if (failing("DestroyWindow", ERROR_ACCESS_DENIED) || window_of(handle) == nullptr)
         return FALSE;
     if (existing_window(handle).destroying)
         return TRUE;
