@@ -22,7 +22,7 @@ TEST(WriteBool, WritesFalseAsZeroAndTrueAsOne) {
 
 TEST(WriteBool, HandsOnTheStreamsFailure) {
     MemoryStream stream;
-    stream.fail_write(1, "no more room");
+    stream.break_after(0, "no more room");
     EXPECT_THAT(write_bool(&stream, true), StrEq("no more room"));
 }
 

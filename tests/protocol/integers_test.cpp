@@ -165,7 +165,7 @@ TEST(WriteSignedInt, WritesNothingThatIsOutOfRange) {
 
 TEST(WriteSignedInt, HandsOnTheStreamsFailure) {
     MemoryStream stream;
-    stream.fail_write(1, "no more room");
+    stream.break_after(0, "no more room");
     EXPECT_THAT(write_signed_int(&stream, 0, 65535, 1), StrEq("no more room"));
 }
 

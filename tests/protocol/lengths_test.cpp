@@ -105,7 +105,7 @@ TEST(WriteEndOfContents, WritesTwoOctets) {
 
 TEST(WritingLengths, HandsOnTheStreamsFailure) {
     MemoryStream stream;
-    stream.fail_write(1, "no more room");
+    stream.break_after(0, "no more room");
     EXPECT_THAT(write_length(&stream, 5), StrEq("no more room"));
     EXPECT_THAT(write_indefinite(&stream), StrEq("no more room"));
     EXPECT_THAT(write_end_of_contents(&stream), StrEq("no more room"));

@@ -66,13 +66,13 @@ TEST(WriteString, HasSentTheIdentifierOfATextThatIsTooLong) {
 }
 
 TEST(WriteString, HandsOnTheStreamsFailure) {
-    for (const int nth : {1, 2}) {
+    for (const std::size_t sent : {0, 2}) {
         MemoryStream stream;
-        stream.fail_write(nth, "no more room");
+        stream.break_after(sent, "no more room");
         EXPECT_THAT(write_string(&stream, 4, "web1"), StrEq("no more room"));
     }
     MemoryStream stream;
-    stream.fail_write(1, "no more room");
+    stream.break_after(0, "no more room");
     EXPECT_THAT(write_string(&stream, 3, "web1"), StrEq("no more room"));
 }
 

@@ -173,7 +173,7 @@ TEST(WriteTag, WritesTheFillersValueAsTheFiller) {
 TEST(WriteTag, HandsOnTheStreamsFailure) {
     for (const std::uint32_t tag : {16u, 248u}) {
         MemoryStream stream;
-        stream.fail_write(1, "no more room");
+        stream.break_after(0, "no more room");
         EXPECT_THAT(write_tag(&stream, tag), StrEq("no more room"));
     }
 }

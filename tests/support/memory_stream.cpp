@@ -17,9 +17,9 @@ std::uint64_t MemoryStream::unread() const {
     return part < script.size() ? count - copy * script[part].unit.size() - offset : 0;
 }
 
-void MemoryStream::fail_write(int nth, const char* text) {
-    failing_write = nth;
-    write_failure = text;
+void MemoryStream::break_after(std::size_t count, const char* text) {
+    room = count;
+    break_text = text;
 }
 
 bool MemoryStream::next_octet(std::uint8_t* octet) {
@@ -51,10 +51,8 @@ const char* MemoryStream::read_octets(Stream* stream, void* buffer, std::size_t 
 
 const char* MemoryStream::write_octets(Stream* stream, const void* bytes, std::size_t count) {
     auto* self = static_cast<MemoryStream*>(stream);
-    if (self->failing_write == 1)
-        return self->write_failure;
-    if (self->failing_write > 1)
-        --self->failing_write;
+    if (self->received.size() + count > self->room)
+        return self->break_text;
     const auto* octets = static_cast<const std::uint8_t*>(bytes);
     self->received.insert(self->received.end(), octets, octets + count);
     self->pending = true;

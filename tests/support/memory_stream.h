@@ -4,6 +4,8 @@
 #include "protocol/stream.h"
 #include "support/octets.h"
 
+#include <limits>
+
 class MemoryStream : public Stream {
 public:
     explicit MemoryStream(const Octets& sent = {});
@@ -13,8 +15,8 @@ public:
     /// Octets that the peer sent and nobody read.
     std::uint64_t unread() const;
 
-    /// Makes the n-th write from now on (1 is the next) and all later ones fail with `text`.
-    void fail_write(int nth, const char* text);
+    /// Lets the connection break once `count` octets are received: every further write fails with `text`.
+    void break_after(std::size_t count, const char* text);
 
     Octets received;
     int writes = 0;
@@ -38,6 +40,6 @@ private:
     std::size_t part = 0;   // index into `script`
     std::uint64_t copy = 0; // copies of the part's unit that are used up
     std::size_t offset = 0; // into the copy being read
-    int failing_write = 0;  // counts down; 0 is never
-    const char* write_failure = nullptr;
+    std::size_t room = std::numeric_limits<std::size_t>::max();
+    const char* break_text = nullptr;
 };

@@ -1,0 +1,72 @@
+#include "protocol/negotiation.h"
+
+#include "error/messages.h"
+#include "protocol/messages.h"
+#include "protocol/skipping.h"
+#include "protocol/tags.h"
+
+#include <cstdlib>
+
+namespace {
+
+constexpr std::int32_t our_version = 514;
+
+// The high octet is the protocol; servers are free to count their releases in the low one.
+bool compatible(std::int32_t version) { return (version >> 8 & 0xFF) == (our_version >> 8 & 0xFF); }
+
+const char* read_offer(Stream* stream, std::int32_t* version) {
+    if (const char* problem = read_server_offers_incomplete(stream, version, tag_server_offers))
+        return problem;
+    std::uint32_t tag = 0;
+    if (const char* problem = read_tag(stream, &tag))
+        return problem;
+    if (tag != tag_server_private_key)
+        return "Tavrin Server does not support private key authentication.  Upgrade the Tavrin Server.";
+    if (const char* problem = read_server_private_key(stream, tag))
+        return problem;
+    return skip_to_eol(stream);
+}
+
+const char* take_offer(Stream* stream, int* status) {
+    std::int32_t version = 0;
+    if (const char* problem = read_offer(stream, &version))
+        return problem;
+    if (!compatible(version))
+        return "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or downgrade "
+               "the Tavrin Agent.";
+    if (const char* problem = write_closing(stream))
+        return problem;
+    if (const char* problem = stream->socket_flush(stream))
+        return problem;
+    *status = negotiation_accepted;
+    return nullptr;
+}
+
+const char* take_rejection(Stream* stream, int* status) {
+    char* reason = nullptr;
+    if (const char* problem = read_negotiate_nack(stream, &reason, tag_negotiate_nack))
+        return problem;
+    *status = negotiation_rejected;
+    const char* rejection = format_error("Tavrin Server rejected us: %s", reason);
+    std::free(reason);
+    return rejection;
+}
+
+} // namespace
+
+const char* negotiate(Stream* stream, const char* name, const char* domain, int* status) {
+    int unwanted = negotiation_failed;
+    if (status == nullptr)
+        status = &unwanted;
+    *status = negotiation_failed;
+    if (const char* problem = write_client_wants(stream, our_version, name, domain))
+        return problem;
+    std::uint32_t tag = 0;
+    if (const char* problem = read_tag(stream, &tag))
+        return problem;
+    if (tag == tag_server_offers)
+        return take_offer(stream, status);
+    if (tag == tag_negotiate_nack)
+        return take_rejection(stream, status);
+    return "Tavrin Server using incompatible protocol";
+}

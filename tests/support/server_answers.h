@@ -1,0 +1,27 @@
+#pragma once
+/// What a server may answer to an agent's wishes, good or hostile, and what the tool makes of it. The same
+/// answers are given over memory and over real sockets.
+#include "support/octets.h"
+
+#include <string>
+
+struct ServerAnswer {
+    std::string what; // what is wrong or special about it
+    Octets octets;
+    std::string text; // empty: accepted
+    int status;
+};
+
+/// Answers that keep to the protocol, but for the strangest forms of it that are allowed.
+std::vector<ServerAnswer> acceptable_answers();
+/// Answers with a defect anywhere in a server's offer.
+std::vector<ServerAnswer> bad_offers();
+/// Offers of other protocol versions.
+std::vector<ServerAnswer> other_versions();
+/// Refusals, with and without a defect.
+std::vector<ServerAnswer> refusals();
+/// Every beginning of an offer and of a refusal, after which the peer closes.
+std::vector<ServerAnswer> cut_answers();
+
+/// Fields that a reader does not know, in every form that they may take.
+std::vector<Octets> unknown_fields();
