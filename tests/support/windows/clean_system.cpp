@@ -1,0 +1,8 @@
+#include "support/clean_system.h"
+
+#include "support/registry.h"
+
+void clean_system() {
+    delete_key(kTestKey);
+    delete_key("SOFTWARE\\Tavrin");
+}
