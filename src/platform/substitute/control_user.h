@@ -14,13 +14,15 @@ namespace substitute {
 void press(int virtual_key, bool with_shift = false);
 /// Types the text, one key a character.
 void type(const std::string& text);
-/// Clicks a window with the mouse. Nothing happens when it is disabled or not visible at that moment.
+/// Clicks a window with the mouse. Nothing happens when it is hidden or disabled by the time that the program
+/// takes the click from the queue.
 void click(HWND window);
 
 /// Adds a step that runs when GetMessageA finds its queue empty; one step is run, then the queue is looked
 /// at again. GetMessageA with an empty queue and no step left ends the process with a message.
 void then(std::function<void()> step);
 std::size_t steps_left();
+void forget_steps();
 /// Runs once, when the program next calls PeekMessageA.
 void when_peeked(std::function<void()> step);
 

@@ -27,17 +27,6 @@ HWND top_level_of(HWND handle) {
     return handle;
 }
 
-/// A disabled window, or one inside a disabled window, cannot have the focus.
-bool can_have_focus(HWND handle) {
-    for (const Window* window = window_of(handle); window != nullptr; window = window_of(window->parent)) {
-        if ((window->style & WS_DISABLED) != 0)
-            return false;
-        if (!is_child(*window))
-            return true;
-    }
-    return false;
-}
-
 void move_focus(HWND handle) {
     const HWND before = state().focus;
     if (before == handle)
@@ -78,6 +67,13 @@ HWND successor_of(HWND leaving) {
 
 } // namespace
 
+bool is_enabled_throughout(HWND handle) {
+    const Window* window = window_of(handle);
+    while (window != nullptr && (window->style & WS_DISABLED) == 0 && is_child(*window))
+        window = window_of(window->parent);
+    return window != nullptr && (window->style & WS_DISABLED) == 0;
+}
+
 void activate(HWND handle) {
     if (set_active(handle) && handle != nullptr && state().focus != handle && !IsChild(handle, state().focus))
         move_focus(handle);
@@ -99,7 +95,7 @@ HWND SetFocus(HWND handle) {
     if (failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE))
         return nullptr;
     const HWND before = state().focus;
-    if (handle != nullptr && (window_of(handle) == nullptr || !can_have_focus(handle)))
+    if (handle != nullptr && (window_of(handle) == nullptr || !is_enabled_throughout(handle)))
         return nullptr;
     if (handle != nullptr && !set_active(top_level_of(handle)))
         return nullptr;

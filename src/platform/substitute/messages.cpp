@@ -60,8 +60,10 @@ MSG message_of(const Input& input) {
     return {target, number, input.wparam, is_key ? 1 : 0, 0, {0, 0}};
 }
 
+bool can_be_clicked(HWND handle) { return is_enabled_throughout(handle) && IsWindowVisible(handle); }
+
 bool reaches(const MSG& message) {
-    return IsWindow(message.hwnd) && (message.message <= WM_KEYLAST || IsWindowEnabled(message.hwnd));
+    return message.message <= WM_KEYLAST ? IsWindow(message.hwnd) != FALSE : can_be_clicked(message.hwnd);
 }
 
 void note_key(const Input& input) {
@@ -145,6 +147,7 @@ WPARAM character_of(WPARAM key) {
 void queue_input(const Input& input) { queue().input.push_back(input); }
 void queue_step(std::function<void()> step) { queue().steps.push_back(std::move(step)); }
 void when_peeked(std::function<void()> step) { queue().when_peeked = std::move(step); }
+void forget_steps() { queue().steps.clear(); }
 std::size_t steps_left() { return queue().steps.size(); }
 bool queue_is_empty() { return queue().posted.empty() && !queue().quit && queue().input.empty(); }
 

@@ -85,5 +85,7 @@ void send_move(HWND handle);
 void leave_focus(HWND handle);
 void drop_messages_of(HWND handle);
 void activate(HWND handle);
+/// Whether neither the window nor one that it lies in is disabled: only then can it have focus or clicks.
+bool is_enabled_throughout(HWND handle);
 
 } // namespace substitute

@@ -1,0 +1,83 @@
+#include "support/windows/input.h"
+
+#include "support/user.h"
+
+#include <deque>
+
+/// Each stroke is posted only when the one before has been handled, so that it goes where the focus is by
+/// then. Posted and not injected into the desktop's input: that would go to whichever window of whichever
+/// suite happens to be in front.
+namespace {
+
+constexpr LPARAM kFirstPress = 1;
+constexpr LPARAM kRelease = static_cast<LPARAM>(0xC0000001);
+constexpr UINT kSystemKey = WM_SYSKEYDOWN - WM_KEYDOWN;
+
+std::deque<std::function<void()>> strokes;
+
+void hold_shift(bool down) {
+    BYTE keys[256] = {};
+    GetKeyboardState(keys);
+    keys[VK_SHIFT] = keys[VK_LSHIFT] = down ? 0x80 : 0;
+    SetKeyboardState(keys);
+}
+
+void post_key(UINT message, WPARAM key) {
+    const HWND focus = GetFocus();
+    const HWND target = focus != nullptr ? focus : GetActiveWindow();
+    PostMessageA(target, focus != nullptr ? message : message + kSystemKey, key,
+                 message == WM_KEYDOWN ? kFirstPress : kRelease);
+}
+
+void stroke(WPARAM key) {
+    strokes.push_back([key] { post_key(WM_KEYDOWN, key); });
+    strokes.push_back([key] { post_key(WM_KEYUP, key); });
+}
+
+bool can_be_clicked(HWND window) {
+    for (HWND each = window; each != nullptr; each = GetAncestor(each, GA_PARENT))
+        if (each != GetDesktopWindow() && !IsWindowEnabled(each))
+            return false;
+    return IsWindowVisible(window);
+}
+
+void post_click(HWND window) {
+    if (!can_be_clicked(window))
+        return;
+    RECT client{};
+    GetClientRect(window, &client);
+    const LPARAM middle = MAKELPARAM(client.right / 2, client.bottom / 2);
+    PostMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, middle);
+    PostMessageA(window, WM_LBUTTONUP, 0, middle);
+}
+
+} // namespace
+
+bool input::feed() {
+    if (strokes.empty())
+        return false;
+    const auto next = std::move(strokes.front());
+    strokes.pop_front();
+    next();
+    return true;
+}
+
+void press_key(int virtual_key, bool with_shift) {
+    if (with_shift)
+        strokes.push_back([] { hold_shift(true); });
+    stroke(static_cast<WPARAM>(virtual_key));
+    if (with_shift)
+        strokes.push_back([] { hold_shift(false); });
+}
+
+void type_text(const std::string& text) {
+    for (const char each : text) {
+        wchar_t wide = 0;
+        MultiByteToWideChar(CP_ACP, 0, &each, 1, &wide, 1);
+        stroke(MAKEWPARAM(VK_PACKET, wide));
+    }
+}
+
+void click_on(HWND window) {
+    strokes.push_back([window] { post_click(window); });
+}
