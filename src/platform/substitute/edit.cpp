@@ -10,13 +10,13 @@ namespace substitute {
 namespace {
 
 /// What a user may type into an edit control unless the program says otherwise.
-constexpr std::size_t kDefaultLimit = 0x7FFF - 1;
+constexpr std::size_t kDefaultLimit = 30000;
 constexpr std::size_t kGreatestLimit = 0x7FFFFFFE;
 
 struct EditData : ControlData {
     std::size_t start = 0;
     std::size_t end = 0;
-    std::size_t limit = kDefaultLimit + 1;
+    std::size_t limit = kDefaultLimit;
     bool modified = false;
 };
 

@@ -22,16 +22,18 @@ void hold_shift(bool down) {
     SetKeyboardState(keys);
 }
 
-void post_key(UINT message, WPARAM key) {
+/// `character`: what VK_PACKET stands for.
+void post_key(UINT message, WPARAM key, wchar_t character) {
     const HWND focus = GetFocus();
     const HWND target = focus != nullptr ? focus : GetActiveWindow();
+    const LPARAM state = message == WM_KEYDOWN ? kFirstPress : kRelease;
     PostMessageA(target, focus != nullptr ? message : message + kSystemKey, key,
-                 message == WM_KEYDOWN ? kFirstPress : kRelease);
+                 key == VK_PACKET ? MAKELPARAM(1, character) : state);
 }
 
-void stroke(WPARAM key) {
-    strokes.push_back([key] { post_key(WM_KEYDOWN, key); });
-    strokes.push_back([key] { post_key(WM_KEYUP, key); });
+void stroke(WPARAM key, wchar_t character = 0) {
+    strokes.push_back([=] { post_key(WM_KEYDOWN, key, character); });
+    strokes.push_back([=] { post_key(WM_KEYUP, key, character); });
 }
 
 bool can_be_clicked(HWND window) {
@@ -74,7 +76,7 @@ void type_text(const std::string& text) {
     for (const char each : text) {
         wchar_t wide = 0;
         MultiByteToWideChar(CP_ACP, 0, &each, 1, &wide, 1);
-        stroke(MAKEWPARAM(VK_PACKET, wide));
+        stroke(VK_PACKET, wide);
     }
 }
 

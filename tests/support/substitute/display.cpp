@@ -1,0 +1,3 @@
+#include "support/display.h"
+
+void prepare_display() {}
