@@ -31,6 +31,8 @@ struct ServiceCounts {
 
 /// Installs the service, or replaces its script and state; its counts start anew.
 void set_service(const std::string& name, const ServiceScript& script);
+/// Open handles of it stay, and every call with one fails as with a service that does not exist.
+void remove_service(const std::string& name);
 DWORD service_state(const std::string& name);
 /// Calls that reached the service, refused ones included.
 ServiceCounts service_counts(const std::string& name);

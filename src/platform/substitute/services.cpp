@@ -67,7 +67,11 @@ Service* usable(SC_HANDLE handle, DWORD needed) {
         SetLastError(ERROR_ACCESS_DENIED);
         return nullptr;
     }
-    return &state().services.at(found->second.name);
+    const auto service = state().services.find(found->second.name);
+    if (service != state().services.end())
+        return &service->second;
+    SetLastError(ERROR_SERVICE_DOES_NOT_EXIST);
+    return nullptr;
 }
 
 /// Lets what is due by now happen.
@@ -190,6 +194,8 @@ namespace substitute {
 void set_service(const std::string& name, const ServiceScript& script) {
     state().services[folded(name)] = Service{script, {}, false, 0, 0};
 }
+
+void remove_service(const std::string& name) { state().services.erase(folded(name)); }
 
 DWORD service_state(const std::string& name) {
     Service& service = state().services.at(folded(name));
