@@ -1,5 +1,6 @@
 #include "protocol/strings.h"
 
+#include "net/memory.h"
 #include "support/memory_stream.h"
 
 #include <gmock/gmock.h>
@@ -164,6 +165,32 @@ TEST(ReadString, CutShortIsNoString) {
         EXPECT_THAT(reading.problem, StrEq("Peer closed connection unexpectedly")) << size;
         EXPECT_THAT(reading.text.get(), IsNull()) << size;
     }
+}
+
+TEST(ReadString, SaysThatThereIsNoMemoryBeforeItReadsTheContent) {
+    net::resize_memory = [](void*, std::size_t size) -> void* {
+        EXPECT_EQ(size, 5u);
+        return nullptr;
+    };
+    MemoryStream stream("04 04 77 65 62 31"_octets);
+    const Reading reading = read(stream, 1024);
+    net::resize_memory = std::realloc;
+    EXPECT_THAT(reading.problem, StrEq("Unable to allocate data in read_string"));
+    EXPECT_THAT(reading.text.get(), IsNull());
+    EXPECT_EQ(stream.unread(), 4u);
+}
+
+TEST(ReadString, AsksForNoMemoryForATextThatIsTooLong) {
+    static int asked;
+    asked = 0;
+    net::resize_memory = [](void*, std::size_t) -> void* {
+        ++asked;
+        return nullptr;
+    };
+    MemoryStream stream("04 84 FF FF FF FF"_octets);
+    EXPECT_THAT(read(stream, 1024).problem, StrEq("data out of range in read_string"));
+    net::resize_memory = std::realloc;
+    EXPECT_EQ(asked, 0);
 }
 
 TEST(ReadString, RefusesAWrongTagHandedIn) {

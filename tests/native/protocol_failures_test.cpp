@@ -1,0 +1,182 @@
+#include "error/messages.h"
+#include "platform/substitute/control.h"
+#include "protocol/negotiation.h"
+#include "support/loopback.h"
+#include "support/octets.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+namespace {
+
+using loopback::Handle;
+using testing::IsNull;
+using testing::StrEq;
+
+std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
+
+const std::string good_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
+
+std::string said(const std::string& before, DWORD code) {
+    return before + system_error_string(code) + " (" + std::to_string(code) + ")";
+}
+
+/// A server that accepts every agent, while the agent's own system fails.
+class ProtocolFailures : public testing::Test {
+protected:
+    ProtocolFailures() { substitute::reset(); }
+    void TearDown() override { substitute::reset(); }
+
+    std::string connect(const char* name = "web1", char** used_name = nullptr) {
+        status = 77;
+        loopback::Peer server([this](Handle& agent) {
+            loopback::send_all(agent.get(), good_offer);
+            heard = loopback::receive_all(agent.get());
+        });
+        const char* problem =
+            connect_and_negotiate("127.0.0.1", server.port(), name, "", used_name, &status);
+        return problem != nullptr ? problem : "accepted";
+    }
+
+    std::string heard;
+    int status = 77;
+};
+
+TEST_F(ProtocolFailures, AcceptedLeavesNoSocketOpen) {
+    EXPECT_EQ(connect(), "accepted");
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(substitute::open_sockets(), 0u);
+}
+
+TEST_F(ProtocolFailures, EverySendNamesItsField) {
+    const std::string send = said("socket_send returned error in socket_write_buf: "
+                                  "Bad error without sleep happened in socket_send(): ",
+                                  10054);
+    const std::vector<std::string> fields = {"", // 60
+                                             "", // 80
+                                             "client_wants.version: ",
+                                             "", // A1
+                                             "", // 80
+                                             "client_private_key.name: ", // its head
+                                             "client_private_key.name: ", // its text
+                                             "client_private_key.domain: ",
+                                             "client_private_key.id: ",
+                                             "client_private_key.hasMasterKey: ",
+                                             "client_private_key.hasHallmark: ",
+                                             "client_private_key.testing: ",
+                                             "",  // 00 00
+                                             "",  // 00 00
+                                             "",  // 62
+                                             "",  // 80
+                                             ""}; // 00 00
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        substitute::fail_call("send", static_cast<int>(i) + 1, 10054);
+        EXPECT_EQ(connect(), fields[i] + send) << i;
+        EXPECT_EQ(status, 2);
+        EXPECT_EQ(substitute::open_sockets(), 0u);
+    }
+}
+
+TEST_F(ProtocolFailures, EveryReceiveNamesItsField) {
+    const std::string receive =
+        said("Error receiving data: Bad error happened without sleep in socket_recv(): ", 10054);
+    const std::string version = "server_offers.version: ";
+    const std::string master = "server_private_key.hasMasterKey: ";
+    const std::string hallmark = "server_private_key.hasHallmark: ";
+    const std::vector<std::string> fields = {"",     "",       version,  version,  version, "", "", master, master,
+                                             master, hallmark, hallmark, hallmark, "",      "", "", ""};
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        // Would-block answers, of which there may be any number, are received again: only a peer that has
+        // answered before makes the count of receives certain.
+        loopback::Listener listener;
+        Stream* stream = nullptr;
+        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking), IsNull());
+        const Handle agent = listener.accept();
+        loopback::send_all(agent.get(), good_offer);
+        ASSERT_TRUE(stream->wait_readable(stream, 20));
+        substitute::fail_call("recv", static_cast<int>(i) + 1, 10054);
+        EXPECT_EQ(negotiate(stream, "web1", "", &status), fields[i] + receive) << i;
+        EXPECT_EQ(status, 2);
+        stream->close(stream);
+    }
+    EXPECT_EQ(substitute::failed_calls(), static_cast<int>(fields.size()));
+}
+
+TEST_F(ProtocolFailures, ASilentServerIsWaitedForTenMinutes) {
+    loopback::Listener silent;
+    Stream* stream = nullptr;
+    ASSERT_THAT(stream_open(&stream, loopback::address(), silent.port(), connect_nonblocking), IsNull());
+    substitute::time_out_select();
+    EXPECT_THAT(negotiate(stream, "web1", "", &status), StrEq("Error receiving data: Timeout in socket_recv()"));
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(substitute::select_waits().back(), 600);
+    stream->close(stream);
+}
+
+TEST_F(ProtocolFailures, AServerThatTakesNothingIsWaitedForTenMinutes) {
+    loopback::Listener full;
+    Stream* stream = nullptr;
+    ASSERT_THAT(stream_open(&stream, loopback::address(), full.port(), connect_nonblocking), IsNull());
+    substitute::fail_call("send", 6, 10035);
+    substitute::time_out_select();
+    EXPECT_THAT(negotiate(stream, "web1", "", &status),
+                StrEq("client_private_key.name: socket_send returned error in socket_write_buf: "
+                      "Timeout in socket_send()"));
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(substitute::select_waits().back(), 600);
+    stream->close(stream);
+}
+
+TEST_F(ProtocolFailures, AConnectIsWaitedForTenMinutes) {
+    loopback::Listener unused;
+    substitute::fail_call("connect", 1, 10035);
+    substitute::time_out_select();
+    EXPECT_THAT(connect_and_negotiate("127.0.0.1", unused.port(), "web1", "", nullptr, &status),
+                StrEq("Connection timed out"));
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(substitute::select_waits(), std::vector<int>{600});
+    EXPECT_EQ(substitute::open_sockets(), 0u);
+}
+
+TEST_F(ProtocolFailures, AResetIsNamedWithItsNumber) {
+    loopback::Peer server([](Handle& agent) {
+        loopback::receive(agent.get(), 31);
+        loopback::reset(agent);
+    });
+    EXPECT_EQ(connect_and_negotiate("127.0.0.1", server.port(), "web1", "", nullptr, &status),
+              said("Error receiving data: Bad error happened without sleep in socket_recv(): ", 10054));
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(substitute::open_sockets(), 0u);
+}
+
+TEST_F(ProtocolFailures, ALocalAddressThatCannotBeReadIsAnEmptyName) {
+    substitute::fail_call("getsockname");
+    char* used_name = nullptr;
+    EXPECT_EQ(connect("", &used_name), "accepted");
+    EXPECT_THAT(used_name, StrEq(""));
+    std::free(used_name);
+    EXPECT_EQ(heard, text_of("60 80 02 02 02 02 A1 80 04 00 04 00 04 00 "
+                             "01 01 01 01 01 01 01 01 01 00 00 00 00 62 80 00 00"_octets));
+}
+
+TEST_F(ProtocolFailures, AHostThatIsNotFoundIsNotConnectedTo) {
+    substitute::set_host(" alpha", {});
+    EXPECT_THAT(connect_and_negotiate(" alpha", 80, "web1", "", nullptr, &status),
+                StrEq("No addresses found when resolving \" alpha\""));
+    EXPECT_EQ(status, 2);
+    substitute::fail_call("gethostbyname", 1, 11001);
+    EXPECT_EQ(connect_and_negotiate("alpha", 80, "web1", "", nullptr, &status),
+              "Error resolving \"alpha\": " + system_error_string(11001));
+    EXPECT_EQ(substitute::call_count("socket"), 0);
+}
+
+TEST_F(ProtocolFailures, AFailingCloseChangesNothing) {
+    substitute::fail_call("shutdown");
+    EXPECT_EQ(connect(), "accepted");
+    substitute::fail_call("closesocket");
+    EXPECT_EQ(connect(), "accepted");
+    EXPECT_EQ(substitute::failed_calls(), 2);
+}
+
+} // namespace

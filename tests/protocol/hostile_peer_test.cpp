@@ -1,0 +1,180 @@
+#include "net/socket.h"
+#include "protocol/negotiation.h"
+#include "support/loopback.h"
+#include "support/server_answers.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+
+namespace {
+
+using loopback::Handle;
+using testing::AllOf;
+using testing::AnyOf;
+using testing::EndsWith;
+using testing::StartsWith;
+
+std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
+
+const std::string wishes = text_of("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
+                                   "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets);
+const std::string closing = text_of("62 80 00 00"_octets);
+const Octets offer_head = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00"_octets; // up to the end of the key
+const Octets both_ends = "00 00 00 00"_octets;
+const std::string good_offer = text_of(offer_head + both_ends);
+
+/// Every wait of either side ends after some seconds, so that no peer can hang the suite.
+class HostilePeer : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(net_startup(), nullptr);
+        socket_io_timeout = 20;
+    }
+    void TearDown() override { socket_io_timeout = 600; }
+
+    /// Negotiates with a server that `play` plays once it is connected.
+    void negotiate_with(const std::function<void(Handle&)>& play) {
+        loopback::Peer peer(play);
+        status = 77;
+        const char* problem = connect_and_negotiate("127.0.0.1", peer.port(), "web1", "", nullptr, &status);
+        text = problem != nullptr ? problem : "accepted";
+        peer.finish();
+    }
+    /// The server hears the agent out, answers, and stays until the agent closes.
+    void answer(const Octets& octets) {
+        negotiate_with([&](Handle& agent) {
+            heard = loopback::receive(agent.get(), wishes.size());
+            loopback::send_all(agent.get(), text_of(octets));
+            heard += loopback::receive_all(agent.get());
+        });
+    }
+    /// The server hears the agent out, answers and closes.
+    void answer_and_close(const Octets& octets) {
+        negotiate_with([&](Handle& agent) {
+            heard = loopback::receive(agent.get(), wishes.size());
+            loopback::send_all(agent.get(), text_of(octets));
+        });
+    }
+    void expect(const ServerAnswer& expected) const {
+        EXPECT_EQ(text, expected.status == 0 ? "accepted" : expected.text) << expected.what;
+        EXPECT_EQ(status, expected.status) << expected.what;
+    }
+
+    std::string heard;
+    std::string text;
+    int status = 77;
+};
+
+TEST_F(HostilePeer, ThatNeverClosesGetsItsAnswersSaidAllTheSame) {
+    for (const auto& answers : {acceptable_answers(), bad_offers(), other_versions(), refusals()})
+        for (const ServerAnswer& each : answers) {
+            answer(each.octets);
+            expect(each);
+            EXPECT_EQ(heard, each.status == 0 ? wishes + closing : wishes) << each.what;
+        }
+}
+
+TEST_F(HostilePeer, ThatClosesWithinItsAnswer) {
+    for (const ServerAnswer& each : cut_answers()) {
+        answer_and_close(each.octets);
+        expect(each);
+        EXPECT_EQ(heard, wishes) << each.what;
+    }
+}
+
+TEST_F(HostilePeer, ThatClosesUnasked) {
+    negotiate_with([](Handle&) {});
+    EXPECT_EQ(status, 2);
+    // Which of them depends on whether the agent's wishes arrive before or after the close.
+    EXPECT_THAT(text,
+                AnyOf("Peer closed connection unexpectedly",
+                      StartsWith("Error receiving data: Bad error happened without sleep in socket_recv(): "),
+                      testing::HasSubstr("socket_send returned error in socket_write_buf: Bad error without "
+                                         "sleep happened in socket_send(): ")));
+}
+
+TEST_F(HostilePeer, ThatDripsItsAnswer) {
+    negotiate_with([this](Handle& agent) {
+        heard = loopback::receive(agent.get(), wishes.size());
+        for (const char octet : good_offer)
+            loopback::send_all(agent.get(), std::string(1, octet));
+        heard += loopback::receive_all(agent.get());
+    });
+    EXPECT_EQ(text, "accepted");
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(heard, wishes + closing);
+}
+
+TEST_F(HostilePeer, ThatAnswersBeforeItIsAsked) {
+    negotiate_with([this](Handle& agent) {
+        loopback::send_all(agent.get(), good_offer);
+        heard = loopback::receive_all(agent.get());
+    });
+    EXPECT_EQ(text, "accepted");
+    EXPECT_EQ(heard, wishes + closing);
+}
+
+TEST_F(HostilePeer, ThatResets) {
+    negotiate_with([](Handle& agent) {
+        loopback::receive(agent.get(), wishes.size());
+        loopback::reset(agent);
+    });
+    EXPECT_EQ(status, 2);
+    EXPECT_THAT(text,
+                AllOf(StartsWith("Error receiving data: Bad error happened without sleep in socket_recv(): "),
+                      EndsWith(" (10054)")));
+}
+
+TEST_F(HostilePeer, ThatResetsInPlaceOfHearingTheEnd) {
+    negotiate_with([](Handle& agent) {
+        loopback::receive(agent.get(), wishes.size());
+        loopback::send_all(agent.get(), good_offer);
+        loopback::receive(agent.get(), closing.size());
+        loopback::reset(agent);
+    });
+    EXPECT_EQ(text, "accepted"); // the agent has sent its last octet
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(HostilePeer, ThatNeverAnswers) {
+    socket_io_timeout = 1;
+    answer({});
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(text, "Error receiving data: Timeout in socket_recv()");
+    EXPECT_EQ(heard, wishes);
+}
+
+TEST_F(HostilePeer, ThatStopsWithinItsAnswer) {
+    socket_io_timeout = 1;
+    answer("61 80 02 02 02"_octets);
+    EXPECT_EQ(text, "server_offers.version: Error receiving data: Timeout in socket_recv()");
+    answer("61 80 02 02 02 05 A1 80 01 01 01 01 01"_octets);
+    EXPECT_EQ(text, "server_private_key.hasHallmark: Error receiving data: Timeout in socket_recv()");
+    answer("63 80 04 02 6E"_octets);
+    EXPECT_EQ(text, "negotiate_nack.reason: Error receiving data: Timeout in socket_recv()");
+}
+
+TEST_F(HostilePeer, ThatSendsFillersUntilItIsTired) {
+    answer_and_close(repeated("19"_octets, 20000));
+    EXPECT_EQ(status, 2);
+    EXPECT_EQ(text, "Peer closed connection unexpectedly");
+}
+
+TEST_F(HostilePeer, ThatOpens100000ElementsAndClosesThem) {
+    answer(offer_head + repeated("30 80"_octets, 100000) + repeated("00 00"_octets, 100000) + both_ends);
+    EXPECT_EQ(text, "accepted");
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(HostilePeer, ThatOpensElementsAndLeaves) {
+    answer_and_close(offer_head + repeated("30 80"_octets, 10000));
+    EXPECT_EQ(text, "Peer closed connection unexpectedly");
+}
+
+TEST_F(HostilePeer, ThatAnnounces4GigabytesAndLeaves) {
+    answer_and_close(offer_head + "04 84 FF FF FF FF"_octets + Octets(1000000, 'x'));
+    EXPECT_EQ(text, "Peer closed connection unexpectedly");
+}
+
+} // namespace
