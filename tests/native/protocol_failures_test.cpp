@@ -34,8 +34,7 @@ protected:
             loopback::send_all(agent.get(), good_offer);
             heard = loopback::receive_all(agent.get());
         });
-        const char* problem =
-            connect_and_negotiate("127.0.0.1", server.port(), name, "", used_name, &status);
+        const char* problem = connect_and_negotiate("127.0.0.1", server.port(), name, "", used_name, &status);
         return problem != nullptr ? problem : "accepted";
     }
 
@@ -56,8 +55,8 @@ TEST_F(ProtocolFailures, EverySendNamesItsField) {
     const std::vector<std::string> fields = {"", // 60
                                              "", // 80
                                              "client_wants.version: ",
-                                             "", // A1
-                                             "", // 80
+                                             "",                          // A1
+                                             "",                          // 80
                                              "client_private_key.name: ", // its head
                                              "client_private_key.name: ", // its text
                                              "client_private_key.domain: ",
@@ -84,14 +83,16 @@ TEST_F(ProtocolFailures, EveryReceiveNamesItsField) {
     const std::string version = "server_offers.version: ";
     const std::string master = "server_private_key.hasMasterKey: ";
     const std::string hallmark = "server_private_key.hasHallmark: ";
-    const std::vector<std::string> fields = {"",     "",       version,  version,  version, "", "", master, master,
-                                             master, hallmark, hallmark, hallmark, "",      "", "", ""};
+    const std::vector<std::string> fields = {"",       "",     version, version, version,  "",
+                                             "",       master, master,  master,  hallmark, hallmark,
+                                             hallmark, "",     "",      "",      ""};
     for (std::size_t i = 0; i < fields.size(); ++i) {
         // Would-block answers, of which there may be any number, are received again: only a peer that has
         // answered before makes the count of receives certain.
         loopback::Listener listener;
         Stream* stream = nullptr;
-        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking), IsNull());
+        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking),
+                    IsNull());
         const Handle agent = listener.accept();
         loopback::send_all(agent.get(), good_offer);
         ASSERT_TRUE(stream->wait_readable(stream, 20));
@@ -108,7 +109,8 @@ TEST_F(ProtocolFailures, ASilentServerIsWaitedForTenMinutes) {
     Stream* stream = nullptr;
     ASSERT_THAT(stream_open(&stream, loopback::address(), silent.port(), connect_nonblocking), IsNull());
     substitute::time_out_select();
-    EXPECT_THAT(negotiate(stream, "web1", "", &status), StrEq("Error receiving data: Timeout in socket_recv()"));
+    EXPECT_THAT(negotiate(stream, "web1", "", &status),
+                StrEq("Error receiving data: Timeout in socket_recv()"));
     EXPECT_EQ(status, 2);
     EXPECT_EQ(substitute::select_waits().back(), 600);
     stream->close(stream);
@@ -129,10 +131,10 @@ TEST_F(ProtocolFailures, AServerThatTakesNothingIsWaitedForTenMinutes) {
 }
 
 TEST_F(ProtocolFailures, AConnectIsWaitedForTenMinutes) {
-    loopback::Listener unused;
+    const std::uint16_t port = loopback::closed_port();
     substitute::fail_call("connect", 1, 10035);
     substitute::time_out_select();
-    EXPECT_THAT(connect_and_negotiate("127.0.0.1", unused.port(), "web1", "", nullptr, &status),
+    EXPECT_THAT(connect_and_negotiate("127.0.0.1", port, "web1", "", nullptr, &status),
                 StrEq("Connection timed out"));
     EXPECT_EQ(status, 2);
     EXPECT_EQ(substitute::select_waits(), std::vector<int>{600});
@@ -147,11 +149,10 @@ TEST_F(ProtocolFailures, AResetIsNamedWithItsNumber) {
     EXPECT_EQ(connect_and_negotiate("127.0.0.1", server.port(), "web1", "", nullptr, &status),
               said("Error receiving data: Bad error happened without sleep in socket_recv(): ", 10054));
     EXPECT_EQ(status, 2);
-    EXPECT_EQ(substitute::open_sockets(), 0u);
 }
 
 TEST_F(ProtocolFailures, ALocalAddressThatCannotBeReadIsAnEmptyName) {
-    substitute::fail_call("getsockname");
+    substitute::fail_call("getsockname", 2); // the first is the server's
     char* used_name = nullptr;
     EXPECT_EQ(connect("", &used_name), "accepted");
     EXPECT_THAT(used_name, StrEq(""));
