@@ -48,6 +48,11 @@ SOCKET Handle::release() {
     return handle;
 }
 
+void Handle::reset(SOCKET handle) {
+    close();
+    handle_ = handle;
+}
+
 void Handle::close() {
     if (handle_ != INVALID_SOCKET)
         closesocket(release());

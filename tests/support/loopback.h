@@ -26,6 +26,7 @@ public:
     ~Handle() { close(); }
     SOCKET get() const { return handle_; }
     SOCKET release();
+    void reset(SOCKET handle);
     void close();
 
 private:

@@ -14,6 +14,10 @@ namespace substitute {
 void answer_call(const std::string& function, int nth, int result);
 /// The `nth` `select` from now on reports at once that its time is over.
 void time_out_select(int nth = 1);
+/// The `nth` `select` from now on reports its sockets as exceptions, as for a connect that failed.
+void except_select(int nth = 1);
+/// The next SO_ERROR that is asked for is `code`.
+void set_socket_error(int code);
 /// The whole seconds that each `select` was allowed to wait, in order; -1 for without limit.
 std::vector<int> select_waits();
 

@@ -92,8 +92,10 @@ int getsockopt(SOCKET handle, int level, int option, char* value, int* size) {
     if (substitute::failing("getsockopt", WSAENOPROTOOPT))
         return SOCKET_ERROR;
     const int result = finished(::getsockopt(descriptor(handle), level, option, value, host_size(size)));
-    if (result == 0 && level == SOL_SOCKET && option == SO_ERROR)
-        *reinterpret_cast<int*>(value) = code_of_errno(*reinterpret_cast<int*>(value));
+    if (result == 0 && level == SOL_SOCKET && option == SO_ERROR) {
+        int& code = *reinterpret_cast<int*>(value);
+        code = scripted_result(socket_error).value_or(code_of_errno(code));
+    }
     return result;
 }
 

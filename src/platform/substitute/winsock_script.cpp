@@ -100,6 +100,8 @@ void answer_call(const std::string& function, int nth, int result) {
     script().results[function].push_back({nth, result});
 }
 void time_out_select(int nth) { answer_call("select", nth, 0); }
+void except_select(int nth) { answer_call(winsock::exception_in_select, nth, 1); }
+void set_socket_error(int code) { answer_call(winsock::socket_error, 1, code); }
 std::vector<int> select_waits() { return script().waits; }
 
 std::size_t open_sockets() {

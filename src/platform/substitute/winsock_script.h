@@ -8,6 +8,9 @@ namespace winsock {
 
 /// The result that this call of `function` was scripted to return, if any. To be asked once a call.
 std::optional<int> scripted_result(const char* function);
+/// What is scripted under a name that is no function's.
+inline constexpr const char* exception_in_select = "select: exception";
+inline constexpr const char* socket_error = "SO_ERROR";
 void note_select_wait(int seconds);
 void note_opened(UINT_PTR handle);
 void note_closed(UINT_PTR handle);

@@ -71,6 +71,18 @@ void clear(socket_set* set) {
         set->fd_count = 0;
 }
 
+std::optional<int> scripted_select(socket_set* read, socket_set* write, socket_set* except) {
+    const auto excepted = scripted_result(exception_in_select);
+    const auto result = scripted_result("select");
+    if (!excepted && !result)
+        return std::nullopt;
+    clear(read);
+    clear(write);
+    if (!excepted)
+        clear(except);
+    return excepted ? excepted : result;
+}
+
 } // namespace
 
 void add_to_set(SOCKET handle, socket_set* set) {
@@ -87,11 +99,8 @@ int select(int /*ignored*/, socket_set* read, socket_set* write, socket_set* exc
     if (substitute::failing("select", WSAENETDOWN))
         return SOCKET_ERROR;
     note_select_wait(timeout == nullptr ? -1 : static_cast<int>(timeout->tv_sec));
-    if (const auto result = scripted_result("select")) {
-        for (socket_set* each : {read, write, except})
-            clear(each);
+    if (const auto result = scripted_select(read, write, except))
         return *result;
-    }
     Polled polled;
     polled.ask(read, POLLIN);
     polled.ask(write, POLLOUT);

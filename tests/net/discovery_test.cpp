@@ -1,0 +1,161 @@
+#include "net/discovery.h"
+
+#include "net/socket.h"
+#include "support/discovery_server.h"
+#include "support/scan_result.h"
+#include "support/short_memory.h"
+
+#include <gmock/gmock.h>
+#include <string>
+
+namespace {
+
+using loopback::Answer;
+using loopback::discovery_answer;
+using loopback::DiscoveryServer;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StrEq;
+
+const std::string kRequest("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0\xF1\xB3\x4C", 20);
+
+/// Every scan here is of the loopback network alone.
+class Discovery : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_EQ(net_startup(), nullptr); }
+    void TearDown() override { scan_pass_limit = 60; }
+
+    std::vector<std::string> scan(const DiscoveryServer& server) {
+        char* found = nullptr;
+        EXPECT_EQ(net::scan_networks(networks_, server.port(), &found), nullptr);
+        return servers_in(found);
+    }
+    const char* scan_failing(std::uint16_t port) {
+        char none = 'x';
+        char* found = &none;
+        const char* message = net::scan_networks(networks_, port, &found);
+        EXPECT_EQ(found, nullptr);
+        return message;
+    }
+
+    /// One host only, so that nothing else on this machine is disturbed.
+    net::Interface networks_[3]{
+        {"no name(0)", loopback::address(), htonl(0xFFFFFFFF), loopback::address()}, {}, {}};
+};
+
+TEST_F(Discovery, AsksThreeTimesAndListsWhoAnswered) {
+    DiscoveryServer server([](int) { return std::vector<Answer>{{1, discovery_answer()}}; });
+    EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
+    EXPECT_THAT(server.requests(), ElementsAre(kRequest, kRequest, kRequest));
+}
+
+TEST_F(Discovery, FindsNobodyWhereNobodyAnswers) {
+    DiscoveryServer server([](int) { return std::vector<Answer>{}; });
+    EXPECT_THAT(scan(server), IsEmpty());
+    EXPECT_EQ(server.requests().size(), 3U);
+}
+
+TEST_F(Discovery, ListsOnceWhoAnswersOften) {
+    DiscoveryServer server([](int) {
+        return std::vector<Answer>{{1, discovery_answer()}, {1, discovery_answer()}};
+    });
+    EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
+}
+
+std::string changed_answer(std::size_t at) {
+    std::string octets = discovery_answer();
+    octets[at] = static_cast<char>(octets[at] + 1);
+    return octets;
+}
+
+TEST_F(Discovery, DropsWhatIsNoAnswer) {
+    DiscoveryServer server([](int) {
+        return std::vector<Answer>{{1, ""},
+                                   {1, discovery_answer().substr(0, 15)},
+                                   {1, changed_answer(3)},
+                                   {1, changed_answer(11)},
+                                   {1, changed_answer(15)},
+                                   {1, kRequest}};
+    });
+    EXPECT_THAT(scan(server), IsEmpty());
+}
+
+TEST_F(Discovery, DropsADatagramThatIsTooLarge) {
+    DiscoveryServer server([](int) {
+        return std::vector<Answer>{{1, discovery_answer() + std::string(4081, 'x')}};
+    });
+    EXPECT_THAT(scan(server), IsEmpty());
+}
+
+TEST_F(Discovery, TakesAnAnswerThatFillsTheBuffer) {
+    DiscoveryServer server([](int) {
+        return std::vector<Answer>{{1, discovery_answer() + std::string(4080, 'x')}};
+    });
+    EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
+}
+
+TEST_F(Discovery, BroadcastsOnEveryNetwork) {
+    networks_[0].broadcast = htonl(0x7FFFFFFF);
+    networks_[1] = networks_[0];
+    DiscoveryServer server(
+        [](int) {
+            return std::vector<Answer>{{1, discovery_answer()}};
+        },
+        DiscoveryServer::hears_broadcasts);
+    EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
+    EXPECT_EQ(server.requests().size(), 6U);
+    EXPECT_THAT(server.requests(), Each(kRequest));
+}
+
+TEST_F(Discovery, EndsThoughAnswersDoNot) {
+    scan_pass_limit = 1;
+    DiscoveryServer server(
+        [](int) {
+            return std::vector<Answer>{{1, "rubbish"}, {1, discovery_answer()}};
+        },
+        DiscoveryServer::never_stops_answering);
+    EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
+}
+
+TEST_F(Discovery, RunsOutOfMemoryAtOnce) {
+    const ShortMemory memory(1);
+    EXPECT_THAT(scan_failing(9), StrEq("Out of memory"));
+}
+
+TEST_F(Discovery, NeedsAPlaceForItsResult) {
+    EXPECT_THAT(scan_servers(9, nullptr), StrEq("found_servers must not be NULL"));
+}
+
+TEST_F(Discovery, NeedsMemoryForItsResult) {
+    const ShortMemory memory(1);
+    char* found = nullptr;
+    EXPECT_THAT(scan_servers(9, &found), StrEq("Out of memory"));
+    EXPECT_EQ(found, nullptr);
+    EXPECT_THAT(memory.sizes(), ElementsAre(64));
+}
+
+TEST_F(Discovery, NeedsMemoryForAListOfNetworks) {
+    const ShortMemory memory(2);
+    char* found = nullptr;
+    EXPECT_THAT(scan_servers(9, &found), StrEq("No memory for small nic structure"));
+    EXPECT_EQ(found, nullptr);
+}
+
+TEST_F(Discovery, KnowsTheLoopbackNetwork) {
+    const net::InterfaceList list = net::list_interfaces();
+    ASSERT_NE(list, nullptr);
+    bool seen = false;
+    int position = 0;
+    for (; list[position].name[0] != '\0'; ++position) {
+        EXPECT_EQ(list[position].name, "no name(" + std::to_string(position) + ")");
+        if (list[position].address != loopback::address())
+            continue;
+        seen = true;
+        EXPECT_EQ(list[position].mask, htonl(0xFF000000));
+        EXPECT_EQ(list[position].broadcast, htonl(0x7FFFFFFF));
+    }
+    EXPECT_TRUE(seen);
+}
+
+} // namespace

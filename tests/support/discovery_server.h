@@ -1,0 +1,53 @@
+#pragma once
+/// Servers that answer a scan, on 127.0.0.1 and its neighbours.
+#include "support/loopback.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace loopback {
+
+/// What a server sends to a scan, and from which host 127.0.0.`host`.
+struct Answer {
+    unsigned host;
+    std::string octets;
+};
+
+/// A good answer of the shortest length.
+std::string discovery_answer();
+
+/// Hears the requests at one port and has other hosts of the loopback network answer each.
+class DiscoveryServer {
+public:
+    using Answers = std::function<std::vector<Answer>(int request)>;
+    enum Manner { ordinary, hears_broadcasts, never_stops_answering };
+    /// `answers` is asked on each request, which are counted from 1.
+    explicit DiscoveryServer(Answers answers, Manner manner = ordinary);
+    DiscoveryServer(const DiscoveryServer&) = delete;
+    DiscoveryServer& operator=(const DiscoveryServer&) = delete;
+    ~DiscoveryServer();
+    std::uint16_t port() const { return port_; }
+    /// The requests heard so far.
+    std::vector<std::string> requests();
+
+private:
+    void serve();
+    void answer(const sockaddr_in& scanner, int request);
+    SOCKET socket_of(unsigned host);
+
+    Answers answers_;
+    Manner manner_;
+    Handle handle_;
+    std::uint16_t port_;
+    std::map<unsigned, Handle> hosts_;
+    std::mutex guard_;
+    std::vector<std::string> requests_;
+    std::atomic<bool> over_ = false;
+    std::thread thread_;
+};
+
+} // namespace loopback
