@@ -4,6 +4,7 @@
 #include "platform/substitute/control_calls.h"
 #include "platform/substitute/control_clock.h"
 #include "platform/substitute/control_dialogs.h"
+#include "platform/substitute/control_errors.h"
 #include "platform/substitute/control_events.h"
 #include "platform/substitute/control_registry.h"
 #include "platform/substitute/control_services.h"

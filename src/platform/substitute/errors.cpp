@@ -1,8 +1,11 @@
 #include "platform/substitute/calls.h"
+#include "platform/substitute/control_errors.h"
 #include "platform/substitute/kernel.h"
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <optional>
 #include <string>
 
 namespace {
@@ -77,11 +80,22 @@ constexpr SystemText kTexts[] = {
     {0x80004005, "Call failed."},
 };
 
-const char* find_text(DWORD code) {
+std::map<DWORD, std::string>& scripted_texts() {
+    static std::map<DWORD, std::string> instance;
+    return instance;
+}
+
+const substitute::ResetHook reset_hook([] { scripted_texts().clear(); });
+
+std::optional<std::string> find_text(DWORD code) {
+    if (const auto scripted = scripted_texts().find(code); scripted != scripted_texts().end())
+        return scripted->second;
     const auto* const found =
         std::lower_bound(std::begin(kTexts), std::end(kTexts), code,
                          [](const SystemText& row, DWORD wanted) { return row.code < wanted; });
-    return found != std::end(kTexts) && found->code == code ? found->text : nullptr;
+    if (found == std::end(kTexts) || found->code != code)
+        return std::nullopt;
+    return std::string(found->text) + "\r\n";
 }
 
 DWORD fail(DWORD code) {
@@ -99,15 +113,16 @@ DWORD FormatMessageA(DWORD flags, const void*, DWORD code, DWORD, LPSTR buffer, 
         return 0;
     if ((flags & FORMAT_MESSAGE_FROM_SYSTEM) == 0)
         return fail(ERROR_INVALID_PARAMETER);
-    const char* const found = find_text(code);
-    if (found == nullptr)
+    const auto text = find_text(code);
+    if (!text)
         return fail(ERROR_MR_MID_NOT_FOUND);
-    const std::string text = std::string(found) + "\r\n";
-    if (size <= text.size())
+    if (size <= text->size())
         return fail(ERROR_INSUFFICIENT_BUFFER);
-    std::copy_n(text.c_str(), text.size() + 1, buffer);
-    return static_cast<DWORD>(text.size());
+    std::copy_n(text->c_str(), text->size() + 1, buffer);
+    return static_cast<DWORD>(text->size());
 }
 
 DWORD GetCurrentThreadId() { return 1; }
 DWORD GetCurrentProcessId() { return 1; }
+
+void substitute::set_system_text(DWORD code, const std::string& text) { scripted_texts()[code] = text; }
