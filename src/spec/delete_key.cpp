@@ -1,0 +1,23 @@
+#include "spec/delete_key.h"
+
+#include <utility>
+
+namespace {
+constexpr PageControl checkbox{
+    {"Button", "Delete", BS_AUTOCHECKBOX, 0, "Unable to create checkbox delete control"}, 25, 15, BN_CLICKED};
+}
+
+DeleteKey::DeleteKey(DeleteRegKey binding, std::string title, std::string help_text)
+    : SingleControlEntry(std::move(title), std::move(help_text), checkbox), DeleteRegKey(std::move(binding)) {
+}
+
+void DeleteKey::showValue() {
+    EnableWindow(control(), exists() ? TRUE : FALSE);
+    if (exists())
+        SendMessageA(control(), BM_SETCHECK, delete_requested() ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+void DeleteKey::takeValue() {
+    if (exists())
+        request_delete(SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED);
+}

@@ -1,0 +1,57 @@
+#include "spec/file_selector.h"
+
+#include "error/guard.h"
+#include "platform/main_window.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr TextAndButton file_box{
+    "Unable to create file box", "...", "Unable to create file button", 60, 40, 30, 30, 20};
+
+using PathBuffer = std::array<char, MAX_PATH>;
+
+/// The dialog's list of filters: one whose description is the pattern itself. All zero, no filter, when the
+/// pattern does not fit.
+PathBuffer filter_for(const std::string& extension) {
+    std::string filter = "*." + (extension.empty() ? std::string("*") : extension);
+    filter.append(2, '\0');
+    PathBuffer buffer{};
+    if (filter.size() <= buffer.size())
+        std::copy(filter.begin(), filter.end(), buffer.begin());
+    return buffer;
+}
+
+/// Replaces `file` by the user's choice; false when the user cancels.
+bool choose_file(const PathBuffer& filter, PathBuffer& file) {
+    OPENFILENAMEA request{};
+    static_assert(sizeof request == 152, "the dialog tells its versions apart by this size");
+    request.lStructSize = sizeof request;
+    request.hwndOwner = main_window;
+    request.lpstrFilter = filter.data();
+    request.lpstrFile = file.data();
+    request.nMaxFile = static_cast<DWORD>(file.size());
+    request.lpstrTitle = "File selection...";
+    request.Flags =
+        OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_SHAREAWARE | OFN_EXPLORER | OFN_NODEREFERENCELINKS;
+    const BOOL chosen = GetOpenFileNameA(&request);
+    error::rethrow_kept();
+    return chosen != FALSE;
+}
+
+} // namespace
+
+FileSelector::FileSelector(CommonRegKey binding, std::string title, std::string help_text,
+                           std::string extension)
+    : TextAndButtonEntry(std::move(binding), std::move(title), std::move(help_text), file_box),
+      extension_(std::move(extension)) {}
+
+void FileSelector::button_pressed() {
+    PathBuffer file{};
+    GetWindowTextA(text_box(), file.data(), static_cast<int>(file.size()));
+    if (choose_file(filter_for(extension_), file))
+        replace_value(file.data());
+}

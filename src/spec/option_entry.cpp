@@ -1,0 +1,54 @@
+#include "spec/option_entry.h"
+
+#include <utility>
+
+namespace {
+
+/// The height is that of the opened list.
+constexpr PageControl combo_box{
+    {"ComboBox", "", CBS_DROPDOWNLIST, 0, "Unable to create combobox control"}, 30, 140, CBN_SELCHANGE};
+
+/// The longest text, in bytes, that the list shows of an option.
+constexpr std::size_t longest_shown_option = 1023;
+
+} // namespace
+
+OptionEntry::OptionEntry(CommonRegKey binding, std::string title, std::string help_text,
+                         std::vector<std::string> options)
+    : SingleControlEntry(std::move(title), std::move(help_text), combo_box), CommonRegKey(std::move(binding)),
+      options_(std::move(options)) {}
+
+void OptionEntry::createControls(HWND parent) {
+    SingleControlEntry::createControls(parent);
+    text_by_index_.clear();
+    index_by_text_.clear();
+    for (const std::string& option : options_)
+        add_option(option);
+}
+
+void OptionEntry::add_option(const std::string& option) {
+    const std::string shown = option.substr(0, longest_shown_option);
+    const LRESULT result = SendMessageA(control(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+    // CB_ERRSPACE is no index either.
+    if (result == CB_ERR || result == CB_ERRSPACE)
+        throw std::string("Unable to add string to combobox");
+    const auto index = static_cast<std::uint32_t>(result);
+    text_by_index_[index] = option;
+    index_by_text_[option] = index;
+}
+
+void OptionEntry::showValue() {
+    const auto found = index_by_text_.find(value());
+    if (found != index_by_text_.end())
+        SendMessageA(control(), CB_SETCURSEL, found->second, 0);
+}
+
+void OptionEntry::takeValue() {
+    const LRESULT selected = SendMessageA(control(), CB_GETCURSEL, 0, 0);
+    if (selected == CB_ERR)
+        return;
+    const auto found = text_by_index_.find(static_cast<std::uint32_t>(selected));
+    if (found == text_by_index_.end())
+        throw std::string("Lookup of selval failed");
+    set_value(found->second);
+}

@@ -1,0 +1,31 @@
+#pragma once
+/// A choice from a fixed list of texts; each is at once what the user sees and what is stored.
+#include "spec/single_control_entry.h"
+#include "store/common_reg_key.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+class OptionEntry final : public SingleControlEntry, public CommonRegKey {
+public:
+    OptionEntry(CommonRegKey binding, std::string title, std::string help_text,
+                std::vector<std::string> options);
+
+    void createControls(HWND parent) override;
+    /// A value that is not among the options shows as no selection.
+    void showValue() override;
+    /// Without a selection the value stays as it is. Throws a text when the list holds what this entry did
+    /// not add.
+    void takeValue() override;
+
+private:
+    void add_option(const std::string& option);
+
+    std::vector<std::string> options_;
+    /// The list box as it was filled. The value is taken from here and not from the box's texts, so it is
+    /// exactly the option, whatever the box does with it.
+    std::map<std::uint32_t, std::string> text_by_index_;
+    std::map<std::string, std::uint32_t> index_by_text_;
+};

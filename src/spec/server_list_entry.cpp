@@ -1,0 +1,71 @@
+#include "spec/server_list_entry.h"
+
+#include "error/guard.h"
+#include "error/text.h"
+#include "net/discovery.h"
+#include "platform/main_window.h"
+#include "service/wait_window.h"
+#include "spec/configuration.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+namespace {
+
+constexpr TextAndButton server_box{
+    "Unable to create text entry box", "Scan", "Unable to create scan button", 75, 60, 32, 50, 22};
+
+void show_box(const std::string& text, const char* caption, UINT icon) {
+    MessageBoxA(main_window, text.c_str(), caption, MB_OK | icon);
+    error::rethrow_kept();
+}
+
+/// Deliberately signed: a port above 32767 shows as a negative number, everywhere in the program.
+std::string shown_port(std::uint16_t port) {
+    return signed_number_text(static_cast<std::int16_t>(port), false);
+}
+
+/// The servers found, as a list text. A failure is shown and finds none.
+std::string scan(std::uint16_t port) {
+    const HWND wait_window = open_wait_window("Scanning for Tavrin Servers running at port " +
+                                              shown_port(port) + ". Please be patient.");
+    char* block = nullptr;
+    const char* const failure = scan_servers(port, &block);
+    const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
+    if (failure != nullptr)
+        show_box(std::string("Error scanning for Tavrin Servers:\n\n") + failure,
+                 "Error scanning for Tavrin Servers", MB_ICONERROR);
+    close_wait_window(wait_window);
+    return failure == nullptr ? join_found_servers(block) : std::string();
+}
+
+} // namespace
+
+ServerListEntry::ServerListEntry(CommonRegKey binding, std::string title, std::string help_text,
+                                 const Configuration& configuration)
+    : TextAndButtonEntry(std::move(binding), std::move(title), std::move(help_text), server_box),
+      configuration_(configuration) {}
+
+void ServerListEntry::button_pressed() {
+    const auto port = static_cast<std::uint16_t>(configuration_.integer_by_title("Port"));
+    std::string found = scan(port);
+    // Deliberately also after a failed scan: its box comes first, this one second.
+    if (found.empty())
+        show_box("No Tavrin Servers found at port " + shown_port(port), "No Tavrin Servers Found",
+                 MB_ICONINFORMATION);
+    else
+        replace_value(std::move(found));
+}
+
+std::string join_found_servers(const char* found_servers) {
+    std::string list;
+    for (const char* server = found_servers; *server != '\0'; server += std::strlen(server) + 1) {
+        if (!list.empty())
+            list += ',';
+        list += server;
+    }
+    return list;
+}

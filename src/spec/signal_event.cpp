@@ -1,0 +1,31 @@
+#include "spec/signal_event.h"
+
+#include "error/exceptions.h"
+
+#include <utility>
+
+namespace {
+/// The failure text is deliberately that of the server list's button.
+constexpr PageControl execute_button{
+    {"Button", "Execute", 0, 0, "Unable to create scan button"}, 32, 22, BN_CLICKED};
+} // namespace
+
+SignalEvent::SignalEvent(std::string event_name, std::string title, std::string help_text)
+    : SingleControlEntry(std::move(title), std::move(help_text), execute_button),
+      event_name_(std::move(event_name)) {}
+
+/// A press is no edit, so it does not go through SingleControlEntry's handler.
+LRESULT SignalEvent::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (reports_press(message, wparam))
+        signal();
+    return BaseEntry::handleMessage(window, message, wparam, lparam);
+}
+
+void SignalEvent::signal() const {
+    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, event_name_.c_str());
+    // Without a handle this fails too and says why. A failure ends the program, so nothing is closed.
+    if (!SetEvent(event))
+        throw_system_error(GetLastError(), "Couldn't signal event");
+    CloseHandle(event);
+    MessageBoxA(nullptr, "The action has been taken.", "Action taken", MB_ICONINFORMATION);
+}

@@ -1,0 +1,28 @@
+#include "spec/single_control_entry.h"
+
+#include <utility>
+
+SingleControlEntry::SingleControlEntry(std::string title, std::string help_text, const PageControl& kind)
+    : BaseEntry(std::move(title), std::move(help_text)), kind_(kind) {}
+
+void SingleControlEntry::createControls(HWND parent) {
+    BaseEntry::createControls(parent);
+    control_ = create_child(group_box(), kind_.child);
+}
+
+void SingleControlEntry::destroyControls(HWND parent) {
+    destroy_child(control_);
+    BaseEntry::destroyControls(parent);
+}
+
+void SingleControlEntry::layout(HWND parent) {
+    BaseEntry::layout(parent);
+    const RECT page = client_rectangle(group_box());
+    place(control_, 10, page.bottom - kind_.above_bottom, page.right - 20, kind_.height);
+}
+
+LRESULT SingleControlEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (reports(message, wparam, lparam, control_, kind_.edited))
+        post_page_changed();
+    return BaseEntry::handleMessage(window, message, wparam, lparam);
+}

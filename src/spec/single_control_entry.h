@@ -1,0 +1,37 @@
+#pragma once
+/// The page of every kind of entry that has one control below the help text.
+#include "spec/base_entry.h"
+#include "spec/controls.h"
+
+#include <string>
+
+/// What tells one such kind from another.
+struct PageControl {
+    ChildControl child;
+    /// Distance of the control's upper edge from the page's lower edge, and the control's height, in pixels.
+    int above_bottom;
+    int height;
+    /// The notification code by which the control reports that the user edited the value.
+    WORD edited;
+};
+
+class SingleControlEntry : public BaseEntry {
+public:
+    /// `kind` must outlive the entry.
+    SingleControlEntry(std::string title, std::string help_text, const PageControl& kind);
+
+    void createControls(HWND parent) override;
+    void destroyControls(HWND parent) override;
+    void layout(HWND parent) override;
+    LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
+
+protected:
+    ~SingleControlEntry() = default;
+
+    /// Null while the page is not shown.
+    HWND control() const { return control_; }
+
+private:
+    const PageControl& kind_;
+    HWND control_ = nullptr;
+};

@@ -1,0 +1,16 @@
+#include "spec/string_entry.h"
+
+#include <utility>
+
+namespace {
+constexpr PageControl text_box{
+    {"Edit", "", ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, "Unable to create text entry control"}, 30, 20, EN_CHANGE};
+}
+
+StringEntry::StringEntry(CommonRegKey binding, std::string title, std::string help_text)
+    : SingleControlEntry(std::move(title), std::move(help_text), text_box), CommonRegKey(std::move(binding)) {
+}
+
+void StringEntry::showValue() { SetWindowTextA(control(), value().c_str()); }
+
+void StringEntry::takeValue() { set_value(control_text(control())); }

@@ -1,0 +1,52 @@
+#pragma once
+/// What tests of the pages need: a window that stands in for the main window, and a look at its controls.
+#include "platform/win32.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// While it lives it is the main window (platform/main_window.h).
+class StandInMainWindow {
+public:
+    StandInMainWindow(int client_width, int client_height);
+    StandInMainWindow(const StandInMainWindow&) = delete;
+    StandInMainWindow& operator=(const StandInMainWindow&) = delete;
+    ~StandInMainWindow();
+
+    HWND window() const { return window_; }
+    void resize(int client_width, int client_height);
+    /// Handles what is in the queue and tells how many page-changed messages, which carry no parameters, came
+    /// since it was last asked.
+    int page_changes();
+    /// The frame of the page shown, or null.
+    HWND group_box() const;
+    /// The controls of the page shown, in the order of their creation: the help text is the first.
+    std::vector<HWND> controls() const;
+    HWND control(std::size_t index) const { return controls().at(index); }
+
+private:
+    HWND window_;
+};
+
+/// Position in the parent's client area, and size.
+struct Placement {
+    int x;
+    int y;
+    int width;
+    int height;
+    bool operator==(const Placement&) const = default;
+};
+std::ostream& operator<<(std::ostream& stream, const Placement& placement);
+
+Placement placement_of(HWND control);
+std::vector<HWND> children_of(HWND parent);
+std::string class_of(HWND window);
+std::string text_of(HWND window);
+LONG_PTR style_of(HWND window);
+LONG_PTR extended_style_of(HWND window);
+HFONT font_of(HWND window);
+bool is_checked(HWND checkbox);
+/// As the user does it.
+void click(HWND button);
+void type(HWND edit_control, const std::string& text);
