@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 
 inline const std::string test_key_path = R"(SOFTWARE\TavrinTest\Spec)";
@@ -28,7 +27,9 @@ protected:
     static void set_bytes(const std::string& name, DWORD type, const std::string& bytes,
                           const std::string& path = test_key_path) {
         const HKEY key = open(path);
-        RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
+        // The system takes a zero byte that follows a text along, even if the size leaves it out.
+        const std::string data = bytes + "x";
+        RegSetValueExA(key, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
                        static_cast<DWORD>(bytes.size()));
         RegCloseKey(key);
     }
