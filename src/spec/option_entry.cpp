@@ -29,8 +29,8 @@ void OptionEntry::createControls(HWND parent) {
 void OptionEntry::add_option(const std::string& option) {
     const std::string shown = option.substr(0, longest_shown_option);
     const LRESULT result = SendMessageA(control(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
-    // CB_ERRSPACE is no index either.
-    if (result == CB_ERR || result == CB_ERRSPACE)
+    // CB_ERR; no other negative result is an index either.
+    if (result < 0)
         throw std::string("Unable to add string to combobox");
     const auto index = static_cast<std::uint32_t>(result);
     text_by_index_[index] = option;

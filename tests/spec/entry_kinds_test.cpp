@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 using testing::ElementsAre;
@@ -14,7 +17,7 @@ using testing::IsEmpty;
 class EntryKinds : public SpecKeyTest {
 protected:
     static std::unique_ptr<Configuration> parse_group(const std::string& subspecs) {
-        return parse("\\" + test_key_path + "\nAgent\n!G\n" + subspecs);
+        return parse("\\" + kTestKey + "\nAgent\n!G\n" + subspecs);
     }
 
     /// What the drop-down list of the first entry offers.
@@ -51,7 +54,7 @@ TEST_F(EntryKinds, ValuesAreReadWhileTheFileIsParsed) {
 
 TEST_F(EntryKinds, TheConnectionTestAloneReadsNoValue) {
     set_text("List", "server");
-    const auto parsed = parse("\\" + test_key_path + "\nAgent\n!G\n$L\nList\nh\nServerList\n", true);
+    const auto parsed = parse("\\" + kTestKey + "\nAgent\n!G\n$L\nList\nh\nServerList\n", true);
     EXPECT_EQ(parsed->text_by_title("L"), "");
 }
 
@@ -98,7 +101,7 @@ TEST_F(EntryKinds, ALaterConnectionTestOverwritesTheTitles) {
 }
 
 TEST_F(EntryKinds, ARemoveKeyIsBelowTheConfigurationsKey) {
-    make_key(test_key_path + "\\Cache");
+    make_key(kTestKey + "\\Cache");
     const auto parsed = parse_group("$R\nCache\nh\nRemoveKey\n");
     const StandInMainWindow main(436, 229);
     BaseEntry& entry = *parsed->groups.at(0).entries.at(0);
@@ -107,26 +110,22 @@ TEST_F(EntryKinds, ARemoveKeyIsBelowTheConfigurationsKey) {
     entry.takeValue();
     EXPECT_TRUE(entry.changed());
     entry.write();
-    HKEY key = nullptr;
-    EXPECT_EQ(
-        RegOpenKeyExA(HKEY_LOCAL_MACHINE, (test_key_path + "\\Cache").c_str(), 0, KEY_QUERY_VALUE, &key),
-        ERROR_FILE_NOT_FOUND);
+    EXPECT_FALSE(key_exists(kTestKey + "\\Cache"));
+    EXPECT_TRUE(key_exists(kTestKey));
 }
 
 TEST_F(EntryKinds, SerialPortsAreSortedByteByByte) {
     const std::string serial = R"(HARDWARE\DEVICEMAP\SERIALCOMM)";
-    const std::string names[] = {"tavrin_test_a", "tavrin_test_b", "tavrin_test_c"};
-    set_bytes(names[0], REG_SZ, std::string("ZCOM2\0", 6), serial);
-    set_bytes(names[1], REG_SZ, std::string("ZCOM10\0", 7), serial);
-    set_bytes(names[2], REG_SZ, std::string("ZCOM2\0", 6), serial);
+    make_key(serial);
+    ::set_text(serial, "tavrin_test_a", "ZCOM2");
+    ::set_text(serial, "tavrin_test_b", "ZCOM10");
+    ::set_text(serial, "tavrin_test_c", "ZCOM2");
     std::vector<std::string> ports = offered("$C\nC\nh\nCOM\nService name\n");
+    for (const char* name : {"tavrin_test_a", "tavrin_test_b", "tavrin_test_c"})
+        delete_value(serial, name);
     // A machine may have ports of its own; none of them sorts after these.
     ports.erase(ports.begin(), ports.end() - std::min<std::ptrdiff_t>(3, std::ssize(ports)));
     EXPECT_THAT(ports, ElementsAre("ZCOM10", "ZCOM2", "ZCOM2"));
-    const HKEY key = open(serial);
-    for (const std::string& name : names)
-        RegDeleteValueA(key, name.c_str());
-    RegCloseKey(key);
 }
 
 TEST_F(EntryKinds, AComSubspecHasNoFurtherLines) {

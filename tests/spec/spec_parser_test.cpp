@@ -11,8 +11,8 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string new_head = "\\" + test_key_path + "\nAgent\n";
-const std::string old_head = "\\" + test_key_path + "\n";
+const std::string new_head = "\\" + kTestKey + "\nAgent\n";
+const std::string old_head = "\\" + kTestKey + "\n";
 
 class SpecParser : public SpecKeyTest {};
 
@@ -61,7 +61,7 @@ TEST_F(SpecParser, AnOldFileIsCalledLikeItsRegistryValue) {
     const TraceLog log;
     const auto parsed = parse(old_head + "!General\n");
     EXPECT_EQ(parsed->name, "From registry");
-    EXPECT_EQ(parsed->registryPath, test_key_path);
+    EXPECT_EQ(parsed->registryPath, kTestKey);
     EXPECT_EQ(describe(*parsed), "!General\n");
     EXPECT_THAT(TraceLog::lines(), ElementsAre("Reading old file\n"));
 }
@@ -119,7 +119,7 @@ TEST_F(SpecParser, LineEndsReadAlike) {
     for (const char c : with_feeds)
         with_returns += c == '\n' ? "\r\n" : std::string(1, c);
     const auto parsed = parse(with_returns);
-    EXPECT_EQ(parsed->registryPath, test_key_path);
+    EXPECT_EQ(parsed->registryPath, kTestKey);
     EXPECT_EQ(parsed->name, "Agent");
     EXPECT_EQ(parsed->serviceName, "Service");
     EXPECT_EQ(describe(*parsed), "!G\nString|A|help\n!H\n");
@@ -200,7 +200,7 @@ TEST_F(SpecParser, EveryTypeHasItsEntry) {
 }
 
 TEST_F(SpecParser, TheConnectionTestNeedsTheServerListOnly) {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, test_key_path.c_str());
+    delete_key(kTestKey);
     const auto parsed = parse(new_head + every_type, true);
     EXPECT_EQ(describe(*parsed), "!G\nServerList|L|h\n");
     EXPECT_TRUE(parsed->offersConnectionTest);
@@ -209,9 +209,9 @@ TEST_F(SpecParser, TheConnectionTestNeedsTheServerListOnly) {
 }
 
 TEST_F(SpecParser, AKeyThatCannotBeReadEndsTheParse) {
-    RegDeleteTreeA(HKEY_LOCAL_MACHINE, test_key_path.c_str());
+    delete_key(kTestKey);
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nh\nString\n"),
-              "Cannot open path \"SOFTWARE\\TavrinTest\\Spec\" for reading");
+              "Cannot open path \"SOFTWARE\\TavrinTests\" for reading");
 }
 
 } // namespace

@@ -38,8 +38,9 @@ StandInMainWindow::StandInMainWindow(int client_width, int client_height)
 }
 
 StandInMainWindow::~StandInMainWindow() {
-    DestroyWindow(window_);
+    // The entries of the pages still shown may be gone already.
     entryByGroupBox.clear();
+    DestroyWindow(window_);
     main_window = nullptr;
     UnregisterClassA(class_name, GetModuleHandleA(nullptr));
 }
@@ -87,7 +88,7 @@ std::string class_of(HWND window) {
     return buffer;
 }
 
-std::string text_of(HWND window) {
+std::string shown_text(HWND window) {
     std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
     text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
     return text;

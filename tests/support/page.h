@@ -42,7 +42,7 @@ std::ostream& operator<<(std::ostream& stream, const Placement& placement);
 Placement placement_of(HWND control);
 std::vector<HWND> children_of(HWND parent);
 std::string class_of(HWND window);
-std::string text_of(HWND window);
+std::string shown_text(HWND window);
 LONG_PTR style_of(HWND window);
 LONG_PTR extended_style_of(HWND window);
 HFONT font_of(HWND window);
