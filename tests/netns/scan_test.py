@@ -1,0 +1,113 @@
+"""Has the scan run on networks of several hosts.
+
+usage: scan_test.py CASE PROGRAM...   (PROGRAM is scan_networks, with what starts it)
+Exit code 77: skipped, the reason is printed.
+"""
+import os
+import subprocess
+import sys
+
+import network
+
+PORT = 4747
+REQUEST = "1234567800001421" "0000000500000001" "f0f1b34c"
+
+
+def scan(program):
+    """The networks that the program saw and the servers that it found."""
+    run = subprocess.run(["ip", "netns", "exec", "tool", *program, str(PORT), "10.77."], capture_output=True,
+                         text=True, timeout=200, check=False)
+    lines = [line.strip() for line in run.stdout.splitlines()]
+    if run.returncode != 0 or lines[-1:] != ["end"]:
+        raise AssertionError(f"the scan ended with {run.returncode}: {run.stdout}{run.stderr}")
+    networks = [line.split()[-1] for line in lines if line.startswith("network: ")]
+    return networks, [line.split()[-1] for line in lines if line.startswith("server: ")]
+
+
+def expect(what, actual, expected):
+    if actual != expected:
+        raise AssertionError(f"{what}: {actual} instead of {expected}")
+
+
+def tool_on_two_networks(net):
+    net.add_host("tool")
+    for number in (1, 2):
+        net.add_bridge(f"lan{number}")
+        net.attach("tool", f"lan{number}", f"10.77.{number}.1/24")
+
+
+def add_unreachable(net):
+    net.add_bridge("lan3")
+    net.cut_routes("tool", net.attach("tool", "lan3", "10.77.3.1/24"))
+
+
+def two_networks(net, program):
+    """Silent, double and senseless answers, good ones on both networks, and a network that cannot be reached."""
+    tool_on_two_networks(net)
+    add_unreachable(net)
+    hosts = {"silent": (1, 11), "twice": (1, 12), "good": (1, 13), "rubbish": (2, 11), "other": (2, 12)}
+    for name, (lan, number) in hosts.items():
+        net.add_host(name)
+        net.attach(name, f"lan{lan}", f"10.77.{lan}.{number}/24")
+        net.start(name, "good" if name == "other" else name, PORT)
+    networks, servers = scan(program)
+    expect("networks", sorted(networks), ["10.77.1.1", "10.77.2.1", "10.77.3.1", "127.0.0.1"])
+    expect("servers", sorted(servers), ["10.77.1.12", "10.77.1.13", "10.77.2.12"])
+    for name, (lan, _) in hosts.items():
+        expect(f"heard by {name}", net.heard(name), ["ready"] + [f"10.77.{lan}.1 {REQUEST}"] * 3)
+
+
+def nobody_answers(net, program):
+    tool_on_two_networks(net)
+    expect("servers", scan(program)[1], [])
+
+
+def unreachable_network(net, program):
+    net.add_host("tool")
+    add_unreachable(net)
+    networks, servers = scan(program)
+    expect("networks", sorted(networks), ["10.77.3.1", "127.0.0.1"])
+    expect("servers", servers, [])
+
+
+def no_network(net, program):
+    """Without any address everybody is asked, whom no route leads to."""
+    net.add_host("tool")
+    network.ip("-n", "tool", "address", "flush", "dev", "lo")
+    networks, servers = scan(program)
+    expect("networks", networks, ["0.0.0.0"])
+    expect("servers", servers, [])
+
+
+CASES = {each.__name__: each for each in (two_networks, nobody_answers, unreachable_network, no_network)}
+
+
+def wine_server(*arguments):
+    subprocess.run(["wineserver", *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+
+
+def run(case, program):
+    net = network.Network()
+    try:
+        case(net, program)
+    finally:
+        net.stop()
+
+
+def main(name, program):
+    network.isolate()
+    if not program[-1].endswith(".exe"):
+        run(CASES[name], program)
+        return
+    # Wine's server owns the sockets: one that runs outside would scan the real network.
+    os.environ["WINEPREFIX"] = os.environ["TAVRIN_WINE_PREFIX"]
+    wine_server("--kill")
+    wine_server("--wait")
+    try:
+        run(CASES[name], program)
+    finally:
+        wine_server("--kill")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1], sys.argv[2:])
