@@ -100,7 +100,7 @@ TEST_F(Page, IsFramedByAGroupBoxWithTheTitle) {
     entry.createControls(main.window());
     const HWND box = main.group_box();
     EXPECT_EQ(class_of(box), "Button");
-    EXPECT_EQ(shown_text(box), "The title");
+    EXPECT_EQ(text_of(box), "The title");
     EXPECT_EQ(style_of(box), WS_CHILD | WS_VISIBLE | BS_GROUPBOX);
     EXPECT_EQ(extended_style_of(box) & WS_EX_CLIENTEDGE, 0);
     EXPECT_EQ(GetDlgCtrlID(box), -1);
@@ -113,7 +113,7 @@ TEST_F(Page, HoldsTheHelpText) {
     entry.createControls(main.window());
     const HWND help = main.control(0);
     EXPECT_EQ(class_of(help), "Static");
-    EXPECT_EQ(shown_text(help), "The help text");
+    EXPECT_EQ(text_of(help), "The help text");
     EXPECT_EQ(style_of(help), WS_CHILD | WS_VISIBLE);
     EXPECT_EQ(GetDlgCtrlID(help), -1);
     EXPECT_EQ(placement_of(help), (Placement{0, 0, 1, 1}));
@@ -125,7 +125,7 @@ TEST_F(Page, HoldsAnEmptyHelpTextToo) {
     NotingEntry bare{"Title", ""};
     bare.select(main.window());
     ASSERT_EQ(main.controls().size(), 1U);
-    EXPECT_EQ(shown_text(main.control(0)), "");
+    EXPECT_EQ(text_of(main.control(0)), "");
     EXPECT_EQ(class_of(main.control(0)), "Static");
 }
 
@@ -164,7 +164,7 @@ TEST_F(Page, LeavesOtherMessagesToTheFramesOwnProcedure) {
     entry.select(main.window());
     EXPECT_EQ(SendMessageA(main.group_box(), WM_GETDLGCODE, 0, 0), DLGC_STATIC);
     SetWindowTextA(main.group_box(), "renamed");
-    EXPECT_EQ(shown_text(main.group_box()), "renamed");
+    EXPECT_EQ(text_of(main.group_box()), "renamed");
 }
 
 TEST_F(Page, ThatIsGoneGetsNoMessages) {

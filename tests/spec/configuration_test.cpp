@@ -3,10 +3,11 @@
 #include "spec/test_key.h"
 #include "support/page.h"
 #include "support/spec_text.h"
+#include "support/thrown.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <memory>
 
 namespace {
 
@@ -22,15 +23,6 @@ protected:
                   "!H\n$Name\nSecond\nh\nString\n$Port\nPort\nh\nInteger\n$Text\nName\nh\nString\n");
     }
 
-    static std::string thrown_by(const std::function<void()>& lookup) {
-        try {
-            lookup();
-        } catch (const std::string& text) {
-            return text;
-        }
-        return "nothing thrown";
-    }
-
     std::unique_ptr<Configuration> configuration;
 };
 
@@ -42,7 +34,7 @@ TEST_F(Lookup, TakesTheFirstInGroupAndEntryOrder) {
 
 TEST_F(Lookup, IsExact) {
     const auto lookup = [&](const std::string& title) {
-        return thrown_by([&] { configuration->value_by_title(title); });
+        return thrown_text([&] { configuration->value_by_title(title); });
     };
     EXPECT_EQ(lookup("name"), "Did not find anything with the title \"name\"");
     EXPECT_EQ(lookup("Name "), "Did not find anything with the title \"Name \"");
@@ -50,15 +42,15 @@ TEST_F(Lookup, IsExact) {
 }
 
 TEST_F(Lookup, NeedsARegistryValue) {
-    EXPECT_EQ(thrown_by([&] { configuration->text_by_title("Signal"); }),
+    EXPECT_EQ(thrown_text([&] { configuration->text_by_title("Signal"); }),
               "Found title, but it is not a CommonRegKey");
 }
 
 TEST_F(Lookup, OfANumberNeedsAWholeDecimalOne) {
-    EXPECT_EQ(thrown_by([&] { configuration->integer_by_title("Text"); }),
+    EXPECT_EQ(thrown_text([&] { configuration->integer_by_title("Text"); }),
               "Error reading value: Error parsing: \"agent-1\"");
     configuration->value_by_title("Port").set_value("12 ");
-    EXPECT_EQ(thrown_by([&] { configuration->integer_by_title("Port"); }),
+    EXPECT_EQ(thrown_text([&] { configuration->integer_by_title("Port"); }),
               "Error reading value: Error parsing: \"12 \"");
     configuration->value_by_title("Port").set_value("");
     EXPECT_EQ(configuration->integer_by_title("Port"), 0);

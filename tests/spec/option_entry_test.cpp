@@ -1,6 +1,7 @@
 #include "spec/option_entry.h"
 
 #include "spec/one_value_test.h"
+#include "support/thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -154,13 +155,7 @@ TEST_F(OptionPage, DoesNotKnowWhatOthersAdded) {
     const LRESULT foreign =
         SendMessageA(control(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>("added by someone else"));
     SendMessageA(control(), CB_SETCURSEL, static_cast<WPARAM>(foreign), 0);
-    std::string thrown;
-    try {
-        entry->takeValue();
-    } catch (const std::string& text) {
-        thrown = text;
-    }
-    EXPECT_EQ(thrown, "Lookup of selval failed");
+    EXPECT_EQ(thrown_text([&] { entry->takeValue(); }), "Lookup of selval failed");
 }
 
 TEST_F(OptionPage, StoresAnOptionThatIsTooLongToShow) {

@@ -1,6 +1,7 @@
 #include "spec/spec_parser.h"
 
 #include "spec/test_key.h"
+#include "support/boxes.h"
 #include "support/spec_text.h"
 
 #include <gmock/gmock.h>
@@ -168,6 +169,30 @@ TEST_F(SpecParser, TheConnectionTestThrowsOnUnknownTypes) {
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nhelp\n$B\n", true), "Unknown type: \"$B\", for subspec A");
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\n", true), "Unknown type: \"\", for subspec A");
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nhelp\n", true), "Unknown type: \"\", for subspec A");
+}
+
+TEST_F(SpecParser, AnUnknownTypeIsShownAndSkipped) {
+    const Boxes boxes;
+    const auto parsed = parse(new_head + "!G\n$A title\nA\nhelp\nReal\n$B\nB\nhelp\nBoolean \n"
+                                         "$C\nC\nhelp\nString\n$D\n");
+    EXPECT_EQ(describe(*parsed), "!G\nString|C|help\n");
+    ASSERT_EQ(boxes.seen().size(), 3U);
+    EXPECT_EQ(boxes.seen()[0].text, "Unknown type: \"Real\", for subspec A title");
+    EXPECT_EQ(boxes.seen()[1].text, "Unknown type: \"Boolean \", for subspec B");
+    EXPECT_EQ(boxes.seen()[2].text, "Unknown type: \"\", for subspec D");
+    for (const SeenBox& box : boxes.seen()) {
+        EXPECT_EQ(box.caption, "Error");
+        EXPECT_EQ(box.style, MB_OK | MB_ICONERROR);
+        EXPECT_EQ(box.owner, nullptr);
+    }
+}
+
+TEST_F(SpecParser, AGroupStartInPlaceOfATypeIsSwallowed) {
+    const Boxes boxes;
+    const auto parsed = parse(new_head + "!G1\n$Port\nPort\nTCP port\n!G2\n$Name\nName\nhelp\nString\n");
+    EXPECT_EQ(describe(*parsed), "!G1\nString|Name|help\n");
+    ASSERT_EQ(boxes.seen().size(), 1U);
+    EXPECT_EQ(boxes.seen()[0].text, "Unknown type: \"!G2\", for subspec Port");
 }
 
 TEST_F(SpecParser, ABlankFourthLineOfAnOldSubspecIsAType) {

@@ -19,9 +19,9 @@ TEST_F(StringPage, HasATextBox) {
     entry = std::make_unique<StringEntry>(binding(), "Title", "Help");
     entry->createControls(main.window());
     ASSERT_EQ(main.controls().size(), 2U);
-    EXPECT_EQ(shown_text(main.control(0)), "Help");
+    EXPECT_EQ(text_of(main.control(0)), "Help");
     EXPECT_EQ(class_of(control()), "Edit");
-    EXPECT_EQ(shown_text(control()), "");
+    EXPECT_EQ(text_of(control()), "");
     EXPECT_EQ(style_of(control()), WS_CHILD | WS_VISIBLE | ES_AUTOHSCROLL);
     EXPECT_EQ(extended_style_of(control()) & WS_EX_CLIENTEDGE, WS_EX_CLIENTEDGE);
     EXPECT_EQ(GetDlgCtrlID(control()), -1);
@@ -43,7 +43,7 @@ TEST_F(StringPage, IsLaidOutBelowTheHelpText) {
 
 TEST_F(StringPage, ShowsAndTakesTheTextAsTyped) {
     show("text");
-    EXPECT_EQ(shown_text(control()), "text");
+    EXPECT_EQ(text_of(control()), "text");
     type(control(), " new \xE4 ");
     EXPECT_EQ(entry->value(), "text");
     EXPECT_EQ(left(), " new \xE4 ");
@@ -58,7 +58,7 @@ TEST_F(StringPage, LeavesAnUntouchedTextUnchanged) {
 
 TEST_F(StringPage, OfAMissingValueIsEmptyAndUnchanged) {
     show();
-    EXPECT_EQ(shown_text(control()), "");
+    EXPECT_EQ(text_of(control()), "");
     EXPECT_EQ(left(), "");
     EXPECT_FALSE(entry->changed());
 }
@@ -68,7 +68,7 @@ TEST_F(StringPage, KeepsAnEditWhileItIsNotShown) {
     type(control(), "edited");
     entry->deselect(main.window());
     entry->select(main.window());
-    EXPECT_EQ(shown_text(control()), "edited");
+    EXPECT_EQ(text_of(control()), "edited");
     EXPECT_EQ(stored(), "text");
 }
 
@@ -117,7 +117,7 @@ TEST_F(StringPage, ShowsDataOfEveryTypeAndLength) {
             set_bytes("Value", type, std::string(length, 'x'));
             show();
             const std::string shown(length > 1024 ? 0 : std::min<std::size_t>(length, 1023), 'x');
-            EXPECT_TRUE(shown_text(control()) == shown);
+            EXPECT_TRUE(text_of(control()) == shown);
             EXPECT_TRUE(left() == shown);
             EXPECT_FALSE(entry->changed());
         }
@@ -127,7 +127,7 @@ class IntegerPage : public OneEntryTest<IntegerEntry> {
 protected:
     std::string shown(const std::string& value) {
         show(value);
-        std::string text = shown_text(control());
+        std::string text = text_of(control());
         EXPECT_EQ(left(), text);
         return text;
     }
@@ -177,7 +177,7 @@ TEST_F(IntegerPage, ShowsNothingWhereThereIsNoNumber) {
 
 TEST_F(IntegerPage, OfAMissingValueIsEmptyAndUnchanged) {
     show();
-    EXPECT_EQ(shown_text(control()), "");
+    EXPECT_EQ(text_of(control()), "");
     EXPECT_EQ(left(), "");
     EXPECT_FALSE(entry->changed());
 }
@@ -219,7 +219,7 @@ TEST_F(BooleanPage, HasACheckbox) {
     entry->createControls(main.window());
     ASSERT_EQ(main.controls().size(), 2U);
     EXPECT_EQ(class_of(control()), "Button");
-    EXPECT_EQ(shown_text(control()), "Enabled");
+    EXPECT_EQ(text_of(control()), "Enabled");
     EXPECT_EQ(style_of(control()), WS_CHILD | WS_VISIBLE | BS_AUTOCHECKBOX);
     EXPECT_EQ(extended_style_of(control()) & WS_EX_CLIENTEDGE, 0);
     EXPECT_EQ(GetDlgCtrlID(control()), -1);
@@ -288,7 +288,7 @@ TEST_F(DeleteKeyPage, HasACheckbox) {
     show();
     ASSERT_EQ(main.controls().size(), 2U);
     EXPECT_EQ(class_of(control()), "Button");
-    EXPECT_EQ(shown_text(control()), "Delete");
+    EXPECT_EQ(text_of(control()), "Delete");
     EXPECT_EQ(style_of(control()), WS_CHILD | WS_VISIBLE | BS_AUTOCHECKBOX);
     EXPECT_EQ(GetDlgCtrlID(control()), -1);
     EXPECT_EQ(placement_of(control()), (Placement{10, 154, 178, 15}));

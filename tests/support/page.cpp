@@ -2,6 +2,7 @@
 
 #include "platform/main_window.h"
 #include "spec/base_entry.h"
+#include "support/user.h"
 
 #include <utility>
 
@@ -50,9 +51,7 @@ void StandInMainWindow::resize(int client_width, int client_height) {
 }
 
 int StandInMainWindow::page_changes() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageA(&message);
+    pump_messages();
     return std::exchange(changes_seen, 0);
 }
 
@@ -86,12 +85,6 @@ std::string class_of(HWND window) {
     char buffer[64] = "";
     GetClassNameA(window, buffer, sizeof buffer);
     return buffer;
-}
-
-std::string shown_text(HWND window) {
-    std::string text(static_cast<std::size_t>(GetWindowTextLengthA(window)) + 1, '\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextA(window, text.data(), static_cast<int>(text.size()))));
-    return text;
 }
 
 LONG_PTR style_of(HWND window) { return GetWindowLongPtrA(window, GWL_STYLE); }

@@ -1,6 +1,7 @@
 #pragma once
 /// What tests of the pages need: a window that stands in for the main window, and a look at its controls.
 #include "platform/win32.h"
+#include "support/test_window.h"
 
 #include <ostream>
 #include <string>
@@ -42,7 +43,6 @@ std::ostream& operator<<(std::ostream& stream, const Placement& placement);
 Placement placement_of(HWND control);
 std::vector<HWND> children_of(HWND parent);
 std::string class_of(HWND window);
-std::string shown_text(HWND window);
 LONG_PTR style_of(HWND window);
 LONG_PTR extended_style_of(HWND window);
 HFONT font_of(HWND window);

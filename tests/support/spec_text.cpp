@@ -11,6 +11,7 @@
 #include "spec/signal_event.h"
 #include "spec/spec_parser.h"
 #include "spec/string_entry.h"
+#include "support/thrown.h"
 
 #include <array>
 #include <cstdio>
@@ -61,12 +62,7 @@ std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test
 }
 
 std::string parse_failure(std::string_view text, bool connection_test_only) {
-    try {
-        parse(text, connection_test_only);
-    } catch (const std::string& thrown) {
-        return thrown;
-    }
-    return {};
+    return thrown_text([&] { parse(text, connection_test_only); });
 }
 
 std::string describe(const Configuration& configuration) {

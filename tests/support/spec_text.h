@@ -9,7 +9,7 @@
 
 /// What parsing `text` gives; old files are called "From registry".
 std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test_only = false);
-/// The text that parsing `text` throws; empty when it throws none.
+/// The text that parsing `text` throws.
 std::string parse_failure(std::string_view text, bool connection_test_only = false);
 
 /// One line "!name" per group and one line "kind|title|help" per entry.
