@@ -1,3 +1,5 @@
-#include "platform/win32.h"
+#include "app/start_up.h"
 
-int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) { return 0; }
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show_command) {
+    return run_program(instance, show_command);
+}

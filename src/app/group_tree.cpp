@@ -1,0 +1,58 @@
+#include "app/group_tree.h"
+
+namespace {
+
+HTREEITEM insert_item(HWND tree, HTREEITEM parent, HTREEITEM after, const std::string& text) {
+    TVINSERTSTRUCTA insertion{};
+    insertion.hParent = parent;
+    insertion.hInsertAfter = after;
+    insertion.item.mask = TVIF_TEXT;
+    insertion.item.pszText = const_cast<char*>(text.c_str());
+    return reinterpret_cast<HTREEITEM>(
+        SendMessageA(tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insertion)));
+}
+
+HTREEITEM insert_node(Configuration& configuration, HWND tree, HTREEITEM parent, HTREEITEM after,
+                      const std::string& text) {
+    const HTREEITEM item = insert_item(tree, parent, after, text);
+    configuration.node_items.insert(item);
+    return item;
+}
+
+void leave_page(Configuration& configuration, HWND parent) {
+    BaseEntry* const left = configuration.shown_entry;
+    if (left == nullptr)
+        return;
+    left->deselect(parent);
+    configuration.shown_entry = nullptr;
+    if (left->changed())
+        configuration.changed_entries.insert(left);
+    else
+        configuration.changed_entries.erase(left);
+}
+
+} // namespace
+
+void fill_tree(Configuration& configuration, HWND tree) {
+    if (configuration.groups.empty())
+        return;
+    configuration.entry_items.clear();
+    const HTREEITEM root = insert_node(configuration, tree, nullptr, TVI_ROOT, configuration.name);
+    for (const Group& group : configuration.groups) {
+        const HTREEITEM parent =
+            group.name.empty() ? root : insert_node(configuration, tree, root, TVI_LAST, group.name);
+        for (const auto& entry : group.entries)
+            configuration.entry_items.emplace(insert_item(tree, parent, TVI_LAST, entry->title()), &*entry);
+    }
+}
+
+bool select_item(Configuration& configuration, HWND parent, HTREEITEM item) {
+    leave_page(configuration, parent);
+    const auto found = configuration.entry_items.find(item);
+    if (found == configuration.entry_items.end())
+        return configuration.node_items.contains(item);
+    configuration.shown_entry = found->second;
+    found->second->select(parent);
+    configuration.changed_entries.erase(found->second);
+    return true;
+}

@@ -1,0 +1,10 @@
+#pragma once
+#include "spec/configuration.h"
+
+/// Adds the configuration's nodes to the tree and records which entry each stands for. A configuration
+/// without groups gets none; entries of a group without a name hang under the configuration's own node.
+void fill_tree(Configuration& configuration, HWND tree);
+
+/// Leaves the page that the configuration shows, if any, and shows the page of `item` if it is one of the
+/// configuration's entries. True when `item` is a node of this configuration.
+bool select_item(Configuration& configuration, HWND parent, HTREEITEM item);

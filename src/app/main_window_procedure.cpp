@@ -1,0 +1,80 @@
+#include "app/main_window_procedure.h"
+
+#include "app/buttons.h"
+#include "app/commands.h"
+#include "app/control_ids.h"
+#include "app/group_tree.h"
+#include "app/keyboard.h"
+#include "app/main_window_state.h"
+#include "app/window_layout.h"
+#include "error/guard.h"
+#include "spec/configurations.h"
+#include "spec/controls.h"
+
+namespace {
+
+LRESULT on_create(HWND window) {
+    main_window_state = {};
+    const HWND tree = create_tree(window);
+    for (const auto& [name, configuration] : configurations)
+        fill_tree(*configuration, tree);
+    create_buttons(window);
+    return 0;
+}
+
+void offer_connection_test(HWND window, Configuration& selected) {
+    const bool offered = selected.offersConnectionTest;
+    ShowWindow(GetDlgItem(window, kTestConnectionId), offered ? SW_SHOW : SW_HIDE);
+    main_window_state.tested = offered ? &selected : nullptr;
+}
+
+void on_selection(HWND window, HWND tree) {
+    const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    for (const auto& [name, configuration] : configurations) {
+        if (select_item(*configuration, window, item))
+            offer_connection_test(window, *configuration);
+    }
+}
+
+LRESULT on_notify(HWND window, const NMHDR& header) {
+    if (header.idFrom == kTreeId && header.code == TVN_SELCHANGEDA)
+        on_selection(window, header.hwndFrom);
+    update_buttons(window);
+    return 0;
+}
+
+LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
+    const bool pressed = HIWORD(wparam) == BN_CLICKED;
+    switch (pressed ? LOWORD(wparam) : 0) {
+    case kCloseId: DestroyWindow(window); return 0;
+    case kOkId: apply_and_close(window); return 0;
+    case kTestConnectionId: test_connection(); return 0;
+    default: return DefWindowProcA(window, WM_COMMAND, wparam, lparam);
+    }
+}
+
+LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_CREATE: return on_create(window);
+    case WM_SIZE: lay_out(window); return 0;
+    case WM_SIZING: keep_minimum_size(wparam, *reinterpret_cast<RECT*>(lparam)); return TRUE;
+    case WM_NOTIFY: return on_notify(window, *reinterpret_cast<const NMHDR*>(lparam));
+    case WM_COMMAND: return on_command(window, wparam, lparam);
+    case page_changed_message: update_buttons(window); return 0;
+    case WM_CLOSE: DestroyWindow(window); return 0;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    case WM_ACTIVATE:
+        remember_focus(window, LOWORD(wparam));
+        return DefWindowProcA(window, message, wparam, lparam);
+    case WM_SETFOCUS: restore_focus(window); return 0;
+    default: return DefWindowProcA(window, message, wparam, lparam);
+    }
+}
+
+} // namespace
+
+LRESULT CALLBACK main_window_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    return error::guarded(
+        message == WM_CREATE ? -1 : 0, [&] { return handle(window, message, wparam, lparam); },
+        [&] { return DefWindowProcA(window, message, wparam, lparam); });
+}

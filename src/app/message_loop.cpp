@@ -1,0 +1,17 @@
+#include "app/message_loop.h"
+
+#include "app/keyboard.h"
+#include "error/guard.h"
+#include "platform/dispatch.h"
+
+int run_message_loop(HWND main) {
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        error::rethrow_kept();
+        if (!move_focus(main, message))
+            dispatch_message(main, message);
+        error::rethrow_kept();
+    }
+    error::rethrow_kept();
+    return static_cast<int>(message.wParam);
+}

@@ -1,0 +1,295 @@
+#include "app/control_ids.h"
+#include "platform/main_window.h"
+#include "support/program.h"
+#include "support/registry.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::IsEmpty;
+
+/// Three text values and a number in two groups; no service.
+constexpr char kPlain[] =
+    "SOFTWARE\\TavrinTests\\Agent\nPlain\n"
+    "!Identity\n$Agent name\nName\nThe name.\nString\n$Agent domain\nDomain\nThe domain.\nString\n"
+    "!Servers\n$Server list\nList\nThe servers.\nServerList\n$Port\nPort\nThe port.\nInteger\n";
+constexpr char kTested[] =
+    "SOFTWARE\\TavrinTests\\Agent\nTested\n"
+    "!All\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$List\nList\nh\nString\n"
+    "$Default port\nPort\nh\nString\n$Gone\nSub\nh\nRemoveKey\n"
+    "$Test\n\nh\nConnectionTest\n";
+constexpr char kTitles[] = "Name\nDomain\nList\nDefault port\n";
+
+class MainWindow : public ProgramTest {
+protected:
+    void expect_buttons(const char* close_text, bool ok_enabled) {
+        EXPECT_EQ(text_of(control(kCloseId)), close_text);
+        EXPECT_EQ(IsWindowEnabled(control(kOkId)) != FALSE, ok_enabled);
+    }
+    static void edit(const std::string& text) { SetWindowTextA(page_controls().at(0), text.c_str()); }
+    static void press(int id) { SendMessageA(control(id), BM_CLICK, 0, 0); }
+    static std::string stored(const std::string& name) { return text_value(kAgentKey, name); }
+};
+
+TEST_F(MainWindow, ShowsConfigurationsGroupsAndEntriesAsATree) {
+    spec_file("B", kPlain);
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\n$First\nF\nh\n$Second\nS\nh\n!Named\n$Third\nT\nh\n");
+    std::string tree;
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(tree, "A\n First\n Second\n Named\n  Third\n"
+                    "Plain\n Identity\n  Agent name\n  Agent domain\n Servers\n  Server list\n  Port\n");
+}
+
+TEST_F(MainWindow, NothingIsSelectedOrExpandedAtFirst) {
+    spec_file("A", kPlain);
+    then([] {
+        EXPECT_EQ(SendMessageA(control(kTreeId), TVM_GETNEXTITEM, TVGN_CARET, 0), 0);
+        EXPECT_EQ(page(), nullptr);
+        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, SelectingAnEntryShowsItsPageAndLeavesTheButtonsAtClose) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([&] {
+        ASSERT_NE(page(), nullptr);
+        EXPECT_EQ(text_of(page()), "Agent name");
+        EXPECT_EQ(text_of(GetWindow(page(), GW_CHILD)), "The name.");
+        EXPECT_EQ(text_of(page_controls().at(0)), "web1");
+        expect_buttons("Close", false);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, AnEditTurnsCloseIntoCancelAndUndoingItTurnsItBack) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([&] { expect_buttons("Cancel", true); });
+    then([] { edit("web1"); });
+    then([&] { expect_buttons("Close", false); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, AChangedEntryThatWasLeftKeepsTheButtonsAndIsUndoneOnItsPage) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { select("Agent domain"); });
+    then([&] { expect_buttons("Cancel", true); });
+    then([] { select("Agent name"); });
+    then([&] {
+        EXPECT_EQ(text_of(page_controls().at(0)), "web2");
+        expect_buttons("Cancel", true);
+    });
+    then([] { edit("web1"); });
+    then([&] { expect_buttons("Close", false); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, SelectingAGroupOrARootTakesThePageDown) {
+    spec_file("A", kPlain);
+    then([] { select("Port"); });
+    then([] { EXPECT_NE(page(), nullptr); });
+    then([] { select("Servers"); });
+    then([] { EXPECT_EQ(page(), nullptr); });
+    then([] { select("Port"); });
+    then([] { select("Plain"); });
+    then([] { EXPECT_EQ(page(), nullptr); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, OkWritesWhatChangedAndNothingElse) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { press(kOkId); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(stored("Name"), "web2");
+    EXPECT_EQ(raw_value(kAgentKey, "Domain"), std::nullopt);
+    EXPECT_EQ(raw_value(kAgentKey, "Port"), std::nullopt);
+    EXPECT_THAT(boxes.seen(), IsEmpty());
+}
+
+TEST_F(MainWindow, OkWritesTheEntriesOfEveryConfiguration) {
+    spec_file("A", kPlain);
+    spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nOther\n!G\n$Colour\nColour\nh\nString\n");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { select("Colour"); });
+    then([] { edit("green"); });
+    then([] { press(kOkId); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(stored("Name"), "web2");
+    EXPECT_EQ(stored("Colour"), "green");
+}
+
+TEST_F(MainWindow, ClosingInAnyWayWritesNothing) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(stored("Name"), "web1");
+}
+
+TEST_F(MainWindow, CancelWritesNothing) {
+    spec_file("A", kPlain);
+    set_text(kAgentKey, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { press(kCloseId); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(stored("Name"), "web1");
+}
+
+TEST_F(MainWindow, AKeyThatVanishedBeforeOkIsFatalAndKeepsWhatWasWrittenBefore) {
+    make_key("SOFTWARE\\TavrinTests\\Other");
+    spec_file("A", kPlain);
+    spec_file("B", "SOFTWARE\\TavrinTests\\Other\nZ\n!G\n$Colour\nColour\nh\nString\n");
+    then([] { select("Agent name"); });
+    then([] { edit("web2"); });
+    then([] { select("Colour"); });
+    then([] { edit("green"); });
+    then([] { delete_key("SOFTWARE\\TavrinTests\\Other"); });
+    then([] { press(kOkId); });
+    EXPECT_EQ(run(), 1);
+    ASSERT_EQ(boxes.seen().size(), 1u);
+    EXPECT_EQ(boxes.seen()[0].text, "Cannot open path \"SOFTWARE\\TavrinTests\\Other\" for writing");
+    EXPECT_EQ(boxes.seen()[0].caption, "Error!");
+    EXPECT_EQ(stored("Name"), "web2");
+}
+
+TEST_F(MainWindow, ControlsStandWhereTheLayoutSays) {
+    spec_file("A", kTested);
+    then([] { SetWindowPos(main_window, nullptr, 0, 0, 700, 400, SWP_NOZORDER | SWP_NOMOVE); });
+    then([] { select("Name"); });
+    then([] {
+        RECT client{};
+        GetClientRect(main_window, &client);
+        const auto expect_at = [](int id, LONG left, LONG top, LONG width, LONG height) {
+            const RECT at = place_of(control(id));
+            EXPECT_EQ(at.left, left) << id;
+            EXPECT_EQ(at.top, top) << id;
+            EXPECT_EQ(at.right - at.left, width) << id;
+            EXPECT_EQ(at.bottom - at.top, height) << id;
+        };
+        expect_at(kTreeId, 10, 10, client.right / 2 - 20, client.bottom - 50);
+        expect_at(kOkId, client.right - 170, client.bottom - 30, 80, 25);
+        expect_at(kCloseId, client.right - 85, client.bottom - 30, 80, 25);
+        expect_at(kTestConnectionId, 5, client.bottom - 30, 120, 25);
+        const RECT box = place_of(page());
+        EXPECT_EQ(box.left, client.right / 2 + 10);
+        EXPECT_EQ(box.right - box.left, client.right / 2 - 20);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, ThePageFollowsTheWindowsSize) {
+    spec_file("A", kPlain);
+    then([] { select("Port"); });
+    then([] { SetWindowPos(main_window, nullptr, 0, 0, 900, 500, SWP_NOZORDER | SWP_NOMOVE); });
+    then([] {
+        RECT client{};
+        GetClientRect(main_window, &client);
+        EXPECT_EQ(place_of(page()).left, client.right / 2 + 10);
+        EXPECT_EQ(place_of(page()).bottom, client.bottom - 40);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, DraggingItTooSmallMovesTheEdgeBack) {
+    then([] {
+        RECT proposed{300, 300, 500, 400};
+        EXPECT_EQ(SendMessageA(main_window, WM_SIZING, WMSZ_TOPLEFT, reinterpret_cast<LPARAM>(&proposed)),
+                  TRUE);
+        EXPECT_EQ(proposed.left, 64);
+        EXPECT_EQ(proposed.top, 171);
+        EXPECT_EQ(proposed.right, 500);
+        EXPECT_EQ(proposed.bottom, 400);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, TestConnectionIsShownForNodesOfAConfigurationThatOffersIt) {
+    spec_file("A", kPlain);
+    spec_file("B", kTested);
+    const auto offered = [] { return IsWindowVisible(control(kTestConnectionId)) != FALSE; };
+    then([] { select("Tested"); });
+    then([&] { EXPECT_TRUE(offered()); });
+    then([] { select("Agent name"); });
+    then([&] { EXPECT_FALSE(offered()); });
+    then([] { select("Domain"); });
+    then([&] { EXPECT_TRUE(offered()); });
+    then([] { select("Plain"); });
+    then([&] { EXPECT_FALSE(offered()); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, CommandsWithANotificationCodeAreNotTheButtons) {
+    spec_file("A", kPlain);
+    then([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(kCloseId, 1), 0); });
+    then([] { EXPECT_TRUE(IsWindow(main_window)); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(MainWindow, TheConnectionTestOfAnEmptyServerListSucceeds) {
+    spec_file("B", std::string(kTested) + kTitles);
+    set_text(kAgentKey, "Port", "5000");
+    then([] { select("Tested"); });
+    then([] { press(kTestConnectionId); });
+    EXPECT_EQ(run(), 0);
+    ASSERT_EQ(boxes.seen().size(), 1u);
+    EXPECT_EQ(boxes.seen()[0].caption, "Connection test successful");
+}
+
+TEST_F(MainWindow, TheConnectionTestUsesTheShownPagesEdit) {
+    spec_file("B", std::string(kTested) + kTitles);
+    set_text(kAgentKey, "Port", "5000");
+    then([] { select("List"); });
+    then([] { edit("localhost:x"); });
+    then([] { press(kTestConnectionId); });
+    EXPECT_EQ(run(), 0);
+    ASSERT_EQ(boxes.seen().size(), 1u);
+    EXPECT_EQ(boxes.seen()[0].text,
+              "The server port \"x\" for the server \"localhost\" cannot be parsed as a number. "
+              "Please correct this before testing the connection.");
+}
+
+class FailedLookup : public MainWindow {
+protected:
+    void expect_fatal(const std::string& titles, const std::string& text) {
+        spec_file("A", std::string(kTested) + titles);
+        set_text(kAgentKey, "Port", "50x");
+        then([] { select("Tested"); });
+        then([] { press(kTestConnectionId); });
+        EXPECT_EQ(run(), 1);
+        ASSERT_EQ(boxes.seen().size(), 1u);
+        EXPECT_EQ(boxes.seen()[0].text, text);
+        EXPECT_EQ(boxes.seen()[0].caption, "Error!");
+    }
+};
+
+TEST_F(FailedLookup, OfATitleThatNoEntryHasEndsTheProgram) {
+    expect_fatal("Name\nNo such title\nList\nDefault port\n",
+                 "Did not find anything with the title \"No such title\"");
+}
+
+TEST_F(FailedLookup, OfAnEntryWithoutATextValueEndsTheProgram) {
+    expect_fatal("Gone\nDomain\nList\nDefault port\n", "Found title, but it is not a CommonRegKey");
+}
+
+TEST_F(FailedLookup, OfAPortThatIsNoNumberEndsTheProgram) {
+    expect_fatal(kTitles, "Error reading value: Error parsing: \"50x\"");
+}
+
+} // namespace

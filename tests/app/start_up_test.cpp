@@ -1,0 +1,155 @@
+#include "app/start_up.h"
+
+#include "error/exceptions.h"
+#include "error/trace.h"
+#include "platform/main_window.h"
+#include "spec/configurations.h"
+#include "support/program.h"
+#include "support/refusing_class.h"
+#include "support/registry.h"
+
+#include <cstdio>
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::IsEmpty;
+
+std::string traced;
+
+void keep_trace(const char* format, std::va_list arguments) {
+    char line[256];
+    std::vsnprintf(line, sizeof line, format, arguments);
+    traced += line;
+}
+
+class StartUp : public ProgramTest {
+protected:
+    StartUp() {
+        traced.clear();
+        trace_listener = keep_trace;
+    }
+    ~StartUp() override { trace_listener = nullptr; }
+
+    void expect_fatal(const std::string& text) {
+        EXPECT_EQ(run(), 1);
+        ASSERT_EQ(boxes.seen().size(), 1u);
+        EXPECT_EQ(boxes.seen()[0].text, text);
+        EXPECT_EQ(boxes.seen()[0].caption, "Error!");
+        EXPECT_EQ(boxes.seen()[0].owner, nullptr);
+    }
+};
+
+TEST_F(StartUp, WithoutItsRegistryKeySaysSoAndEndsWithOneAndNoWindow) {
+    delete_key(kListKey);
+    expect_fatal("Cannot read out SOFTWARE\\Tavrin\\TRConfig");
+    EXPECT_EQ(main_window, nullptr);
+}
+
+TEST_F(StartUp, WithoutValuesOpensAnEmptyTree) {
+    std::string tree = "not looked at";
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(tree, "");
+    EXPECT_THAT(boxes.seen(), IsEmpty());
+}
+
+TEST_F(StartUp, AValueWithoutDataIsNoConfiguration) {
+    set_text(kListKey, "Empty", "");
+    then([] { EXPECT_THAT(configurations, IsEmpty()); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(StartUp, OpensTheWindowWithItsTitleAndSize) {
+    then([] {
+        EXPECT_EQ(text_of(main_window), "Tavrin Configuration");
+        RECT at{};
+        GetWindowRect(main_window, &at);
+        EXPECT_EQ(at.right - at.left, 436);
+        EXPECT_EQ(at.bottom - at.top, 229);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(StartUp, TracesEachStep) {
+    spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nBeta\n!G\n");
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\n!G\n");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(traced, "Reading old file\nRead configuration A\nReading new file\nRead configuration Beta\n"
+                      "Created Window\nShowed Window\nUpdated Window\n");
+}
+
+TEST_F(StartUp, OfTwoConfigurationsWithOneNameTheFirstByValueNameIsKept) {
+    spec_file("2", "SOFTWARE\\TavrinTests\\Agent\nSame\n!Second\n");
+    spec_file("1", "SOFTWARE\\TavrinTests\\Agent\nSame\n!First\n");
+    std::string tree;
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(tree, "Same\n First\n");
+}
+
+TEST_F(StartUp, ConfigurationsStandInByteOrderOfTheirNames) {
+    spec_file("1", "SOFTWARE\\TavrinTests\\Agent\nalpha\n!G\n");
+    spec_file("2", "SOFTWARE\\TavrinTests\\Agent\nZeta\n!G\n");
+    spec_file("3", "SOFTWARE\\TavrinTests\\Agent\n\xC4\n!G\n");
+    std::string tree;
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(tree, "Zeta\n G\nalpha\n G\n\xC4\n G\n");
+}
+
+TEST_F(StartUp, AMissingSpecFileIsPassedOverInSilence) {
+    set_text(kListKey, "Gone", "no_such_folder/no_such.spec");
+    spec_file("There", "SOFTWARE\\TavrinTests\\Agent\nThere\n!G\n");
+    std::string tree;
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(tree, "There\n G\n");
+    EXPECT_THAT(boxes.seen(), IsEmpty());
+}
+
+TEST_F(StartUp, ASpecFileThatDoesNotParseIsFatal) {
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\nService\nStray\n");
+    expect_fatal("Parse error: line \"Stray\" not group start");
+    EXPECT_EQ(main_window, nullptr);
+}
+
+TEST_F(StartUp, AValueWhoseKeyIsMissingIsFatal) {
+    spec_file("A", "SOFTWARE\\Tavrin\\NoSuchKey\nName\n!G\n$T\nV\nHelp\nString\n");
+    expect_fatal("Cannot open path \"SOFTWARE\\Tavrin\\NoSuchKey\" for reading");
+}
+
+TEST_F(StartUp, AWindowClassThatIsTakenIsFatal) {
+    const RefusingClass taken("trconfigclass");
+    expect_fatal("Window Registration Failed!");
+}
+
+TEST_F(StartUp, AMissingTreeIsFatal) {
+    const RefusingClass refusing("SysTreeView32");
+    expect_fatal("Unable to create tree view");
+    EXPECT_EQ(main_window, nullptr);
+}
+
+TEST_F(StartUp, AMissingCloseButtonIsFatal) {
+    const RefusingClass refusing("Button", 1);
+    expect_fatal("Unable to create cancel button");
+}
+
+TEST_F(StartUp, AMissingOkButtonIsFatal) {
+    const RefusingClass refusing("Button", 2);
+    expect_fatal("Unable to create ok button");
+}
+
+TEST_F(StartUp, AMissingTestConnectionButtonIsFatal) {
+    const RefusingClass refusing("Button", 3);
+    expect_fatal("Unable to create test connection button");
+}
+
+TEST_F(StartUp, ATextThrownWhileAPageIsShownIsFatal) {
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\n!G\n$T\nV\nHelp\nString\n");
+    const RefusingClass refusing("Edit");
+    then([] { select("T"); });
+    expect_fatal("Unable to create text entry control");
+}
+
+} // namespace
