@@ -36,12 +36,26 @@ Classes system_classes() {
     return classes;
 }
 
-Classes& classes() {
+Classes& classes_of_system() {
     static Classes instance = system_classes();
     return instance;
 }
 
-const ResetHook reset_hook([] { classes() = system_classes(); });
+/// The program's own classes; one may bear the name of a class of the system's and then stands before it.
+Classes& classes() {
+    static Classes instance;
+    return instance;
+}
+
+const ResetHook reset_hook([] {
+    classes().clear();
+    classes_of_system() = system_classes();
+});
+
+WindowClass* find_in(Classes& searched, LPCSTR name) {
+    const auto found = searched.find(lower(name));
+    return found == searched.end() ? nullptr : &found->second;
+}
 
 ATOM refuse(DWORD code) {
     SetLastError(code);
@@ -51,8 +65,8 @@ ATOM refuse(DWORD code) {
 } // namespace
 
 WindowClass* find_class(LPCSTR name) {
-    const auto found = classes().find(lower(name));
-    return found == classes().end() ? nullptr : &found->second;
+    WindowClass* const own = find_in(classes(), name);
+    return own != nullptr ? own : find_in(classes_of_system(), name);
 }
 
 } // namespace substitute
@@ -65,7 +79,7 @@ ATOM RegisterClassExA(const WNDCLASSEXA* details) {
         return 0;
     if (details->cbSize != sizeof *details || details->lpfnWndProc == nullptr)
         return refuse(ERROR_INVALID_PARAMETER);
-    if (find_class(details->lpszClassName) != nullptr)
+    if (find_in(classes(), details->lpszClassName) != nullptr)
         return refuse(ERROR_CLASS_ALREADY_EXISTS);
     classes()[lower(details->lpszClassName)] = {details->lpszClassName, *details, false, 0};
     return ++last_atom;
@@ -74,8 +88,8 @@ ATOM RegisterClassExA(const WNDCLASSEXA* details) {
 BOOL UnregisterClassA(LPCSTR name, HINSTANCE) {
     if (failing("UnregisterClassA", ERROR_CLASS_DOES_NOT_EXIST))
         return FALSE;
-    const WindowClass* found = find_class(name);
-    if (found == nullptr || found->of_system)
+    const WindowClass* found = find_in(classes(), name);
+    if (found == nullptr)
         return refuse(ERROR_CLASS_DOES_NOT_EXIST);
     if (found->windows > 0)
         return refuse(ERROR_CLASS_HAS_WINDOWS);
