@@ -121,9 +121,11 @@ TEST_F(HostilePeer, ThatResets) {
         loopback::reset(agent);
     });
     EXPECT_EQ(status, 2);
-    EXPECT_THAT(text,
-                AllOf(StartsWith("Error receiving data: Bad error happened without sleep in socket_recv(): "),
-                      EndsWith(" (10054)")));
+    // Wine tells a waiting receiver of a reset as if it were a close; the native tests are strict.
+    EXPECT_THAT(text, AnyOf("Peer closed connection unexpectedly",
+                            AllOf(StartsWith("Error receiving data: Bad error happened without sleep in "
+                                             "socket_recv(): "),
+                                  EndsWith(" (10054)"))));
 }
 
 TEST_F(HostilePeer, ThatResetsInPlaceOfHearingTheEnd) {
