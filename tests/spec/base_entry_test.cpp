@@ -3,6 +3,7 @@
 #include "store/no_data_manipulator.h"
 #include "support/clean_system.h"
 #include "support/page.h"
+#include "support/thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -185,6 +186,28 @@ TEST_F(Page, IsForgottenOnceDestroyed) {
     entry.deselect(main.window());
     EXPECT_THAT(entryByGroupBox, IsEmpty());
     EXPECT_FALSE(IsWindow(box));
+}
+
+TEST_F(Page, LosesTheHelpTextFirst) {
+    entry.select(main.window());
+    const HWND box = main.group_box();
+    const HWND help = main.control(0);
+    entry.deselect(main.window());
+    EXPECT_THAT(main.destroyed(), ElementsAre(help, box));
+}
+
+TEST_F(Page, LetsWhatIsThrownDuringTheCreationOfItsControlsThrough) {
+    for (const char* window_class : {"Button", "Static"}) {
+        StandInMainWindow::when_created([&](HWND control) {
+            if (class_of(control) == window_class)
+                throw std::string("thrown for ") + window_class;
+        });
+        NotingEntry thrown_over{"Title", ""};
+        EXPECT_EQ(thrown_text([&] { thrown_over.select(main.window()); }),
+                  std::string("thrown for ") + window_class);
+        EXPECT_THAT(thrown_over.log, ElementsAre("create"));
+        entryByGroupBox.clear();
+    }
 }
 
 } // namespace

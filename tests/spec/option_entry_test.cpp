@@ -158,6 +158,27 @@ TEST_F(OptionPage, DoesNotKnowWhatOthersAdded) {
     EXPECT_EQ(thrown_text([&] { entry->takeValue(); }), "Lookup of selval failed");
 }
 
+LRESULT CALLBACK refuse_strings(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    return message == CB_ADDSTRING ? CB_ERR
+                                   : CallWindowProcA(watched_procedure, window, message, wparam, lparam);
+}
+
+TEST_F(OptionPage, NeedsEveryOptionInTheList) {
+    StandInMainWindow::when_created([](HWND control) {
+        if (class_of(control) == "ComboBox")
+            watched_procedure = reinterpret_cast<WNDPROC>(
+                SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&refuse_strings)));
+    });
+    EXPECT_EQ(thrown_text([&] { show("a", {"a"}); }), "Unable to add string to combobox");
+}
+
+TEST_F(OptionPage, LosesTheListFirst) {
+    show("a", {"a"});
+    const std::vector<HWND> order{control(), main.control(0), main.group_box()};
+    entry->deselect(main.window());
+    EXPECT_EQ(main.destroyed(), order);
+}
+
 TEST_F(OptionPage, StoresAnOptionThatIsTooLongToShow) {
     const std::string longest(1023, 'x');
     show("", {longest, longest + "yz"});

@@ -94,6 +94,13 @@ TEST_P(TextAndButtonPage, HasATextBoxAndAButtonBelowTheHelpText) {
     EXPECT_THAT(entryByGroupBox, IsEmpty());
 }
 
+TEST_P(TextAndButtonPage, LosesTheButtonFirst) {
+    show("value");
+    const std::vector<HWND> order{button(), text_box(), main.control(0), main.group_box()};
+    entry->deselect(main.window());
+    EXPECT_EQ(main.destroyed(), order);
+}
+
 TEST_P(TextAndButtonPage, IsLaidOut) {
     show("value");
     EXPECT_EQ(placement_of(main.control(0)), (Placement{10, 20, 178, 119}));

@@ -50,6 +50,13 @@ TEST_F(StringPage, ShowsAndTakesTheTextAsTyped) {
     EXPECT_TRUE(entry->changed());
 }
 
+TEST_F(StringPage, LosesTheTextBoxFirst) {
+    show("text");
+    const std::vector<HWND> order{control(), main.control(0), main.group_box()};
+    entry->deselect(main.window());
+    EXPECT_EQ(main.destroyed(), order);
+}
+
 TEST_F(StringPage, LeavesAnUntouchedTextUnchanged) {
     show("text");
     EXPECT_EQ(left(), "text");

@@ -1,9 +1,11 @@
 #include "support/page.h"
 
+#include "error/guard.h"
 #include "platform/main_window.h"
 #include "spec/base_entry.h"
 #include "support/user.h"
 
+#include <map>
 #include <utility>
 
 namespace {
@@ -11,11 +13,54 @@ namespace {
 constexpr UINT page_changed = 0x8001;
 constexpr const char* class_name = "stand_in_main_window";
 int changes_seen = 0;
+std::vector<HWND> destroyed_controls;
+std::function<void(HWND)> creation_step;
 
-LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+std::map<HWND, WNDPROC> frame_procedures;
+
+LRESULT CALLBACK frame_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+/// Not every system tells the main window of what happens in a frame, so the frames are watched too.
+void watch_frame(HWND frame) {
+    frame_procedures[frame] = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrA(frame, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&frame_procedure)));
+}
+
+void note_control(HWND parent, UINT event, HWND control) {
+    if (GetParent(control) != parent)
+        return;
+    if (event == WM_DESTROY)
+        destroyed_controls.push_back(control);
+    if (event == WM_CREATE && parent == main_window)
+        watch_frame(control);
+    if (event == WM_CREATE && creation_step)
+        creation_step(control);
+}
+
+void note(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == page_changed && wparam == 0 && lparam == 0)
         ++changes_seen;
-    return DefWindowProcA(window, message, wparam, lparam);
+    if (message == WM_PARENTNOTIFY)
+        note_control(window, LOWORD(wparam), reinterpret_cast<HWND>(lparam));
+}
+
+LRESULT noted(WNDPROC own, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto go_on = [&] { return CallWindowProcA(own, window, message, wparam, lparam); };
+    return error::guarded(
+        0,
+        [&] {
+            note(window, message, wparam, lparam);
+            return go_on();
+        },
+        go_on);
+}
+
+LRESULT CALLBACK frame_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    return noted(frame_procedures[window], window, message, wparam, lparam);
+}
+
+LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    return noted(&DefWindowProcA, window, message, wparam, lparam);
 }
 
 HWND create(int width, int height) {
@@ -36,6 +81,8 @@ StandInMainWindow::StandInMainWindow(int client_width, int client_height)
     : window_(create(client_width, client_height)) {
     main_window = window_;
     changes_seen = 0;
+    destroyed_controls.clear();
+    creation_step = nullptr;
 }
 
 StandInMainWindow::~StandInMainWindow() {
@@ -56,6 +103,10 @@ int StandInMainWindow::page_changes() {
 }
 
 HWND StandInMainWindow::group_box() const { return GetWindow(window_, GW_CHILD); }
+
+const std::vector<HWND>& StandInMainWindow::destroyed() { return destroyed_controls; }
+
+void StandInMainWindow::when_created(std::function<void(HWND)> step) { creation_step = std::move(step); }
 
 std::vector<HWND> StandInMainWindow::controls() const { return children_of(group_box()); }
 

@@ -3,6 +3,7 @@
 #include "platform/win32.h"
 #include "support/test_window.h"
 
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -25,6 +26,11 @@ public:
     /// The controls of the page shown, in the order of their creation: the help text is the first.
     std::vector<HWND> controls() const;
     HWND control(std::size_t index) const { return controls().at(index); }
+    /// Controls that were destroyed one by one, in order; those that went with their parents are not among
+    /// them.
+    static const std::vector<HWND>& destroyed();
+    /// Runs right after the system created a control of the page.
+    static void when_created(std::function<void(HWND)> step);
 
 private:
     HWND window_;

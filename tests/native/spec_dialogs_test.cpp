@@ -1,0 +1,129 @@
+#include "platform/substitute/control.h"
+#include "spec/directory_selector.h"
+#include "spec/file_selector.h"
+#include "support/page.h"
+#include "support/registry.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace std::string_literals;
+using substitute::shown_file_dialogs;
+using substitute::shown_folder_browsers;
+using testing::ElementsAre;
+
+class Dialogs : public CleanSystem {
+protected:
+    ~Dialogs() override { EXPECT_EQ(substitute::places_held(), 0U); }
+
+    /// Shows the page of the entry and types into its text box.
+    void open(BaseEntry& entry, const std::string& typed) {
+        entry.select(main.window());
+        type(main.control(1), typed);
+    }
+    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, kTestKey, "Value", false}; }
+
+    StandInMainWindow main{436, 229};
+    DirectorySelector directory{binding(), "Title", "Help"};
+};
+
+TEST_F(Dialogs, TheFolderBrowserIsAskedForARealFolder) {
+    open(directory, "C:\\agent");
+    click(main.control(2));
+    ASSERT_EQ(shown_folder_browsers().size(), 1U);
+    const auto& browser = shown_folder_browsers()[0];
+    EXPECT_EQ(browser.owner, main.group_box());
+    EXPECT_EQ(browser.title, "\r\nPlease select a folder to use:");
+    EXPECT_EQ(browser.flags, 65U);
+    EXPECT_FALSE(browser.has_root);
+    EXPECT_THAT(browser.selections, ElementsAre("C:\\agent"));
+    EXPECT_EQ(directory.value(), "");
+}
+
+TEST_F(Dialogs, TheFolderBrowserOpensAtTheFirst259Characters) {
+    open(directory, std::string(2000, 'x'));
+    click(main.control(2));
+    EXPECT_THAT(shown_folder_browsers()[0].selections, ElementsAre(std::string(259, 'x')));
+}
+
+TEST_F(Dialogs, TheFolderBrowserAllowsPlacesWithAPathOnly) {
+    open(directory, "");
+    substitute::choose_next_folder({{"C:\\agent", "", "C:\\other"}, true});
+    click(main.control(2));
+    EXPECT_THAT(shown_folder_browsers()[0].ok_enabled, ElementsAre(true, false, true));
+    EXPECT_EQ(directory.value(), "C:\\other");
+    EXPECT_EQ(text_of(main.control(1)), "C:\\other");
+}
+
+TEST_F(Dialogs, APlaceWithoutAPathChangesNothing) {
+    open(directory, "typed");
+    substitute::choose_next_folder({{""}, true});
+    click(main.control(2));
+    EXPECT_EQ(directory.value(), "");
+    EXPECT_EQ(text_of(main.control(1)), "typed");
+}
+
+TEST_F(Dialogs, ABrowserThatFailsChangesNothing) {
+    open(directory, "typed");
+    substitute::fail_call("SHBrowseForFolderA");
+    click(main.control(2));
+    EXPECT_EQ(text_of(main.control(1)), "typed");
+    substitute::choose_next_folder({{"C:\\agent"}, true});
+    substitute::fail_call("SHGetPathFromIDListA", 2); // the first call is about what was clicked
+    click(main.control(2));
+    EXPECT_EQ(text_of(main.control(1)), "typed");
+    EXPECT_EQ(directory.value(), "");
+}
+
+class FileDialog : public Dialogs {
+protected:
+    const substitute::ShownFileDialog& shown(const std::string& extension, const std::string& typed) {
+        file = std::make_unique<FileSelector>(binding(), "Title", "Help", extension);
+        open(*file, typed);
+        click(main.control(2));
+        file->deselect(main.window());
+        return shown_file_dialogs().back();
+    }
+
+    std::unique_ptr<FileSelector> file;
+};
+
+TEST_F(FileDialog, IsAskedForAnExistingFile) {
+    const auto& dialog = shown("log", "C:\\agent\\agent.log");
+    EXPECT_EQ(dialog.details.lStructSize, 152U);
+    EXPECT_EQ(dialog.details.hwndOwner, main.window());
+    EXPECT_EQ(dialog.details.hInstance, nullptr);
+    EXPECT_EQ(dialog.details.lpstrCustomFilter, nullptr);
+    EXPECT_EQ(dialog.details.nFilterIndex, 0U);
+    EXPECT_EQ(dialog.details.nMaxFile, 260U);
+    EXPECT_EQ(dialog.details.lpstrFileTitle, nullptr);
+    EXPECT_EQ(dialog.details.lpstrInitialDir, nullptr);
+    EXPECT_EQ(dialog.details.Flags, 0x185004U);
+    EXPECT_EQ(dialog.title, "File selection...");
+    EXPECT_EQ(dialog.initial_file, "C:\\agent\\agent.log");
+    EXPECT_EQ(dialog.filter, "*.log");
+}
+
+TEST_F(FileDialog, OffersEveryFileWithoutAnExtension) { EXPECT_EQ(shown("", "").filter, "*.*"); }
+
+TEST_F(FileDialog, OffersNoFilterThatDoesNotFit) {
+    EXPECT_EQ(shown(std::string(256, 'x'), "").filter, "*." + std::string(256, 'x'));
+    EXPECT_EQ(shown(std::string(257, 'x'), "").filter, "");
+}
+
+TEST_F(FileDialog, OpensWithTheFirst259Characters) {
+    EXPECT_EQ(shown("log", std::string(2000, 'x')).initial_file, std::string(259, 'x'));
+}
+
+TEST_F(FileDialog, ThatFailsChangesNothing) {
+    substitute::choose_next_file("C:\\never.log");
+    substitute::fail_call("GetOpenFileNameA");
+    file = std::make_unique<FileSelector>(binding(), "Title", "Help", "log");
+    open(*file, "typed");
+    click(main.control(2));
+    EXPECT_EQ(text_of(main.control(1)), "typed");
+    EXPECT_EQ(file->value(), "");
+}
+
+} // namespace
