@@ -1,0 +1,56 @@
+/// What a server may answer: the input is all that it sends. Whatever it is, the agent ends with a text or
+/// accepted, has sent exactly what belongs to that end, and what it read decides alone: with nothing behind
+/// it the end is the same, with one octet less the connection was closed too early.
+#include "protocol/negotiation.h"
+
+#include "support/memory_stream.h"
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+const Octets wishes = "60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
+                      "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets;
+const Octets closing = "62 80 00 00"_octets;
+const std::string too_early = "Peer closed connection unexpectedly";
+
+struct End {
+    bool accepted;
+    std::string text;
+    std::size_t read;
+};
+
+void require(bool holds) {
+    if (!holds)
+        __builtin_trap();
+}
+
+bool starts_with(const std::string& text, const char* beginning) { return text.rfind(beginning, 0) == 0; }
+
+bool ends_with(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+End answer(const Octets& octets) {
+    MemoryStream stream(octets);
+    int status = 77;
+    const char* text = negotiate(&stream, "web1", "", &status);
+    require(status == (text == nullptr ? 0 : starts_with(text, "Tavrin Server rejected us: ") ? 1 : 2));
+    require(stream.received == (text == nullptr ? wishes + closing : wishes));
+    require(text == nullptr || (*text != '\0' && std::strlen(text) < 256));
+    return {text == nullptr, text == nullptr ? "" : text, octets.size() - stream.unread()};
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    const Octets octets(data, data + size);
+    const End end = answer(octets);
+    if (ends_with(end.text, too_early) && !starts_with(end.text, "Tavrin Server rejected us: "))
+        return 0;
+    const End again = answer(first_octets(octets, end.read));
+    require(again.accepted == end.accepted && again.text == end.text && again.read == end.read);
+    require(end.read > 0 && ends_with(answer(first_octets(octets, end.read - 1)).text, too_early));
+    return 0;
+}
