@@ -52,10 +52,7 @@ TEST_F(ConnectionTestCalls, LooksABlankUpAsPartOfTheHost) {
 }
 
 TEST_F(ConnectionTestCalls, ConnectsToWhatANameStandsFor) {
-    loopback::Peer peer([](loopback::Handle& agent) {
-        loopback::send_all(agent.get(), "\x04");
-        loopback::receive_all(agent.get()); // closing before the agent is heard would reset the connection
-    });
+    loopback::Peer peer([](loopback::Handle& agent) { loopback::send_all(agent.get(), "\x04"); });
     substitute::set_host("alpha", {loopback::address()});
     EXPECT_THAT(texts_of("alpha:" + std::to_string(peer.port())),
                 ElementsAre(failure("alpha", std::to_string(static_cast<std::int16_t>(peer.port())),

@@ -46,9 +46,8 @@ std::size_t answers_left() { return script().answers.size(); }
 
 using namespace substitute;
 
-/// Like the system's, it disables its owner while it is shown and lets posted messages through. It is a
-/// window of its own: the active one is left for it and activated again afterwards, and finds its own way to
-/// its focus.
+/// Like the system's, it disables its owner while it is shown and lets posted messages through; afterwards
+/// the focus is at the window itself that is active then, not at one of its controls.
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
     if (failing("MessageBoxA", ERROR_INVALID_WINDOW_HANDLE) ||
         (owner != nullptr && window_of(owner) == nullptr))
@@ -57,13 +56,12 @@ int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
         {text == nullptr ? "" : text, caption == nullptr ? "Error" : caption, style, owner});
     const bool was_disabled = owner != nullptr && EnableWindow(owner, FALSE) != FALSE;
     const HWND active = GetActiveWindow();
-    activate(nullptr);
     SetFocus(nullptr);
     dispatch_posted();
     take_next<std::function<void()>>(script().steps, [] {})();
     if (owner != nullptr && !was_disabled)
         EnableWindow(owner, TRUE);
     if (IsWindow(active))
-        activate(active);
+        SetFocus(active);
     return take_next(script().answers, first_button(style));
 }

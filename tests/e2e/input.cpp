@@ -1,0 +1,105 @@
+#include "e2e/input.h"
+
+#include "e2e/wait.h"
+#include "e2e/window.h"
+
+#include <vector>
+
+namespace e2e {
+namespace {
+
+INPUT key_event(WORD key, WORD scan, DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = scan;
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+INPUT mouse_event(DWORD flags) {
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    return input;
+}
+
+GUITHREADINFO thread_state(HWND window) {
+    GUITHREADINFO state = {};
+    state.cbSize = sizeof state;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state);
+    return state;
+}
+
+void send_input(std::vector<INPUT> inputs) {
+    if (SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)) != inputs.size())
+        throw std::runtime_error("the system takes no input");
+}
+
+void move_pointer(POINT to) {
+    INPUT input = mouse_event(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE);
+    // The whole screen is 65536 wide and high.
+    input.mi.dx = (to.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+    input.mi.dy = (to.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+    send_input({input});
+}
+
+} // namespace
+
+void bring_to_front(HWND window) {
+    SetForegroundWindow(window);
+    wait_for("a window in the foreground", [&] { return GetForegroundWindow() == window; });
+}
+
+void press_key(WORD key, bool shift) {
+    std::vector<INPUT> inputs;
+    if (shift)
+        inputs.push_back(key_event(VK_SHIFT, 0, 0));
+    inputs.push_back(key_event(key, 0, 0));
+    inputs.push_back(key_event(key, 0, KEYEVENTF_KEYUP));
+    if (shift)
+        inputs.push_back(key_event(VK_SHIFT, 0, KEYEVENTF_KEYUP));
+    send_input(inputs);
+}
+
+void type(const std::string& text) {
+    std::vector<INPUT> inputs;
+    for (const char character : text) {
+        // By character, not by key: which key makes it depends on the machine's keyboard layout.
+        const WORD unit = static_cast<unsigned char>(character);
+        inputs.push_back(key_event(0, unit, KEYEVENTF_UNICODE));
+        inputs.push_back(key_event(0, unit, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP));
+    }
+    send_input(inputs);
+}
+
+void click(HWND window) {
+    RECT area = {};
+    GetWindowRect(window, &area);
+    move_pointer({(area.left + area.right) / 2, (area.top + area.bottom) / 2});
+    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN), mouse_event(MOUSEEVENTF_LEFTUP)});
+}
+
+void drag_corner(HWND window, POINT to) {
+    RECT area = {};
+    GetWindowRect(window, &area);
+    move_pointer({area.right - 2, area.bottom - 2});
+    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN)});
+    wait_for("the window to follow the mouse",
+             [&] { return (thread_state(window).flags & GUI_INMOVESIZE) != 0; });
+    move_pointer(to);
+    send_input({mouse_event(MOUSEEVENTF_LEFTUP)});
+    wait_for("the mouse to let go", [&] { return (thread_state(window).flags & GUI_INMOVESIZE) == 0; });
+}
+
+void replace_text(HWND edit, const std::string& text) {
+    click(edit);
+    wait_for("the focus on an edit control", [&] { return focus_of(edit) == edit; });
+    press_key(VK_HOME);
+    press_key(VK_END, true);
+    press_key(VK_DELETE);
+    type(text);
+    wait_for("the typed text " + text, [&] { return text_of(edit) == text; });
+}
+
+} // namespace e2e

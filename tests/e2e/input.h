@@ -1,0 +1,23 @@
+#pragma once
+/// A person's keyboard and mouse: what they do goes into the system's input and from there to whatever has
+/// the focus or lies under the pointer.
+#include "platform/win32.h"
+
+#include <string>
+
+namespace e2e {
+
+/// Brings a window to the front and waits until it has the keyboard.
+void bring_to_front(HWND window);
+/// Presses and releases a key, with Shift held when asked for.
+void press_key(WORD key, bool shift = false);
+/// Types a text, character by character.
+void type(const std::string& text);
+/// Clicks on the middle of a window or control.
+void click(HWND window);
+/// Drags a window's lower right corner to a point of the screen.
+void drag_corner(HWND window, POINT to);
+/// Clicks on an edit control, replaces what it holds and waits until it holds the new text.
+void replace_text(HWND edit, const std::string& text);
+
+} // namespace e2e

@@ -1,0 +1,133 @@
+#include "e2e/fixture.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace e2e {
+namespace {
+
+using testing::HasSubstr;
+
+const TreePath kServerList = {"Tavrin Agent", "Servers", "Server list"};
+
+constexpr char kSuccess[] = "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
+                            "to check in, once started";
+
+/// What a sample server of the stage has printed.
+std::string printed_by(const std::string& server) {
+    std::ifstream file("Z:" + environment("TAVRIN_STAGE") + "/" + server + ".txt");
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Against the sample servers of the stage, which are 10.9.0.2 and, on the other network, 10.9.1.9.
+class Network : public Sample {
+protected:
+    void SetUp() override {
+        if (environment("TAVRIN_STAGE").empty())
+            GTEST_SKIP() << "no sample servers: run through script/isolated tests/e2e/stage";
+        Sample::SetUp();
+    }
+
+    void expect_test(const std::string& servers, const std::string& caption, const std::string& text) {
+        write_value(kAgentKey, "ServerList", servers);
+        Tool tool;
+        tool.select(kServerList);
+        tool.press(kTestConnection);
+        const Box box = tool.box();
+        EXPECT_EQ(box.caption, caption);
+        EXPECT_EQ(box.text, text);
+        box.press(IDOK);
+        EXPECT_TRUE(tool.running());
+    }
+};
+
+TEST_F(Network, AcceptedEverywhere) {
+    expect_test("10.9.0.2,10.9.1.9:5000", "Connection test successful", kSuccess);
+    EXPECT_THAT(printed_by("accept"),
+                HasSubstr("wants: version 514, name \"web1\", domain \"example\", id \"\", "
+                          "hasMasterKey hasHallmark testing"));
+    EXPECT_THAT(printed_by("accept"), HasSubstr("said goodbye"));
+}
+
+TEST_F(Network, EmptyListIsASuccess) { expect_test(",,", "Connection test successful", kSuccess); }
+
+TEST_F(Network, TwoFailuresAreListedInOrder) {
+    expect_test("10.9.0.2:5003,10.9.0.2,10.9.0.2:5001", "Error testing connection",
+                "The connection to the server \"10.9.0.2\" at port 5003 failed. The reason was:\n\n"
+                "Tavrin Server does not support private key authentication.  Upgrade the Tavrin Server.\n\n"
+                "The connection to the server \"10.9.0.2\" at port 5001 failed. The reason was:\n\n"
+                "Tavrin Server rejected us: Unknown agent");
+}
+
+TEST_F(Network, AnotherVersionIsRefused) {
+    expect_test(
+        "10.9.0.2:5002", "Error testing connection",
+        "The connection to the server \"10.9.0.2\" at port 5002 failed. The reason was:\n\n"
+        "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or downgrade the "
+        "Tavrin Agent.");
+}
+
+TEST_F(Network, PortThatIsNoNumberStopsTheTest) {
+    expect_test(
+        "10.9.0.2:many", "Error testing connection",
+        "The server port \"many\" for the server \"10.9.0.2\" cannot be parsed as a number. Please correct "
+        "this before testing the connection.");
+}
+
+TEST_F(Network, EmptyNameIsReplacedByTheAddressOfTheConnection) {
+    write_value(kAgentKey, "AgentName", "");
+    expect_test("10.9.1.9", "Connection test successful", kSuccess);
+    EXPECT_THAT(printed_by("accept"), HasSubstr("wants: version 514, name \"10.9.1.1\""));
+}
+
+TEST_F(Network, TestUsesWhatIsTypedAndNotYetSaved) {
+    write_value(kAgentKey, "ServerList", "10.9.0.2");
+    Tool tool;
+    bring_to_front(tool.window());
+    tool.select(kAgentName);
+    replace_text(tool.page("Agent name").controls[0], "typed just now");
+    tool.expect_changes(true);
+    tool.press(kTestConnection);
+    EXPECT_EQ(tool.box().text, kSuccess);
+    EXPECT_THAT(printed_by("accept"), HasSubstr("name \"typed just now\""));
+    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web1");
+}
+
+TEST_F(Network, WaitWindowStandsWhileAServerThinks) {
+    write_value(kAgentKey, "ServerList", "10.9.0.2:5004");
+    Tool tool;
+    tool.select(kServerList);
+    tool.press(kTestConnection);
+    EXPECT_EQ(text_of(tool.wait_window()), "Tavrin Service Control");
+    EXPECT_EQ(tool.box().caption, "Connection test successful");
+}
+
+TEST_F(Network, ScanReplacesTheListWithWhoAnswered) {
+    Tool tool;
+    tool.select(kServerList);
+    tool.expect_changes(false);
+    tool.press_on_page("Server list", "Scan");
+    tool.expect_changes(true);
+    const std::string found = text_of(tool.page("Server list").controls[0]);
+    EXPECT_TRUE(found == "10.9.0.2,10.9.1.9" || found == "10.9.1.9,10.9.0.2") << found;
+    EXPECT_EQ(read_value(kAgentKey, "ServerList"), "127.0.0.1");
+    EXPECT_THAT(printed_by("accept"), HasSubstr("10.9.0.1"));
+    EXPECT_THAT(printed_by("accept"), HasSubstr("looks for servers"));
+}
+
+TEST_F(Network, ScanThatFindsNobodyKeepsTheList) {
+    write_value(kAgentKey, "Port", "5001");
+    Tool tool;
+    tool.select(kServerList);
+    tool.press_on_page("Server list", "Scan");
+    const Box box = tool.box();
+    EXPECT_EQ(box.caption, "No Tavrin Servers Found");
+    EXPECT_EQ(box.text, "No Tavrin Servers found at port 5001");
+    box.press(IDOK);
+    EXPECT_EQ(text_of(tool.page("Server list").controls[0]), "127.0.0.1");
+    tool.expect_changes(false);
+}
+
+} // namespace
+} // namespace e2e

@@ -1,0 +1,128 @@
+#include "e2e/tool.h"
+
+#include "e2e/input.h"
+#include "e2e/wait.h"
+#include "e2e/window.h"
+
+namespace e2e {
+namespace {
+
+constexpr char kMainClass[] = "trconfigclass";
+constexpr char kBoxClass[] = "#32770";
+constexpr char kWaitClass[] = "tavrin_service_win";
+
+bool is_frame(HWND child) {
+    return is_class(child, "Button") && (GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
+}
+
+HWND find_frame(HWND window) {
+    for (HWND child : children_of(window))
+        if (is_frame(child))
+            return child;
+    return nullptr;
+}
+
+/// The text of a message box is its static that is no icon.
+std::string message_of(HWND box) {
+    for (HWND child : children_of(box))
+        if (is_class(child, "Static") && (GetWindowLongA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)
+            return text_of(child);
+    return "";
+}
+
+void post_click(HWND button) { PostMessageA(button, BM_CLICK, 0, 0); }
+
+} // namespace
+
+void Box::press(int button) const {
+    const HWND control = GetDlgItem(window, button);
+    if (!control)
+        throw std::runtime_error("the box has no button " + std::to_string(button));
+    post_click(control);
+    wait_for("the end of a box", [&] { return !IsWindow(window); });
+}
+
+Tool::Tool() : process("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
+
+HWND Tool::find(const char* window_class) const {
+    for (HWND window : windows_of(process.id()))
+        if (is_class(window, window_class))
+            return window;
+    return nullptr;
+}
+
+HWND Tool::window() {
+    HWND found = nullptr;
+    wait_for("the main window", [&] { return (found = find(kMainClass)) != nullptr; });
+    return found;
+}
+
+bool Tool::has_window() const { return find(kMainClass) != nullptr; }
+
+HWND Tool::control(Control id) {
+    const HWND found = GetDlgItem(window(), id);
+    if (!found)
+        throw std::runtime_error("the main window has no control " + std::to_string(id));
+    return found;
+}
+
+RemoteTree Tool::tree() { return {control(kTree), process.handle()}; }
+
+void Tool::select(const TreePath& path) {
+    tree().select(path);
+    page(path.back());
+}
+
+Page Tool::page(const std::string& title) {
+    const HWND main_window = window();
+    Page shown = {};
+    wait_for("the page of " + title, [&] {
+        shown.frame = find_frame(main_window);
+        return shown.frame && text_of(shown.frame) == title;
+    });
+    shown.title = title;
+    std::vector<HWND> controls = children_of(shown.frame);
+    shown.help = text_of(controls.front());
+    shown.controls.assign(controls.begin() + 1, controls.end());
+    return shown;
+}
+
+bool Tool::shows_page() { return find_frame(window()) != nullptr; }
+
+void Tool::press(Control button) { post_click(control(button)); }
+
+void Tool::press_on_page(const std::string& title, const std::string& button) {
+    for (HWND found : page(title).controls)
+        if (text_of(found) == button)
+            return post_click(found);
+    throw std::runtime_error("the page has no button " + button);
+}
+
+void Tool::expect_changes(bool changes) {
+    const HWND ok = control(kOk);
+    const HWND close = control(kClose);
+    wait_for(changes ? "the button Cancel" : "the button Close", [&] {
+        return (IsWindowEnabled(ok) != FALSE) == changes && text_of(close) == (changes ? "Cancel" : "Close");
+    });
+}
+
+Box Tool::box() {
+    Box found = {};
+    wait_for("a message box", [&] {
+        found.window = find(kBoxClass);
+        return found.window && !message_of(found.window).empty();
+    });
+    found.caption = text_of(found.window);
+    found.text = message_of(found.window);
+    return found;
+}
+
+HWND Tool::wait_window() {
+    HWND found = nullptr;
+    wait_for("the wait window", [&] { return (found = find(kWaitClass)) != nullptr; });
+    return found;
+}
+
+bool Tool::shows_wait_window() const { return find(kWaitClass) != nullptr; }
+
+} // namespace e2e

@@ -1,0 +1,79 @@
+#pragma once
+/// The finished program, driven from outside: its window, its pages, its boxes, its end.
+#include "e2e/process.h"
+#include "e2e/remote_tree.h"
+#include "platform/win32.h"
+
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+/// The main window's controls.
+enum Control { kTree = 101, kClose = 103, kOk = 104, kTestConnection = 105 };
+
+/// A message box of the program.
+struct Box {
+    HWND window;
+    std::string caption;
+    std::string text;
+
+    /// Presses the button with this identifier (IDOK, IDYES, IDNO) and waits until the box is gone.
+    void press(int button) const;
+};
+
+/// The shown entry's page.
+struct Page {
+    HWND frame;
+    std::string title;
+    std::string help;
+    /// The entry's own controls in the order of their creation.
+    std::vector<HWND> controls;
+};
+
+/// A run of the program. Whatever is waited for and does not come throws std::runtime_error.
+class Tool {
+public:
+    /// Starts the program and waits for nothing.
+    Tool();
+
+    /// Waits for the main window.
+    HWND window();
+    /// Whether the main window is there now.
+    bool has_window() const;
+    /// A control of the main window.
+    HWND control(Control id);
+    RemoteTree tree();
+    /// Selects an item by message and waits for its page.
+    void select(const TreePath& path);
+    /// Waits for the page of the entry with this title.
+    Page page(const std::string& title);
+    /// Whether a page is shown.
+    bool shows_page();
+    /// Clicks on one of the main window's buttons and does not wait for what comes of it.
+    void press(Control button);
+    /// Clicks on a button of the page, found by its text.
+    void press_on_page(const std::string& title, const std::string& button);
+
+    /// Waits until the buttons stand as they do with (or without) changes to save.
+    void expect_changes(bool changes);
+    /// Waits for a message box.
+    Box box();
+    /// Waits for the wait window.
+    HWND wait_window();
+    /// Whether the wait window is shown.
+    bool shows_wait_window() const;
+
+    bool running() const { return process.running(); }
+    /// Waits for the program's end.
+    DWORD exit_code(int seconds = 90) { return process.exit_code(seconds); }
+    /// What the program wrote to its standard error stream.
+    std::string errors() const { return process.output(); }
+
+private:
+    HWND find(const char* window_class) const;
+
+    Process process;
+};
+
+} // namespace e2e
