@@ -47,9 +47,10 @@ struct Scanner {
         return 16;
     }
     std::int64_t take_digits(int base, bool minus) {
+        const std::int64_t sign = minus ? -1 : 1;
         std::int64_t value = 0;
         for (; digit_value(*next) < base; ++next)
-            value = std::clamp(value * base + (minus ? -1 : 1) * digit_value(*next), kLowest, kHighest);
+            value = std::clamp(value * base + sign * digit_value(*next), kLowest, kHighest);
         return value;
     }
 };

@@ -43,9 +43,10 @@ TEST(QuoteString, EscapesEveryByteBelow32) {
                                       "\\b",   "\\t",   "\\n",   "\\v",   "\\f",   "\\r",   "\\016", "\\017",
                                       "\\020", "\\021", "\\022", "\\023", "\\024", "\\025", "\\026", "\\027",
                                       "\\030", "\\031", "\\032", "\\033", "\\034", "\\035", "\\036", "\\037"};
-    for (int byte = 0; byte < 32; ++byte)
-        EXPECT_EQ(quote_string(std::string(1, static_cast<char>(byte))),
-                  std::string("\"") + expected[byte] + '"');
+    for (int byte = 0; byte < 32; ++byte) {
+        const std::string text(1, static_cast<char>(byte));
+        EXPECT_EQ(quote_string(text), std::string("\"") + expected[byte] + '"');
+    }
 }
 
 TEST(QuoteString, CopiesEveryOtherByteButThree) {

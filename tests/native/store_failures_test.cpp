@@ -144,9 +144,10 @@ TEST_F(StoreFailures, AHundredThousandValuesAreListedAndRead) {
     substitute::record_calls(false);
     HKEY key = nullptr;
     RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKey.c_str(), 0, KEY_SET_VALUE, &key);
-    for (int number = 1; number < kMany; ++number)
-        RegSetValueExA(key, ("v" + std::to_string(number)).c_str(), 0, REG_SZ,
-                       reinterpret_cast<const BYTE*>("text"), 5);
+    for (int number = 1; number < kMany; ++number) {
+        const std::string name = "v" + std::to_string(number);
+        RegSetValueExA(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>("text"), 5);
+    }
     RegCloseKey(key);
     std::map<std::string, std::string> target;
     enumerate_values(target, HKEY_LOCAL_MACHINE, kKey);

@@ -27,6 +27,7 @@ using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using HANDLE = void*;
 
+// NOLINTNEXTLINE(bugprone-macro-parentheses): the argument names a type
 #define SUBSTITUTE_HANDLE(name)                                                                              \
     struct name##__;                                                                                         \
     using name = name##__*
