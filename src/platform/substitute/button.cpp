@@ -1,5 +1,6 @@
 #include "platform/substitute/controls.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 namespace substitute {
 namespace {
@@ -34,7 +35,7 @@ void set_check(HWND handle, WPARAM check) {
 /// Key or mouse button goes down; the click counts when it comes up while the button is still held.
 LRESULT push(HWND handle, bool with_mouse) {
     if (with_mouse)
-        SetFocus(handle);
+        set_focus(handle);
     if (auto* data = data_of<ButtonData>(handle))
         data->pushed = true;
     return 0;
@@ -47,8 +48,7 @@ LRESULT release(HWND handle) {
     data->pushed = false;
     if (kind_of(handle) == BS_AUTOCHECKBOX)
         data->check = data->check == BST_CHECKED ? BST_UNCHECKED : BST_CHECKED;
-    if (kind_of(handle) != BS_GROUPBOX)
-        notify_parent(handle, BN_CLICKED);
+    notify_parent(handle, BN_CLICKED);
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/substitute/controls.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 #include <cctype>
@@ -37,11 +38,14 @@ LRESULT add(ComboData& data, LPARAM text) {
     return static_cast<LRESULT>(data.items.size()) - 1;
 }
 
-/// Chosen by the program: nobody is told.
+/// Chosen by the program: nobody is told. An index beyond the end changes nothing, -1 takes the selection
+/// away.
 LRESULT set_selection(ComboData& data, WPARAM wparam) {
     const auto index = static_cast<int>(wparam);
-    data.selected = is_index(data, index) ? index : CB_ERR;
-    return data.selected;
+    if (index != CB_ERR && !is_index(data, index))
+        return CB_ERR;
+    data.selected = index;
+    return index;
 }
 
 LRESULT reset(ComboData& data) {
@@ -108,16 +112,32 @@ LRESULT drop(HWND handle, bool down) {
     return TRUE;
 }
 
-/// Chosen by the user.
+/// Ends the user's choosing, with the list open or not.
+void settle(HWND handle, bool accepted) {
+    notify_parent(handle, accepted ? CBN_SELENDOK : CBN_SELENDCANCEL);
+    if (IsWindow(handle))
+        drop(handle, false);
+}
+
+/// Chosen by the user. In the open list this is not yet the end of it.
 void choose(HWND handle, int index) {
     ComboData& data = data_at(handle);
-    if (!is_index(data, index) || index == data.selected)
+    if (!is_index(data, index))
         return;
     data.selected = index;
     if (!data.dropped)
         notify_parent(handle, CBN_SELENDOK);
     if (IsWindow(handle))
         notify_parent(handle, CBN_SELCHANGE);
+}
+
+bool closes_list(const ComboData& data, WPARAM key) {
+    return data.dropped && (key == VK_RETURN || key == VK_ESCAPE);
+}
+
+LRESULT dialog_code(const ComboData& data, WPARAM key) {
+    const LRESULT code = DLGC_WANTARROWS | DLGC_WANTCHARS;
+    return closes_list(data, key) ? code | DLGC_WANTMESSAGE : code;
 }
 
 LRESULT take_key(HWND handle, WPARAM key) {
@@ -129,6 +149,11 @@ LRESULT take_key(HWND handle, WPARAM key) {
     case VK_HOME: choose(handle, 0); break;
     case VK_END: choose(handle, last); break;
     case VK_F4: drop(handle, !data.dropped); break;
+    case VK_RETURN:
+    case VK_ESCAPE:
+        if (data.dropped)
+            settle(handle, key == VK_RETURN);
+        break;
     default: break;
     }
     return 0;
@@ -147,7 +172,7 @@ LRESULT take_character(HWND handle, WPARAM character) {
 
 LRESULT change_focus(HWND handle, bool gained) {
     if (!gained)
-        drop(handle, false);
+        settle(handle, false);
     if (IsWindow(handle))
         notify_parent(handle, gained ? CBN_SETFOCUS : CBN_KILLFOCUS);
     return 0;
@@ -171,7 +196,7 @@ LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
         return DefWindowProcA(handle, message, wparam, lparam);
     switch (message) {
     case WM_WINDOWPOSCHANGING: return limit_height(lparam);
-    case WM_GETDLGCODE: return DLGC_WANTARROWS | DLGC_WANTCHARS;
+    case WM_GETDLGCODE: return dialog_code(*data, wparam);
     case WM_SETFONT: existing_window(handle).font = reinterpret_cast<HFONT>(wparam); return 0;
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case WM_SETTEXT: return CB_ERR;
@@ -179,7 +204,7 @@ LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
     case WM_GETTEXTLENGTH: return static_cast<LRESULT>(selected_text(*data).size());
     case WM_SETFOCUS:
     case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
-    case WM_LBUTTONDOWN: SetFocus(handle); return drop(handle, !data->dropped);
+    case WM_LBUTTONDOWN: set_focus(handle); return drop(handle, !data->dropped);
     case WM_KEYDOWN: return take_key(handle, wparam);
     case WM_CHAR: return take_character(handle, wparam);
     case CB_ADDSTRING: return add(*data, lparam);

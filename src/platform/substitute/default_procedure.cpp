@@ -1,4 +1,5 @@
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 #include <cstring>
@@ -22,13 +23,13 @@ LRESULT set_text(Window& window, LPCSTR text) {
 }
 
 LRESULT close(HWND handle) {
-    DestroyWindow(handle);
+    destroy_window(handle);
     return 0;
 }
 
 LRESULT accept_activation(HWND handle, WPARAM wparam) {
     if (LOWORD(wparam) != WA_INACTIVE)
-        SetFocus(handle);
+        set_focus(handle);
     return 0;
 }
 

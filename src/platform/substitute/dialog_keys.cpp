@@ -1,5 +1,6 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 
@@ -48,30 +49,7 @@ bool focus_next_tab_stop(HWND dialog) {
         return false;
     if ((dialog_code(next, nullptr) & DLGC_HASSETSEL) != 0)
         SendMessageA(next, EM_SETSEL, 0, -1);
-    SetFocus(next);
-    return true;
-}
-
-HWND next_in_group(HWND control, bool backwards) {
-    const auto siblings = children_of(GetParent(control));
-    const auto found = std::find(siblings.begin(), siblings.end(), control);
-    if (found == siblings.end())
-        return nullptr;
-    const auto starts_group = [](HWND each) { return (existing_window(each).style & WS_GROUP) != 0; };
-    auto first = found;
-    while (first != siblings.begin() && !starts_group(*first))
-        --first;
-    auto last = std::find_if(found + 1, siblings.end(), starts_group);
-    std::vector<HWND> group(first, last);
-    std::erase_if(group, [control](HWND each) { return each != control && !is_reachable(each); });
-    const auto own = static_cast<std::size_t>(std::find(group.begin(), group.end(), control) - group.begin());
-    return group[(own + (backwards ? group.size() - 1 : 1)) % group.size()];
-}
-
-bool move_in_group(HWND control, bool backwards) {
-    const HWND next = next_in_group(control, backwards);
-    if (next != nullptr && next != control)
-        SetFocus(next);
+    set_focus(next);
     return true;
 }
 
@@ -79,27 +57,29 @@ bool press_enter(HWND dialog) {
     const HWND focus = GetFocus();
     const bool is_default = focus != nullptr && (dialog_code(focus, nullptr) & DLGC_DEFPUSHBUTTON) != 0;
     const int id = is_default ? GetDlgCtrlID(focus) : IDOK;
-    const HWND source = is_default ? focus : GetDlgItem(dialog, IDOK);
+    const HWND source = is_default ? focus : dialog_item(dialog, IDOK);
     SendMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(source));
     return true;
 }
 
 bool press_escape(HWND dialog) {
-    const HWND source = GetDlgItem(dialog, IDCANCEL);
+    const HWND source = dialog_item(dialog, IDCANCEL);
     SendMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(IDCANCEL), reinterpret_cast<LPARAM>(source));
     return true;
 }
 
+/// Whether the navigation takes the key. The arrows it asks the dialog to move by, and only a real dialog
+/// does: here they are taken and lost.
 bool handle_key(HWND dialog, const MSG& message) {
     const LRESULT code = dialog_code(message.hwnd, &message);
     if ((code & DLGC_WANTMESSAGE) != 0)
         return false;
     switch (static_cast<int>(message.wParam)) {
     case VK_TAB: return (code & DLGC_WANTTAB) == 0 && focus_next_tab_stop(dialog);
-    case VK_RIGHT:
-    case VK_DOWN: return (code & DLGC_WANTARROWS) == 0 && move_in_group(message.hwnd, false);
     case VK_LEFT:
-    case VK_UP: return (code & DLGC_WANTARROWS) == 0 && move_in_group(message.hwnd, true);
+    case VK_UP:
+    case VK_RIGHT:
+    case VK_DOWN: return (code & DLGC_WANTARROWS) == 0;
     case VK_ESCAPE: return press_escape(dialog);
     case VK_RETURN: return press_enter(dialog);
     default: return false;

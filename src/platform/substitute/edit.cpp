@@ -1,6 +1,7 @@
 #include "platform/substitute/controls.h"
 #include "platform/substitute/edit_text.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 #include <cctype>
@@ -179,7 +180,7 @@ LRESULT edit_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case WM_SETFOCUS:
     case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
-    case WM_LBUTTONDOWN: SetFocus(handle); return 0;
+    case WM_LBUTTONDOWN: set_focus(handle); return 0;
     case WM_CHAR: return take_character(handle, wparam);
     case WM_KEYDOWN: return take_key(handle, wparam);
     case EM_GETSEL: return selection(handle, wparam, lparam);

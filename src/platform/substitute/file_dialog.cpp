@@ -1,7 +1,7 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control_dialogs.h"
 #include "platform/substitute/kernel.h"
-#include "platform/substitute/messages.h"
+#include "platform/substitute/modal_dialog.h"
 #include "platform/substitute/user.h"
 
 #include <cstring>
@@ -54,11 +54,7 @@ BOOL GetOpenFileNameA(LPOPENFILENAMEA details) {
         return FALSE;
     dialogs().shown.push_back({*details, filter_text(details->lpstrFilter), text_of(details->lpstrFile),
                                text_of(details->lpstrTitle)});
-    const bool was_disabled =
-        details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
-    dispatch_posted();
-    if (details->hwndOwner != nullptr && !was_disabled)
-        EnableWindow(details->hwndOwner, TRUE);
+    const ModalDialog dialog(details->hwndOwner, details->lpstrTitle);
     const auto choice = next_choice();
     if (!choice || choice->size() >= details->nMaxFile)
         return FALSE;

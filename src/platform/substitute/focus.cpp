@@ -1,5 +1,6 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <utility>
 
@@ -84,16 +85,10 @@ void leave_focus(HWND handle) {
     if (state().active == handle)
         activate(successor_of(handle));
     if (state().focus == focus && focus != nullptr && (focus == handle || IsChild(handle, focus)))
-        move_focus(nullptr);
+        state().focus = nullptr;
 }
 
-} // namespace substitute
-
-using namespace substitute;
-
-HWND SetFocus(HWND handle) {
-    if (failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE))
-        return nullptr;
+HWND set_focus(HWND handle) {
     const HWND before = state().focus;
     if (handle != nullptr && (window_of(handle) == nullptr || !is_enabled_throughout(handle)))
         return nullptr;
@@ -103,23 +98,33 @@ HWND SetFocus(HWND handle) {
     return before;
 }
 
+bool enable_window(HWND handle, bool enable) {
+    Window* window = window_of(handle);
+    if (window == nullptr)
+        return false;
+    const bool was_disabled = (window->style & WS_DISABLED) != 0;
+    if (was_disabled != enable)
+        return was_disabled;
+    window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
+    if (!enable && state().focus == handle)
+        set_focus(nullptr);
+    SendMessageA(handle, WM_ENABLE, enable ? TRUE : FALSE, 0);
+    return was_disabled;
+}
+
+} // namespace substitute
+
+using namespace substitute;
+
+HWND SetFocus(HWND handle) {
+    return failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE) ? nullptr : set_focus(handle);
+}
+
 HWND GetFocus() { return state().focus; }
 HWND GetActiveWindow() { return state().active; }
 
 BOOL EnableWindow(HWND handle, BOOL enable) {
-    if (failing("EnableWindow", ERROR_INVALID_WINDOW_HANDLE))
-        return FALSE;
-    Window* window = window_of(handle);
-    if (window == nullptr)
-        return FALSE;
-    const bool was_disabled = (window->style & WS_DISABLED) != 0;
-    if (was_disabled != (enable != FALSE))
-        return was_disabled;
-    window->style = enable != FALSE ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
-    if (enable == FALSE && state().focus == handle)
-        SetFocus(nullptr);
-    SendMessageA(handle, WM_ENABLE, enable != FALSE ? TRUE : FALSE, 0);
-    return was_disabled;
+    return !failing("EnableWindow", ERROR_INVALID_WINDOW_HANDLE) && enable_window(handle, enable != FALSE);
 }
 
 BOOL IsWindowEnabled(HWND handle) {

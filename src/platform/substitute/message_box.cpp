@@ -1,6 +1,7 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control_user.h"
-#include "platform/substitute/messages.h"
+#include "platform/substitute/kernel.h"
+#include "platform/substitute/modal_dialog.h"
 #include "platform/substitute/window.h"
 
 #include <deque>
@@ -46,22 +47,12 @@ std::size_t answers_left() { return script().answers.size(); }
 
 using namespace substitute;
 
-/// Like the system's, it disables its owner while it is shown and lets posted messages through; afterwards
-/// the focus is at the window itself that is active then, not at one of its controls.
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
-    if (failing("MessageBoxA", ERROR_INVALID_WINDOW_HANDLE) ||
-        (owner != nullptr && window_of(owner) == nullptr))
+    if (failing("MessageBoxA", ERROR_NOT_ENOUGH_MEMORY) || (owner != nullptr && window_of(owner) == nullptr))
         return 0;
-    script().shown.push_back(
-        {text == nullptr ? "" : text, caption == nullptr ? "Error" : caption, style, owner});
-    const bool was_disabled = owner != nullptr && EnableWindow(owner, FALSE) != FALSE;
-    const HWND active = GetActiveWindow();
-    SetFocus(nullptr);
-    dispatch_posted();
+    const LPCSTR title = caption == nullptr ? "Error" : caption;
+    script().shown.push_back({text == nullptr ? "" : text, title, style, owner});
+    const ModalDialog box(owner, title);
     take_next<std::function<void()>>(script().steps, [] {})();
-    if (owner != nullptr && !was_disabled)
-        EnableWindow(owner, TRUE);
-    if (IsWindow(active))
-        SetFocus(active);
     return take_next(script().answers, first_button(style));
 }

@@ -2,8 +2,9 @@
 
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control_dialogs.h"
+#include "platform/substitute/controls.h"
 #include "platform/substitute/kernel.h"
-#include "platform/substitute/messages.h"
+#include "platform/substitute/modal_dialog.h"
 #include "platform/substitute/user.h"
 
 #include <cstring>
@@ -14,7 +15,6 @@ namespace substitute {
 namespace {
 
 constexpr HRESULT kOutOfMemory = static_cast<HRESULT>(0x8007000E);
-constexpr const char* kBrowserClass = "#32770 folder browser";
 
 struct Shell {
     std::deque<FolderChoice> choices;
@@ -41,28 +41,6 @@ PIDLIST_ABSOLUTE hand_out(const std::string& path) {
     auto* place = new ITEMIDLIST{};
     shell().places[place] = path;
     return place;
-}
-
-/// Takes what the program's callback sends to the browser.
-LRESULT browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == BFFM_SETSELECTIONA && wparam != 0)
-        shell().shown.back().selections.emplace_back(reinterpret_cast<LPCSTR>(lparam));
-    else if (message == BFFM_ENABLEOK)
-        shell().shown.back().ok_enabled.push_back(lparam != 0);
-    else
-        return DefWindowProcA(handle, message, wparam, lparam);
-    return 0;
-}
-
-HWND open_browser(HWND owner) {
-    WNDCLASSEXA details{};
-    details.cbSize = sizeof details;
-    details.lpfnWndProc = browser_procedure;
-    details.lpszClassName = kBrowserClass;
-    if (!GetClassInfoExA(nullptr, kBrowserClass, &details))
-        RegisterClassExA(&details);
-    return CreateWindowExA(0, kBrowserClass, "Browse for Folder", WS_POPUP | WS_CAPTION, 0, 0, 300, 300,
-                           owner, nullptr, nullptr, nullptr);
 }
 
 void note_browser(const BROWSEINFOA& details) {
@@ -107,6 +85,17 @@ PIDLIST_ABSOLUTE run_browser(HWND browser, const BROWSEINFOA& details) {
 
 } // namespace
 
+/// Takes what the program's callback sends to the browser.
+LRESULT folder_browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == BFFM_SETSELECTIONA && wparam != 0)
+        shell().shown.back().selections.emplace_back(reinterpret_cast<LPCSTR>(lparam));
+    else if (message == BFFM_ENABLEOK)
+        shell().shown.back().ok_enabled.push_back(lparam != 0);
+    else
+        return DefWindowProcA(handle, message, wparam, lparam);
+    return 0;
+}
+
 void choose_next_folder(FolderChoice choice) { shell().choices.push_back(std::move(choice)); }
 const std::vector<ShownFolderBrowser>& shown_folder_browsers() { return shell().shown; }
 std::size_t places_held() { return shell().places.size(); }
@@ -139,15 +128,8 @@ PIDLIST_ABSOLUTE SHBrowseForFolderA(LPBROWSEINFOA details) {
     if (failing("SHBrowseForFolderA", ERROR_NOT_ENOUGH_MEMORY))
         return nullptr;
     note_browser(*details);
-    const bool was_disabled =
-        details->hwndOwner != nullptr && EnableWindow(details->hwndOwner, FALSE) != FALSE;
-    const HWND browser = open_browser(details->hwndOwner);
-    dispatch_posted();
-    const PIDLIST_ABSOLUTE chosen = run_browser(browser, *details);
-    if (details->hwndOwner != nullptr && !was_disabled)
-        EnableWindow(details->hwndOwner, TRUE);
-    DestroyWindow(browser);
-    return chosen;
+    const ModalDialog browser(details->hwndOwner, "Browse for Folder", kFolderBrowserClass);
+    return run_browser(browser.handle(), *details);
 }
 
 BOOL SHGetPathFromIDListA(PCIDLIST_ABSOLUTE place, LPSTR path) {

@@ -1,6 +1,6 @@
+#include "platform/substitute/tree_view.h"
 #include "platform/substitute/controls.h"
-#include "platform/substitute/tree_items.h"
-#include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 #include <cstring>
@@ -9,27 +9,9 @@
 namespace substitute {
 namespace {
 
-struct TreeData : ControlData {
-    TreeItems items;
-    HTREEITEM selected = nullptr;
-};
-
-TreeData& data_at(HWND handle) { return *data_of<TreeData>(handle); }
-
 LRESULT create(HWND handle) {
     existing_window(handle).control = std::make_unique<TreeData>();
     return 0;
-}
-
-LRESULT notify(HWND handle, NMHDR& header, UINT code) {
-    const Window& window = existing_window(handle);
-    header = {handle, static_cast<UINT_PTR>(window.id), code};
-    return SendMessageA(window.parent, WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
-}
-
-LRESULT notify(HWND handle, UINT code) {
-    NMHDR header{};
-    return notify(handle, header, code);
 }
 
 UINT state_of(const TreeData& data, HTREEITEM handle) {
@@ -49,12 +31,12 @@ TVITEMA described(const TreeData& data, HTREEITEM handle) {
 }
 
 LRESULT notify_items(HWND handle, UINT code, UINT action, HTREEITEM before, HTREEITEM after) {
-    const TreeData& data = data_at(handle);
+    const TreeData& data = tree_data(handle);
     NMTREEVIEWA record{};
     record.action = action;
     record.itemOld = described(data, before);
     record.itemNew = described(data, after);
-    return notify(handle, record.hdr, code);
+    return notify_parent_of_tree(handle, record.hdr, code);
 }
 
 LRESULT insert(HWND handle, LPARAM lparam) {
@@ -65,61 +47,47 @@ LRESULT insert(HWND handle, LPARAM lparam) {
     if ((request.item.mask & TVIF_PARAM) != 0)
         item.parameter = request.item.lParam;
     return reinterpret_cast<LRESULT>(
-        data_at(handle).items.insert(request.hParent, request.hInsertAfter, std::move(item)));
+        tree_data(handle).items.insert(request.hParent, request.hInsertAfter, std::move(item)));
 }
 
-LRESULT expand(HWND handle, WPARAM what, HTREEITEM target) {
-    TreeItem* item = data_at(handle).items.find(target);
-    const bool expanded = (what & 3) == TVE_EXPAND;
-    if (item == nullptr || item->first_child == nullptr || item->expanded == expanded)
-        return FALSE;
-    if (notify_items(handle, TVN_ITEMEXPANDINGA, static_cast<UINT>(what), nullptr, target) != 0)
-        return FALSE;
-    data_at(handle).items.find(target)->expanded = expanded;
-    notify_items(handle, TVN_ITEMEXPANDEDA, static_cast<UINT>(what), nullptr, target);
-    return TRUE;
+/// A selection inside an item that is closed goes to that item. As under Wine, nobody is told.
+void rescue_selection(TreeData& data, HTREEITEM closed) {
+    const TreeItem* item = data.items.find(data.selected);
+    while (item != nullptr && item->parent != closed)
+        item = data.items.find(item->parent);
+    if (item != nullptr)
+        data.selected = closed;
 }
 
 void open_ancestors(HWND handle, HTREEITEM target) {
-    const TreeItem* item = data_at(handle).items.find(target);
+    const TreeItem* item = tree_data(handle).items.find(target);
     for (HTREEITEM above = item == nullptr ? nullptr : item->parent; above != nullptr && IsWindow(handle);
-         above = data_at(handle).items.find(above)->parent)
-        expand(handle, TVE_EXPAND, above);
-}
-
-/// The parent may refuse the change when it is announced; when it is reported, it has happened.
-LRESULT select(HWND handle, HTREEITEM target, UINT cause) {
-    const HTREEITEM before = data_at(handle).selected;
-    if (target != nullptr && data_at(handle).items.find(target) == nullptr)
-        return FALSE;
-    if (target == before)
-        return TRUE;
-    if (notify_items(handle, TVN_SELCHANGINGA, cause, before, target) != 0)
-        return FALSE;
-    data_at(handle).selected = target;
-    open_ancestors(handle, target);
-    if (IsWindow(handle))
-        notify_items(handle, TVN_SELCHANGEDA, cause, before, target);
-    return TRUE;
+         above = tree_data(handle).items.find(above)->parent)
+        expand_tree_item(handle, TVE_EXPAND, above);
 }
 
 /// Children go before their parent, each reported; no call stack is spent on the depth of the tree.
 void erase_below(HWND handle, HTREEITEM target) {
     HTREEITEM each = target;
     while (each != nullptr) {
-        const TreeItem item = *data_at(handle).items.find(each);
+        const TreeItem item = *tree_data(handle).items.find(each);
         if (item.first_child != nullptr) {
             each = item.first_child;
             continue;
         }
         notify_items(handle, TVN_DELETEITEMA, 0, each, nullptr);
-        data_at(handle).items.remove(each);
+        tree_data(handle).items.remove(each);
         each = each == target ? nullptr : item.next != nullptr ? item.next : item.parent;
     }
 }
 
+HTREEITEM successor_of(const TreeData& data, HTREEITEM target) {
+    const TreeItem& item = *data.items.find(target);
+    return item.next != nullptr ? item.next : item.parent;
+}
+
 LRESULT erase(HWND handle, HTREEITEM target) {
-    TreeData& data = data_at(handle);
+    TreeData& data = tree_data(handle);
     if (target == TVI_ROOT || target == nullptr) {
         data.selected = nullptr;
         while (data.items.first_root() != nullptr)
@@ -129,14 +97,14 @@ LRESULT erase(HWND handle, HTREEITEM target) {
     if (data.items.find(target) == nullptr)
         return FALSE;
     if (data.selected == target)
-        select(handle, data.items.visible_after(target), TVC_UNKNOWN);
+        select_tree_item(handle, successor_of(data, target), TVC_UNKNOWN);
     erase_below(handle, target);
     return TRUE;
 }
 
 LRESULT read_item(HWND handle, LPARAM lparam) {
     auto& request = *reinterpret_cast<TVITEMA*>(lparam);
-    const TreeData& data = data_at(handle);
+    const TreeData& data = tree_data(handle);
     const TreeItem* item = data.items.find(request.hItem);
     if (item == nullptr)
         return FALSE;
@@ -168,55 +136,58 @@ HTREEITEM related(const TreeData& data, WPARAM relation, HTREEITEM handle) {
     }
 }
 
-/// Left closes an item or goes to its parent, right opens it or goes to its first child.
-HTREEITEM sideways(HWND handle, HTREEITEM from, bool inwards) {
-    const TreeItem item = *data_at(handle).items.find(from);
-    if (inwards && item.first_child != nullptr && item.expanded)
-        return item.first_child;
-    if (!inwards && !(item.expanded && item.first_child != nullptr))
-        return item.parent;
-    expand(handle, inwards ? TVE_EXPAND : TVE_COLLAPSE, from);
-    return nullptr;
-}
-
-HTREEITEM target_of(HWND handle, WPARAM key, HTREEITEM from) {
-    const TreeItems& items = data_at(handle).items;
-    switch (static_cast<int>(key)) {
-    case VK_UP: return items.visible_before(from);
-    case VK_DOWN: return items.visible_after(from);
-    case VK_HOME: return items.first_root();
-    case VK_END: return items.last_visible();
-    case VK_LEFT:
-    case VK_RIGHT: return sideways(handle, from, key == VK_RIGHT);
-    default: return nullptr;
-    }
-}
-
-LRESULT take_key(HWND handle, WPARAM key) {
-    NMTVKEYDOWN record{};
-    record.wVKey = LOWORD(key);
-    notify(handle, record.hdr, TVN_KEYDOWN);
-    if (!IsWindow(handle))
-        return 0;
-    const HTREEITEM from = data_at(handle).selected;
-    if (from == nullptr)
-        return 0;
-    if (const HTREEITEM target = target_of(handle, key, from); target != nullptr)
-        select(handle, target, TVC_BYKEYBOARD);
-    return 0;
-}
-
 /// A tree that gets the focus without a selection selects its first item.
 LRESULT change_focus(HWND handle, bool gained) {
-    const TreeData& data = data_at(handle);
+    const TreeData& data = tree_data(handle);
     if (gained && data.selected == nullptr && data.items.first_root() != nullptr)
-        select(handle, data.items.first_root(), TVC_UNKNOWN);
+        select_tree_item(handle, data.items.first_root(), TVC_UNKNOWN);
     if (IsWindow(handle))
-        notify(handle, gained ? NM_SETFOCUS : NM_KILLFOCUS);
+        notify_parent_of_tree(handle, gained ? NM_SETFOCUS : NM_KILLFOCUS);
     return 0;
 }
 
 } // namespace
+
+LRESULT notify_parent_of_tree(HWND handle, NMHDR& header, UINT code) {
+    const Window& window = existing_window(handle);
+    header = {handle, static_cast<UINT_PTR>(window.id), code};
+    return SendMessageA(window.parent, WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
+LRESULT notify_parent_of_tree(HWND handle, UINT code) {
+    NMHDR header{};
+    return notify_parent_of_tree(handle, header, code);
+}
+
+LRESULT expand_tree_item(HWND handle, WPARAM what, HTREEITEM target) {
+    TreeItem* item = tree_data(handle).items.find(target);
+    const bool expanded = (what & 3) == TVE_EXPAND;
+    if (item == nullptr || item->first_child == nullptr || item->expanded == expanded)
+        return FALSE;
+    if (notify_items(handle, TVN_ITEMEXPANDINGA, static_cast<UINT>(what), nullptr, target) != 0)
+        return FALSE;
+    tree_data(handle).items.find(target)->expanded = expanded;
+    if (!expanded)
+        rescue_selection(tree_data(handle), target);
+    notify_items(handle, TVN_ITEMEXPANDEDA, static_cast<UINT>(what), nullptr, target);
+    return TRUE;
+}
+
+/// The parent may refuse the change when it is announced; when it is reported, it has happened.
+LRESULT select_tree_item(HWND handle, HTREEITEM target, UINT cause) {
+    const HTREEITEM before = tree_data(handle).selected;
+    if (target != nullptr && tree_data(handle).items.find(target) == nullptr)
+        return FALSE;
+    if (target == before)
+        return TRUE;
+    if (notify_items(handle, TVN_SELCHANGINGA, cause, before, target) != 0)
+        return FALSE;
+    tree_data(handle).selected = target;
+    open_ancestors(handle, target);
+    if (IsWindow(handle))
+        notify_items(handle, TVN_SELCHANGEDA, cause, before, target);
+    return TRUE;
+}
 
 LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_CREATE)
@@ -232,14 +203,15 @@ LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case WM_SETFOCUS:
     case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
-    case WM_LBUTTONDOWN: SetFocus(handle); return 0;
-    case WM_KEYDOWN: return take_key(handle, wparam);
+    case WM_LBUTTONDOWN: set_focus(handle); return 0;
+    case WM_KEYDOWN: return take_tree_key(handle, wparam);
+    case WM_CHAR: return take_tree_character(handle, wparam);
     case TVM_INSERTITEMA: return insert(handle, lparam);
     case TVM_DELETEITEM: return erase(handle, item);
-    case TVM_EXPAND: return expand(handle, wparam, item);
+    case TVM_EXPAND: return expand_tree_item(handle, wparam, item);
     case TVM_GETCOUNT: return data->items.count();
     case TVM_GETNEXTITEM: return reinterpret_cast<LRESULT>(related(*data, wparam, item));
-    case TVM_SELECTITEM: return wparam == TVGN_CARET ? select(handle, item, TVC_UNKNOWN) : FALSE;
+    case TVM_SELECTITEM: return wparam == TVGN_CARET ? select_tree_item(handle, item, TVC_UNKNOWN) : FALSE;
     case TVM_GETITEMA: return read_item(handle, lparam);
     default: return DefWindowProcA(handle, message, wparam, lparam);
     }

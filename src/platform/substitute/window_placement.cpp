@@ -1,5 +1,6 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 
@@ -7,7 +8,7 @@ namespace substitute {
 namespace {
 
 constexpr LONG kCaptionHeight = 18;
-constexpr LONG kMinimumTrackWidth = 112;
+constexpr LONG kMinimumTrackWidth = 116;
 constexpr LONG kMinimumTrackHeight = 27;
 
 /// Thickness of the frame around the client area, the caption not counted.
@@ -66,14 +67,13 @@ void set_visible(HWND handle, bool visible) {
 /// A hidden window hands the focus to its parent; a hidden top-level window hands it to another one.
 void hide(HWND handle) {
     set_visible(handle, false);
-    const HWND focus = GetFocus();
-    if (!IsWindow(handle) || (focus != handle && !IsChild(handle, focus) && GetActiveWindow() != handle))
+    const Window* window = window_of(handle);
+    if (window == nullptr)
         return;
-    const Window& window = existing_window(handle);
-    if (is_child(window))
-        SetFocus(window.parent);
-    else
+    if (!is_child(*window))
         leave_focus(handle);
+    else if (GetFocus() == handle)
+        set_focus(window->parent);
 }
 
 void show(HWND handle, bool with_activation) {
@@ -123,27 +123,45 @@ void send_move(HWND handle) {
     }
 }
 
+bool set_window_pos(HWND handle, int x, int y, int width, int height, UINT flags) {
+    if (window_of(handle) == nullptr)
+        return false;
+    WINDOWPOS position{handle, nullptr, x, y, width, height, flags};
+    SendMessageA(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
+    if (!IsWindow(handle))
+        return true;
+    place(handle, moved(existing_window(handle), position));
+    if ((flags & SWP_SHOWWINDOW) != 0)
+        show_window(handle, (flags & SWP_NOACTIVATE) != 0 ? SW_SHOWNA : SW_SHOW);
+    if ((flags & SWP_HIDEWINDOW) != 0)
+        show_window(handle, SW_HIDE);
+    return true;
+}
+
+bool show_window(HWND handle, int command) {
+    const Window* window = window_of(handle);
+    if (window == nullptr)
+        return false;
+    const bool was_visible = (window->style & WS_VISIBLE) != 0;
+    if (command == SW_HIDE && was_visible)
+        hide(handle);
+    if (command != SW_HIDE && !was_visible)
+        show(handle, command != SW_SHOWNA && command != SW_SHOWNOACTIVATE);
+    return was_visible;
+}
+
 } // namespace substitute
 
 using namespace substitute;
 
 BOOL SetWindowPos(HWND handle, HWND, int x, int y, int width, int height, UINT flags) {
-    if (failing("SetWindowPos", ERROR_INVALID_WINDOW_HANDLE) || window_of(handle) == nullptr)
-        return FALSE;
-    WINDOWPOS position{handle, nullptr, x, y, width, height, flags};
-    SendMessageA(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
-    if (!IsWindow(handle))
-        return TRUE;
-    place(handle, moved(existing_window(handle), position));
-    if ((flags & SWP_SHOWWINDOW) != 0)
-        ShowWindow(handle, (flags & SWP_NOACTIVATE) != 0 ? SW_SHOWNA : SW_SHOW);
-    if ((flags & SWP_HIDEWINDOW) != 0)
-        ShowWindow(handle, SW_HIDE);
-    return TRUE;
+    return !failing("SetWindowPos", ERROR_INVALID_WINDOW_HANDLE) &&
+           set_window_pos(handle, x, y, width, height, flags);
 }
 
 BOOL MoveWindow(HWND handle, int x, int y, int width, int height, BOOL) {
-    return SetWindowPos(handle, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    return !failing("MoveWindow", ERROR_INVALID_WINDOW_HANDLE) &&
+           set_window_pos(handle, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 BOOL GetClientRect(HWND handle, LPRECT rectangle) {
@@ -180,16 +198,7 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 }
 
 BOOL ShowWindow(HWND handle, int command) {
-    if (failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE))
-        return FALSE;
-    const Window* window = window_of(handle);
-    if (window == nullptr)
-        return FALSE;
-    const bool was_visible = (window->style & WS_VISIBLE) != 0;
-    if (command == SW_HIDE ? was_visible : !was_visible)
-        command == SW_HIDE ? hide(handle)
-                           : show(handle, command != SW_SHOWNA && command != SW_SHOWNOACTIVATE);
-    return was_visible;
+    return !failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE) && show_window(handle, command);
 }
 
 /// Nothing is painted, so nothing is waiting to be.

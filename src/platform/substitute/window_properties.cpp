@@ -1,6 +1,7 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/kernel.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 #include <algorithm>
 #include <cstring>
@@ -48,6 +49,14 @@ void notify_parent(HWND control, WORD code) {
                      reinterpret_cast<LPARAM>(control));
 }
 
+HWND dialog_item(HWND parent, int id) {
+    for (const HWND child : children_of(parent))
+        if (static_cast<int>(existing_window(child).id) == id)
+            return child;
+    SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
+    return nullptr;
+}
+
 } // namespace substitute
 
 using namespace substitute;
@@ -93,13 +102,7 @@ HWND GetWindow(HWND handle, UINT relation) {
 }
 
 HWND GetDlgItem(HWND parent, int id) {
-    if (failing("GetDlgItem", ERROR_CONTROL_ID_NOT_FOUND))
-        return nullptr;
-    for (const HWND child : children_of(parent))
-        if (static_cast<int>(existing_window(child).id) == id)
-            return child;
-    SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
-    return nullptr;
+    return failing("GetDlgItem", ERROR_CONTROL_ID_NOT_FOUND) ? nullptr : dialog_item(parent, id);
 }
 
 int GetDlgCtrlID(HWND handle) {

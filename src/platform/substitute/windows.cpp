@@ -1,6 +1,7 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/kernel.h"
 #include "platform/substitute/window.h"
+#include "platform/substitute/window_calls.h"
 
 namespace substitute {
 namespace {
@@ -116,17 +117,53 @@ HWND complete(HWND handle, DWORD style) {
     }
     notify_ancestors(handle, WM_CREATE);
     if ((style & WS_VISIBLE) != 0)
-        ShowWindow(handle, SW_SHOW);
+        show_window(handle, SW_SHOW);
     return IsWindow(handle) ? handle : nullptr;
 }
 
 void destroy_owned(HWND owner) {
     for (const HWND each : top_level_windows())
         if (const Window* window = window_of(each); window != nullptr && window->owner == owner)
-            DestroyWindow(each);
+            destroy_window(each);
+}
+
+HWND checked_create(const CREATESTRUCTA& request) {
+    const auto style = static_cast<DWORD>(request.style);
+    if (find_class(request.lpszClass) == nullptr)
+        return refuse(ERROR_CANNOT_FIND_WND_CLASS);
+    if (request.hwndParent != nullptr && window_of(request.hwndParent) == nullptr)
+        return nullptr;
+    if ((style & WS_CHILD) != 0 && request.hwndParent == nullptr)
+        return refuse(ERROR_TLW_WITH_WSCHILD);
+    return create_window(request);
 }
 
 } // namespace
+
+HWND create_window(const CREATESTRUCTA& request) {
+    CREATESTRUCTA create = request;
+    const auto style = static_cast<DWORD>(create.style);
+    settle_place(create, style);
+    const HWND handle = make_window(create, *find_class(create.lpszClass));
+    return run_creation(handle, create) ? complete(handle, style) : nullptr;
+}
+
+void destroy_window(HWND handle) {
+    if (window_of(handle) == nullptr || existing_window(handle).destroying)
+        return;
+    notify_ancestors(handle, WM_DESTROY);
+    if (IsWindow(handle))
+        show_window(handle, SW_HIDE);
+    if (IsWindow(handle) && !is_child(existing_window(handle)))
+        destroy_owned(handle);
+    if (!IsWindow(handle))
+        return;
+    leave_focus(handle);
+    announce_destruction(handle);
+    if (IsWindow(handle))
+        destroy_rest(handle);
+}
+
 } // namespace substitute
 
 using namespace substitute;
@@ -135,37 +172,14 @@ HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWOR
                      int width, int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
     if (failing("CreateWindowExA", ERROR_NOT_ENOUGH_MEMORY))
         return nullptr;
-    WindowClass* window_class = find_class(class_name);
-    if (window_class == nullptr)
-        return refuse(ERROR_CANNOT_FIND_WND_CLASS);
-    if (parent != nullptr && window_of(parent) == nullptr)
-        return refuse(ERROR_INVALID_WINDOW_HANDLE);
-    if ((style & WS_CHILD) != 0 && parent == nullptr)
-        return refuse(ERROR_TLW_WITH_WSCHILD);
-    CREATESTRUCTA create{
-        parameter, instance,   menu,          parent, height, width, y, x, static_cast<LONG>(style),
-        title,     class_name, extended_style};
-    settle_place(create, style);
-    const HWND handle = make_window(create, *window_class);
-    return run_creation(handle, create) ? complete(handle, style) : nullptr;
+    return checked_create({parameter, instance, menu, parent, height, width, y, x, static_cast<LONG>(style),
+                           title, class_name, extended_style});
 }
 
 BOOL DestroyWindow(HWND handle) {
     if (failing("DestroyWindow", ERROR_ACCESS_DENIED) || window_of(handle) == nullptr)
         return FALSE;
-    if (existing_window(handle).destroying)
-        return TRUE;
-    notify_ancestors(handle, WM_DESTROY);
-    if (IsWindow(handle))
-        ShowWindow(handle, SW_HIDE);
-    if (IsWindow(handle) && !is_child(existing_window(handle)))
-        destroy_owned(handle);
-    if (!IsWindow(handle))
-        return TRUE;
-    leave_focus(handle);
-    announce_destruction(handle);
-    if (IsWindow(handle))
-        destroy_rest(handle);
+    destroy_window(handle);
     return TRUE;
 }
 

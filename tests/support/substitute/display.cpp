@@ -1,3 +1,0 @@
-#include "support/display.h"
-
-void prepare_display() {}
