@@ -18,11 +18,23 @@ struct PacketStream : Stream {
     std::uint8_t* end;
 };
 
+/// Most reads and writes are of one to three octets, for which a call of memcpy is the larger part.
+void copy_few(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
+    switch (count) {
+    case 0: break;
+    case 4: to[3] = from[3]; [[fallthrough]];
+    case 3: to[2] = from[2]; [[fallthrough]];
+    case 2: to[1] = from[1]; [[fallthrough]];
+    case 1: to[0] = from[0]; break;
+    default: std::memcpy(to, from, count);
+    }
+}
+
 const char* read_octets(Stream* stream, void* buffer, std::size_t count) {
     auto* self = static_cast<PacketStream*>(stream);
     if (count > static_cast<std::size_t>(self->end - self->next))
         return "Peer closed connection unexpectedly";
-    std::memcpy(buffer, self->next, count);
+    copy_few(static_cast<std::uint8_t*>(buffer), self->next, count);
     self->next += count;
     return nullptr;
 }
@@ -31,7 +43,7 @@ const char* write_octets(Stream* stream, const void* bytes, std::size_t count) {
     auto* self = static_cast<PacketStream*>(stream);
     if (count > static_cast<std::size_t>(self->end - self->next))
         return "no room";
-    std::memcpy(self->next, bytes, count);
+    copy_few(self->next, static_cast<const std::uint8_t*>(bytes), count);
     self->next += count;
     return nullptr;
 }

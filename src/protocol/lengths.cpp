@@ -3,7 +3,6 @@
 namespace {
 
 constexpr std::uint8_t long_form = 0x80;
-constexpr std::uint8_t indefinite_form = 0x80;
 
 const char* read_long_length(Stream* stream, std::size_t count, std::uint32_t* length) {
     std::uint8_t octets[4];
@@ -22,7 +21,7 @@ const char* read_length(Stream* stream, std::uint32_t* length, bool* indefinite)
     std::uint8_t first = 0;
     if (const char* problem = stream->read(stream, &first, 1))
         return problem;
-    *indefinite = first == indefinite_form;
+    *indefinite = first == indefinite_length;
     *length = first;
     if (first < long_form)
         return nullptr;
@@ -50,7 +49,9 @@ const char* write_length(Stream* stream, std::uint32_t length) {
     return stream->socket_write_buf(stream, octets, static_cast<std::size_t>(end - octets));
 }
 
-const char* write_indefinite(Stream* stream) { return stream->socket_write_buf(stream, &indefinite_form, 1); }
+const char* write_indefinite(Stream* stream) {
+    return stream->socket_write_buf(stream, &indefinite_length, 1);
+}
 
 const char* write_end_of_contents(Stream* stream) {
     const std::uint8_t octets[] = {0x00, 0x00};

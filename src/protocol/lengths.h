@@ -14,6 +14,8 @@ const char* write_length(Stream* stream, std::uint32_t length);
 const char* write_indefinite(Stream* stream);
 const char* write_end_of_contents(Stream* stream);
 
+inline constexpr std::uint8_t indefinite_length = 0x80;
+
 inline constexpr std::size_t longest_length = 5;
 /// Puts the shortest form at `octets` and returns the place behind it; at most `longest_length` octets.
 std::uint8_t* put_length(std::uint8_t* octets, std::uint32_t length);

@@ -46,12 +46,20 @@ const char* read_string(Stream* stream, std::uint32_t max, char** text, std::uin
 }
 
 const char* write_string(Stream* stream, std::uint32_t max, const char* text) {
-    const std::size_t length = text != nullptr ? std::strlen(text) : 0;
+    if (text == nullptr)
+        text = "";
+    const std::size_t length = std::strlen(text);
     if (length > max)
         return refuse_text(stream);
-    std::uint8_t head[1 + longest_length] = {string_octet};
-    const std::uint8_t* end = put_length(head + 1, static_cast<std::uint32_t>(length));
-    if (const char* problem = stream->socket_write_buf(stream, head, static_cast<std::size_t>(end - head)))
+    std::uint8_t octets[128];
+    octets[0] = string_octet;
+    std::uint8_t* end = put_length(octets + 1, static_cast<std::uint32_t>(length));
+    const auto head = static_cast<std::size_t>(end - octets);
+    if (length <= sizeof octets - head) { // a short text goes with its head
+        std::memcpy(end, text, length);
+        return stream->socket_write_buf(stream, octets, head + length);
+    }
+    if (const char* problem = stream->socket_write_buf(stream, octets, head))
         return problem;
-    return length > 0 ? stream->socket_write_buf(stream, text, length) : nullptr;
+    return stream->socket_write_buf(stream, text, length);
 }

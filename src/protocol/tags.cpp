@@ -17,15 +17,16 @@ const char* read_long_number(Stream* stream, std::uint32_t* number) {
     return nullptr;
 }
 
-const char* write_long_tag(Stream* stream, std::uint32_t tag) {
-    std::uint8_t octets[6]; // filled from the end: 29 bits of tag number are at most five groups
-    std::uint8_t* first = octets + sizeof octets;
-    std::uint32_t number = tag >> 3;
-    *--first = number & 0x7F;
-    while ((number >>= 7) != 0)
-        *--first = static_cast<std::uint8_t>(0x80 | (number & 0x7F));
-    *--first = static_cast<std::uint8_t>((tag & 7) << 5 | long_form);
-    return stream->socket_write_buf(stream, first, static_cast<std::size_t>(octets + sizeof octets - first));
+std::uint8_t* put_long_tag(std::uint8_t* octets, std::uint32_t tag) {
+    const std::uint32_t number = tag >> 3;
+    *octets++ = static_cast<std::uint8_t>((tag & 7) << 5 | long_form);
+    int shift = 28; // 29 bits are at most five groups
+    while (shift > 0 && number >> shift == 0)
+        shift -= 7;
+    for (; shift > 0; shift -= 7)
+        *octets++ = static_cast<std::uint8_t>(0x80 | (number >> shift & 0x7F));
+    *octets++ = number & 0x7F;
+    return octets;
 }
 
 } // namespace
@@ -43,13 +44,15 @@ const char* read_tag(Stream* stream, std::uint32_t* tag) {
     return nullptr;
 }
 
-const char* read_tag_if_needed(Stream* stream, std::uint32_t* tag) {
-    return *tag == 0 ? read_tag(stream, tag) : nullptr;
+std::uint8_t* put_tag(std::uint8_t* octets, std::uint32_t tag) {
+    if (tag >= first_long_tag)
+        return put_long_tag(octets, tag);
+    *octets = static_cast<std::uint8_t>((tag & 7) << 5 | tag >> 3);
+    return octets + 1;
 }
 
 const char* write_tag(Stream* stream, std::uint32_t tag) {
-    if (tag >= first_long_tag)
-        return write_long_tag(stream, tag);
-    const auto octet = static_cast<std::uint8_t>((tag & 7) << 5 | tag >> 3);
-    return stream->socket_write_buf(stream, &octet, 1);
+    std::uint8_t octets[longest_tag];
+    const std::uint8_t* end = put_tag(octets, tag);
+    return stream->socket_write_buf(stream, octets, static_cast<std::size_t>(end - octets));
 }

@@ -23,6 +23,12 @@ inline constexpr std::uint32_t BE_STRING = 32;      // 04
 const char* read_tag(Stream* stream, std::uint32_t* tag);
 /// Reads an identifier into `*tag` only when that is 0. The readers of one element begin with this: their
 /// caller may have read the identifier already, to decide what follows.
-const char* read_tag_if_needed(Stream* stream, std::uint32_t* tag);
+inline const char* read_tag_if_needed(Stream* stream, std::uint32_t* tag) {
+    return *tag == 0 ? read_tag(stream, tag) : nullptr;
+}
 /// Writes the shortest form.
 const char* write_tag(Stream* stream, std::uint32_t tag);
+
+inline constexpr std::size_t longest_tag = 6;
+/// Puts the shortest form at `octets` and returns the place behind it; at most `longest_tag` octets.
+std::uint8_t* put_tag(std::uint8_t* octets, std::uint32_t tag);

@@ -27,7 +27,7 @@ protected:
             texts.push_back(box.text);
         return texts;
     }
-    /// The calls since the start of which `names` has the name, in order.
+    /// Those of all calls whose names are among `names`, in order.
     static std::vector<std::string> calls_of(const std::vector<std::string>& names) {
         std::vector<std::string> calls = substitute::calls();
         std::erase_if(calls, [&](const std::string& call) {
@@ -52,7 +52,10 @@ TEST_F(ConnectionTestCalls, LooksABlankUpAsPartOfTheHost) {
 }
 
 TEST_F(ConnectionTestCalls, ConnectsToWhatANameStandsFor) {
-    loopback::Peer peer([](loopback::Handle& agent) { loopback::send_all(agent.get(), "\x04"); });
+    loopback::Peer peer([](loopback::Handle& agent) {
+        loopback::send_all(agent.get(), "\x04");
+        loopback::receive_all(agent.get());
+    });
     substitute::set_host("alpha", {loopback::address()});
     EXPECT_THAT(texts_of("alpha:" + std::to_string(peer.port())),
                 ElementsAre(failure("alpha", std::to_string(static_cast<std::int16_t>(peer.port())),

@@ -44,9 +44,10 @@ TEST(WriteString, WritesAnAbsentTextAsAnEmptyOne) {
 
 TEST(WriteString, WritesLongLengths) {
     const std::pair<std::size_t, Octets> heads[] = {
-        {127, "04 7F"_octets},         {128, "04 81 80"_octets},        {129, "04 81 81"_octets},
-        {255, "04 81 FF"_octets},      {256, "04 82 01 00"_octets},     {1024, "04 82 04 00"_octets},
-        {65535, "04 82 FF FF"_octets}, {65536, "04 83 01 00 00"_octets}};
+        {125, "04 7D"_octets},           {126, "04 7E"_octets},        {127, "04 7F"_octets},
+        {128, "04 81 80"_octets},        {129, "04 81 81"_octets},     {255, "04 81 FF"_octets},
+        {256, "04 82 01 00"_octets},     {1024, "04 82 04 00"_octets}, {65535, "04 82 FF FF"_octets},
+        {65536, "04 83 01 00 00"_octets}};
     for (const auto& [length, head] : heads) {
         MemoryStream stream;
         EXPECT_THAT(write_string(&stream, 70000, std::string(length, 'x').c_str()), IsNull());
@@ -67,14 +68,18 @@ TEST(WriteString, HasSentTheIdentifierOfATextThatIsTooLong) {
 }
 
 TEST(WriteString, HandsOnTheStreamsFailure) {
-    for (const std::size_t sent : {0, 2}) {
+    const std::string long_text(200, 'x'); // which is sent apart from its head
+    for (const std::size_t sent : {0, 3}) {
         MemoryStream stream;
         stream.break_after(sent, "no more room");
-        EXPECT_THAT(write_string(&stream, 4, "web1"), StrEq("no more room"));
+        EXPECT_THAT(write_string(&stream, 200, long_text.c_str()), StrEq("no more room"));
+        EXPECT_EQ(stream.received.size(), sent);
     }
-    MemoryStream stream;
-    stream.break_after(0, "no more room");
-    EXPECT_THAT(write_string(&stream, 3, "web1"), StrEq("no more room"));
+    for (const std::uint32_t max : {3u, 4u}) {
+        MemoryStream stream;
+        stream.break_after(0, "no more room");
+        EXPECT_THAT(write_string(&stream, max, "web1"), StrEq("no more room"));
+    }
 }
 
 TEST(ReadString, ReadsOctetsOfText) {
