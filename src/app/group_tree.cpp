@@ -51,8 +51,9 @@ bool select_item(Configuration& configuration, HWND parent, HTREEITEM item) {
     const auto found = configuration.entry_items.find(item);
     if (found == configuration.entry_items.end())
         return configuration.node_items.contains(item);
-    configuration.shown_entry = found->second;
     found->second->select(parent);
+    // Only now: nothing is taken from a page whose controls are not all there.
+    configuration.shown_entry = found->second;
     configuration.changed_entries.erase(found->second);
     return true;
 }

@@ -13,5 +13,6 @@ int run_message_loop(HWND main) {
         error::rethrow_kept();
     }
     error::rethrow_kept();
-    return static_cast<int>(message.wParam);
+    // A failed retrieval ends the loop as well, and leaves some other message in the record.
+    return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include "platform/win32.h"
 
-/// Handles messages until the quit message; returns its value. Throws what a window procedure had to keep.
+/// Handles messages until the quit message and returns its value; 0 when no message can be retrieved. Throws
+/// what a window procedure had to keep.
 int run_message_loop(HWND main);

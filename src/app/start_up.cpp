@@ -82,7 +82,11 @@ int run_program(HINSTANCE instance, int show_command) {
     try {
         return start_and_run(instance, show_command);
     } catch (const std::string& text) {
+        // The window is still there. Kept until the user has read it, the text keeps the window from taking
+        // orders.
+        error::keep_current();
         show_fatal(text);
+        error::forget_kept();
         return 1;
     }
 }

@@ -21,4 +21,6 @@ void rethrow_kept() {
         std::rethrow_exception(std::exchange(kept, nullptr));
 }
 
+void forget_kept() noexcept { kept = nullptr; }
+
 } // namespace error

@@ -15,6 +15,8 @@ bool keeping() noexcept;
 void keep_current() noexcept;
 /// Throws the kept exception, if there is one; afterwards none is kept.
 void rethrow_kept();
+/// Drops the kept exception, if there is one.
+void forget_kept() noexcept;
 
 /// Runs `body`; an exception that leaves it is kept and `failure` returned. While one is kept, runs
 /// `fallback`.

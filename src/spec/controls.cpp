@@ -33,9 +33,16 @@ RECT client_rectangle(HWND window) {
     return rectangle;
 }
 
-std::string control_text(HWND control) {
+void show_text(HWND control, const std::string& text) {
+    if (!SetWindowTextA(control, text.c_str()))
+        throw std::string("Unable to create text entry control");
+}
+
+std::string control_text(HWND control, const std::string& otherwise) {
     std::array<char, longest_taken_text + 1> buffer{};
-    GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size()));
+    const bool empty = GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size())) == 0;
+    if (empty && (!IsWindow(control) || GetWindowTextLengthA(control) != 0))
+        return otherwise;
     return buffer.data();
 }
 

@@ -24,6 +24,6 @@ IntegerEntry::IntegerEntry(CommonRegKey binding, std::string title, std::string 
     : SingleControlEntry(std::move(title), std::move(help_text), number_box),
       CommonRegKey(std::move(binding)) {}
 
-void IntegerEntry::showValue() { SetWindowTextA(control(), plain_decimal(value()).c_str()); }
+void IntegerEntry::showValue() { show_text(control(), plain_decimal(value())); }
 
-void IntegerEntry::takeValue() { set_value(plain_decimal(control_text(control()))); }
+void IntegerEntry::takeValue() { set_value(plain_decimal(control_text(control(), value()))); }

@@ -11,6 +11,6 @@ StringEntry::StringEntry(CommonRegKey binding, std::string title, std::string he
     : SingleControlEntry(std::move(title), std::move(help_text), text_box), CommonRegKey(std::move(binding)) {
 }
 
-void StringEntry::showValue() { SetWindowTextA(control(), value().c_str()); }
+void StringEntry::showValue() { show_text(control(), value()); }
 
-void StringEntry::takeValue() { set_value(control_text(control())); }
+void StringEntry::takeValue() { set_value(control_text(control(), value())); }

@@ -21,6 +21,7 @@ struct State {
     std::map<std::string, Plan, std::less<>> planned;
     int any_remaining = 0;
     int failed = 0;
+    std::string last_failed;
     bool recording = true;
 };
 
@@ -62,6 +63,7 @@ DWORD failing(const char* function, DWORD fitting) {
         code = plan->second.code != 0 ? plan->second.code : fitting;
     if (code != 0) {
         ++now.failed;
+        now.last_failed = function;
         SetLastError(code);
     }
     return code;
@@ -78,6 +80,7 @@ void reset() {
 void fail_call(const std::string& function, int nth, DWORD code) { state().planned[function] = {nth, code}; }
 void fail_any_call(int nth) { state().any_remaining = nth; }
 int failed_calls() { return state().failed; }
+std::string last_failed_call() { return state().last_failed; }
 void record_calls(bool on) { state().recording = on; }
 std::vector<std::string> calls() { return state().made; }
 int call_count(const std::string& function) {

@@ -16,8 +16,9 @@ void reset();
 void fail_call(const std::string& function, int nth = 1, DWORD code = 0);
 /// Makes the `nth` call of any function from now on fail (1 is the next), with a code that fits the function.
 void fail_any_call(int nth);
-/// How many calls were made to fail since reset().
+/// How many calls were made to fail since reset(), and which function the last of them was; empty when none.
 int failed_calls();
+std::string last_failed_call();
 
 /// Names of all functions called since reset(), in order. Recording can be switched off for long runs.
 std::vector<std::string> calls();
