@@ -25,9 +25,10 @@ bool AddressBlock::add(std::uint32_t address) {
     if (contains(text))
         return true;
     const std::size_t size = std::strlen(text) + 1;
-    while (used_ + size > capacity_)
+    while (used_ + size > capacity_) {
         if (!grow(capacity_ * 2))
             return false;
+    }
     std::memcpy(data_.get() + used_, text, size);
     used_ += size;
     return true;
@@ -41,9 +42,10 @@ char* AddressBlock::finish() {
 }
 
 bool AddressBlock::contains(const char* text) const {
-    for (std::size_t at = 0; at < used_; at += std::strlen(data_.get() + at) + 1)
+    for (std::size_t at = 0; at < used_; at += std::strlen(data_.get() + at) + 1) {
         if (std::strcmp(data_.get() + at, text) == 0)
             return true;
+    }
     return false;
 }
 

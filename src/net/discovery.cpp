@@ -23,9 +23,10 @@ struct ScanSocket : Socket {
 
 const char* send_requests(Socket& socket, const net::Interface* networks, std::uint16_t port) {
     const auto request = net::discovery_request();
-    for (const net::Interface* each = networks; each->name[0] != '\0'; ++each)
+    for (const net::Interface* each = networks; each->name[0] != '\0'; ++each) {
         if (const char* message = udp_send_to(socket, each->broadcast, port, request.data(), request.size()))
             return message;
+    }
     return nullptr;
 }
 
@@ -52,9 +53,10 @@ const char* receive_answer(Socket& socket, net::AddressBlock& found) {
 const char* receive_answers(Socket& socket, net::AddressBlock& found) {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + std::chrono::seconds(scan_pass_limit);
-    while (socket_wait_readable(socket, silence_seconds) && Clock::now() < end)
+    while (socket_wait_readable(socket, silence_seconds) && Clock::now() < end) {
         if (const char* message = receive_answer(socket, found))
             return message;
+    }
     return nullptr;
 }
 

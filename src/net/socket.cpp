@@ -20,9 +20,10 @@ const char* net_startup() {
     if (net_started)
         return nullptr;
     WSADATA data{};
-    if (const int code = WSAStartup(MAKEWORD(2, 0), &data); code != 0)
+    if (const int code = WSAStartup(MAKEWORD(2, 0), &data); code != 0) {
         return format_error("Error with wsastartup: %s (%d)\n", system_error_text(static_cast<DWORD>(code)),
                             code);
+    }
     net_started = true;
     return nullptr;
 }
@@ -35,9 +36,10 @@ const char* resolve_host(const char* name, std::uint32_t* address) {
         return nullptr;
     }
     const hostent* host = gethostbyname(name);
-    if (host == nullptr)
+    if (host == nullptr) {
         return format_error("Error resolving \"%s\": %s", name,
                             system_error_text(static_cast<DWORD>(WSAGetLastError())));
+    }
     if (host->h_addr_list[0] == nullptr)
         return format_error("No addresses found when resolving \"%s\"", name);
     std::copy_n(host->h_addr_list[0], sizeof *address, reinterpret_cast<char*>(address));

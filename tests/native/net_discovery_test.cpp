@@ -12,7 +12,6 @@ namespace {
 using loopback::Answer;
 using loopback::discovery_answer;
 using loopback::DiscoveryServer;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StrEq;

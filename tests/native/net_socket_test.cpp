@@ -190,9 +190,10 @@ bool connecting(std::uint16_t port) {
     char wanted[32];
     std::snprintf(wanted, sizeof wanted, "0100007F:%04X 02 ", port);
     std::ifstream table("/proc/net/tcp");
-    for (std::string line; std::getline(table, line);)
+    for (std::string line; std::getline(table, line);) {
         if (line.find(wanted) != std::string::npos)
             return true;
+    }
     return false;
 }
 

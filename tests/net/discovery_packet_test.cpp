@@ -31,13 +31,14 @@ TEST(DiscoveryAnswer, NeedsSixteenOctets) {
 TEST(DiscoveryAnswer, MayBeLong) { EXPECT_TRUE(accepted(kGood + std::string(4076, '\xFF'))); }
 
 TEST(DiscoveryAnswer, NeedsThreeOfItsWordsExactly) {
-    for (std::size_t at = 0; at < kGood.size(); ++at)
+    for (std::size_t at = 0; at < kGood.size(); ++at) {
         for (int bit = 0; bit < 8; ++bit) {
             std::string changed = kGood;
             changed[at] = static_cast<char>(changed[at] ^ (1 << bit));
             const bool examined = at < 4 || (at >= 8 && at < 16);
             EXPECT_EQ(accepted(changed), !examined) << "bit " << bit << " of octet " << at;
         }
+    }
 }
 
 TEST(DiscoveryAnswer, IsNoRequest) {

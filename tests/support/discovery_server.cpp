@@ -61,11 +61,12 @@ void DiscoveryServer::serve() {
 
 void DiscoveryServer::answer(const sockaddr_in& scanner, int request) {
     const std::vector<Answer> answers = answers_(request);
-    do
-        for (const Answer& each : answers)
+    do {
+        for (const Answer& each : answers) {
             sendto(socket_of(each.host), each.octets.data(), static_cast<int>(each.octets.size()), 0,
                    reinterpret_cast<const sockaddr*>(&scanner), sizeof scanner);
-    while (manner_ == never_stops_answering && !over_);
+        }
+    } while (manner_ == never_stops_answering && !over_);
 }
 
 SOCKET DiscoveryServer::socket_of(unsigned host) {

@@ -24,10 +24,11 @@ Table machine_table() {
     ifaddrs* first = nullptr;
     if (getifaddrs(&first) != 0)
         return table;
-    for (const ifaddrs* each = first; each != nullptr; each = each->ifa_next)
+    for (const ifaddrs* each = first; each != nullptr; each = each->ifa_next) {
         if (each->ifa_addr != nullptr && each->ifa_addr->sa_family == AF_INET && (each->ifa_flags & IFF_UP) &&
             each->ifa_netmask != nullptr)
             table.push_back({word_of(each->ifa_addr), word_of(each->ifa_netmask)});
+    }
     freeifaddrs(first);
     return table;
 }

@@ -54,9 +54,10 @@ constexpr Pair pairs[] = {
 } // namespace
 
 int code_of_errno(int host_code) {
-    for (const Pair& each : pairs)
+    for (const Pair& each : pairs) {
         if (each.host == host_code)
             return each.windows;
+    }
     return WSAEINVAL;
 }
 

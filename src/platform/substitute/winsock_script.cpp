@@ -53,9 +53,10 @@ std::optional<int> scripted_result(const char* function) {
     if (planned == script().results.end())
         return std::nullopt;
     std::optional<int> result;
-    for (Planned& each : planned->second)
+    for (Planned& each : planned->second) {
         if (--each.remaining == 0)
             result = each.result;
+    }
     return result;
 }
 

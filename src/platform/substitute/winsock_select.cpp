@@ -20,13 +20,14 @@ struct Polled {
 
     void ask(const socket_set* set, short events) {
         for (UINT i = 0; set != nullptr && i < set->fd_count; ++i)
-            entry(set->fd_array[i]).events |= events;
+            entry(set->fd_array[i]).events = static_cast<short>(entry(set->fd_array[i]).events | events);
     }
     pollfd& entry(SOCKET handle) {
         const int descriptor = static_cast<int>(handle);
-        for (pollfd& each : entries)
+        for (pollfd& each : entries) {
             if (each.fd == descriptor)
                 return each;
+        }
         return entries.emplace_back(pollfd{descriptor, 0, 0});
     }
 };
@@ -36,9 +37,10 @@ template <typename Ready> int keep_ready(socket_set* set, Polled& polled, Ready 
     if (set == nullptr)
         return 0;
     UINT kept = 0;
-    for (UINT i = 0; i < set->fd_count; ++i)
+    for (UINT i = 0; i < set->fd_count; ++i) {
         if (ready(set->fd_array[i], polled.entry(set->fd_array[i]).revents))
             set->fd_array[kept++] = set->fd_array[i];
+    }
     set->fd_count = kept;
     return static_cast<int>(kept);
 }
@@ -107,9 +109,10 @@ int select(int /*ignored*/, socket_set* read, socket_set* write, socket_set* exc
     polled.ask(except, POLLPRI);
     if (poll_for(polled.entries, timeout) < 0)
         return fail_with(code_of_errno(errno));
-    for (const pollfd& each : polled.entries)
+    for (const pollfd& each : polled.entries) {
         if (each.revents & POLLNVAL)
             return fail_with(WSAENOTSOCK);
+    }
     // A connect that failed is reported as an exception and not, as the host does, as writable too. Where the
     // exception was not asked for, a broken socket is writable: the next send tells why.
     const auto excepted = [except](SOCKET handle) { return except != nullptr && is_in_set(handle, except); };
