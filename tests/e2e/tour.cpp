@@ -35,11 +35,12 @@ void expect(const std::string& what, const std::string& found, const std::string
         throw std::runtime_error(what + " is \"" + found + "\" and not \"" + expected + "\"");
 }
 
-/// A picture of the main window once everything in it is painted.
-void window_picture(Tool& tool, const std::string& name) {
-    paint(tool.window());
+void picture_of(HWND window, const std::string& name) {
+    wait_for("the painting of " + name, [&] { return is_painted(window); });
     picture(name);
 }
+
+void window_picture(Tool& tool, const std::string& name) { picture_of(tool.window(), name); }
 
 /// Checks a box, takes its picture and answers it.
 void answer_box(Tool& tool, const std::string& name, const std::string& caption, const std::string& text,
@@ -47,8 +48,7 @@ void answer_box(Tool& tool, const std::string& name, const std::string& caption,
     const Box box = tool.box();
     expect("the caption", box.caption, caption);
     expect("the text", box.text, text);
-    paint(box.window);
-    picture(name);
+    picture_of(box.window, name);
     box.press(answer);
 }
 
@@ -93,7 +93,7 @@ void test_the_connection(Tool& tool) {
     say("the connection test succeeds");
     set_servers(tool, "10.9.0.2:5004");
     tool.press(kTestConnection);
-    paint(tool.wait_window());
+    tool.wait_window();
     picture("connection-test-waits");
     answer_box(
         tool, "connection-test-success", "Connection test successful",
@@ -116,7 +116,7 @@ void test_the_connection(Tool& tool) {
 void scan(Tool& tool) {
     say("a scan finds the servers of two networks");
     tool.press_on_page("Server list", "Scan");
-    paint(tool.wait_window());
+    tool.wait_window();
     picture("scan-waits");
     const HWND list = tool.page("Server list").controls[0];
     wait_for("the servers that answered", [&] {
@@ -136,16 +136,13 @@ void signal_the_agent(Tool& tool) {
 
 void save_and_restart(Tool& tool) {
     say("OK saves and restarts the agent");
-    const HWND window = tool.window();
     tool.press(kOk);
     answer_box(
         tool, "restart-question", "Restart Tavrin Agent Service?",
         "The Tavrin Agent Service is currently started. In order for the changes to be effectuated, the "
         "service will have to be restarted. Do you wish to do this now?",
         IDYES);
-    paint(tool.wait_window());
-    paint(window);
-    picture("agent-stops");
+    picture_of(tool.wait_window(), "agent-stops");
     expect("the exit code", std::to_string(tool.exit_code()), "0");
     expect("the saved name", read_value(kAgentKey, "AgentName"), "web2");
     expect_agent(SERVICE_RUNNING);

@@ -56,6 +56,15 @@ HWND focus_of(HWND window) {
     return information.hwndFocus;
 }
 
-void paint(HWND window) { RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN); }
+bool is_painted(HWND window) {
+    if (!IsWindowVisible(window))
+        return true;
+    if (GetUpdateRect(window, nullptr, FALSE))
+        return false;
+    for (HWND child : children_of(window))
+        if (!is_painted(child))
+            return false;
+    return true;
+}
 
 } // namespace e2e

@@ -20,7 +20,7 @@ std::vector<HWND> children_of(HWND window);
 std::vector<HWND> windows_of(DWORD process);
 /// The window of a process that has the keyboard, or none.
 HWND focus_of(HWND window);
-/// Makes everything that waits to be painted visible.
-void paint(HWND window);
+/// Whether nothing of a window and its children waits to be painted.
+bool is_painted(HWND window);
 
 } // namespace e2e
