@@ -73,11 +73,18 @@ void type(const std::string& text) {
     send_input(inputs);
 }
 
-void click(HWND window) {
+void hold_down(HWND window) {
     RECT area = {};
     GetWindowRect(window, &area);
     move_pointer({(area.left + area.right) / 2, (area.top + area.bottom) / 2});
-    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN), mouse_event(MOUSEEVENTF_LEFTUP)});
+    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN)});
+}
+
+void let_go() { send_input({mouse_event(MOUSEEVENTF_LEFTUP)}); }
+
+void click(HWND window) {
+    hold_down(window);
+    let_go();
 }
 
 void drag_corner(HWND window, POINT to) {
@@ -88,7 +95,7 @@ void drag_corner(HWND window, POINT to) {
     wait_for("the window to follow the mouse",
              [&] { return (thread_state(window).flags & GUI_INMOVESIZE) != 0; });
     move_pointer(to);
-    send_input({mouse_event(MOUSEEVENTF_LEFTUP)});
+    let_go();
     wait_for("the mouse to let go", [&] { return (thread_state(window).flags & GUI_INMOVESIZE) == 0; });
 }
 

@@ -13,6 +13,9 @@ void bring_to_front(HWND window);
 void press_key(WORD key, bool shift = false);
 /// Types a text, character by character.
 void type(const std::string& text);
+/// Presses the mouse button on the middle of a window or control, and lets it go wherever the pointer is.
+void hold_down(HWND window);
+void let_go();
 /// Clicks on the middle of a window or control.
 void click(HWND window);
 /// Drags a window's lower right corner to a point of the screen.

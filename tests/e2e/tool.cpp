@@ -91,11 +91,15 @@ bool Tool::shows_page() { return find_frame(window()) != nullptr; }
 
 void Tool::press(Control button) { post_click(control(button)); }
 
-void Tool::press_on_page(const std::string& title, const std::string& button) {
+HWND Tool::page_button(const std::string& title, const std::string& button) {
     for (HWND found : page(title).controls)
         if (text_of(found) == button)
-            return post_click(found);
+            return found;
     throw std::runtime_error("the page has no button " + button);
+}
+
+void Tool::press_on_page(const std::string& title, const std::string& button) {
+    post_click(page_button(title, button));
 }
 
 void Tool::expect_changes(bool changes) {

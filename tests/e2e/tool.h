@@ -52,7 +52,9 @@ public:
     bool shows_page();
     /// Clicks on one of the main window's buttons and does not wait for what comes of it.
     void press(Control button);
-    /// Clicks on a button of the page, found by its text.
+    /// A button of the page, found by its text.
+    HWND page_button(const std::string& title, const std::string& button);
+    /// Clicks on it.
     void press_on_page(const std::string& title, const std::string& button);
 
     /// Waits until the buttons stand as they do with (or without) changes to save.

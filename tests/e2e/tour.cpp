@@ -52,6 +52,15 @@ void answer_box(Tool& tool, const std::string& name, const std::string& caption,
     box.press(answer);
 }
 
+/// Presses a button as slowly as a person, with a picture of it, so that the program has shown all it drew
+/// before.
+void press_with_picture(HWND button, const std::string& name) {
+    hold_down(button);
+    wait_for("the pressed button", [&] { return (send(button, BM_GETSTATE) & BST_PUSHED) != 0; });
+    picture(name);
+    let_go();
+}
+
 void show_page(Tool& tool, const TreePath& path, const std::string& name) {
     tool.select(path);
     window_picture(tool, name);
@@ -92,7 +101,7 @@ void set_servers(Tool& tool, const std::string& servers) {
 void test_the_connection(Tool& tool) {
     say("the connection test succeeds");
     set_servers(tool, "10.9.0.2:5004");
-    tool.press(kTestConnection);
+    press_with_picture(tool.control(kTestConnection), "connection-test-pressed");
     tool.wait_window();
     picture("connection-test-waits");
     answer_box(
@@ -115,7 +124,7 @@ void test_the_connection(Tool& tool) {
 
 void scan(Tool& tool) {
     say("a scan finds the servers of two networks");
-    tool.press_on_page("Server list", "Scan");
+    press_with_picture(tool.page_button("Server list", "Scan"), "scan-pressed");
     tool.wait_window();
     picture("scan-waits");
     const HWND list = tool.page("Server list").controls[0];
