@@ -88,6 +88,13 @@ HWND create_over_main_window(const std::string& text) {
     return window;
 }
 
+/// Wine shows what was drawn when the thread asks for a message, and the step that comes next may not ask for
+/// minutes. So this asks for one that nobody sends; nothing is taken from the queue.
+void show_what_is_drawn(HWND window) {
+    MSG none;
+    PeekMessageA(&none, window, WM_APP, WM_APP, PM_NOREMOVE);
+}
+
 void show_failure(const char* text) { MessageBoxA(main_window, text, "Error!", MB_ICONEXCLAMATION); }
 
 } // namespace
@@ -108,6 +115,7 @@ HWND open_wait_window(const std::string& text) {
     }
     ShowWindow(window, SW_SHOWNORMAL);
     UpdateWindow(window);
+    show_what_is_drawn(window);
     return window;
 }
 

@@ -17,13 +17,6 @@ INPUT key_event(WORD key, WORD scan, DWORD flags) {
     return input;
 }
 
-INPUT mouse_event(DWORD flags) {
-    INPUT input = {};
-    input.type = INPUT_MOUSE;
-    input.mi.dwFlags = flags;
-    return input;
-}
-
 GUITHREADINFO thread_state(HWND window) {
     GUITHREADINFO state = {};
     state.cbSize = sizeof state;
@@ -36,19 +29,31 @@ void send_input(std::vector<INPUT> inputs) {
         throw std::runtime_error("the system takes no input");
 }
 
-void move_pointer(POINT to) {
-    INPUT input = mouse_event(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE);
+/// One event that both moves the pointer and does what `flags` say: between two, a move of the display's own
+/// pointer could come in. The display's pointer is taken along for the same reason.
+void send_mouse(POINT to, DWORD flags) {
+    SetCursorPos(to.x, to.y);
+    INPUT input = {};
+    input.type = INPUT_MOUSE;
     // The whole screen is 65536 wide and high.
     input.mi.dx = (to.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
     input.mi.dy = (to.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | flags;
     send_input({input});
+}
+
+POINT middle_of(HWND window) {
+    RECT area = {};
+    GetWindowRect(window, &area);
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
 }
 
 } // namespace
 
 void bring_to_front(HWND window) {
     SetForegroundWindow(window);
-    wait_for("a window in the foreground", [&] { return GetForegroundWindow() == window; });
+    wait_for("a window in the foreground",
+             [&] { return GetForegroundWindow() == window && thread_state(window).hwndActive == window; });
 }
 
 void press_key(WORD key, bool shift) {
@@ -74,28 +79,26 @@ void type(const std::string& text) {
 }
 
 void hold_down(HWND window) {
-    RECT area = {};
-    GetWindowRect(window, &area);
-    move_pointer({(area.left + area.right) / 2, (area.top + area.bottom) / 2});
-    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN)});
+    // A box that has just closed hands over the activity a moment later, which would break off the click.
+    bring_to_front(GetAncestor(window, GA_ROOT));
+    send_mouse(middle_of(window), MOUSEEVENTF_LEFTDOWN);
 }
 
-void let_go() { send_input({mouse_event(MOUSEEVENTF_LEFTUP)}); }
+void let_go(HWND window) { send_mouse(middle_of(window), MOUSEEVENTF_LEFTUP); }
 
 void click(HWND window) {
     hold_down(window);
-    let_go();
+    let_go(window);
 }
 
 void drag_corner(HWND window, POINT to) {
     RECT area = {};
     GetWindowRect(window, &area);
-    move_pointer({area.right - 2, area.bottom - 2});
-    send_input({mouse_event(MOUSEEVENTF_LEFTDOWN)});
+    send_mouse({area.right - 2, area.bottom - 2}, MOUSEEVENTF_LEFTDOWN);
     wait_for("the window to follow the mouse",
              [&] { return (thread_state(window).flags & GUI_INMOVESIZE) != 0; });
-    move_pointer(to);
-    let_go();
+    send_mouse(to, 0);
+    send_mouse(to, MOUSEEVENTF_LEFTUP);
     wait_for("the mouse to let go", [&] { return (thread_state(window).flags & GUI_INMOVESIZE) == 0; });
 }
 

@@ -13,9 +13,10 @@ void bring_to_front(HWND window);
 void press_key(WORD key, bool shift = false);
 /// Types a text, character by character.
 void type(const std::string& text);
-/// Presses the mouse button on the middle of a window or control, and lets it go wherever the pointer is.
+/// Presses the mouse button on the middle of a window or control.
 void hold_down(HWND window);
-void let_go();
+/// Lets it go there.
+void let_go(HWND window);
 /// Clicks on the middle of a window or control.
 void click(HWND window);
 /// Drags a window's lower right corner to a point of the screen.

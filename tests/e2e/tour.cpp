@@ -58,7 +58,7 @@ void press_with_picture(HWND button, const std::string& name) {
     hold_down(button);
     wait_for("the pressed button", [&] { return (send(button, BM_GETSTATE) & BST_PUSHED) != 0; });
     picture(name);
-    let_go();
+    let_go(button);
 }
 
 void show_page(Tool& tool, const TreePath& path, const std::string& name) {
