@@ -4,10 +4,12 @@
 #include "error/text.h"
 
 BaseEntry& Configuration::entry_by_title(const std::string& title) const {
-    for (const Group& group : groups)
-        for (const OwnedEntry& entry : group.entries)
+    for (const Group& group : groups) {
+        for (const OwnedEntry& entry : group.entries) {
             if (entry->title() == title)
                 return *entry;
+        }
+    }
     throw "Did not find anything with the title \"" + title + "\"";
 }
 

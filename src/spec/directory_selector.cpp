@@ -22,10 +22,11 @@ void allow_real_folders_only(HWND browser, LPCITEMIDLIST item) {
 
 /// `folder` is where the browser opens.
 void steer(HWND browser, UINT message, LPARAM item, LPARAM folder) {
-    if (message == BFFM_INITIALIZED)
-        SendMessageA(browser, BFFM_SETSELECTIONA, TRUE, folder);
-    else if (message == BFFM_SELCHANGED)
-        allow_real_folders_only(browser, reinterpret_cast<LPCITEMIDLIST>(item));
+    switch (message) {
+    case BFFM_INITIALIZED: SendMessageA(browser, BFFM_SETSELECTIONA, TRUE, folder); break;
+    case BFFM_SELCHANGED: allow_real_folders_only(browser, reinterpret_cast<LPCITEMIDLIST>(item)); break;
+    default: break;
+    }
 }
 
 int CALLBACK browser_callback(HWND browser, UINT message, LPARAM item, LPARAM folder) {

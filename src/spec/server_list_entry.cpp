@@ -35,9 +35,10 @@ std::string scan(std::uint16_t port) {
     char* block = nullptr;
     const char* const failure = scan_servers(port, &block);
     const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
-    if (failure != nullptr)
+    if (failure != nullptr) {
         show_box(std::string("Error scanning for Tavrin Servers:\n\n") + failure,
                  "Error scanning for Tavrin Servers", MB_ICONERROR);
+    }
     close_wait_window(wait_window);
     return failure == nullptr ? join_found_servers(block) : std::string();
 }
@@ -53,11 +54,12 @@ void ServerListEntry::button_pressed() {
     const auto port = static_cast<std::uint16_t>(configuration_.integer_by_title("Port"));
     std::string found = scan(port);
     // Deliberately also after a failed scan: its box comes first, this one second.
-    if (found.empty())
+    if (found.empty()) {
         show_box("No Tavrin Servers found at port " + shown_port(port), "No Tavrin Servers Found",
                  MB_ICONINFORMATION);
-    else
+    } else {
         replace_value(std::move(found));
+    }
 }
 
 std::string join_found_servers(const char* found_servers) {

@@ -7,18 +7,17 @@
 namespace {
 /// The failure text is deliberately that of the server list's button.
 constexpr PageControl execute_button{
-    {"Button", "Execute", 0, 0, "Unable to create scan button"}, 32, 22, BN_CLICKED};
+    {"Button", "Execute", 0, 0, "Unable to create scan button"}, 32, 22, never_reported};
 } // namespace
 
 SignalEvent::SignalEvent(std::string event_name, std::string title, std::string help_text)
     : SingleControlEntry(std::move(title), std::move(help_text), execute_button),
       event_name_(std::move(event_name)) {}
 
-/// A press is no edit, so it does not go through SingleControlEntry's handler.
 LRESULT SignalEvent::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))
         signal();
-    return BaseEntry::handleMessage(window, message, wparam, lparam);
+    return SingleControlEntry::handleMessage(window, message, wparam, lparam);
 }
 
 void SignalEvent::signal() const {

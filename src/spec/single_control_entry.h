@@ -5,6 +5,9 @@
 
 #include <string>
 
+/// For a control that has no value to edit.
+inline constexpr WORD never_reported = 0xFFFF;
+
 /// What tells one such kind from another.
 struct PageControl {
     ChildControl child;

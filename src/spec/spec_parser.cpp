@@ -13,6 +13,10 @@ std::string parse_error(std::string_view line, const char* expected) {
     return "Parse error: line \"" + std::string(line) + "\" not " + expected + " start";
 }
 
+std::string unknown_type(const Subspec& subspec) {
+    return "Unknown type: \"" + std::string(subspec.type) + "\", for subspec " + std::string(subspec.title);
+}
+
 class SpecParser {
 public:
     SpecParser(Configuration& target, std::string_view text) : target_(target), lines_(text) {}
@@ -59,10 +63,11 @@ void SpecParser::read_group_level_line() {
     const std::string_view line = lines_.read();
     if (line.empty())
         return;
-    if (line.front() == '!')
+    if (line.front() == '!') {
         add_group(line.substr(1));
-    else
+    } else {
         take_service_name(line);
+    }
 }
 
 void SpecParser::take_service_name(std::string_view line) {
@@ -74,9 +79,10 @@ void SpecParser::take_service_name(std::string_view line) {
 void SpecParser::add_group(std::string_view name) {
     Group& group = target_.groups.emplace_back();
     group.name = name;
-    while (lines_.next_starts_with('$'))
+    while (lines_.next_starts_with('$')) {
         if (OwnedEntry entry = make_entry_of(read_subspec()))
             group.entries.push_back(std::move(entry));
+    }
 }
 
 Subspec SpecParser::read_subspec() {
@@ -108,11 +114,9 @@ OwnedEntry SpecParser::make_entry_of(Subspec subspec) {
 }
 
 void SpecParser::report_unknown_type(const Subspec& subspec) const {
-    const std::string text =
-        "Unknown type: \"" + std::string(subspec.type) + "\", for subspec " + std::string(subspec.title);
     if (target_.connectionTestOnly)
-        throw text;
-    MessageBoxA(nullptr, text.c_str(), "Error", MB_OK | MB_ICONERROR);
+        throw unknown_type(subspec);
+    MessageBoxA(nullptr, unknown_type(subspec).c_str(), "Error", MB_OK | MB_ICONERROR);
 }
 
 } // namespace
@@ -126,8 +130,8 @@ Configuration::Configuration(const std::string& registry_value_name, const std::
                              bool connection_test_only)
     : connectionTestOnly(connection_test_only) {
     const std::optional<std::string> text = read_spec_file(path);
+    if (!text && connectionTestOnly)
+        throw "Unable to open file: " + path;
     if (text)
         parse_spec(*this, registry_value_name, *text);
-    else if (connectionTestOnly)
-        throw "Unable to open file: " + path;
 }

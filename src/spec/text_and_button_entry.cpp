@@ -36,7 +36,7 @@ void TextAndButtonEntry::takeValue() { set_value(control_text(text_box_, value()
 LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))
         button_pressed();
-    else if (reports(message, wparam, lparam, text_box_, EN_CHANGE))
+    if (reports(message, wparam, lparam, text_box_, EN_CHANGE))
         post_page_changed();
     return BaseEntry::handleMessage(window, message, wparam, lparam);
 }
