@@ -10,6 +10,9 @@
 namespace {
 
 constexpr std::int32_t our_version = 514;
+constexpr char wrong_version[] =
+    "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or downgrade "
+    "the Tavrin Agent.";
 
 // The high octet is the protocol; servers are free to count their releases in the low one.
 bool compatible(std::int32_t version) { return (version >> 8 & 0xFF) == (our_version >> 8 & 0xFF); }
@@ -32,8 +35,7 @@ const char* take_offer(Stream* stream, int* status) {
     if (const char* problem = read_offer(stream, &version))
         return problem;
     if (!compatible(version))
-        return "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or downgrade "
-               "the Tavrin Agent.";
+        return wrong_version;
     if (const char* problem = write_closing(stream))
         return problem;
     if (const char* problem = stream->socket_flush(stream))

@@ -33,13 +33,15 @@ std::uint8_t* put_long_tag(std::uint8_t* octets, std::uint32_t tag) {
 
 const char* read_tag(Stream* stream, std::uint32_t* tag) {
     std::uint8_t first = filler;
-    while (first == filler)
+    while (first == filler) {
         if (const char* problem = stream->read(stream, &first, 1))
             return problem;
+    }
     std::uint32_t number = first & long_form;
-    if (number == long_form)
+    if (number == long_form) {
         if (const char* problem = read_long_number(stream, &number))
             return problem;
+    }
     *tag = number * 8 + (first >> 5);
     return nullptr;
 }

@@ -52,12 +52,13 @@ TEST(SkipValue, DropsTheRestBehindAnIdentifier) {
 }
 
 TEST(SkipValue, CutShortIsNoElement) {
-    for (const Skipped& element : elements())
+    for (const Skipped& element : elements()) {
         for (std::size_t size = 0; size < element.octets.size(); ++size) {
             MemoryStream stream(first_octets(element.octets, size));
             EXPECT_THAT(skip_value(&stream, 0), StrEq("Peer closed connection unexpectedly"))
                 << element.what << ", " << size << " octets";
         }
+    }
 }
 
 struct BadElement {

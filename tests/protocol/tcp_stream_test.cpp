@@ -12,7 +12,6 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::IsNull;
-using testing::NotNull;
 using testing::StartsWith;
 using testing::StrEq;
 

@@ -43,9 +43,10 @@ const char* MemoryStream::read_octets(Stream* stream, void* buffer, std::size_t 
     if (self->pending)
         self->socket_flush(self);
     auto* octets = static_cast<std::uint8_t*>(buffer);
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
         if (!self->next_octet(octets + i))
             return "Peer closed connection unexpectedly";
+    }
     return nullptr;
 }
 

@@ -132,9 +132,10 @@ void add_bad_ends(std::vector<ServerAnswer>& answers) {
 
 void add_beginnings(std::vector<ServerAnswer>& answers, const Octets& whole,
                     const std::vector<std::string>& prefixes) {
-    for (std::size_t size = 0; size < whole.size(); ++size)
+    for (std::size_t size = 0; size < whole.size(); ++size) {
         answers.push_back({"closes after " + std::to_string(size) + " octets", first_octets(whole, size),
                            prefixes[size] + "Peer closed connection unexpectedly", failed});
+    }
 }
 
 } // namespace
