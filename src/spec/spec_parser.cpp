@@ -41,7 +41,7 @@ private:
 void SpecParser::parse(const std::string& registry_value_name) {
     read_registry_path();
     is_old_ = lines_.next_starts_with('!') || lines_.next_starts_with('$');
-    trace("%s", is_old_ ? "Reading old file\n" : "Reading new file\n");
+    trace(is_old_ ? "Reading old file\n" : "Reading new file\n");
     target_.name = is_old_ ? registry_value_name : std::string(lines_.read());
     while (!lines_.at_end()) {
         // Every run of subspecs outside a group gets an unnamed group of its own.

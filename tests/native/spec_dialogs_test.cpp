@@ -1,6 +1,9 @@
+#include "error/exceptions.h"
+#include "error/guard.h"
 #include "platform/substitute/control.h"
 #include "spec/directory_selector.h"
 #include "spec/file_selector.h"
+#include "spec/signal_event.h"
 #include "support/page.h"
 #include "support/registry.h"
 
@@ -74,6 +77,44 @@ TEST_F(Dialogs, ABrowserThatFailsChangesNothing) {
     click(main.control(2));
     EXPECT_EQ(text_of(main.control(1)), "typed");
     EXPECT_EQ(directory.value(), "");
+}
+
+/// While a dialog is open the program handles messages; what one of them throws ends the dialog's step too.
+class ThrownDuringDialog : public Dialogs {
+protected:
+    /// Presses a button that cannot signal its event, as soon as messages are handled again.
+    void press_failing_button_later() {
+        signal.select(main.window());
+        substitute::fail_call("SetEvent", 1, ERROR_ACCESS_DENIED);
+        for (const HWND box : children_of(main.window())) {
+            if (entryByGroupBox.at(box) == &signal)
+                PostMessageA(box, WM_COMMAND, MAKEWPARAM(0, BN_CLICKED), 0);
+        }
+    }
+
+    SignalEvent signal{"event", "Signal", ""};
+};
+
+TEST_F(ThrownDuringDialog, LeavesTheFolderAlone) {
+    open(directory, "typed");
+    press_failing_button_later();
+    substitute::choose_next_folder({{"C:\\agent"}, true});
+    click(main.control(2));
+    EXPECT_THROW(error::rethrow_kept(), error::ESystemError);
+    EXPECT_EQ(directory.value(), "");
+    EXPECT_EQ(shown_folder_browsers().size(), 1U);
+}
+
+TEST_F(ThrownDuringDialog, LeavesTheFileAlone) {
+    FileSelector file{binding(), "Title", "Help", "log"};
+    open(file, "typed");
+    press_failing_button_later();
+    substitute::choose_next_file("C:\\agent.log");
+    click(main.control(2));
+    EXPECT_THROW(error::rethrow_kept(), error::ESystemError);
+    EXPECT_EQ(file.value(), "");
+    EXPECT_EQ(shown_file_dialogs().size(), 1U);
+    entryByGroupBox.clear();
 }
 
 class FileDialog : public Dialogs {
