@@ -132,6 +132,16 @@ TEST(NegotiateNack, HandsOutNoReasonWhenItIsNotWhole) {
     EXPECT_THAT(reason, IsNull());
 }
 
+TEST(Messages, CutBeforeTheirIdentifierAreNone) {
+    std::int32_t version = 0;
+    char* reason = nullptr;
+    MemoryStream stream("19"_octets);
+    EXPECT_THAT(read_server_offers_incomplete(&stream, &version, 0),
+                StrEq("Peer closed connection unexpectedly"));
+    EXPECT_THAT(read_server_private_key(&stream, 0), StrEq("Peer closed connection unexpectedly"));
+    EXPECT_THAT(read_negotiate_nack(&stream, &reason, 0), StrEq("Peer closed connection unexpectedly"));
+}
+
 TEST(Messages, RefuseAnIdentifierThatIsNotTheirs) {
     std::int32_t version = 0;
     char* reason = nullptr;
