@@ -23,7 +23,7 @@ def medians(path):
 
 def rows(times):
     """Each benchmark with its time and how it compares with ours."""
-    for name, time in times.items():
+    for name, time in sorted(times.items()):
         work, _, who = name.rpartition("/")
         ours = times.get(f"{work}/{OURS}")
         ratio = f"{time / ours:.2f}" if ours and who != OURS else ""
