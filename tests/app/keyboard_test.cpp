@@ -1,0 +1,144 @@
+#include "app/control_ids.h"
+#include "platform/main_window.h"
+#include "support/program.h"
+#include "support/registry.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr char kSpec[] =
+    "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
+    "!All\n$Name\nName\nh\nString\n$Folder\nFolder\nh\nDirectory\n$Flag\nFlag\nh\nBoolean\n"
+    "$Gone\nNoSuchKey\nh\nRemoveKey\n";
+constexpr char kConnectionTest[] = "$Test\n\nh\nConnectionTest\nName\nName\nName\nName\n";
+
+class Keyboard : public ProgramTest {
+protected:
+    void open(const std::string& node, const std::string& more = "") {
+        spec_file("A", kSpec + more);
+        set_text(kAgentKey, "Name", "web1");
+        set_text(kAgentKey, "Flag", "true");
+        then([] { SetFocus(control(kTreeId)); });
+        then([node] { select(node); });
+    }
+    void then_press(int key, bool with_shift = false) {
+        then([=] { press_key(key, with_shift); });
+    }
+    void then_focus_is(std::function<HWND()> expected) {
+        then([expected] { EXPECT_EQ(GetFocus(), expected()); });
+    }
+    static std::function<HWND()> main_control(int id) {
+        return [id] { return control(id); };
+    }
+    static std::function<HWND()> page_control(std::size_t index) {
+        return [index] { return page_controls().at(index); };
+    }
+};
+
+TEST_F(Keyboard, TabGoesFromTheTreeThroughThePageToCloseAndRoundWhileOkIsDisabled) {
+    open("Name");
+    then_press(VK_TAB);
+    then_focus_is(page_control(0));
+    then_press(VK_TAB);
+    then_focus_is(main_control(kCloseId));
+    then_press(VK_TAB);
+    then_focus_is(main_control(kTreeId));
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, TabStopsAtTestConnectionAndOkWhenTheyCanBeUsed) {
+    open("Folder", kConnectionTest);
+    then_press(VK_TAB);
+    then_focus_is(page_control(0));
+    then([] { type_text("x"); });
+    then_press(VK_TAB);
+    then_focus_is(page_control(1));
+    then_press(VK_TAB);
+    then_focus_is(main_control(kTestConnectionId));
+    then_press(VK_TAB);
+    then_focus_is(main_control(kOkId));
+    then_press(VK_TAB);
+    then_focus_is(main_control(kCloseId));
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, ShiftTabGoesBack) {
+    open("Name");
+    then_press(VK_TAB, true);
+    then_focus_is(main_control(kCloseId));
+    then_press(VK_TAB, true);
+    then_focus_is(page_control(0));
+    then_press(VK_TAB, true);
+    then_focus_is(main_control(kTreeId));
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, ADisabledControlIsPassedOver) {
+    open("Gone");
+    then_press(VK_TAB);
+    then_focus_is(main_control(kCloseId));
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, TheFirstTabReachesTheTree) {
+    spec_file("A", kSpec);
+    then([] { SetFocus(main_window); });
+    then_press(VK_TAB);
+    then_focus_is(main_control(kTreeId));
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, AnEditReachedByTabIsReplacedByTyping) {
+    open("Name");
+    then_press(VK_TAB);
+    then([] { type_text("db7"); });
+    then([] { EXPECT_EQ(text_of(page_controls().at(0)), "db7"); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, SpaceTogglesACheckbox) {
+    open("Flag");
+    then_press(VK_TAB);
+    then_press(VK_SPACE);
+    then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_UNCHECKED); });
+    then([] { EXPECT_EQ(text_of(control(kCloseId)), "Cancel"); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, TheWholeEditNeedsNoMouse) {
+    open("Name");
+    then_press(VK_TAB);
+    then([] { type_text("db7"); });
+    then_press(VK_TAB);
+    then_focus_is(main_control(kOkId));
+    then_press(VK_SPACE);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
+}
+
+TEST_F(Keyboard, SpaceOnCloseWritesNothing) {
+    open("Name");
+    then_press(VK_TAB);
+    then([] { type_text("db7"); });
+    then_press(VK_TAB);
+    then_press(VK_TAB);
+    then_focus_is(main_control(kCloseId));
+    then_press(VK_SPACE);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(text_value(kAgentKey, "Name"), "web1");
+}
+
+TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
+    open("Name", kConnectionTest);
+    set_text(kAgentKey, "Name", "");
+    then_press(VK_TAB);
+    then_press(VK_TAB);
+    then_focus_is(main_control(kTestConnectionId));
+    then_press(VK_SPACE);
+    then([&] { EXPECT_EQ(boxes.seen().size(), 1u); });
+    then_focus_is(main_control(kTestConnectionId));
+    EXPECT_EQ(run(), 0);
+}
+
+} // namespace
