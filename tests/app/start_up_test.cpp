@@ -1,5 +1,6 @@
 #include "app/start_up.h"
 
+#include "app/control_ids.h"
 #include "error/exceptions.h"
 #include "error/trace.h"
 #include "platform/main_window.h"
@@ -150,6 +151,18 @@ TEST_F(StartUp, ATextThrownWhileAPageIsShownIsFatal) {
     const RefusingClass refusing("Edit");
     then([] { select("T"); });
     expect_fatal("Unable to create text entry control");
+}
+
+TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\n!G\n$T\nV\nHelp\nString\n$U\nW\nHelp\nDirectory\n");
+    set_text(kAgentKey, "V", "old");
+    then([] { select("T"); });
+    then([] { SetWindowTextA(page_controls().at(0), "new"); });
+    const RefusingClass refusing("Edit", 2);
+    boxes.while_shown([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(kOkId, BN_CLICKED), 0); });
+    then([] { select("U"); });
+    expect_fatal("Unable to create dir box");
+    EXPECT_EQ(text_value(kAgentKey, "V"), "old");
 }
 
 } // namespace
