@@ -6,7 +6,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class ScriptedUser : public TestWindow {};
 
@@ -83,9 +82,10 @@ int CALLBACK note_places(HWND dialog, UINT message, LPARAM item, LPARAM) {
     char path[MAX_PATH] = "";
     if (message == BFFM_INITIALIZED)
         SendMessageA(dialog, BFFM_SETSELECTIONA, TRUE, reinterpret_cast<LPARAM>("C:\\start"));
-    if (message == BFFM_SELCHANGED)
+    if (message == BFFM_SELCHANGED) {
         SendMessageA(dialog, BFFM_ENABLEOK, 0,
                      SHGetPathFromIDListA(reinterpret_cast<LPITEMIDLIST>(item), path) ? TRUE : FALSE);
+    }
     return 0;
 }
 

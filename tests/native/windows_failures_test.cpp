@@ -5,8 +5,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-
 /// Every call about windows can be made to fail, and then does nothing else.
 class WindowCallFails : public TestWindow {
 protected:

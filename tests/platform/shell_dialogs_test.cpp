@@ -58,7 +58,7 @@ struct Browse {
         details.lpfn = callback;
         details.lParam = reinterpret_cast<LPARAM>(this);
         const LPITEMIDLIST place = SHBrowseForFolderA(&details);
-        const std::string path = place == nullptr ? "none" : path_of(place);
+        std::string path = place == nullptr ? "none" : path_of(place);
         CoTaskMemFree(place);
         return path;
     }

@@ -47,9 +47,10 @@ void RecorderTest::SetUp() {
 void RecorderTest::TearDown() {
     watched_.clear();
     answers.clear();
-    for (const HWND each : opened_)
+    for (const HWND each : opened_) {
         if (IsWindow(each))
             DestroyWindow(each);
+    }
     pump_messages();
     EXPECT_TRUE(UnregisterClassA(kClass, GetModuleHandleA(nullptr))) << "a window is left";
     running = nullptr;

@@ -53,17 +53,19 @@ int TestWindow::count(UINT message) const {
 
 std::vector<int> TestWindow::commands(HWND control) const {
     std::vector<int> codes;
-    for (const Told& each : told)
+    for (const Told& each : told) {
         if (each.message == WM_COMMAND && each.lparam == reinterpret_cast<LPARAM>(control))
             codes.push_back(HIWORD(each.wparam));
+    }
     return codes;
 }
 
 std::vector<int> TestWindow::notifications(HWND control) const {
     std::vector<int> codes;
-    for (const auto& [source, code] : notified_)
+    for (const auto& [source, code] : notified_) {
         if (source == control)
             codes.push_back(static_cast<int>(code));
+    }
     return codes;
 }
 

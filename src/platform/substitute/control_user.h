@@ -41,6 +41,8 @@ void while_next_box(std::function<void()> step);
 const std::vector<ShownBox>& shown_boxes();
 /// How many scripted answers no box has taken.
 std::size_t answers_left();
+/// Drops scripted answers and steps that no box has taken.
+void forget_answers();
 
 /// Windows that exist, children included.
 std::size_t open_windows();

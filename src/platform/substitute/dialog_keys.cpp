@@ -26,10 +26,11 @@ bool is_tab_stop(HWND control) {
 /// The controls in the order of the navigation: a container that says so is replaced by what it holds.
 void collect(HWND parent, std::vector<HWND>& controls) {
     for (const HWND child : children_of(parent)) {
-        if ((existing_window(child).extended_style & WS_EX_CONTROLPARENT) == 0)
+        if ((existing_window(child).extended_style & WS_EX_CONTROLPARENT) == 0) {
             controls.push_back(child);
-        else if (is_reachable(child))
+        } else if (is_reachable(child)) {
             collect(child, controls);
+        }
     }
 }
 

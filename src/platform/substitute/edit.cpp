@@ -83,11 +83,12 @@ void select(HWND handle, std::size_t start, std::size_t end) {
 LRESULT set_selection(HWND handle, WPARAM start, LPARAM end) {
     const auto from = static_cast<int>(start);
     const auto& data = *data_of<EditData>(handle);
-    if (from < 0)
+    if (from < 0) {
         select(handle, data.end, data.end);
-    else
+    } else {
         select(handle, static_cast<std::size_t>(from),
                end < 0 ? std::string::npos : static_cast<std::size_t>(end));
+    }
     return 0;
 }
 
@@ -115,12 +116,13 @@ LRESULT take_character(HWND handle, WPARAM character) {
     if (has_style(handle, ES_READONLY))
         return 1;
     const auto typed = static_cast<unsigned char>(character);
-    if (typed == '\b')
+    if (typed == '\b') {
         erase(handle, true);
-    else if (typed == '\r' && has_style(handle, ES_MULTILINE))
+    } else if (typed == '\r' && has_style(handle, ES_MULTILINE)) {
         replace_selection(handle, "\r\n", true);
-    else if (typed >= ' ' && typed != 0x7F && (!has_style(handle, ES_NUMBER) || std::isdigit(typed) != 0))
+    } else if (typed >= ' ' && typed != 0x7F && (!has_style(handle, ES_NUMBER) || std::isdigit(typed) != 0)) {
         replace_selection(handle, std::string(1, static_cast<char>(typed)), true);
+    }
     return 1;
 }
 

@@ -35,7 +35,7 @@ std::string text_of(LPCSTR text) { return text == nullptr ? "" : text; }
 std::optional<std::string> next_choice() {
     if (dialogs().choices.empty())
         return std::nullopt;
-    const auto choice = dialogs().choices.front();
+    auto choice = dialogs().choices.front();
     dialogs().choices.pop_front();
     return choice;
 }

@@ -60,9 +60,10 @@ HWND successor_of(HWND leaving) {
     };
     if (const HWND owner = existing_window(leaving).owner; owner != nullptr && fits(owner))
         return owner;
-    for (const HWND each : top_level_windows())
+    for (const HWND each : top_level_windows()) {
         if (fits(each))
             return each;
+    }
     return nullptr;
 }
 

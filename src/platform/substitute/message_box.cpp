@@ -41,6 +41,10 @@ template <typename Value> Value take_next(std::deque<Value>& queued, Value other
 void answer_next_box(int answer) { script().answers.push_back(answer); }
 void while_next_box(std::function<void()> step) { script().steps.push_back(std::move(step)); }
 const std::vector<ShownBox>& shown_boxes() { return script().shown; }
+void forget_answers() {
+    script().answers.clear();
+    script().steps.clear();
+}
 std::size_t answers_left() { return script().answers.size(); }
 
 } // namespace substitute

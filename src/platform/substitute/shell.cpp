@@ -87,12 +87,13 @@ PIDLIST_ABSOLUTE run_browser(HWND browser, const BROWSEINFOA& details) {
 
 /// Takes what the program's callback sends to the browser.
 LRESULT folder_browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == BFFM_SETSELECTIONA && wparam != 0)
+    if (message == BFFM_SETSELECTIONA && wparam != 0) {
         shell().shown.back().selections.emplace_back(reinterpret_cast<LPCSTR>(lparam));
-    else if (message == BFFM_ENABLEOK)
+    } else if (message == BFFM_ENABLEOK) {
         shell().shown.back().ok_enabled.push_back(lparam != 0);
-    else
+    } else {
         return DefWindowProcA(handle, message, wparam, lparam);
+    }
     return 0;
 }
 

@@ -15,10 +15,11 @@ constexpr LONG kMinimumTrackHeight = 27;
 LONG frame_width(const Window& window) {
     LONG width = 0;
     if ((window.extended_style & (WS_EX_WINDOWEDGE | WS_EX_DLGMODALFRAME)) != 0 &&
-        (window.style & (WS_DLGFRAME | WS_THICKFRAME)) != 0)
+        (window.style & (WS_DLGFRAME | WS_THICKFRAME)) != 0) {
         width += 3;
-    else if ((window.style & WS_BORDER) != 0)
+    } else if ((window.style & WS_BORDER) != 0) {
         width += 1;
+    }
     if ((window.style & WS_THICKFRAME) != 0)
         width += 1;
     if ((window.extended_style & WS_EX_CLIENTEDGE) != 0)
@@ -70,10 +71,11 @@ void hide(HWND handle) {
     const Window* window = window_of(handle);
     if (window == nullptr)
         return;
-    if (!is_child(*window))
+    if (!is_child(*window)) {
         leave_focus(handle);
-    else if (GetFocus() == handle)
+    } else if (GetFocus() == handle) {
         set_focus(window->parent);
+    }
 }
 
 void show(HWND handle, bool with_activation) {

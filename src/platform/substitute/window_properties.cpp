@@ -44,15 +44,17 @@ void write_long(Window& window, int index, LONG_PTR value) {
 } // namespace
 
 void notify_parent(HWND control, WORD code) {
-    if (const Window* window = window_of(control))
+    if (const Window* window = window_of(control)) {
         SendMessageA(window->parent, WM_COMMAND, MAKEWPARAM(static_cast<int>(window->id), code),
                      reinterpret_cast<LPARAM>(control));
+    }
 }
 
 HWND dialog_item(HWND parent, int id) {
-    for (const HWND child : children_of(parent))
+    for (const HWND child : children_of(parent)) {
         if (static_cast<int>(existing_window(child).id) == id)
             return child;
+    }
     SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
     return nullptr;
 }
@@ -132,9 +134,10 @@ HWND FindWindowA(LPCSTR class_name, LPCSTR title) {
 
 /// Children first, each followed by its own.
 BOOL EnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM parameter) {
-    for (const HWND child : children_of(parent))
+    for (const HWND child : children_of(parent)) {
         if (IsWindow(child) && (!callback(child, parameter) || !EnumChildWindows(child, callback, parameter)))
             return FALSE;
+    }
     return TRUE;
 }
 

@@ -23,10 +23,11 @@ HWND top_level_of(HWND handle) {
 }
 
 DWORD settled_style(DWORD style) {
-    if ((style & (WS_CHILD | WS_POPUP)) == 0)
+    if ((style & (WS_CHILD | WS_POPUP)) == 0) {
         style |= WS_CAPTION | WS_CLIPSIBLINGS;
-    else if ((style & WS_POPUP) != 0)
+    } else if ((style & WS_POPUP) != 0) {
         style |= WS_CLIPSIBLINGS;
+    }
     return style & ~WS_VISIBLE;
 }
 
@@ -93,9 +94,10 @@ void destroy_rest(HWND handle) {
 void announce_destruction(HWND handle) {
     existing_window(handle).destroying = true;
     SendMessageA(handle, WM_DESTROY, 0, 0);
-    for (const HWND child : children_of(handle))
+    for (const HWND child : children_of(handle)) {
         if (window_of(child) != nullptr)
             announce_destruction(child);
+    }
 }
 
 bool run_creation(HWND handle, CREATESTRUCTA& create) {
@@ -122,9 +124,10 @@ HWND complete(HWND handle, DWORD style) {
 }
 
 void destroy_owned(HWND owner) {
-    for (const HWND each : top_level_windows())
+    for (const HWND each : top_level_windows()) {
         if (const Window* window = window_of(each); window != nullptr && window->owner == owner)
             destroy_window(each);
+    }
 }
 
 HWND checked_create(const CREATESTRUCTA& request) {
