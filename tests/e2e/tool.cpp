@@ -44,9 +44,9 @@ void Box::press(int button) const {
 
 Tool::Tool() : process("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
 
-HWND Tool::find(const char* window_class) const {
+HWND Tool::find(const char* window_class, const std::string& caption) const {
     for (HWND window : windows_of(process.id()))
-        if (is_class(window, window_class))
+        if (is_class(window, window_class) && (caption.empty() || text_of(window) == caption))
             return window;
     return nullptr;
 }
@@ -118,6 +118,12 @@ Box Tool::box() {
     });
     found.caption = text_of(found.window);
     found.text = message_of(found.window);
+    return found;
+}
+
+HWND Tool::dialog(const std::string& caption) {
+    HWND found = nullptr;
+    wait_for("the dialog " + caption, [&] { return (found = find(kBoxClass, caption)) != nullptr; });
     return found;
 }
 

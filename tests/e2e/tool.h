@@ -61,6 +61,8 @@ public:
     void expect_changes(bool changes);
     /// Waits for a message box.
     Box box();
+    /// Waits for one of the system's dialogs, found by its caption.
+    HWND dialog(const std::string& caption);
     /// Waits for the wait window.
     HWND wait_window();
     /// Whether the wait window is shown.
@@ -73,7 +75,7 @@ public:
     std::string errors() const { return process.output(); }
 
 private:
-    HWND find(const char* window_class) const;
+    HWND find(const char* window_class, const std::string& caption = "") const;
 
     Process process;
 };

@@ -1,0 +1,80 @@
+#include "e2e/agent.h"
+#include "e2e/input.h"
+#include "e2e/tour_steps/show.h"
+#include "e2e/tour_steps/steps.h"
+#include "e2e/wait.h"
+#include "e2e/window.h"
+
+namespace e2e {
+namespace {
+
+void show_page(Tool& tool, const TreePath& path, const std::string& name) {
+    tool.select(path);
+    picture_of(tool, name);
+}
+
+void open_and_cancel(Tool& tool, const std::string& page, const std::string& caption,
+                     const std::string& name) {
+    tool.select({"Tavrin Agent", "Identity", page});
+    tool.press_on_page(page, "...");
+    const HWND dialog = tool.dialog(caption);
+    picture_of(dialog, name);
+    PostMessageA(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
+    wait_for("the end of a dialog", [&] { return !IsWindow(dialog); });
+}
+
+} // namespace
+
+void edit_a_setting(Tool& tool) {
+    say("a setting is opened and changed");
+    tool.select({"Tavrin Agent", "Identity", "Agent name"});
+    tool.expect_changes(false);
+    picture_of(tool, "setting-opened");
+    replace_text(tool.page("Agent name").controls[0], "web2");
+    tool.expect_changes(true);
+    picture_of(tool, "setting-changed");
+}
+
+void show_every_kind_of_page(Tool& tool) {
+    say("every kind of page");
+    const std::string root = "Tavrin Agent";
+    show_page(tool, {root, "Identity", "Agent domain"}, "page-text");
+    show_page(tool, {root, "Identity", "Data folder"}, "page-folder");
+    show_page(tool, {root, "Identity", "Log file"}, "page-file");
+    show_page(tool, {root, "Servers", "Server list"}, "page-server-list");
+    show_page(tool, {root, "Servers", "Port"}, "page-number");
+    show_page(tool, {root, "Measuring", "Compress reports"}, "page-yes-or-no");
+    show_page(tool, {root, "Measuring", "Detail"}, "page-choice");
+    show_page(tool, {root, "Measuring", "Modem port"}, "page-serial-port");
+    show_page(tool, {root, "Maintenance", "Measure now"}, "page-signal");
+    show_page(tool, {root, "Maintenance", "Forget the servers' certificates"}, "page-key-removal");
+    show_page(tool, {"Legacy Agent", "Retries"}, "page-of-an-old-spec-file");
+    show_page(tool, {"Tray Icon", "Tray icon", "Language"}, "page-without-a-connection-test");
+}
+
+void show_the_systems_dialogs(Tool& tool) {
+    say("the dialogs for folders and files");
+    open_and_cancel(tool, "Data folder", "Browse for Folder", "folder-dialog");
+    open_and_cancel(tool, "Log file", "File selection...", "file-dialog");
+}
+
+void start_with_an_unknown_type() {
+    say("an entry of an unknown type is reported and passed over");
+    use_spec_file("Newer", "SOFTWARE\\Tavrin\\Agent\nNewer\n!All\n$Colour\nColour\nA colour.\nPalette\n"
+                           "$Port\nPort\nThe port.\nInteger\n");
+    Tool tool;
+    answer_box(tool, "unknown-type", "Error", "Unknown type: \"Palette\", for subspec Colour", IDOK);
+    tool.select({"Newer", "All", "Port"});
+    tool.press(kClose);
+    expect_end(tool, 0);
+}
+
+void start_without_a_configuration() {
+    say("a registry without configurations ends the program");
+    delete_key("SOFTWARE\\Tavrin\\TRConfig");
+    Tool tool;
+    answer_box(tool, "fatal-error", "Error!", "Cannot read out SOFTWARE\\Tavrin\\TRConfig", IDOK);
+    expect_end(tool, 1);
+}
+
+} // namespace e2e
