@@ -27,10 +27,11 @@ using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using HANDLE = void*;
 
-// NOLINTNEXTLINE(bugprone-macro-parentheses): the argument names a type
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument names a type
 #define SUBSTITUTE_HANDLE(name)                                                                              \
     struct name##__;                                                                                         \
     using name = name##__*
+// NOLINTEND(bugprone-macro-parentheses)
 SUBSTITUTE_HANDLE(HWND);
 SUBSTITUTE_HANDLE(HINSTANCE);
 SUBSTITUTE_HANDLE(HMENU);
