@@ -197,7 +197,7 @@ TEST_F(Apply, ServiceOfAnUnchangedConfigurationIsLeftAlone) {
     Tool tool;
     bring_to_front(tool.window());
     tool.select({"Tray Icon", "Tray icon", "Show icon"});
-    click(tool.page("Show icon").controls[0]);
+    toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
     tool.press(kOk);
     EXPECT_EQ(tool.exit_code(), 0u);

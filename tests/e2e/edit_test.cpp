@@ -48,8 +48,7 @@ TEST_F(Edit, OkWritesWhatTheRegistryToolThenShows) {
     bring_to_front(tool.window());
     tool.select({"Tray Icon", "Tray icon", "Language"});
     const HWND list = tool.page("Language").controls[0];
-    click(list);
-    wait_for("the open list", [&] { return send(list, CB_GETDROPPEDSTATE) != 0; });
+    click_until(list, "the open list", [&] { return send(list, CB_GETDROPPEDSTATE) != 0; });
     press_key(VK_DOWN);
     press_key(VK_RETURN);
     tool.expect_changes(true);
@@ -65,7 +64,7 @@ TEST_F(Edit, EveryConfigurationIsWrittenAndNothingElse) {
     tool.select({"Legacy Agent", "Proxy"});
     replace_text(tool.page("Proxy").controls[0], "proxy:3128");
     tool.select({"Tray Icon", "Tray icon", "Show icon"});
-    click(tool.page("Show icon").controls[0]);
+    toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
     tool.press(kOk);
     EXPECT_EQ(tool.exit_code(), 0u);
@@ -106,7 +105,7 @@ TEST_F(Edit, ForgottenKeyIsDeleted) {
     Tool tool;
     bring_to_front(tool.window());
     tool.select({"Tavrin Agent", "Maintenance", "Forget the servers' certificates"});
-    click(tool.page("Forget the servers' certificates").controls[0]);
+    toggle(tool.page("Forget the servers' certificates").controls[0]);
     tool.expect_changes(true);
     tool.press(kOk);
     const Box box = tool.box(); // no agent is installed
@@ -122,7 +121,7 @@ TEST_F(Edit, KeyThatVanishesBeforeOkEndsTheProgramAndKeepsWhatWasWritten) {
     tool.select({"Legacy Agent", "Proxy"});
     replace_text(tool.page("Proxy").controls[0], "proxy:3128");
     tool.select({"Tray Icon", "Tray icon", "Show icon"});
-    click(tool.page("Show icon").controls[0]);
+    toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
     delete_key("SOFTWARE\\Tavrin\\Appearance");
     tool.press(kOk);

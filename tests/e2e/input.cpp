@@ -102,14 +102,42 @@ void drag_corner(HWND window, POINT to) {
     wait_for("the mouse to let go", [&] { return (thread_state(window).flags & GUI_INMOVESIZE) == 0; });
 }
 
+void click_until(HWND window, const std::string& what, const std::function<bool()>& reached) {
+    constexpr int kPatience = 5;
+    for (int attempt = 1;; ++attempt) {
+        click(window);
+        try {
+            return wait_for(what, reached, kPatience);
+        } catch (const std::runtime_error&) {
+            if (attempt == 5)
+                throw;
+        }
+    }
+}
+
 void replace_text(HWND edit, const std::string& text) {
-    click(edit);
-    wait_for("the focus on an edit control", [&] { return focus_of(edit) == edit; });
-    press_key(VK_HOME);
-    press_key(VK_END, true);
-    press_key(VK_DELETE);
-    type(text);
-    wait_for("the typed text " + text, [&] { return text_of(edit) == text; });
+    const auto type_it = [&] {
+        click_until(edit, "the focus on an edit control", [&] { return focus_of(edit) == edit; });
+        press_key(VK_HOME);
+        press_key(VK_END, true);
+        press_key(VK_DELETE);
+        type(text);
+    };
+    const auto has_it = [&] { return text_of(edit) == text; };
+    type_it();
+    try {
+        wait_for("the typed text " + text, has_it, 5);
+    } catch (const std::runtime_error&) {
+        // The focus went elsewhere while typing: a box that had just closed handed it back.
+        type_it();
+        wait_for("the typed text " + text, has_it);
+    }
+}
+
+void toggle(HWND check_box) {
+    const auto state = [check_box] { return send(check_box, BM_GETCHECK); };
+    const LRESULT before = state();
+    click_until(check_box, "the check box to change", [&] { return state() != before; });
 }
 
 } // namespace e2e

@@ -3,6 +3,7 @@
 /// the focus or lies under the pointer.
 #include "platform/win32.h"
 
+#include <functional>
 #include <string>
 
 namespace e2e {
@@ -19,6 +20,11 @@ void hold_down(HWND window);
 void let_go(HWND window);
 /// Clicks on the middle of a window or control.
 void click(HWND window);
+/// Clicks on a window or control, and again whenever nothing has come of it for some seconds: a box that has
+/// just closed may hand the activity over a moment later and break a click off. `what` is waited for.
+void click_until(HWND window, const std::string& what, const std::function<bool()>& reached);
+/// Clicks on a check box and waits until its mark has changed.
+void toggle(HWND check_box);
 /// Drags a window's lower right corner to a point of the screen.
 void drag_corner(HWND window, POINT to);
 /// Clicks on an edit control, replaces what it holds and waits until it holds the new text.
