@@ -47,7 +47,7 @@ const std::map<std::string, Values> kValues = {
     {"Level", {"low", "high"}}, {"Folder", {"C:\\old", "C:\\new"}}, {"File", {"C:\\old.log", "C:\\new.log"}},
 };
 
-/// Beginnings of everything that the program may say in this session.
+/// Beginnings of everything that the program may say while it is played.
 const std::vector<std::string> kTexts = {
     "Window Registration Failed!",
     "Window Creation Failed!",
