@@ -16,11 +16,11 @@
 #include <shellapi.h>
 #include <shlobj.h>
 #else
-#include "platform/substitute/kernel.h"
-#include "platform/substitute/registry.h"
-#include "platform/substitute/services.h"
-#include "platform/substitute/shell.h"
+#include "platform/substitute/dialogs/shell.h"
+#include "platform/substitute/kernel/kernel.h"
+#include "platform/substitute/registry/registry.h"
+#include "platform/substitute/services/services.h"
+#include "platform/substitute/sockets/winsock.h"
 #include "platform/substitute/types.h"
-#include "platform/substitute/user.h"
-#include "platform/substitute/winsock.h"
+#include "platform/substitute/windows/user.h"
 #endif

@@ -1,7 +1,7 @@
 #include "platform/substitute/calls.h"
 
-#include "platform/substitute/control_calls.h"
-#include "platform/substitute/kernel.h"
+#include "platform/substitute/control/calls.h"
+#include "platform/substitute/kernel/kernel.h"
 
 #include <map>
 #include <thread>

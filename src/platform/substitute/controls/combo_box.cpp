@@ -1,0 +1,224 @@
+#include "platform/substitute/controls/controls.h"
+#include "platform/substitute/windows/window.h"
+#include "platform/substitute/windows/window_calls.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+
+/// "ComboBox" in its drop-down list form.
+namespace substitute {
+namespace {
+
+constexpr int kClosedHeight = 21;
+
+struct ComboData : ControlData {
+    std::vector<std::string> items;
+    int selected = CB_ERR;
+    bool dropped = false;
+};
+
+ComboData& data_at(HWND handle) { return *data_of<ComboData>(handle); }
+
+LRESULT create(HWND handle) {
+    existing_window(handle).control = std::make_unique<ComboData>();
+    return 0;
+}
+
+bool is_index(const ComboData& data, int index) {
+    return index >= 0 && static_cast<std::size_t>(index) < data.items.size();
+}
+
+const std::string& item(const ComboData& data, int index) {
+    return data.items[static_cast<std::size_t>(index)];
+}
+
+LRESULT add(ComboData& data, LPARAM text) {
+    data.items.emplace_back(reinterpret_cast<LPCSTR>(text));
+    return static_cast<LRESULT>(data.items.size()) - 1;
+}
+
+/// Chosen by the program: nobody is told. An index beyond the end changes nothing, -1 takes the selection
+/// away.
+LRESULT set_selection(ComboData& data, WPARAM wparam) {
+    const auto index = static_cast<int>(wparam);
+    if (index != CB_ERR && !is_index(data, index))
+        return CB_ERR;
+    data.selected = index;
+    return index;
+}
+
+LRESULT reset(ComboData& data) {
+    data.items.clear();
+    data.selected = CB_ERR;
+    return 0;
+}
+
+LRESULT item_length(const ComboData& data, WPARAM wparam) {
+    const auto index = static_cast<int>(wparam);
+    return is_index(data, index) ? static_cast<LRESULT>(item(data, index).size()) : CB_ERR;
+}
+
+LRESULT read_item(const ComboData& data, WPARAM wparam, LPARAM buffer) {
+    const auto index = static_cast<int>(wparam);
+    if (!is_index(data, index))
+        return CB_ERR;
+    std::strcpy(reinterpret_cast<char*>(buffer), item(data, index).c_str());
+    return static_cast<LRESULT>(item(data, index).size());
+}
+
+std::string selected_text(const ComboData& data) {
+    return data.selected == CB_ERR ? std::string() : item(data, data.selected);
+}
+
+LRESULT read_text(const ComboData& data, WPARAM capacity, LPARAM buffer) {
+    if (capacity == 0)
+        return 0;
+    const std::string text = selected_text(data).substr(0, capacity - 1);
+    std::memcpy(reinterpret_cast<char*>(buffer), text.c_str(), text.size() + 1);
+    return static_cast<LRESULT>(text.size());
+}
+
+char folded(char character) { return static_cast<char>(std::tolower(static_cast<unsigned char>(character))); }
+
+bool same_text(const std::string& left, const std::string& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return folded(a) == folded(b); });
+}
+
+/// Searches all items, beginning behind `after`.
+template <typename Predicate> int find_item(const ComboData& data, int after, Predicate fits) {
+    const auto count = static_cast<int>(data.items.size());
+    for (int step = 1; step <= count; ++step) {
+        const int index = (std::max(after, -1) + step) % count;
+        if (fits(item(data, index)))
+            return index;
+    }
+    return CB_ERR;
+}
+
+LRESULT find_exact(const ComboData& data, WPARAM after, LPARAM text) {
+    const std::string wanted(reinterpret_cast<LPCSTR>(text));
+    return find_item(data, static_cast<int>(after),
+                     [&](const std::string& each) { return same_text(each, wanted); });
+}
+
+LRESULT drop(HWND handle, bool down) {
+    ComboData& data = data_at(handle);
+    if (data.dropped == down)
+        return TRUE;
+    data.dropped = down;
+    notify_parent(handle, down ? CBN_DROPDOWN : CBN_CLOSEUP);
+    return TRUE;
+}
+
+/// Ends the user's choosing, with the list open or not.
+void settle(HWND handle, bool accepted) {
+    notify_parent(handle, accepted ? CBN_SELENDOK : CBN_SELENDCANCEL);
+    if (IsWindow(handle))
+        drop(handle, false);
+}
+
+/// Chosen by the user. In the open list this is not yet the end of it.
+void choose(HWND handle, int index) {
+    ComboData& data = data_at(handle);
+    if (!is_index(data, index))
+        return;
+    data.selected = index;
+    if (!data.dropped)
+        notify_parent(handle, CBN_SELENDOK);
+    if (IsWindow(handle))
+        notify_parent(handle, CBN_SELCHANGE);
+}
+
+bool closes_list(const ComboData& data, WPARAM key) {
+    return data.dropped && (key == VK_RETURN || key == VK_ESCAPE);
+}
+
+LRESULT dialog_code(const ComboData& data, WPARAM key) {
+    const LRESULT code = DLGC_WANTARROWS | DLGC_WANTCHARS;
+    return closes_list(data, key) ? code | DLGC_WANTMESSAGE : code;
+}
+
+LRESULT take_key(HWND handle, WPARAM key) {
+    const ComboData& data = data_at(handle);
+    const auto last = static_cast<int>(data.items.size()) - 1;
+    switch (static_cast<int>(key)) {
+    case VK_UP: choose(handle, std::max(data.selected - 1, 0)); break;
+    case VK_DOWN: choose(handle, std::min(data.selected + 1, last)); break;
+    case VK_HOME: choose(handle, 0); break;
+    case VK_END: choose(handle, last); break;
+    case VK_F4: drop(handle, !data.dropped); break;
+    case VK_RETURN:
+    case VK_ESCAPE:
+        if (data.dropped)
+            settle(handle, key == VK_RETURN);
+        break;
+    default: break;
+    }
+    return 0;
+}
+
+/// A letter goes to the next item that begins with it.
+LRESULT take_character(HWND handle, WPARAM character) {
+    const ComboData& data = data_at(handle);
+    const char wanted = folded(static_cast<char>(character));
+    const int found = find_item(data, data.selected, [&](const std::string& each) {
+        return !each.empty() && folded(each[0]) == wanted;
+    });
+    choose(handle, found);
+    return 0;
+}
+
+LRESULT change_focus(HWND handle, bool gained) {
+    if (!gained)
+        settle(handle, false);
+    if (IsWindow(handle))
+        notify_parent(handle, gained ? CBN_SETFOCUS : CBN_KILLFOCUS);
+    return 0;
+}
+
+/// The height that the program gives is that of the opened list; closed, the box is one line high.
+LRESULT limit_height(LPARAM lparam) {
+    auto& position = *reinterpret_cast<WINDOWPOS*>(lparam);
+    if ((position.flags & SWP_NOSIZE) == 0)
+        position.cy = kClosedHeight;
+    return 0;
+}
+
+} // namespace
+
+LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_CREATE)
+        return create(handle);
+    auto* data = data_of<ComboData>(handle);
+    if (data == nullptr)
+        return DefWindowProcA(handle, message, wparam, lparam);
+    switch (message) {
+    case WM_WINDOWPOSCHANGING: return limit_height(lparam);
+    case WM_GETDLGCODE: return dialog_code(*data, wparam);
+    case WM_SETFONT: existing_window(handle).font = reinterpret_cast<HFONT>(wparam); return 0;
+    case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
+    case WM_SETTEXT: return CB_ERR;
+    case WM_GETTEXT: return read_text(*data, wparam, lparam);
+    case WM_GETTEXTLENGTH: return static_cast<LRESULT>(selected_text(*data).size());
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
+    case WM_LBUTTONDOWN: set_focus(handle); return drop(handle, !data->dropped);
+    case WM_KEYDOWN: return take_key(handle, wparam);
+    case WM_CHAR: return take_character(handle, wparam);
+    case CB_ADDSTRING: return add(*data, lparam);
+    case CB_GETCOUNT: return static_cast<LRESULT>(data->items.size());
+    case CB_GETCURSEL: return data->selected;
+    case CB_SETCURSEL: return set_selection(*data, wparam);
+    case CB_GETLBTEXT: return read_item(*data, wparam, lparam);
+    case CB_GETLBTEXTLEN: return item_length(*data, wparam);
+    case CB_FINDSTRINGEXACT: return find_exact(*data, wparam, lparam);
+    case CB_RESETCONTENT: return reset(*data);
+    case CB_SHOWDROPDOWN: return drop(handle, wparam != 0);
+    case CB_GETDROPPEDSTATE: return data->dropped ? TRUE : FALSE;
+    default: return DefWindowProcA(handle, message, wparam, lparam);
+    }
+}
+
+} // namespace substitute
