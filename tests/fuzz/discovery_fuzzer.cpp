@@ -1,6 +1,7 @@
 /// What a scan makes of datagrams: the input is a row of them, each as its sender's address (4 octets), its
 /// length (2 octets, most significant first) and its octets. The result must be what a plain reading of the
 /// rules gives.
+#include "fuzz/input.h"
 #include "net/address_block.h"
 #include "net/discovery_packet.h"
 
@@ -38,11 +39,6 @@ bool is_answer(const std::vector<unsigned char>& octets) {
 std::string dotted(const unsigned char (&sender)[4]) {
     return std::to_string(sender[0]) + '.' + std::to_string(sender[1]) + '.' + std::to_string(sender[2]) +
            '.' + std::to_string(sender[3]);
-}
-
-void require(bool holds) {
-    if (!holds)
-        __builtin_trap();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 /// it the end is the same, with one octet less the connection was closed too early.
 #include "protocol/negotiation.h"
 
+#include "fuzz/input.h"
 #include "support/memory_stream.h"
 
 #include <cstring>
@@ -20,11 +21,6 @@ struct End {
     std::string text;
     std::size_t read;
 };
-
-void require(bool holds) {
-    if (!holds)
-        __builtin_trap();
-}
 
 bool starts_with(const std::string& text, const char* beginning) { return text.rfind(beginning, 0) == 0; }
 

@@ -2,11 +2,11 @@
 /// and the list. Items, hosts and ports must be what a plain reading of the rules gives.
 #include "error/exceptions.h"
 #include "error/text.h"
+#include "fuzz/input.h"
+#include "fuzz/plain_number.h"
 #include "protocol/server_item.h"
 
-#include <cstdlib>
 #include <cstring>
-#include <optional>
 
 namespace {
 
@@ -15,32 +15,9 @@ struct Server {
     std::optional<std::uint16_t> port; // absent where the port is no number
 };
 
-void require(bool holds) {
-    if (!holds)
-        __builtin_trap();
-}
-
-// White space, a sign, digits and nothing else; numbers of more than 32 bits stop at the border.
 std::optional<std::uint16_t> plain_port(const std::string& text) {
-    std::size_t at = 0;
-    if (text.empty())
-        return 0;
-    while (at < text.size() && std::strchr(" \t\n\v\f\r", text[at]) != nullptr && text[at] != '\0')
-        ++at;
-    const bool minus = at < text.size() && text[at] == '-';
-    if (at < text.size() && (text[at] == '-' || text[at] == '+'))
-        ++at;
-    if (at == text.size())
-        return std::nullopt;
-    std::int64_t value = 0;
-    for (; at < text.size(); ++at) {
-        if (text[at] < '0' || text[at] > '9')
-            return std::nullopt;
-        value = value * 10 + (text[at] - '0');
-        if (value > 2147483647)
-            value = minus ? 2147483648 : 2147483647;
-    }
-    return static_cast<std::uint16_t>(minus ? -value : value);
+    const std::optional<std::int32_t> number = plain_number(text);
+    return number ? std::optional(static_cast<std::uint16_t>(*number)) : std::nullopt;
 }
 
 std::vector<Server> plain_reading(const std::string& list, std::uint16_t default_port) {

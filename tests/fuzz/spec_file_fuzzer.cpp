@@ -1,5 +1,6 @@
 /// What the parser makes of a spec file, in both modes: the same as a plain reading of the format over a
 /// standard stream, line by line, with a key that can be read only where the registry has one.
+#include "fuzz/input.h"
 #include "platform/substitute/control.h"
 #include "spec/configuration.h"
 #include "spec/spec_parser.h"
@@ -8,11 +9,6 @@
 #include <sstream>
 
 namespace {
-
-void require(bool holds) {
-    if (!holds)
-        __builtin_trap();
-}
 
 /// Everything that a parse gives, as one text.
 std::string outcome(const Configuration& parsed) {
