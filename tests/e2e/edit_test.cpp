@@ -36,6 +36,20 @@ TEST_F(Edit, ButtonsFollowTheEditAndItsUndoing) {
     EXPECT_EQ(tool.exit_code(), 0u);
 }
 
+/// Guards the driver itself: were two quick clicks a double click, the second would not bring the focus.
+TEST_F(Edit, QuickClicksEachTakeTheFocus) {
+    Tool tool;
+    bring_to_front(tool.window());
+    tool.select(kAgentName);
+    const HWND edit = tool.page("Agent name").controls[0];
+    for (int times = 1; times <= 5; ++times) {
+        click(edit);
+        wait_for("the focus on the edit control", [&] { return focus_of(edit) == edit; });
+        press_key(VK_TAB);
+        wait_for("the focus elsewhere", [&] { return focus_of(edit) != edit; });
+    }
+}
+
 TEST_F(Edit, GroupNodesShowNoPage) {
     Tool tool;
     tool.select(kAgentName);
@@ -48,7 +62,8 @@ TEST_F(Edit, OkWritesWhatTheRegistryToolThenShows) {
     bring_to_front(tool.window());
     tool.select({"Tray Icon", "Tray icon", "Language"});
     const HWND list = tool.page("Language").controls[0];
-    click_until(list, "the open list", [&] { return send(list, CB_GETDROPPEDSTATE) != 0; });
+    click(list);
+    wait_for("the open list", [&] { return send(list, CB_GETDROPPEDSTATE) != 0; });
     press_key(VK_DOWN);
     press_key(VK_RETURN);
     tool.expect_changes(true);

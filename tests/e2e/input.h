@@ -3,7 +3,6 @@
 /// the focus or lies under the pointer.
 #include "platform/win32.h"
 
-#include <functional>
 #include <string>
 
 namespace e2e {
@@ -14,15 +13,12 @@ void bring_to_front(HWND window);
 void press_key(WORD key, bool shift = false);
 /// Types a text, character by character.
 void type(const std::string& text);
-/// Presses the mouse button on the middle of a window or control.
+/// Presses the mouse button near the middle of a window or control, never twice in a row on the same spot.
 void hold_down(HWND window);
-/// Lets it go there.
-void let_go(HWND window);
-/// Clicks on the middle of a window or control.
+/// Lets it go where it was pressed.
+void let_go();
+/// Clicks near the middle of a window or control; two clicks never make a double click.
 void click(HWND window);
-/// Clicks on a window or control, and again whenever nothing has come of it for some seconds: a box that has
-/// just closed may hand the activity over a moment later and break a click off. `what` is waited for.
-void click_until(HWND window, const std::string& what, const std::function<bool()>& reached);
 /// Clicks on a check box and waits until its mark has changed.
 void toggle(HWND check_box);
 /// Drags a window's lower right corner to a point of the screen.

@@ -47,18 +47,10 @@ void answer_box(Tool& tool, const std::string& name, const std::string& caption,
 }
 
 void press_with_picture(HWND button, const std::string& name) {
-    const auto pressed = [&] { return (send(button, BM_GETSTATE) & BST_PUSHED) != 0; };
     hold_down(button);
-    try {
-        wait_for("the pressed button", pressed, 5);
-    } catch (const std::runtime_error&) {
-        // The activity was handed over after the press: press again.
-        let_go(button);
-        hold_down(button);
-        wait_for("the pressed button", pressed);
-    }
+    wait_for("the pressed button", [&] { return (send(button, BM_GETSTATE) & BST_PUSHED) != 0; });
     picture(name);
-    let_go(button);
+    let_go();
 }
 
 } // namespace e2e
