@@ -65,5 +65,6 @@ struct Codec {
 extern const Codec our_codec;
 extern const Codec lber_codec;
 extern const Codec snmp_codec;
+extern const Codec tasn1_codec;
 
 } // namespace handshake

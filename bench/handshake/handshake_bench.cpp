@@ -10,7 +10,7 @@ namespace {
 
 using namespace handshake;
 
-const Codec* const codecs[] = {&our_codec, &lber_codec, &snmp_codec};
+const Codec* const codecs[] = {&our_codec, &lber_codec, &snmp_codec, &tasn1_codec};
 const Wishes wishes = {514, "web1.example.org", "example.org", true, true, true};
 const Offer offer = {517, true, false};
 

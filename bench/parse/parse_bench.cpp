@@ -1,104 +1,132 @@
-// Settings from file to memory: this program's spec files beside the INI files of two libraries. Each file
-// holds the same settings, with the same four texts each. The line "tavrinconfig" is equal work: entries in
-// memory, as for a connection test alone. "values_read" is what a start does beyond it: each entry also reads
-// its value from the registry (the one in memory).
-#include "spec/configuration.h"
-#include "support/agent_registry.h"
+// Settings from text to memory and back to nothing. Before anything is timed, every parser must build the
+// same model.
+#include "parse/settings.h"
+#include "spec/line_reader.h"
 
-#include <INIReader.h>
 #include <benchmark/benchmark.h>
-#include <iniparser/iniparser.h>
 
+#include <cstdio>
+#include <ctime>
 #include <fstream>
-#include <functional>
 #include <malloc.h>
-#include <memory>
-#include <string>
 
 namespace {
 
-const std::string kHelp = "What this setting is good for.";
+using namespace parse;
 
-std::string title(int setting) { return "Setting number " + std::to_string(setting); }
+const Parser* const parsers[] = {&our_parser, &inih_parser, &simple_ini_parser, &glib_parser};
+constexpr char spec_file[] = "parse_bench.spec";
+constexpr char ini_file[] = "parse_bench.ini";
 
-std::string spec_file(int settings) {
-    std::string text = "\\" + kAgentKey + "\nAgent\nAgentService\n!General\n";
-    for (int i = 0; i < settings; ++i)
-        text += "$" + title(i) + "\nValue\n" + kHelp + "\nServerList\n";
-    return text;
+bool is_ours(const Parser& parser) { return parser.from_text == our_parser.from_text; }
+std::string text_for(const Parser& parser, int entries) {
+    return is_ours(parser) ? spec_text(entries) : ini_text(entries);
+}
+std::string write_file_for(const Parser& parser, int entries) {
+    const char* const path = is_ours(parser) ? spec_file : ini_file;
+    std::ofstream(path, std::ios::binary) << text_for(parser, entries);
+    return path;
 }
 
-std::string ini_file(int settings) {
-    std::string text;
-    for (int i = 0; i < settings; ++i)
-        text += "[" + title(i) + "]\nvalue = Value\nhelp = " + kHelp + "\ntype = ServerList\n";
-    return text;
-}
-
-std::string write_file(const char* name, const std::string& text) {
-    std::ofstream(name, std::ios::binary) << text;
-    return name;
-}
-
-void parse_spec_file(benchmark::State& state, int settings, bool connection_test_only) {
-    prepare_registry();
-    const std::string path = write_file("parse_bench.spec", spec_file(settings));
-    const std::size_t before = mallinfo2().uordblks;
-    const Configuration kept("Agent", path, connection_test_only);
-    const std::size_t after = mallinfo2().uordblks;
-    if (kept.text_by_title(title(settings - 1)) != (connection_test_only ? "" : "4711"))
-        return state.SkipWithError("the last setting is missing");
-    for (auto _ : state) {
-        const Configuration configuration("Agent", path, connection_test_only);
-        benchmark::DoNotOptimize(&configuration);
+bool builds_the_same(const Parser& parser) {
+    for (const int entries : {1, 1000}) {
+        const std::string expected = description(expected_model(entries));
+        std::string from_text;
+        std::string from_file;
+        parser.from_text(text_for(parser, entries), &from_text);
+        parser.from_file(write_file_for(parser, entries), &from_file);
+        if (from_text != expected || from_file != expected)
+            return false;
     }
-    state.counters["bytes per entry"] = static_cast<double>(after - before) / settings;
+    return true;
 }
 
-void parse_entries(benchmark::State& state, int settings) { parse_spec_file(state, settings, true); }
-void parse_and_read(benchmark::State& state, int settings) { parse_spec_file(state, settings, false); }
-
-void parse_with_inih(benchmark::State& state, int settings) {
-    const std::string path = write_file("parse_bench.ini", ini_file(settings));
-    if (INIReader(path).Get(title(settings - 1), "help", "") != kHelp)
-        return state.SkipWithError("the last setting is missing");
-    for (auto _ : state) {
-        const INIReader reader(path);
-        benchmark::DoNotOptimize(&reader);
-    }
-}
-
-using Dictionary = std::unique_ptr<dictionary, void (*)(dictionary*)>;
-
-void parse_with_iniparser(benchmark::State& state, int settings) {
-    const std::string path = write_file("parse_bench.ini", ini_file(settings));
-    const Dictionary kept(iniparser_load(path.c_str()), &iniparser_freedict);
-    const std::string last = title(settings - 1) + ":help";
-    if (iniparser_getstring(kept.get(), last.c_str(), "") != kHelp)
-        return state.SkipWithError("the last setting is missing");
+void time_text(benchmark::State& state, const Parser& parser, int entries) {
+    const std::string text = text_for(parser, entries);
     for (auto _ : state)
-        benchmark::DoNotOptimize(Dictionary(iniparser_load(path.c_str()), &iniparser_freedict));
+        parser.from_text(text, nullptr);
 }
 
-void compare(int settings) {
-    const std::string work = "parse_" + std::to_string(settings) + "_settings/";
-    const auto add = [&](const char* who, void (*parse)(benchmark::State&, int)) {
-        benchmark::RegisterBenchmark((work + who).c_str(), parse, settings)->Unit(benchmark::kMillisecond);
-    };
-    add("tavrinconfig", &parse_entries);
-    add("values_read", &parse_and_read);
-    add("inih", &parse_with_inih);
-    add("iniparser", &parse_with_iniparser);
+void time_file(benchmark::State& state, const Parser& parser, int entries) {
+    const std::string path = write_file_for(parser, entries);
+    for (auto _ : state)
+        parser.from_file(path, nullptr);
+}
+
+/// What every parser does at least: lines of the spec file, each an owned text.
+void time_cutting(benchmark::State& state, int entries) {
+    const std::string text = spec_text(entries);
+    for (auto _ : state) {
+        std::vector<std::string> lines;
+        LineReader reader(text);
+        while (!reader.at_end())
+            lines.emplace_back(reader.read());
+        benchmark::DoNotOptimize(lines.data());
+    }
+}
+
+double processor_seconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// The cost of one entry, with memory that comes fresh from the system, as it does in a start.
+void time_growth(benchmark::State& state, int entries) {
+    const std::string text = spec_text(entries);
+    for (auto _ : state) {
+        malloc_trim(0);
+        const double begin = processor_seconds();
+        our_parser.from_text(text, nullptr);
+        state.SetIterationTime((processor_seconds() - begin) / entries);
+    }
+}
+
+void count_memory(benchmark::State& state, const Parser& parser, int entries) {
+    const std::string text = text_for(parser, entries);
+    for (auto _ : state)
+        state.counters["bytes"] = static_cast<double>(parser.memory(text)) / entries;
+}
+
+void compare(int entries) {
+    const std::string size = std::to_string(entries);
+    for (const Parser* parser : parsers) {
+        benchmark::RegisterBenchmark(("parse from memory, " + size + "/" + parser->name).c_str(), time_text,
+                                     *parser, entries);
+        benchmark::RegisterBenchmark(("parse from a file, " + size + "/" + parser->name).c_str(), time_file,
+                                     *parser, entries);
+    }
+    benchmark::RegisterBenchmark(("parse from memory, " + size + "/cutting into lines").c_str(), time_cutting,
+                                 entries);
+}
+
+void measure_growth() {
+    for (const int entries : {1000, 10000, 100000, 1000000})
+        benchmark::RegisterBenchmark(("growth, an entry of/" + std::to_string(entries)).c_str(), time_growth,
+                                     entries)
+            ->UseManualTime()
+            ->MinTime(0.0000001);
+    for (const Parser* parser : parsers)
+        benchmark::RegisterBenchmark((std::string("memory of an entry/") + parser->name).c_str(),
+                                     count_memory, *parser, 100000)
+            ->Iterations(1);
 }
 
 } // namespace
 
-int main(int argc, char** argv) {
-    compare(1000);
-    compare(10000);
-    benchmark::Initialize(&argc, argv);
+int main(int count, char** arguments) {
+    for (const Parser* parser : parsers) {
+        if (!builds_the_same(*parser)) {
+            std::fprintf(stderr, "%s does not build the same model\n", parser->name);
+            return 1;
+        }
+    }
+    for (const int entries : {1, 100, 10000, 100000})
+        compare(entries);
+    measure_growth();
+    benchmark::Initialize(&count, arguments);
     benchmark::RunSpecifiedBenchmarks();
-    for (const char* file : {"parse_bench.spec", "parse_bench.ini"})
+    for (const char* file : {spec_file, ini_file})
         std::remove(file);
     return 0;
 }
