@@ -57,7 +57,7 @@ DWORD failing(const char* function, DWORD fitting) {
     if (now.recording)
         now.made.emplace_back(function);
     ++now.counts[function];
-    DWORD code = is_due(now.any_remaining) ? fitting : 0;
+    DWORD code = fitting != 0 && is_due(now.any_remaining) ? fitting : 0;
     if (const auto plan = now.planned.find(function);
         plan != now.planned.end() && is_due(plan->second.remaining))
         code = plan->second.code != 0 ? plan->second.code : fitting;

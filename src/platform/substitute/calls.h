@@ -7,7 +7,7 @@ namespace substitute {
 
 /// Notes a call of `function`. Returns 0 when the call is to do its work, or the code to fail with (already
 /// set as the last error); `fitting` is the code that a real failure of this function would most likely
-/// carry.
+/// carry, or 0 for a function that cannot fail.
 DWORD failing(const char* function, DWORD fitting);
 /// False on threads whose calls are neither noted nor failed: those of a test's peers.
 bool watched();

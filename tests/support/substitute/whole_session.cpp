@@ -1,0 +1,125 @@
+#include "support/substitute/whole_session.h"
+
+#include "app/control_ids.h"
+#include "app/start_up.h"
+#include "error/exceptions.h"
+#include "net/socket.h"
+#include "platform/main_window.h"
+#include "platform/substitute/control.h"
+#include "support/loopback.h"
+#include "support/octets.h"
+#include "support/registry.h"
+#include "support/short_memory.h"
+
+#include <future>
+
+namespace {
+
+constexpr char kSpec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n"
+                         "!Values\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$"
+                         "Port\nPort\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
+                         "$Level\nLevel\nh\nOptions\nlow\nhigh\n$Modem\nModem\nh\nCOM\n"
+                         "!Actions\n$Folder\nFolder\nh\nDirectory\n$File\nFile\nh\nFile\nlog\n$"
+                         "Signal\nTavrinSignal\nh\nSignalEvent\n"
+                         "$Forget\nCertificates\nh\nRemoveKey\n$Servers\nServers\nh\nServerList\n"
+                         "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
+
+std::string octets(const Octets& octets) { return {octets.begin(), octets.end()}; }
+
+/// Answers one agent, which may stay connected until the handle closes.
+loopback::Handle serve_one(loopback::Listener& listener, const std::string& answer) {
+    loopback::Handle agent = listener.accept();
+    if (agent.get() != INVALID_SOCKET)
+        loopback::send_all(agent.get(), answer);
+    return agent;
+}
+
+/// A server that no program connected to is not left waiting.
+void wake(const loopback::Listener& listener) {
+    const loopback::Handle caller(socket(AF_INET, SOCK_STREAM, 0));
+    const sockaddr_in server = loopback::endpoint(loopback::address(), listener.port());
+    connect(caller.get(), reinterpret_cast<const sockaddr*>(&server), sizeof server);
+}
+
+} // namespace
+
+const std::string accepting_server = octets("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
+const std::string refusing_server = octets("63 80 04 02 6E 6F 00 00"_octets);
+
+const std::map<std::string, WholeSession::Values>& WholeSession::values() {
+    static const std::map<std::string, Values> values = {
+        {"Name", {"web1", "db7"}},          {"Domain", {"old", "old"}},
+        {"Flag", {"true", "false"}},        {"Level", {"low", "high"}},
+        {"Folder", {"C:\\old", "C:\\new"}}, {"File", {"C:\\old.log", "C:\\new.log"}},
+    };
+    return values;
+}
+
+WholeSession::WholeSession(const Disturbance& disturbance, const std::string& server) {
+    socket_io_timeout = 1;
+    loopback::Listener listener;
+    prepare(listener.port());
+    add_steps();
+    auto peer = std::async(std::launch::async, [&] { return serve_one(listener, server); });
+    const ShortMemory memory(disturbance.memory, !disturbance.memory_stays_short);
+    substitute::fail_any_call(disturbance.call);
+    run_program();
+    substitute::fail_any_call(0);
+    memory_requests_ = ShortMemory::sizes().size();
+    wake(listener);
+    peer.get();
+}
+
+WholeSession::~WholeSession() { socket_io_timeout = 600; }
+
+std::string WholeSession::failed_call() const { return substitute::last_failed_call(); }
+
+void WholeSession::prepare(std::uint16_t server_port) {
+    spec_file("Agent", kSpec);
+    for (const auto& [name, value] : values())
+        set_text(kAgentKey, name, value.old_text);
+    set_text(kAgentKey, "Port", std::to_string(server_port));
+    set_text(kAgentKey, "Servers", "127.0.0.1");
+    make_key(kAgentKey + "\\Certificates");
+    make_key("HARDWARE\\DEVICEMAP\\SERIALCOMM");
+    set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "one", "COM1");
+    substitute::set_service("TavrinAgent", {.stop_time = 1000});
+    substitute::choose_next_folder({.clicked = {"C:\\new"}});
+    substitute::choose_next_file("C:\\new.log");
+    substitute::keep_datagrams();
+    for (int pass = 1; pass <= 3; ++pass)
+        substitute::time_out_select(pass);
+}
+
+void WholeSession::add_steps() {
+    visit("Name", [](HWND box) { SetWindowTextA(box, "db7"); });
+    for (const char* looked_at : {"Domain", "Port", "Modem"})
+        visit(looked_at, [](HWND) {});
+    visit("Level", [](HWND list) { SendMessageA(list, CB_SETCURSEL, 1, 0); });
+    for (const char* pushed : {"Flag", "Folder", "File", "Signal", "Forget", "Servers"})
+        visit(pushed, [](HWND button) { SendMessageA(button, BM_CLICK, 0, 0); });
+    then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
+    then([] { SetWindowPos(main_window, nullptr, 0, 0, 600, 400, SWP_NOZORDER | SWP_NOMOVE); });
+    then([] { SendMessageA(control(kOkId), BM_CLICK, 0, 0); });
+    // A window that could not be closed is closed again.
+    for (int attempt = 0; attempt < 3; ++attempt)
+        then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
+}
+
+/// Selects the entry and, when its page came up, acts on the page's last control.
+void WholeSession::visit(const char* title, void (*act)(HWND)) {
+    then([title] { select(title); });
+    then([act] {
+        const std::vector<HWND> controls = page_controls();
+        if (!controls.empty())
+            act(controls.back());
+    });
+}
+
+void WholeSession::run_program() {
+    try {
+        exit_code_ = ::run_program(nullptr, SW_SHOWNORMAL);
+    } catch (const error::ESystemError&) {
+        exit_code_ = kAbnormal;
+    }
+}

@@ -1,0 +1,56 @@
+#pragma once
+/// One long session with the program, from start-up to its end: every kind of page, edits, a scan, a
+/// connection test, OK with a service around it. Something in it may be made to fail.
+#include "support/program.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+/// What fails in a session; 0 stands for nothing.
+struct Disturbance {
+    /// The n-th call into the system.
+    int call = 0;
+    /// The n-th request for memory of the network code.
+    std::size_t memory = 0;
+    /// Whether all later requests fail, too.
+    bool memory_stays_short = false;
+};
+
+/// What the server of the connection test answers, in octets.
+extern const std::string accepting_server;
+extern const std::string refusing_server;
+
+class WholeSession : public ProgramTest {
+public:
+    /// How a session ends that the program is meant to end abnormally.
+    static constexpr int kAbnormal = -1;
+
+    struct Values {
+        std::string old_text;
+        std::string new_text;
+    };
+    /// What a session may make of each value below kAgentKey. The folder and the file are chosen in dialogs.
+    static const std::map<std::string, Values>& values();
+
+    /// Plays the session.
+    explicit WholeSession(const Disturbance& disturbance, const std::string& server = accepting_server);
+    ~WholeSession() override;
+
+    /// The function whose call failed; empty when none did.
+    std::string failed_call() const;
+    /// How often the network code asked for memory.
+    std::size_t memory_requests() const { return memory_requests_; }
+    int exit_code() const { return exit_code_; }
+    std::vector<SeenBox> seen() const { return boxes.seen(); }
+
+private:
+    void TestBody() override {}
+    void prepare(std::uint16_t server_port);
+    void add_steps();
+    void visit(const char* title, void (*act)(HWND));
+    void run_program();
+
+    int exit_code_ = 0;
+    std::size_t memory_requests_ = 0;
+};
