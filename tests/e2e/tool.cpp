@@ -38,8 +38,15 @@ void Box::press(int button) const {
     const HWND control = GetDlgItem(window, button);
     if (!control)
         throw std::runtime_error("the box has no button " + std::to_string(button));
+    const auto is_gone = [this] { return !IsWindow(window); };
     post_click(control);
-    wait_for("the end of a box", [&] { return !IsWindow(window); });
+    try {
+        wait_for("the end of a box", is_gone, 5);
+    } catch (const std::runtime_error&) {
+        // The activity came over from another window during the click and broke it off.
+        post_click(control);
+        wait_for("the end of a box", is_gone);
+    }
 }
 
 Tool::Tool() : process("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
