@@ -22,6 +22,11 @@ TEST_F(Startup, ShowsTheSampleInTheTree) {
                             "  Tray icon", "    Show icon", "    Language", "    Colour when all is well"));
 }
 
+TEST_F(Startup, ShowsTheProgramsIcon) {
+    Tool tool;
+    EXPECT_NE(GetClassLongPtrA(tool.window(), GCLP_HICON), 0U);
+}
+
 TEST_F(Startup, MissingKeyEndsTheProgram) {
     delete_key(kListKey);
     Tool tool;

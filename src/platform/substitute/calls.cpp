@@ -42,13 +42,21 @@ std::thread::id& watched_thread() {
     return instance;
 }
 
+int& own_calls() {
+    static int depth = 0;
+    return depth;
+}
+
 bool is_due(int& remaining) { return remaining > 0 && --remaining == 0; }
 
 } // namespace
 
 ResetHook::ResetHook(void (*hook)()) { hooks().push_back(hook); }
 
-bool watched() { return std::this_thread::get_id() == watched_thread(); }
+bool watched() { return std::this_thread::get_id() == watched_thread() && own_calls() == 0; }
+
+OwnCalls::OwnCalls() { ++own_calls(); }
+OwnCalls::~OwnCalls() { --own_calls(); }
 
 DWORD failing(const char* function, DWORD fitting) {
     if (!watched())

@@ -20,6 +20,16 @@ void fail_any_call(int nth);
 int failed_calls();
 std::string last_failed_call();
 
+/// While one lives, calls are those of the test itself, not of the program that it watches: they are neither
+/// counted nor failed.
+class OwnCalls {
+public:
+    OwnCalls();
+    OwnCalls(const OwnCalls&) = delete;
+    OwnCalls& operator=(const OwnCalls&) = delete;
+    ~OwnCalls();
+};
+
 /// Names of all functions called since reset(), in order. Recording can be switched off for long runs.
 std::vector<std::string> calls();
 void record_calls(bool on);
