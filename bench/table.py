@@ -20,7 +20,7 @@ SCALES = {
     "s": ((1, "s"), (1e-3, "ms"), (1e-6, "µs"), (1e-9, "ns")),
     "B": ((1024 * 1024, "MiB"), (1024, "KiB"), (1, "B")),
 }
-HEADINGS = ("work", "program", "median", "spread", "times ours", "goal")
+HEADINGS = ("work", "program", "median", "spread", "best", "times ours", "goal")
 
 
 def google_samples(runs):
@@ -72,7 +72,7 @@ def rows_of(work, programs):
     for index, who in enumerate(order):
         unit, values = programs[who]
         ratio = f"{medians[who] / medians[first]:.2f}" if index else ""
-        yield (work.name if index == 0 else "", who, shown(medians[who], unit), spread(values), ratio,
+        yield (work.name if index == 0 else "", who, shown(medians[who], unit), spread(values), shown(min(values), unit), ratio,
                goals[index] if index < len(goals) else "")
 
 
@@ -90,7 +90,7 @@ def main():
         sys.exit(f"table.py: not in the table: {', '.join(measured)}")
     widths = [max(len(row[column]) for row in table) for column in range(len(HEADINGS))]
     for row in table:
-        cells = [cell.rjust(width) if 1 < column < 5 else cell.ljust(width)
+        cells = [cell.rjust(width) if 1 < column < 6 else cell.ljust(width)
                  for column, (cell, width) in enumerate(zip(row, widths))]
         print("  ".join(cells).rstrip())
 

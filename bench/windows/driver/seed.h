@@ -1,0 +1,33 @@
+#pragma once
+/// The spec file and the registry that the programs work on.
+#include <string>
+
+namespace bench {
+
+/// A spec file of the name, listed in the registry, and keys for its values; all gone at the end.
+class Seed {
+public:
+    /// Text entries, each with a value.
+    explicit Seed(int entries);
+    /// The settings of a connection test of all servers at this port.
+    static Seed of_connection_test(int port);
+    ~Seed();
+    Seed(const Seed&) = delete;
+    Seed& operator=(const Seed&) = delete;
+
+    /// Gives every entry the value that it had at first.
+    void reset_values() const;
+    /// Whether every entry's value is the changed one.
+    bool is_changed() const;
+
+private:
+    explicit Seed(const std::string& spec_text);
+
+    int entries_ = 0;
+    std::string path_;
+};
+
+/// The texts with an entry's number in them.
+std::string numbered(const char* format, int number);
+
+} // namespace bench

@@ -1,0 +1,6 @@
+// The barest program with the same window, and nothing in it.
+#include "peers/bare_window.h"
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show_command) {
+    return run_bare_window(instance, show_command, {});
+}

@@ -1,0 +1,23 @@
+#pragma once
+/// What the driver puts into the registry and into the spec file, and what the peers take from there.
+
+namespace seeded {
+
+inline constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
+inline constexpr char list_value[] = "Agent";
+inline constexpr char agent_key[] = "SOFTWARE\\TavrinBench\\Agent";
+
+inline constexpr int entries_per_group = 50;
+inline constexpr char title_format[] = "Setting number %d";
+inline constexpr char value_format[] = "Value%d";
+/// A value as it is at first, and after OK.
+inline constexpr char text_format[] = "text %d";
+inline constexpr char changed_format[] = "changed %d";
+
+/// The servers are 127.0.0.1 and the addresses after it.
+inline constexpr int servers = 100;
+inline constexpr char agent_name[] = "web1";
+inline constexpr char agent_domain[] = "example.org";
+inline constexpr char success_caption[] = "Connection test successful";
+
+} // namespace seeded
