@@ -19,7 +19,6 @@ struct State {
     std::vector<std::string> made;
     std::map<std::string, int, std::less<>> counts;
     std::map<std::string, Plan, std::less<>> planned;
-    int any_remaining = 0;
     int failed = 0;
     std::string last_failed;
     bool recording = true;
@@ -65,15 +64,13 @@ DWORD failing(const char* function, DWORD fitting) {
     if (now.recording)
         now.made.emplace_back(function);
     ++now.counts[function];
-    DWORD code = fitting != 0 && is_due(now.any_remaining) ? fitting : 0;
-    if (const auto plan = now.planned.find(function);
-        plan != now.planned.end() && is_due(plan->second.remaining))
-        code = plan->second.code != 0 ? plan->second.code : fitting;
-    if (code != 0) {
-        ++now.failed;
-        now.last_failed = function;
-        SetLastError(code);
-    }
+    const auto plan = now.planned.find(function);
+    if (plan == now.planned.end() || !is_due(plan->second.remaining))
+        return 0;
+    const DWORD code = plan->second.code != 0 ? plan->second.code : fitting;
+    ++now.failed;
+    now.last_failed = function;
+    SetLastError(code);
     return code;
 }
 
@@ -86,7 +83,6 @@ void reset() {
 }
 
 void fail_call(const std::string& function, int nth, DWORD code) { state().planned[function] = {nth, code}; }
-void fail_any_call(int nth) { state().any_remaining = nth; }
 int failed_calls() { return state().failed; }
 std::string last_failed_call() { return state().last_failed; }
 void record_calls(bool on) { state().recording = on; }

@@ -67,14 +67,18 @@ const std::map<std::string, WholeSession::Values>& WholeSession::values() {
 
 WholeSession::WholeSession(const Disturbance& disturbance, const std::string& server) {
     socket_io_timeout = 1;
+    net_started = false;
     loopback::Listener listener;
     prepare(listener.port());
     add_steps();
     auto peer = std::async(std::launch::async, [&] { return serve_one(listener, server); });
     const ShortMemory memory(disturbance.memory, !disturbance.memory_stays_short);
-    substitute::fail_any_call(disturbance.call);
+    const std::size_t calls_before = substitute::calls().size();
+    substitute::fail_call(disturbance.function, disturbance.call);
     run_program();
-    substitute::fail_any_call(0);
+    substitute::fail_call(disturbance.function, 0);
+    calls_ = substitute::calls();
+    calls_.erase(calls_.begin(), calls_.begin() + static_cast<std::ptrdiff_t>(calls_before));
     memory_requests_ = ShortMemory::sizes().size();
     wake(listener);
     peer.get();

@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 /// What fails in a session; 0 stands for nothing.
 struct Disturbance {
-    /// The n-th call into the system.
+    /// The n-th call of this function of the system.
+    std::string function = {};
     int call = 0;
     /// The n-th request for memory of the network code.
     std::size_t memory = 0;
@@ -37,6 +39,8 @@ public:
     explicit WholeSession(const Disturbance& disturbance, const std::string& server = accepting_server);
     ~WholeSession() override;
 
+    /// The functions of the system that the program called, in order.
+    const std::vector<std::string>& calls() const { return calls_; }
     /// The function whose call failed; empty when none did.
     std::string failed_call() const;
     /// How often the network code asked for memory.
@@ -51,6 +55,7 @@ private:
     void visit(const char* title, void (*act)(HWND));
     void run_program();
 
+    std::vector<std::string> calls_;
     int exit_code_ = 0;
     std::size_t memory_requests_ = 0;
 };
