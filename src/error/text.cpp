@@ -62,6 +62,10 @@ std::string signed_number_text(std::int32_t value, bool two_digits) {
     return formatted(two_digits ? "%02i" : "%i", static_cast<int>(value));
 }
 
+std::string port_text(std::uint16_t port) {
+    return signed_number_text(static_cast<std::int16_t>(port), false);
+}
+
 std::string to_lower(const std::string& text) {
     std::string lower = text;
     for (char& byte : lower)

@@ -11,6 +11,8 @@
 std::string number_text(std::uint32_t value, bool two_digits);
 /// Likewise; a minus sign counts as one of the two characters.
 std::string signed_number_text(std::int32_t value, bool two_digits);
+/// How a port is shown: deliberately as a signed 16-bit number (65535 as -1), everywhere in the program.
+std::string port_text(std::uint16_t port);
 
 /// Each byte through the C library's tolower.
 std::string to_lower(const std::string& text);

@@ -1,19 +1,13 @@
 #include "net/address_block.h"
 
-#include <cstdio>
+#include "net/dotted.h"
+
 #include <cstring>
 
 namespace net {
 namespace {
 
 constexpr std::size_t first_capacity = 64;
-
-/// The octets of an address lie in memory in the order in which they are written.
-void write_dotted(char (&text)[16], std::uint32_t address) {
-    unsigned char octet[4];
-    std::memcpy(octet, &address, sizeof octet);
-    std::snprintf(text, sizeof text, "%d.%d.%d.%d", octet[0], octet[1], octet[2], octet[3]);
-}
 
 } // namespace
 

@@ -1,6 +1,7 @@
 #include "net/socket.h"
 
 #include "error/messages.h"
+#include "net/wait.h"
 #include "net/winsock_message.h"
 
 namespace {
@@ -23,9 +24,7 @@ const char* failed_connect(SOCKET handle) {
 
 /// Waits until a connect that is under way has succeeded (null) or not.
 const char* wait_connected(SOCKET handle) {
-    fd_set writable;
-    FD_ZERO(&writable);
-    FD_SET(handle, &writable);
+    fd_set writable = net::set_of(handle);
     fd_set excepted = writable;
     timeval limit{connect_timeout, 0};
     const int ready = select(0, nullptr, &writable, &excepted, &limit);

@@ -1,7 +1,6 @@
 #include "net/wait.h"
 
 namespace net {
-namespace {
 
 fd_set set_of(SOCKET handle) {
     fd_set set;
@@ -9,8 +8,6 @@ fd_set set_of(SOCKET handle) {
     FD_SET(handle, &set);
     return set;
 }
-
-} // namespace
 
 int wait_readable(SOCKET handle, int seconds) {
     fd_set set = set_of(handle);

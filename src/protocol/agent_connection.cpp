@@ -1,9 +1,9 @@
 #include "protocol/negotiation.h"
 
 #include "error/messages.h"
+#include "net/dotted.h"
 #include "net/memory.h"
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -13,10 +13,8 @@ std::string local_address(Stream* stream) {
     std::uint32_t address = 0;
     if (!socket_local_address(stream->socket, &address, nullptr))
         return "";
-    unsigned char part[4];
-    std::memcpy(part, &address, sizeof part);
-    char text[sizeof "255.255.255.255"];
-    std::snprintf(text, sizeof text, "%d.%d.%d.%d", part[0], part[1], part[2], part[3]);
+    char text[16];
+    net::write_dotted(text, address);
     return text;
 }
 

@@ -22,11 +22,6 @@ struct ConnectionFailure {
     std::string reason;
 };
 
-// Deliberate: ports are shown as signed 16-bit numbers (65535 as -1), while the connection uses the unsigned.
-std::string shown_port(std::uint16_t port) {
-    return signed_number_text(static_cast<std::int16_t>(port), false);
-}
-
 void warn(const std::string& text) {
     MessageBoxA(nullptr, text.c_str(), "Error testing connection", MB_ICONEXCLAMATION);
 }
@@ -39,7 +34,7 @@ void report_bad_port(const ServerItem& item) {
 void try_server(const std::string& host, std::uint16_t port, const Agent& agent,
                 std::vector<ConnectionFailure>& failures) {
     const HWND wait = open_wait_window("Testing connection to server \"" + host + "\" at port " +
-                                       shown_port(port) + ". Please be patient.");
+                                       port_text(port) + ". Please be patient.");
     // The reason is copied at once: its buffer is reused by the next messages.
     if (const char* reason = connect_and_negotiate(host.c_str(), port, agent.name.c_str(),
                                                    agent.domain.c_str(), nullptr, nullptr))
@@ -77,7 +72,7 @@ void report(const std::vector<ConnectionFailure>& failures) {
     for (const ConnectionFailure& failure : failures) {
         if (!text.empty())
             text += "\n\n";
-        text += "The connection to the server \"" + failure.host + "\" at port " + shown_port(failure.port) +
+        text += "The connection to the server \"" + failure.host + "\" at port " + port_text(failure.port) +
                 " failed. The reason was:\n\n" + failure.reason;
     }
     warn(text);

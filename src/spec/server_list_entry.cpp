@@ -23,15 +23,10 @@ void show_box(const std::string& text, const char* caption, UINT icon) {
     error::rethrow_kept();
 }
 
-/// Deliberately signed: a port above 32767 shows as a negative number, everywhere in the program.
-std::string shown_port(std::uint16_t port) {
-    return signed_number_text(static_cast<std::int16_t>(port), false);
-}
-
 /// The servers found, as a list text. A failure is shown and finds none.
 std::string scan(std::uint16_t port) {
     const HWND wait_window = open_wait_window("Scanning for Tavrin Servers running at port " +
-                                              shown_port(port) + ". Please be patient.");
+                                              port_text(port) + ". Please be patient.");
     char* block = nullptr;
     const char* const failure = scan_servers(port, &block);
     const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
@@ -55,7 +50,7 @@ void ServerListEntry::button_pressed() {
     std::string found = scan(port);
     // Deliberately also after a failed scan: its box comes first, this one second.
     if (found.empty()) {
-        show_box("No Tavrin Servers found at port " + shown_port(port), "No Tavrin Servers Found",
+        show_box("No Tavrin Servers found at port " + port_text(port), "No Tavrin Servers Found",
                  MB_ICONINFORMATION);
     } else {
         replace_value(std::move(found));

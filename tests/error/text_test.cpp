@@ -27,6 +27,13 @@ TEST(SignedNumberText, HasTwoDigitsWhereWanted) {
     EXPECT_EQ(signed_number_text(-2147483647 - 1, true), "-2147483648");
 }
 
+TEST(NumberText, ShowsPortsAsSignedNumbers) {
+    EXPECT_EQ(port_text(0), "0");
+    EXPECT_EQ(port_text(32767), "32767");
+    EXPECT_EQ(port_text(32768), "-32768");
+    EXPECT_EQ(port_text(65535), "-1");
+}
+
 TEST(ToLower, ChangesCapitalLettersOnly) {
     std::string all;
     std::string expected;
