@@ -1,0 +1,53 @@
+#pragma once
+/// Sockets whose calls fail, one at a time, towards a peer of the test's own.
+#include "error/messages.h"
+#include "net/socket.h"
+#include "platform/substitute/control.h"
+#include "support/loopback.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+/// What the socket layer says about a failure: what it did, the system's words and the number.
+inline std::string said(const std::string& before, DWORD code) {
+    return before + system_error_string(code) + " (" + std::to_string(code) + ")";
+}
+
+class FailingSockets : public testing::Test {
+protected:
+    FailingSockets() { substitute::reset(); }
+    void TearDown() override {
+        socket_io_timeout = 600;
+        EXPECT_EQ(substitute::open_sockets(), 0U) << "a socket was left open";
+        substitute::reset();
+        net_started = false;
+    }
+
+    const char* connect_to(std::uint16_t port, unsigned flags = connect_nonblocking) {
+        return socket_connect(loopback::address(), port, &socket_, flags);
+    }
+    /// Connects to a peer of this test's.
+    void connect_to_listener() {
+        ASSERT_EQ(connect_to(listener_.port()), nullptr);
+        waited_ = substitute::select_waits().size();
+    }
+    /// The waits since then.
+    std::vector<int> waits() const {
+        const std::vector<int> all = substitute::select_waits();
+        return {all.begin() + static_cast<std::ptrdiff_t>(waited_), all.end()};
+    }
+    void close() {
+        EXPECT_EQ(socket_close(socket_), nullptr);
+        listener_.close();
+    }
+    const char* receive() {
+        char octet = 0;
+        std::size_t received = 0;
+        return socket_recv(socket_, &octet, 1, &received);
+    }
+
+    loopback::Listener listener_;
+    Socket socket_;
+    std::size_t waited_ = 0;
+};
