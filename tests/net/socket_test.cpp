@@ -205,8 +205,13 @@ TEST_F(SocketLayer, ReportsAReceiveOnNoSocket) {
 }
 
 TEST_F(SocketLayer, ReportsAClosedPeerWhileSending) {
-    Peer peer([](Handle& connection) { loopback::reset(connection); });
+    // A reset that comes before the connect has been noticed would be the connect's.
+    Peer peer([](Handle& connection) {
+        loopback::receive(connection.get(), 1);
+        loopback::reset(connection);
+    });
     connect_to(peer.port());
+    ASSERT_EQ(socket_send(socket_, "x", 1), nullptr);
     peer.finish();
     // The reset is reported to the first send or, on some systems, to the one after it.
     const std::string much(std::size_t{1} << 20, 'x');
