@@ -5,8 +5,6 @@
 #include "net/discovery_packet.h"
 #include "net/udp.h"
 
-#include <chrono>
-
 namespace {
 
 constexpr int passes = 3;
@@ -51,9 +49,8 @@ const char* receive_answer(Socket& socket, net::AddressBlock& found) {
 }
 
 const char* receive_answers(Socket& socket, net::AddressBlock& found) {
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::seconds(scan_pass_limit);
-    while (socket_wait_readable(socket, silence_seconds) && Clock::now() < end) {
+    const auto end = GetTickCount64() + static_cast<std::uint64_t>(scan_pass_limit) * 1000;
+    while (socket_wait_readable(socket, silence_seconds) && GetTickCount64() < end) {
         if (const char* message = receive_answer(socket, found))
             return message;
     }

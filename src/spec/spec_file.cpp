@@ -1,19 +1,18 @@
 #include "spec/spec_file.h"
 
-#include <array>
-#include <fstream>
-#include <ios>
+#include <cstdio>
+#include <memory>
 
-/// Binary, since text mode would end the file at a Ctrl-Z on one system and not on the other.
+/// Binary, since text mode would end the file at a Ctrl-Z on one system and not on the other. The C library's
+/// files, since a stream would bring the whole of the locales into the program.
 std::optional<std::string> read_spec_file(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    std::array<char, 65536> chunk;
-    stream.read(chunk.data(), chunk.size());
-    // Some systems open a directory and then refuse to read it.
-    if (!stream.is_open() || stream.bad())
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (file == nullptr)
         return std::nullopt;
-    std::string bytes(chunk.data(), static_cast<std::size_t>(stream.gcount()));
-    while (stream.read(chunk.data(), chunk.size()), stream.gcount() > 0)
-        bytes.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
-    return bytes;
+    std::string bytes;
+    char chunk[65536];
+    while (const std::size_t size = std::fread(chunk, 1, sizeof chunk, file.get()))
+        bytes.append(chunk, size);
+    // Some systems open a directory and then refuse to read it.
+    return std::ferror(file.get()) != 0 ? std::nullopt : std::optional(std::move(bytes));
 }

@@ -49,7 +49,9 @@ void Box::press(int button) const {
     }
 }
 
-Tool::Tool() : process("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
+Tool::Tool() : Tool("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
+
+Tool::Tool(const std::string& command_line) : process(command_line) {}
 
 HWND Tool::find(const char* window_class, const std::string& caption) const {
     for (HWND window : windows_of(process.id()))

@@ -36,6 +36,8 @@ class Tool {
 public:
     /// Starts the program and waits for nothing.
     Tool();
+    /// Starts a copy of the program.
+    explicit Tool(const std::string& command_line);
 
     /// Waits for the main window.
     HWND window();

@@ -27,6 +27,9 @@ def imports():
         elif match := re.match(r"\t[0-9a-f]+\t\s*\d+\s+(\w+)", line):
             if dll not in RUNTIME:
                 found.add(match[1])
+    # What is loaded with its first call is not on that list.
+    for definition in (TOP / "cmake").glob("*.def"):
+        found.update(definition.read_text().split("EXPORTS")[1].split())
     return found
 
 

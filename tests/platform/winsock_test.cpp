@@ -56,6 +56,16 @@ TEST_F(Winsock, SelectEmptiesItsSetsWhenTimeIsOver) {
     EXPECT_FALSE(FD_ISSET(quiet.get(), &read));
 }
 
+TEST_F(Winsock, AWaitTakesItsTimeOnTheClock) {
+    loopback::Listener listener;
+    const Handle quiet = connected_to(listener.port());
+    fd_set read = set_of({quiet.get()});
+    timeval limit{0, 50'000};
+    const auto before = GetTickCount64();
+    EXPECT_EQ(select(0, &read, nullptr, nullptr, &limit), 0);
+    EXPECT_GE(GetTickCount64(), before + 30) << "the system's ticks are coarse";
+}
+
 TEST_F(Winsock, SelectFailsForWhatIsNoSocket) {
     SOCKET closed = INVALID_SOCKET;
     {

@@ -1,6 +1,7 @@
 #include <poll.h>
 
 #include "platform/substitute/calls.h"
+#include "platform/substitute/control/clock.h"
 #include "platform/substitute/kernel/kernel.h"
 #include "platform/substitute/sockets/winsock_calls.h"
 #include "platform/substitute/sockets/winsock_script.h"
@@ -45,16 +46,31 @@ template <typename Ready> int keep_ready(socket_set* set, Polled& polled, Ready 
     return static_cast<int>(kept);
 }
 
+/// A wait for the network takes its time on the substitute's clock too. It takes a millisecond at least, so
+/// that a program which waits again and again sees time pass.
+class TimedWait {
+public:
+    ~TimedWait() {
+        const auto waited = std::chrono::ceil<std::chrono::milliseconds>(passed());
+        if (substitute::watched())
+            substitute::advance_clock(static_cast<std::uint64_t>(std::max<std::int64_t>(waited.count(), 1)));
+    }
+    std::chrono::steady_clock::duration passed() const { return std::chrono::steady_clock::now() - start_; }
+
+private:
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
 /// poll() for as long as `timeout` says; a signal does not shorten the wait, as Winsock knows none.
 int poll_for(std::vector<pollfd>& entries, const timeval* timeout) {
     using namespace std::chrono;
     const auto wait =
         timeout == nullptr ? microseconds::max() : seconds(timeout->tv_sec) + microseconds(timeout->tv_usec);
-    const auto start = steady_clock::now();
+    const TimedWait timed;
     for (;;) {
         int rest = -1;
         if (timeout != nullptr) {
-            const auto left = ceil<milliseconds>(wait - (steady_clock::now() - start)).count();
+            const auto left = ceil<milliseconds>(wait - timed.passed()).count();
             rest = static_cast<int>(std::clamp<long long>(left, 0, std::numeric_limits<int>::max()));
         }
         const int result = ::poll(entries.data(), entries.size(), rest);
