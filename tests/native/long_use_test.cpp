@@ -1,0 +1,157 @@
+// Long use over the substitute: what is open at the end is what was open when everything had been done once,
+// and under AddressSanitizer nothing allocated is lost.
+#include "app/control_ids.h"
+#include "platform/main_window.h"
+#include "platform/substitute/control.h"
+#include "support/loopback.h"
+#include "support/program.h"
+#include "support/registry.h"
+#include "support/substitute/whole_session.h"
+
+#include <gmock/gmock.h>
+
+#include <iterator>
+#include <map>
+#include <thread>
+
+namespace {
+
+/// Accepts as many agents as are said to come, one after the other.
+class BusyServer {
+public:
+    explicit BusyServer(int agents) : thread_([this, agents] { serve(agents); }) {}
+    ~BusyServer() { thread_.join(); }
+    BusyServer(const BusyServer&) = delete;
+    BusyServer& operator=(const BusyServer&) = delete;
+    std::uint16_t port() const { return listener_.port(); }
+
+private:
+    void serve(int agents) {
+        for (int served = 0; served < agents; ++served) {
+            const loopback::Handle agent = listener_.accept();
+            if (agent.get() == INVALID_SOCKET)
+                return;
+            loopback::send_all(agent.get(), accepting_server);
+            loopback::receive_all(agent.get());
+        }
+    }
+
+    loopback::Listener listener_;
+    std::thread thread_;
+};
+
+struct Open {
+    std::size_t windows;
+    std::size_t sockets;
+    int keys;
+    int events;
+    int service_handles;
+    int device_contexts;
+    bool operator==(const Open&) const = default;
+};
+
+Open open_now() {
+    return {substitute::open_windows(),
+            substitute::open_sockets(),
+            substitute::open_keys(),
+            substitute::open_events(),
+            substitute::open_service_handles(),
+            substitute::call_count("GetDC") - substitute::call_count("ReleaseDC")};
+}
+
+std::ostream& operator<<(std::ostream& out, const Open& open) {
+    return out << open.windows << " windows, " << open.sockets << " sockets, " << open.keys << " keys, "
+               << open.events << " events, " << open.service_handles << " service handles, "
+               << open.device_contexts << " device contexts";
+}
+
+class LongUse : public ProgramTest {
+protected:
+    static constexpr int kFirst = 100;
+    static constexpr int kSwitches = 10000;
+    static constexpr int kTests = 1000;
+    static constexpr int kScans = 100;
+    static constexpr int kBoxes = 1000;
+
+    void prepare() {
+        substitute::record_calls(false);
+        substitute::keep_datagrams();
+        make_key(kAgentKey + "\\Certificates");
+        set_text(kAgentKey, "Servers", "127.0.0.1");
+        set_text(kAgentKey, "Port", std::to_string(server.port()));
+        spec_file("Agent", "SOFTWARE\\TavrinTests\\Agent\nAgent\n!Values\n"
+                           "$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$Port\nPort\nh\nInteger\n"
+                           "$Flag\nFlag\nh\nBoolean\n$Level\nLevel\nh\nOptions\nlow\nhigh\n"
+                           "$Modem\nModem\nh\nCOM\n$Folder\nFolder\nh\nDirectory\n$File\nFile\nh\nFile\nlog\n"
+                           "$Signal\nTavrinSignal\nh\nSignalEvent\n$Forget\nCertificates\nh\nRemoveKey\n"
+                           "$Servers\nServers\nh\nServerList\n"
+                           "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n");
+    }
+
+    /// Goes from page to page and edits the first control of each.
+    void switch_pages(int times) {
+        static constexpr const char* kTitles[] = {"Name",   "Domain", "Flag",   "Values", "Level",
+                                                  "Folder", "File",   "Forget", "Modem"};
+        for (int time = 0; time < times; ++time)
+            then([time] {
+                select(kTitles[static_cast<std::size_t>(time) % std::size(kTitles)]);
+                if (page())
+                    edit(page_controls().front(), time);
+            });
+        then([] { select("Name"); });
+    }
+    static void edit(HWND control, int time) {
+        SetWindowTextA(control, time % 2 ? "one" : "two");
+        SendMessageA(control, BM_CLICK, 0, 0);
+        SendMessageA(control, CB_SETCURSEL, static_cast<WPARAM>(time % 2), 0);
+    }
+    void test_the_connection(int times) {
+        for (int time = 0; time < times; ++time)
+            then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
+    }
+    void scan(int times) {
+        then([] { select("Servers"); });
+        for (int time = 0; time < times; ++time)
+            then([] {
+                for (int pass = 1; pass <= 3; ++pass)
+                    substitute::time_out_select(pass);
+                SendMessageA(page_controls().back(), BM_CLICK, 0, 0);
+            });
+        then([] { select("Name"); });
+    }
+    void open_and_close_boxes(int times) {
+        then([] { select("Signal"); });
+        for (int time = 0; time < times; ++time)
+            then([] { SendMessageA(page_controls().front(), BM_CLICK, 0, 0); });
+        then([] { select("Name"); });
+    }
+
+    BusyServer server{kFirst + kTests};
+};
+
+TEST_F(LongUse, LeavesNothingOpen) {
+    prepare();
+    Open before = {};
+    Open after = {};
+    switch_pages(kFirst);
+    test_the_connection(kFirst);
+    scan(kFirst);
+    open_and_close_boxes(kFirst);
+    then([&] { before = open_now(); });
+    switch_pages(kSwitches);
+    test_the_connection(kTests);
+    scan(kScans);
+    open_and_close_boxes(kBoxes);
+    then([&] { after = open_now(); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(open_now(), (Open{0, 1, 0, 0, 0, 0})) << "the socket is the server's own";
+    std::map<std::string, int> seen;
+    for (const SeenBox& box : boxes.seen())
+        ++seen[box.caption];
+    EXPECT_EQ(seen, (std::map<std::string, int>{{"Connection test successful", kFirst + kTests},
+                                                {"No Tavrin Servers Found", kFirst + kScans},
+                                                {"Action taken", kFirst + kBoxes}}));
+}
+
+} // namespace
