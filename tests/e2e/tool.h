@@ -71,6 +71,8 @@ public:
     bool shows_wait_window() const;
 
     bool running() const { return process.running(); }
+    /// The process, open for everything.
+    HANDLE process_handle() const { return process.handle(); }
     /// Waits for the program's end.
     DWORD exit_code(int seconds = 90) { return process.exit_code(seconds); }
     /// What the program wrote to its standard error stream.

@@ -1,0 +1,55 @@
+#pragma once
+/// Somebody who uses the program for months, at the pace of messages.
+#include "e2e/tool.h"
+
+namespace soak {
+
+/// Uses a program that shows the sample, whose servers are those of the stage. Whatever does not come throws
+/// std::runtime_error.
+class BusyUser {
+public:
+    explicit BusyUser(e2e::Tool& tool);
+
+    /// Goes from page to page and edits what each shows; ends on the first page. Two rounds leave every
+    /// setting as the two before them did.
+    void switch_pages(int rounds);
+    int pages_of_a_round() const { return static_cast<int>(round.size()); }
+    /// Tests the connection and closes the box that says that all is well.
+    void test_the_connection(int times);
+    /// Scans for servers; each scan takes some three seconds.
+    void scan(int times);
+    /// Signals the agent, which opens a box, and closes it.
+    void open_and_close_boxes(int times);
+
+    /// How many texts have come and gone: the help of each page and the message of each box.
+    int texts_shown() const { return texts; }
+    int wait_windows_shown() const { return wait_windows; }
+
+private:
+    struct Visit {
+        e2e::TreePath path;
+        /// What an edit control gets in turn; nothing is edited on the pages of buttons.
+        const char* texts[2];
+    };
+    struct Stop {
+        HTREEITEM item;
+        std::string title;
+        const char* texts[2];
+    };
+    static const Visit kVisits[];
+
+    void select(const Stop& stop);
+    void show(const e2e::TreePath& path);
+    void edit(const Stop& stop, int time);
+    /// Waits for the box with this caption, closes it and waits until it is gone.
+    void close_box(const std::string& caption);
+
+    e2e::Tool& tool;
+    HWND tree;
+    std::vector<Stop> round;
+    HTREEITEM selected = nullptr;
+    int texts = 0;
+    int wait_windows = 0;
+};
+
+} // namespace soak
