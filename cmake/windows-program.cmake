@@ -34,4 +34,6 @@ function(tavrin_windows_program)
     target_link_options(tavrinconfig PRIVATE
         -s -L${TAVRIN_RUNTIME}
         -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+    # What of other people's libraries went into the program; the package's bill of materials is written from it.
+    target_link_options(tavrinconfig PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinconfig.map)
 endfunction()

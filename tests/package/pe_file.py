@@ -2,7 +2,7 @@
 import collections
 import struct
 
-IMPORTS, RELOCATIONS, DEBUG, DELAYED_IMPORTS = 1, 5, 6, 13  # places in the directory
+IMPORTS, RESOURCES, RELOCATIONS, DEBUG, DELAYED_IMPORTS = 1, 2, 5, 6, 13  # places in the directory
 
 RELOCS_STRIPPED = 0x0001  # file characteristics
 HIGH_ENTROPY_VA, DYNAMIC_BASE, NX_COMPAT = 0x0020, 0x0040, 0x0100  # DLL characteristics
@@ -38,23 +38,24 @@ class PeFile:
         return Section(name.rstrip(b"\0").decode(), address, size, file_offset, file_size,
                        self._number("<I", offset + 36))
 
-    def _offset(self, address):
+    def offset_of(self, address):
+        """Where in the file an address lies."""
         for section in self.sections:
             if section.address <= address < section.address + section.file_size:
                 return section.offset + address - section.address
         raise ValueError(f"address {address:#x} is in no section")
 
     def _text(self, address):
-        start = self._offset(address)
+        start = self.offset_of(address)
         return self.bytes[start : self.bytes.index(b"\0", start)].decode()
 
     def imports(self):
         """Pairs of DLL (in small letters) and function; an import by number is '#' and the number."""
         found = []
-        table = self._offset(self.directory[IMPORTS][0])
+        table = self.offset_of(self.directory[IMPORTS][0])
         while (entry := struct.unpack_from("<5I", self.bytes, table)) != (0, 0, 0, 0, 0):
             dll = self._text(entry[3]).lower()
-            found += [(dll, name) for name in self._imported_names(self._offset(entry[0] or entry[4]))]
+            found += [(dll, name) for name in self._imported_names(self.offset_of(entry[0] or entry[4]))]
             table += 20
         return found
 
@@ -66,7 +67,7 @@ class PeFile:
     def relocated_addresses(self):
         """The addresses of all 64-bit relocations."""
         address, size = self.directory[RELOCATIONS]
-        found, offset = [], self._offset(address) if size else 0
+        found, offset = [], self.offset_of(address) if size else 0
         end = offset + size
         while offset < end:
             page, block_size = struct.unpack_from("<II", self.bytes, offset)

@@ -2,6 +2,8 @@
 import collections
 import struct
 
+import pe_file
+
 ICON, GROUP_ICON, VERSION, MANIFEST = 3, 14, 16, 24  # kinds of resources
 
 Picture = collections.namedtuple("Picture", "width height bits data")
@@ -11,23 +13,15 @@ class Resources:
     """What lies under `self.found[kind, name]`: a list of octets, one item a language; names are numbers or texts."""
 
     def __init__(self, path):
-        self.file = path.read_bytes()
-        header = self._number("<I", 0x3C) + 4
-        sections, optional_size = self._number("<H", header + 2), self._number("<H", header + 16)
-        address = self._number("<I", header + 20 + 112 + 8 * 2)
-        for place in range(sections):
-            _, start, size, offset = struct.unpack_from("<4I", self.file, header + 20 + optional_size + 40 * place + 8)
-            if start <= address < start + size:
-                self.root, self.shift = offset + address - start, offset - start
+        program = pe_file.PeFile(path)
+        self.file = program.bytes
+        self.root = program.offset_of(program.directory[pe_file.RESOURCES][0])
         self.found = collections.defaultdict(list)
         for kind, kind_offset in self._entries(self.root):
             for name, name_offset in self._entries(kind_offset):
                 for _, leaf in self._entries(name_offset):
                     start, size = struct.unpack_from("<II", self.file, leaf)
-                    self.found[kind, name].append(self.file[start + self.shift :][:size])
-
-    def _number(self, form, offset):
-        return struct.unpack_from(form, self.file, offset)[0]
+                    self.found[kind, name].append(self.file[program.offset_of(start) :][:size])
 
     def _entries(self, table):
         """Name and place of what a table of the resource tree lists."""
@@ -40,7 +34,7 @@ class Resources:
         if not name & 0x80000000:
             return name
         start = self.root + (name & 0x7FFFFFFF)
-        length = self._number("<H", start)
+        (length,) = struct.unpack_from("<H", self.file, start)
         return self.file[start + 2 : start + 2 + 2 * length].decode("utf-16-le")
 
     def only(self, kind, name):

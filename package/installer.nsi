@@ -1,0 +1,171 @@
+; The installer, and the program that removes what it installed.
+; script/package calls makensis with VERSION, NUMBERS (four, with dots), KILOBYTES, STAGE (the folder with what is
+; packed), FILES (a list of File instructions, sorted), ICON and OUTPUT; with SIGN, a command that signs a file.
+;
+; Options: /S asks nothing; /SAMPLE registers the sample; /D=FOLDER, at the end and without quotes.
+; Exit codes: 0 done, 1 cancelled, 2 failed, 3 the program is open and nothing was changed.
+Target amd64-unicode
+SetCompressor /SOLID lzma
+RequestExecutionLevel admin
+ManifestDPIAware true
+XPStyle on
+CRCCheck force
+
+!include FileFunc.nsh
+!include LogicLib.nsh
+!include Sections.nsh
+
+!define NAME "Tavrin Configuration"
+!define PROGRAM "$INSTDIR\tavrinconfig.exe"
+!define SAMPLE_FILE "$INSTDIR\sample\sample.spec"
+!define ENTRY "Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"
+; The program's own key; a value in it is a spec file.
+!define LIST "SOFTWARE\Tavrin\TRConfig"
+!define SAMPLE_NAME "Tavrin Sample"
+!define SAMPLE_KEY "SOFTWARE\Tavrin\Sample"
+
+Name "${NAME}"
+Caption "${NAME} ${VERSION}"
+UninstallCaption "Remove ${NAME} ${VERSION}"
+BrandingText " "
+OutFile "${OUTPUT}"
+Icon "${ICON}"
+UninstallIcon "${ICON}"
+InstallDir "$PROGRAMFILES64\${NAME}"
+InstallDirRegKey HKLM "${ENTRY}" "InstallLocation"
+ShowInstDetails show
+ShowUninstDetails show
+!ifdef SIGN
+    !uninstfinalize '${SIGN} "%1"' = 0
+!endif
+
+VIProductVersion "${NUMBERS}"
+VIFileVersion "${NUMBERS}"
+VIAddVersionKey ProductName "${NAME}"
+VIAddVersionKey ProductVersion "${VERSION}"
+VIAddVersionKey FileVersion "${VERSION}"
+VIAddVersionKey FileDescription "Installs ${NAME}"
+VIAddVersionKey CompanyName "The tavrinconfig authors"
+VIAddVersionKey LegalCopyright "Copyright (c) 2026 The tavrinconfig authors. MIT License."
+
+Page components
+Page directory
+Page instfiles
+UninstPage uninstConfirm
+UninstPage instfiles
+
+ComponentText "The program edits the settings of the Tavrin Agent on this computer." "" "Choose what to install:"
+DirText "${NAME} is installed in the following folder." "Folder"
+UninstallText "The program, its guides, its entry in the Start menu and the sample are removed. The agent, its settings and spec files that you registered yourself stay." "Folder:"
+
+; Windows lets nobody write to the file of a running program. Stops, with nothing changed, unless the person closes it.
+!macro StopWhileOpen WHAT
+    ${DoWhile} ${FileExists} "${PROGRAM}"
+        ClearErrors
+        FileOpen $0 "${PROGRAM}" a
+        ${IfNot} ${Errors}
+            FileClose $0
+            ${ExitDo}
+        ${EndIf}
+        DetailPrint "${NAME} is open."
+        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "${NAME} is open, maybe in another person's session, and cannot be ${WHAT} meanwhile.$\r$\n$\r$\nClose it and press Retry, or press Cancel to leave everything as it is." /SD IDCANCEL IDCANCEL`
+            SetErrorLevel 3
+            Quit
+        ${EndIf}
+    ${Loop}
+!macroend
+
+!macro Setup
+    SetRegView 64
+    SetShellVarContext all
+!macroend
+
+Section "The program and its guides" ProgramSection
+    SectionIn RO
+    !insertmacro StopWhileOpen "replaced"
+    ; Another version may have had other guides.
+    RMDir /r "$INSTDIR\guides"
+    !include "${FILES}"
+    SetOutPath "$INSTDIR"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    CreateShortCut "$SMPROGRAMS\${NAME}.lnk" "${PROGRAM}"
+
+    WriteRegStr HKLM "${ENTRY}" "DisplayName" "${NAME}"
+    WriteRegStr HKLM "${ENTRY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr HKLM "${ENTRY}" "Publisher" "The tavrinconfig authors"
+    WriteRegStr HKLM "${ENTRY}" "DisplayIcon" "${PROGRAM}"
+    WriteRegStr HKLM "${ENTRY}" "InstallLocation" "$INSTDIR"
+    WriteRegStr HKLM "${ENTRY}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+    WriteRegStr HKLM "${ENTRY}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+    WriteRegDWORD HKLM "${ENTRY}" "EstimatedSize" ${KILOBYTES}
+    WriteRegDWORD HKLM "${ENTRY}" "NoModify" 1
+    WriteRegDWORD HKLM "${ENTRY}" "NoRepair" 1
+SectionEnd
+
+Section /o "Sample settings, registered, to try it out" SampleSection
+    SetOutPath "$INSTDIR\sample"
+    File "${STAGE}\sample\sample.spec"
+    ; What is registered under this name already stays.
+    ReadRegStr $0 HKLM "${LIST}" "${SAMPLE_NAME}"
+    ${If} $0 == ""
+        ClearErrors
+        EnumRegValue $1 HKLM "${LIST}" 0
+        ${If} ${Errors}
+            WriteRegDWORD HKLM "${ENTRY}" "MadeList" 1
+        ${EndIf}
+        WriteRegStr HKLM "${LIST}" "${SAMPLE_NAME}" "${SAMPLE_FILE}"
+    ${EndIf}
+    ClearErrors
+    EnumRegValue $1 HKLM "${SAMPLE_KEY}" 0
+    ${If} ${Errors}
+        WriteRegDWORD HKLM "${ENTRY}" "MadeSample" 1
+        WriteRegStr HKLM "${SAMPLE_KEY}" "Text" "Hello"
+        WriteRegStr HKLM "${SAMPLE_KEY}" "Number" "42"
+        WriteRegStr HKLM "${SAMPLE_KEY}" "Question" "true"
+        WriteRegStr HKLM "${SAMPLE_KEY}" "Choice" "green"
+        WriteRegStr HKLM "${SAMPLE_KEY}" "Folder" "$WINDIR"
+    ${EndIf}
+SectionEnd
+
+Function .onInit
+    !insertmacro Setup
+    ${GetParameters} $0
+    ClearErrors
+    ${GetOptions} $0 "/SAMPLE" $1
+    ${IfNot} ${Errors}
+    ${OrIf} ${FileExists} "${SAMPLE_FILE}"
+        !insertmacro SelectSection ${SampleSection}
+    ${EndIf}
+FunctionEnd
+
+Function un.onInit
+    !insertmacro Setup
+FunctionEnd
+
+Section Uninstall
+    !insertmacro StopWhileOpen "removed"
+    ReadRegStr $0 HKLM "${LIST}" "${SAMPLE_NAME}"
+    ${If} $0 == "${SAMPLE_FILE}"
+        DeleteRegValue HKLM "${LIST}" "${SAMPLE_NAME}"
+    ${EndIf}
+    ReadRegDWORD $0 HKLM "${ENTRY}" "MadeSample"
+    ${If} $0 = 1
+        DeleteRegKey HKLM "${SAMPLE_KEY}"
+    ${EndIf}
+    ReadRegDWORD $0 HKLM "${ENTRY}" "MadeList"
+    ${If} $0 = 1
+        DeleteRegKey /ifempty HKLM "${LIST}"
+        DeleteRegKey /ifempty HKLM "SOFTWARE\Tavrin"
+    ${EndIf}
+    DeleteRegKey HKLM "${ENTRY}"
+    Delete "$SMPROGRAMS\${NAME}.lnk"
+    Delete "${SAMPLE_FILE}"
+    RMDir "$INSTDIR\sample"
+    RMDir /r "$INSTDIR\guides"
+    Delete "$INSTDIR\LICENSE.txt"
+    Delete "$INSTDIR\LICENSE-runtime.txt"
+    Delete "${PROGRAM}"
+    Delete "$INSTDIR\uninstall.exe"
+    ; Stays when somebody keeps files of their own in it.
+    RMDir "$INSTDIR"
+SectionEnd

@@ -1,0 +1,112 @@
+"""Writes the bill of materials (SPDX 2.3, JSON) of a package: the program, what the linker took from other people's
+libraries (its map file says so), and what makes the installer.
+
+usage: materials.py VERSION PROGRAM MAP FILE...      (FILE: the packages; the time is SOURCE_DATE_EPOCH)
+"""
+import datetime
+import hashlib
+import json
+import os
+import pathlib
+import re
+import subprocess
+import sys
+
+GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
+
+# Name of a part -> licence, supplier, and which of the linker's files belong to it.
+PARTS = {
+    "GCC runtime libraries": (GCC_LICENCE, "Free Software Foundation", r"/gcc/"),
+    "winpthreads": ("MIT AND BSD-3-Clause", "The mingw-w64 project", r"/lib(win)?pthread\.a$"),
+    "MinGW-w64 runtime": ("ZPL-2.1", "The mingw-w64 project", r"/x86_64-w64-mingw32/lib/"),
+}
+
+
+def linked_files(linker_map):
+    """The libraries and object files outside the project from which the linker took something."""
+    found = set()
+    text = linker_map.read_text(errors="replace")
+    members, rest = text.split("\nDiscarded input sections", 1)
+    found.update(re.findall(r"^(/\S+?)\(", members, re.MULTILINE))
+    found.update(re.findall(r"^LOAD (/\S+\.o)$", rest, re.MULTILINE))
+    return sorted({os.path.normpath(file) for file in found})
+
+
+def linked_parts(linker_map):
+    """Part -> the files that it stands for."""
+    parts = {}
+    for file in linked_files(linker_map):
+        names = [name for name, (_, _, place) in PARTS.items() if re.search(place, file)]
+        if not names:
+            raise SystemExit(f"materials: {file} was linked and belongs to no part that is known here")
+        parts.setdefault(names[0], []).append(file)
+    return parts
+
+
+def debian_version(file):
+    """The Debian package that brought a file, and its version."""
+    real = os.path.realpath(file)
+    owner = subprocess.check_output(["dpkg", "-S", real], text=True).split(":")[0]
+    return owner, subprocess.check_output(["dpkg-query", "-W", "-f", "${Version}", owner], text=True)
+
+
+def identifier(name):
+    return "SPDXRef-" + re.sub(r"[^A-Za-z0-9.]+", "-", name)
+
+
+def package(name, version, licence, supplier, **more):
+    return {"SPDXID": identifier(name), "name": name, "versionInfo": version, "licenseConcluded": licence,
+            "licenseDeclared": licence, "copyrightText": "NOASSERTION", "downloadLocation": "NOASSERTION",
+            "filesAnalyzed": False, "supplier": f"Organization: {supplier}", **more}
+
+
+def file_package(path, version):
+    digest = hashlib.sha256(path.read_bytes()).hexdigest()
+    return package(path.name, version, "MIT", "The tavrinconfig authors", packageFileName=path.name,
+                   checksums=[{"algorithm": "SHA256", "checksumValue": digest}])
+
+
+def part_package(name, files):
+    licence, supplier, _ = PARTS[name]
+    versions = sorted({debian_version(file) for file in files})
+    return package(name, ", ".join(sorted({version for _, version in versions})), licence, supplier,
+                   sourceInfo="Debian: " + ", ".join(f"{owner} {version}" for owner, version in versions),
+                   licenseComments="The texts of all licences are in LICENSE-runtime.txt.",
+                   comment="Linked: " + ", ".join(sorted({os.path.basename(file) for file in files})))
+
+
+def installer_package():
+    owner, version = debian_version("/usr/share/nsis/Stubs/lzma_solid-amd64-unicode")
+    return package("NSIS installer stub", version, "Zlib AND CPL-1.0", "NSIS contributors",
+                   sourceInfo=f"Debian: {owner} {version}",
+                   comment="Its decompression code is under CPL-1.0, with the permission to be part of installers.")
+
+
+def relations(names):
+    return [{"spdxElementId": identifier(one), "relationshipType": kind, "relatedSpdxElement": identifier(other)}
+            for one, kind, other in names]
+
+
+def document(version, program, linker_map, files):
+    parts = linked_parts(linker_map)
+    stub = installer_package()
+    packages = [file_package(file, version) for file in [program, *files]]
+    packages += [part_package(name, parts[name]) for name in sorted(parts)] + [stub]
+    links = [("DOCUMENT", "DESCRIBES", file.name) for file in files]
+    links += [(file.name, "CONTAINS", program.name) for file in files]
+    links += [(program.name, "STATIC_LINK", name) for name in sorted(parts)]
+    links += [(file.name, "CONTAINS", stub["name"]) for file in files if file.name.endswith("-setup.exe")]
+    digest = hashlib.sha256(b"".join(file.read_bytes() for file in files)).hexdigest()
+    created = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)
+    return {"spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",
+            "name": f"tavrinconfig-{version}",
+            "documentNamespace": f"urn:sha256:{digest}",
+            "creationInfo": {"created": created.strftime("%Y-%m-%dT%H:%M:%SZ"),
+                             "creators": ["Organization: The tavrinconfig authors", "Tool: script/package"]},
+            "packages": packages, "relationships": relations(links)}
+
+
+if __name__ == "__main__":
+    paths = [pathlib.Path(argument) for argument in sys.argv[2:]]
+    json.dump(document(sys.argv[1], paths[0], paths[1], paths[2:]), sys.stdout, indent=2)
+    print()
