@@ -32,7 +32,7 @@ function(tavrin_windows_program)
     target_link_libraries(tavrinconfig PRIVATE tavrin tavrin_warnings)
     set_target_properties(tavrinconfig PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
     target_link_options(tavrinconfig PRIVATE
-        -s -L${TAVRIN_RUNTIME}
+        $<$<CONFIG:Release>:-s> -L${TAVRIN_RUNTIME}
         -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
     # What of other people's libraries went into the program; the package's bill of materials is written from it.
     target_link_options(tavrinconfig PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinconfig.map)
