@@ -1,0 +1,131 @@
+"""The commands and paths that the guides name exist, and so do the options; every script explains itself."""
+import json
+import os
+import re
+import subprocess
+import sys
+import unittest
+
+from guide import FENCE, GUIDES, TOP, fences, prose
+
+SCRIPTS = sorted((TOP / "script").iterdir())
+CONFIGURED = json.loads((TOP / "CMakePresets.json").read_text())["configurePresets"]
+PRESETS = {preset["name"] for preset in CONFIGURED if not preset.get("hidden")}
+FOLDERS = ("src", "tests", "docs", "examples", "bench", "cmake", "script")
+TAKES_PRESETS = ("script/build", "script/suites")
+# A pattern, a placeholder, or the file that the contributors' example adds.
+PATTERN = re.compile(r"[*<{]|N[A-Z]|password_entry")
+RUNS_ANOTHER = ("script/wine", "script/display", "script/isolated")
+
+
+def commands(guide):
+    """Code in a guide, one line each: spans, indented lines, shell blocks."""
+    text = guide.read_text()
+    for block in fences(text, "sh"):
+        yield from block.splitlines()
+    yield from re.findall(r"^    (\S.*)$", prose(text), re.M)
+    yield from re.findall(r"`([^`\n]+)`", prose(text))
+
+
+def words(command):
+    """The words of a command, without the comment behind it."""
+    return [word for part in re.split(r"\s#\s|&&", command)[:1 if " # " in command else None]
+            for word in part.split()]
+
+
+def output_of(*command):
+    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
+
+
+def help_of(script):
+    return output_of(TOP / "script/help", script)
+
+
+def every_command():
+    for guide in GUIDES:
+        for command in commands(guide):
+            yield guide.name, command, words(command)
+
+
+class Commands(unittest.TestCase):
+    def check(self, look):
+        """Lets `look` judge the words of every command."""
+        for guide, command, parts in every_command():
+            with self.subTest(guide=guide, command=command):
+                look(parts)
+
+    def test_scripts_and_their_options_exist(self):
+        def look(parts):
+            for place, word in enumerate(parts):
+                if not re.fullmatch(r"script/[a-z]+", word):
+                    continue
+                self.assertTrue(os.access(TOP / word, os.X_OK), f"no script {word}")
+                for option in [] if word in RUNS_ANOTHER else parts[place + 1:]:
+                    if option.startswith("--") and option != "--help":
+                        self.assertIn(option.split("=")[0], help_of(word))
+        self.check(look)
+
+    def test_presets_exist(self):
+        def look(parts):
+            named = [after for word, after in zip(parts, parts[1:]) if word == "--preset"]
+            if parts and parts[0] in TAKES_PRESETS:
+                named += [word for word in parts[1:] if re.fullmatch("[a-z]+", word)]
+            self.assertLessEqual(set(named), PRESETS)
+        self.check(look)
+
+    def test_paths_exist(self):
+        def look(parts):
+            for word in parts:
+                path = word.rstrip(".,:;")
+                named = path.split("/")[0] in FOLDERS and "/" in path and not PATTERN.search(path)
+                self.assertTrue(not named or (TOP / path).exists(), path)
+        self.check(look)
+
+    def test_suites_exist(self):
+        suites = {f"{folder.name}_tests" for folder in (TOP / "tests").iterdir() if folder.is_dir()}
+
+        def look(parts):
+            self.assertLessEqual(set(re.findall(r"\b[a-z0-9]+_tests\b", " ".join(parts))), suites)
+        self.check(look)
+
+    def test_options_of_the_sample_server_exist(self):
+        known = output_of(sys.executable, TOP / "examples/sample_server", "--help")
+
+        def look(parts):
+            for option in parts if "examples/sample_server" in parts[:2] else []:
+                if option.startswith("--"):
+                    self.assertIn(option, known)
+        self.check(look)
+
+
+class Scripts(unittest.TestCase):
+    def test_every_script_explains_itself(self):
+        for script in SCRIPTS:
+            with self.subTest(script=script.name):
+                # Looked at before it is called, for a script that does not know the option would do its work.
+                self.assertIn("--help", script.read_text())
+                text = help_of(script.name)
+                self.assertIn(f"usage: script/{script.name}", text)
+                self.assertEqual(output_of(script, "--help").strip(), text.strip())
+
+    def test_one_command_lists_them_all(self):
+        listed = output_of(TOP / "script/help")
+        named = [line.split()[0] for line in listed.splitlines()]
+        self.assertEqual(named, [f"script/{script.name}" for script in SCRIPTS])
+        for line in listed.splitlines():
+            self.assertRegex(line, r"^script/\w+ +[A-Z].*\.$")
+
+    def test_hosted_machines_call_these_scripts(self):
+        workflow = (TOP / ".github/workflows/ci.yml").read_text()
+        called = re.findall(r"run: (script/\w+)$", workflow, re.M)
+        self.assertEqual(called, ["script/setup", "script/test"])
+        self.assertIn('"$(dirname "$0")/../script/test"', (TOP / ".ci/run").read_text())
+
+    def test_blocks_are_labelled(self):
+        for guide in GUIDES:
+            for label, content in FENCE.findall(guide.read_text()):
+                self.assertTrue(label or guide.name == "system-calls.md", f"{guide.name}: {content[:60]}")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,57 @@
+"""Every link and picture in the guides leads somewhere, every picture is shown, and the drawing is right."""
+import re
+import subprocess
+import unittest
+
+from guide import GUIDES, TOP, prose
+
+LARGEST_PICTURES = 300 * 1024
+
+
+def anchor_of(heading):
+    """What a link to the heading looks like: letters, digits, hyphens and underscores in lower case."""
+    return re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
+
+
+def anchors(guide):
+    return {anchor_of(heading) for heading in re.findall(r"^#+ +(.*)$", prose(guide.read_text()), re.M)}
+
+
+def links(guide):
+    return re.findall(r"\]\(([^)\s]+)\)", re.sub(r"`[^`]*`", "", prose(guide.read_text())))
+
+
+class Links(unittest.TestCase):
+    def test_every_link_leads_somewhere(self):
+        for guide in GUIDES:
+            for link in links(guide):
+                name, _, anchor = link.partition("#")
+                target = (guide.parent / name) if name else guide
+                with self.subTest(guide=guide.name, link=link):
+                    self.assertTrue(target.is_file())
+                    self.assertTrue(not anchor or anchor in anchors(target), "no such heading")
+
+    def test_headings_of_one_guide_differ(self):
+        for guide in GUIDES:
+            headings = re.findall(r"^#+ +(.*)$", prose(guide.read_text()), re.M)
+            if guide.name != "CHANGELOG.md":
+                self.assertEqual(len(headings), len(anchors(guide)), guide.name)
+
+    def test_every_guide_is_found_from_the_readme(self):
+        readme = {(TOP / link.partition("#")[0]).resolve() for link in links(TOP / "README.md")}
+        self.assertEqual([guide.name for guide in GUIDES[1:] if guide not in readme], [])
+
+    def test_every_picture_is_shown(self):
+        shown = {(guide.parent / link).resolve() for guide in GUIDES for link in links(guide)}
+        pictures = list((TOP / "docs/pictures").iterdir())
+        self.assertEqual([picture.name for picture in pictures if picture not in shown], [])
+        self.assertLess(sum(picture.stat().st_size for picture in pictures), LARGEST_PICTURES)
+
+    def test_the_drawing_shows_what_includes_what(self):
+        command = [TOP / "script/house", "--check"]
+        checked = subprocess.run(command, capture_output=True, text=True, check=False)
+        self.assertEqual((checked.returncode, checked.stderr), (0, ""))
+
+
+if __name__ == "__main__":
+    unittest.main()
