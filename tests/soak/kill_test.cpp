@@ -49,8 +49,18 @@ protected:
             e2e::install_agent();
     }
 
+    /// An agent that was told to stop or to start does so without the program.
+    static void wait_until_settled() {
+        if (*GetParam().service)
+            e2e::wait_for("a settled service", [] {
+                const DWORD state = e2e::agent_state();
+                return state == SERVICE_STOPPED || state == SERVICE_RUNNING;
+            });
+    }
+
     void prepare() const {
         values.make_old();
+        wait_until_settled();
         if (*GetParam().service && e2e::agent_state() != SERVICE_RUNNING)
             e2e::start_agent();
     }
@@ -77,11 +87,12 @@ protected:
         values.edit_all(tool);
         const double start = begin(tool);
         if (GetParam().from == From::first_write)
-            while (values.count_new() < values.size()) {
-            }
+            e2e::wait_for("the last write", [&] { return values.count_new() == values.size(); });
         else
             tool.exit_code();
-        return milliseconds() - start;
+        const double took = milliseconds() - start;
+        tool.exit_code(); // or the destructor would end it while the service is being started
+        return took;
     }
 
     void kill_after(double delay) const {
@@ -97,10 +108,7 @@ protected:
 
     /// What a user does after the accident: starts the program, looks, changes something and presses OK.
     void recover() const {
-        if (*GetParam().service) // an agent that was told to stop or to start does so without the program
-            e2e::wait_for("a settled service", [] {
-                return e2e::agent_state() == SERVICE_STOPPED || e2e::agent_state() == SERVICE_RUNNING;
-            });
+        wait_until_settled();
         e2e::Tool tool;
         values.expect_shown(tool);
         values.edit_first(tool, "after the accident");
