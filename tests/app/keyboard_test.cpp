@@ -1,7 +1,10 @@
+#include "app/keyboard.h"
+
 #include "app/control_ids.h"
 #include "platform/main_window.h"
 #include "support/program.h"
 #include "support/registry.h"
+#include "support/test_window.h"
 
 #include <gmock/gmock.h>
 
@@ -139,6 +142,17 @@ TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
     then([&] { EXPECT_EQ(boxes.seen().size(), 1u); });
     then_focus_is(main_control(kTestConnectionId));
     EXPECT_EQ(run(), 0);
+}
+
+class EmptyWindow : public TestWindow {};
+
+TEST_F(EmptyWindow, TabIsTakenThoughThereIsNowhereToGo) {
+    MSG tab{};
+    tab.hwnd = window;
+    tab.message = WM_KEYDOWN;
+    tab.wParam = VK_TAB;
+    EXPECT_TRUE(move_focus(window, tab));
+    EXPECT_EQ(GetFocus(), window);
 }
 
 } // namespace

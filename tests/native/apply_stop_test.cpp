@@ -67,6 +67,15 @@ TEST_F(Apply, AQuitMessageThatArrivesWhileStoppingIsKeptForTheProgramsLoop) {
     EXPECT_EQ(message.wParam, 5u);
 }
 
+TEST_F(Apply, WindowsGetTheirMessagesWhileTheServiceStops) {
+    agent({.stop_time = 1000});
+    const HWND other = CreateWindowExA(0, "Static", "other", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
+                                       nullptr, nullptr, nullptr);
+    substitute::when_peeked([other] { PostMessageA(other, WM_CLOSE, 0, 0); });
+    boxes_after_apply({IDYES});
+    EXPECT_FALSE(IsWindow(other));
+}
+
 TEST_F(Apply, TheWaitWindowIsThereWhileStoppingAndClosesByItsPostedMessage) {
     agent({.stop_time = 1000});
     HWND wait_window = nullptr;

@@ -126,4 +126,13 @@ TEST_F(SignalPage, ThrowsOutOfTheProcedureWhatTheEventFails) {
     }
 }
 
+TEST_F(SignalPage, HasNothingToStore) {
+    show();
+    BaseEntry& page = *entry;
+    page.read();
+    page.write();
+    EXPECT_FALSE(page.changed());
+    EXPECT_TRUE(IsWindow(button())) << "the page is as it was";
+}
+
 } // namespace
