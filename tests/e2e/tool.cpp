@@ -30,6 +30,11 @@ std::string message_of(HWND box) {
     return "";
 }
 
+std::string tested_program() {
+    const std::string given = environment("TAVRIN_TESTED_PROGRAM");
+    return given.empty() ? program_folder() + "\\tavrinconfig.exe" : given;
+}
+
 void post_click(HWND button) { PostMessageA(button, BM_CLICK, 0, 0); }
 
 } // namespace
@@ -49,7 +54,7 @@ void Box::press(int button) const {
     }
 }
 
-Tool::Tool() : Tool("\"" + program_folder() + "\\tavrinconfig.exe\"") {}
+Tool::Tool() : Tool("\"" + tested_program() + "\"") {}
 
 Tool::Tool(const std::string& command_line) : process(command_line) {}
 

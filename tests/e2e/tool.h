@@ -34,7 +34,7 @@ struct Page {
 /// A run of the program. Whatever is waited for and does not come throws std::runtime_error.
 class Tool {
 public:
-    /// Starts the program and waits for nothing.
+    /// Starts the program, or the one that TAVRIN_TESTED_PROGRAM names, and waits for nothing.
     Tool();
     /// Starts a copy of the program.
     explicit Tool(const std::string& command_line);
