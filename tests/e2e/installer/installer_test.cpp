@@ -1,0 +1,191 @@
+// The packed program is installed, started, upgraded and removed as on a user's machine. Run by
+// tests/e2e/install, in a Wine prefix of its own.
+#include "e2e/agent.h"
+#include "e2e/installer/setup.h"
+#include "e2e/tool.h"
+#include "e2e/wait.h"
+#include "e2e/window.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <memory>
+
+namespace e2e {
+namespace {
+
+using testing::IsSupersetOf;
+
+const TreePath kSampleNumber = {"Tavrin Sample", "Look around", "A number"};
+
+/// A machine without the program and without a configuration.
+class Installer : public testing::Test {
+protected:
+    void SetUp() override { clean(); }
+    void TearDown() override { clean(); }
+
+    static void clean() {
+        if (!read_value(kEntryKey, "QuietUninstallString").empty())
+            remove_all();
+        std::filesystem::remove_all(folder());
+        delete_key("SOFTWARE\\Tavrin");
+    }
+    static std::string sample_file() { return (folder() / "sample\\sample.spec").string(); }
+    static std::string version() { return read_value(kEntryKey, "DisplayVersion"); }
+};
+
+/// A program that is open while somebody installs or removes.
+class WhileOpen : public Installer {
+protected:
+    void SetUp() override {
+        Installer::SetUp();
+        ASSERT_EQ(run_to_end(older() + " /S /SAMPLE"), 0U);
+        before_ = traces();
+        tool_ = std::make_unique<Tool>(installed_program());
+        tool_->select(kSampleNumber);
+    }
+    void TearDown() override {
+        tool_.reset();
+        Installer::TearDown();
+    }
+    void close_tool() {
+        tool_->press(kClose);
+        ASSERT_EQ(tool_->exit_code(), 0U);
+    }
+    void expect_nothing_changed() const {
+        EXPECT_EQ(version(), "0.0.9");
+        EXPECT_EQ(traces(), before_);
+        EXPECT_TRUE(tool_->running());
+    }
+
+private:
+    std::vector<std::string> before_;
+    std::unique_ptr<Tool> tool_;
+};
+
+TEST_F(Installer, InstallsProgramGuidesLinkAndEntry) {
+    ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
+    const std::string home = folder().string();
+    EXPECT_THAT(traces(),
+                IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
+                              home + "\\LICENSE-runtime.txt", home + "\\guides\\administrator.md",
+                              home + "\\guides\\pictures\\page-text.png", home + "\\uninstall.exe"}));
+    EXPECT_EQ(target_of(start_menu_link()), home + "\\tavrinconfig.exe");
+    EXPECT_EQ(read_value(kEntryKey, "DisplayName"), "Tavrin Configuration");
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+    EXPECT_EQ(read_value(kEntryKey, "Publisher"), "The tavrinconfig authors");
+    EXPECT_EQ(read_value(kEntryKey, "DisplayIcon"), home + "\\tavrinconfig.exe");
+    EXPECT_EQ(read_value(kEntryKey, "InstallLocation"), home);
+    EXPECT_EQ(read_value(kEntryKey, "UninstallString"), "\"" + home + "\\uninstall.exe\"");
+    EXPECT_GT(entry_number("EstimatedSize"), 300U);
+    EXPECT_LT(entry_number("EstimatedSize"), 3000U);
+    EXPECT_EQ(entry_number("NoModify") + entry_number("NoRepair"), 2U);
+    // For who wants to look at its signature.
+    std::filesystem::copy_file(folder() / "uninstall.exe", environment("TAVRIN_KEEP"),
+                               std::filesystem::copy_options::overwrite_existing);
+}
+
+TEST_F(Installer, RegistersNothingUnlessAsked) {
+    ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
+    HKEY key = nullptr;
+    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Tavrin", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+    EXPECT_FALSE(std::filesystem::exists(sample_file()));
+}
+
+TEST_F(Installer, RegistersTheSampleAndTheProgramOpensIt) {
+    ASSERT_EQ(run_to_end(newer() + " /S /SAMPLE"), 0U);
+    EXPECT_EQ(read_value(kListKey, kSampleName), sample_file());
+    Tool tool(installed_program());
+    tool.select(kSampleNumber);
+    EXPECT_EQ(text_of(tool.page("A number").controls[0]), "42");
+    tool.press(kClose);
+    EXPECT_EQ(tool.exit_code(), 0U);
+}
+
+TEST_F(Installer, LeavesWhatSomebodyElseRegistered) {
+    write_value(kListKey, "Agent", "C:\\agent.spec");
+    write_value(kListKey, kSampleName, "C:\\own.spec");
+    write_value(kSampleKey, "Text", "own text");
+    const std::vector<std::string> before = traces();
+    ASSERT_EQ(run_to_end(newer() + " /S /SAMPLE"), 0U);
+    remove_all();
+    EXPECT_EQ(traces(), before);
+    EXPECT_EQ(read_value(kListKey, "Agent"), "C:\\agent.spec");
+    EXPECT_EQ(read_value(kListKey, kSampleName), "C:\\own.spec");
+    EXPECT_EQ(read_value(kSampleKey, "Text"), "own text");
+}
+
+TEST_F(Installer, RemovesItselfWithoutATrace) {
+    const std::vector<std::string> before = traces();
+    ASSERT_EQ(run_to_end(newer() + " /S /SAMPLE"), 0U);
+    ASSERT_NE(traces(), before);
+    remove_all();
+    EXPECT_EQ(traces(), before);
+}
+
+TEST_F(Installer, LeavesAFileOfThePersonsOwn) {
+    ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
+    std::ofstream(folder() / "mine.txt") << "mine";
+    remove_all();
+    std::vector<std::string> left;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder()))
+        left.push_back(entry.path().filename().string());
+    EXPECT_THAT(left, testing::ElementsAre("mine.txt"));
+}
+
+TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
+    const std::filesystem::path chosen = environment("ProgramFiles") + "\\Chosen";
+    ASSERT_EQ(run_to_end(older() + " /S /SAMPLE /D=" + chosen.string()), 0U);
+    write_value(kSampleKey, "Number", "43");
+    std::ofstream(chosen / "guides\\old.md") << "what the newer version no longer has";
+    const auto old_size = std::filesystem::file_size(chosen / "tavrinconfig.exe");
+    ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+    EXPECT_NE(std::filesystem::file_size(chosen / "tavrinconfig.exe"), old_size);
+    EXPECT_FALSE(std::filesystem::exists(chosen / "guides\\old.md"));
+    EXPECT_FALSE(std::filesystem::exists(folder()));
+    EXPECT_EQ(read_value(kSampleKey, "Number"), "43");
+    EXPECT_EQ(read_value(kListKey, kSampleName), (chosen / "sample\\sample.spec").string());
+    run_to_end(read_value(kEntryKey, "QuietUninstallString"));
+    wait_for(
+        "the end of the removal", [&] { return !std::filesystem::exists(chosen); }, 120);
+}
+
+TEST_F(WhileOpen, SilentUpgradeAndRemovalChangeNothing) {
+    EXPECT_EQ(run_to_end(newer() + " /S"), kProgramIsOpen);
+    expect_nothing_changed();
+    EXPECT_EQ(run_to_end(uninstaller_in_place()), kProgramIsOpen);
+    expect_nothing_changed();
+    close_tool();
+    EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+}
+
+TEST_F(WhileOpen, UpgradeSaysSoAndCanBeCancelled) {
+    Dialog installer(newer());
+    installer.press("&Next >");
+    installer.press("&Install");
+    EXPECT_EQ(installer.box_text(),
+              "Tavrin Configuration is open, maybe in another person's session, and cannot be replaced "
+              "meanwhile.\r\n\r\nClose it and press Retry, or press Cancel to leave everything as it is.");
+    installer.answer(IDCANCEL);
+    EXPECT_EQ(installer.exit_code(), kProgramIsOpen);
+    expect_nothing_changed();
+}
+
+TEST_F(WhileOpen, UpgradeGoesOnAfterTheProgramIsClosed) {
+    Dialog installer(newer());
+    installer.press("&Next >");
+    installer.press("&Install");
+    installer.box_text();
+    installer.answer(IDRETRY);
+    installer.box_text(); // still open
+    close_tool();
+    installer.answer(IDRETRY);
+    installer.press("&Close");
+    EXPECT_EQ(installer.exit_code(), 0U);
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+}
+
+} // namespace
+} // namespace e2e
