@@ -2,18 +2,19 @@
 
 namespace {
 
-HTREEITEM insert_item(HWND tree, HTREEITEM parent, HTREEITEM after, const std::string& text) {
+HTREEITEM insert_item(HWND tree, HTREEITEM parent, HTREEITEM after, std::string_view text) {
+    const std::string shown(text);
     TVINSERTSTRUCTA insertion{};
     insertion.hParent = parent;
     insertion.hInsertAfter = after;
     insertion.item.mask = TVIF_TEXT;
-    insertion.item.pszText = const_cast<char*>(text.c_str());
+    insertion.item.pszText = const_cast<char*>(shown.c_str());
     return reinterpret_cast<HTREEITEM>(
         SendMessageA(tree, TVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&insertion)));
 }
 
 HTREEITEM insert_node(Configuration& configuration, HWND tree, HTREEITEM parent, HTREEITEM after,
-                      const std::string& text) {
+                      std::string_view text) {
     const HTREEITEM item = insert_item(tree, parent, after, text);
     configuration.node_items.insert(item);
     return item;

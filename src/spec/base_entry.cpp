@@ -4,7 +4,7 @@
 #include "spec/controls.h"
 
 #include <cstdio>
-#include <utility>
+#include <string>
 
 namespace {
 
@@ -22,9 +22,6 @@ LRESULT CALLBACK group_box_procedure(HWND window, UINT message, WPARAM wparam, L
 }
 
 } // namespace
-
-BaseEntry::BaseEntry(std::string title, std::string help_text)
-    : title_(std::move(title)), help_text_(std::move(help_text)) {}
 
 void BaseEntry::select(HWND parent) {
     if (selected_) {
@@ -48,8 +45,9 @@ void BaseEntry::deselect(HWND parent) {
 }
 
 void BaseEntry::create_group_box(HWND parent) {
-    group_box_ = CreateWindowExA(0, "Button", title_.c_str(), WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 0, 0, 0, 0,
-                                 parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
+    group_box_ =
+        CreateWindowExA(0, "Button", std::string(title_).c_str(), WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 0, 0,
+                        0, 0, parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
     error::rethrow_kept();
     if (group_box_ == nullptr)
         throw std::string("Unable to create group box");
@@ -60,8 +58,9 @@ void BaseEntry::create_group_box(HWND parent) {
 
 void BaseEntry::createControls(HWND parent) {
     create_group_box(parent);
+    const std::string help_text(help_text_);
     help_static_ =
-        create_child(group_box_, {"Static", help_text_.c_str(), 0, 0, "Unable to create help text static"});
+        create_child(group_box_, {"Static", help_text.c_str(), 0, 0, "Unable to create help text static"});
 }
 
 void BaseEntry::destroyControls(HWND) {

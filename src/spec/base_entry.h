@@ -7,19 +7,21 @@
 #include "store/data_manipulator.h"
 
 #include <map>
-#include <string>
+#include <string_view>
 
 /// Every concrete entry derives from this class and from exactly one store class, which realises the shared
 /// DataManipulator. There is no virtual destructor: entries live until the process ends, and who owns one
 /// knows its kind (see OwnedEntry).
 class BaseEntry : public virtual DataManipulator {
 public:
-    BaseEntry(std::string title, std::string help_text);
+    /// Both texts must outlive the entry: they stand in the text of the spec file, which the configuration
+    /// owns.
+    BaseEntry(std::string_view title, std::string_view help_text) : title_(title), help_text_(help_text) {}
     BaseEntry(const BaseEntry&) = delete;
     BaseEntry& operator=(const BaseEntry&) = delete;
 
-    const std::string& title() const { return title_; }
-    const std::string& help_text() const { return help_text_; }
+    std::string_view title() const { return title_; }
+    std::string_view help_text() const { return help_text_; }
 
     /// Creates the page's controls in `parent`, the main window, places them and shows the value. Throws a
     /// text (std::string) when a control cannot be created.
@@ -48,8 +50,8 @@ protected:
 private:
     void create_group_box(HWND parent);
 
-    std::string title_;
-    std::string help_text_;
+    std::string_view title_;
+    std::string_view help_text_;
     WNDPROC previous_procedure_ = nullptr;
     bool selected_ = false;
     HWND help_static_ = nullptr;

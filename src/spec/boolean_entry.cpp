@@ -9,9 +9,8 @@ constexpr PageControl checkbox{
     {"Button", "Enabled", BS_AUTOCHECKBOX, 0, "Unable to create checkbox control"}, 25, 15, BN_CLICKED};
 }
 
-BooleanEntry::BooleanEntry(CommonRegKey binding, std::string title, std::string help_text)
-    : SingleControlEntry(std::move(title), std::move(help_text), checkbox), CommonRegKey(std::move(binding)) {
-}
+BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, checkbox), CommonRegKey(std::move(binding)) {}
 
 void BooleanEntry::showValue() {
     const bool on = to_lower(value()) == "true";

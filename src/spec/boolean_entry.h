@@ -7,7 +7,7 @@
 
 class BooleanEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    BooleanEntry(CommonRegKey binding, std::string title, std::string help_text);
+    BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
 
     /// Checks the box exactly when the value is "true" in any letter case.
     void showValue() override;

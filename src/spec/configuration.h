@@ -39,6 +39,8 @@ public:
     bool has_changes() const;
 
     const bool connectionTestOnly;
+    /// The spec file as it was read. The entries' titles, help texts and value names stand in it.
+    std::string spec_text;
     /// The key below HKEY_LOCAL_MACHINE under which all values of this configuration live.
     std::string registryPath;
     std::string name;

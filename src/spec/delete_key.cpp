@@ -7,9 +7,8 @@ constexpr PageControl checkbox{
     {"Button", "Delete", BS_AUTOCHECKBOX, 0, "Unable to create checkbox delete control"}, 25, 15, BN_CLICKED};
 }
 
-DeleteKey::DeleteKey(DeleteRegKey binding, std::string title, std::string help_text)
-    : SingleControlEntry(std::move(title), std::move(help_text), checkbox), DeleteRegKey(std::move(binding)) {
-}
+DeleteKey::DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, checkbox), DeleteRegKey(std::move(binding)) {}
 
 void DeleteKey::showValue() {
     EnableWindow(control(), exists() ? TRUE : FALSE);

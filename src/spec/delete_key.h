@@ -7,7 +7,7 @@
 
 class DeleteKey final : public SingleControlEntry, public DeleteRegKey {
 public:
-    DeleteKey(DeleteRegKey binding, std::string title, std::string help_text);
+    DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text);
 
     /// Without the key there is nothing to ask for: the box is disabled and never asked.
     void showValue() override;

@@ -59,8 +59,8 @@ OwnedItem browse(HWND owner, PathBuffer& start) {
 
 } // namespace
 
-DirectorySelector::DirectorySelector(CommonRegKey binding, std::string title, std::string help_text)
-    : TextAndButtonEntry(std::move(binding), std::move(title), std::move(help_text), folder_box) {}
+DirectorySelector::DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : TextAndButtonEntry(std::move(binding), title, help_text, folder_box) {}
 
 void DirectorySelector::button_pressed() {
     PathBuffer start{};

@@ -6,7 +6,7 @@
 
 class DirectorySelector final : public TextAndButtonEntry {
 public:
-    DirectorySelector(CommonRegKey binding, std::string title, std::string help_text);
+    DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text);
 
 private:
     void button_pressed() override;

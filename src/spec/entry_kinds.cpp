@@ -44,12 +44,11 @@ Lines read_titles(LineReader& lines) {
 /// The texts that every entry is made with, after its own first argument.
 template <typename Entry, typename First, typename... More>
 OwnedEntry entry_of(const Subspec& subspec, First first, More&&... more) {
-    return make_entry<Entry>(std::move(first), std::string(subspec.title), std::string(subspec.help_text),
-                             std::forward<More>(more)...);
+    return make_entry<Entry>(std::move(first), subspec.title, subspec.help_text, std::forward<More>(more)...);
 }
 
 CommonRegKey binding(const Subspec& subspec, const Configuration& configuration) {
-    return {HKEY_LOCAL_MACHINE, configuration.registryPath, std::string(subspec.value_name),
+    return {HKEY_LOCAL_MACHINE, configuration.registryPath, subspec.value_name,
             !configuration.connectionTestOnly};
 }
 

@@ -44,10 +44,9 @@ bool choose_file(const PathBuffer& filter, PathBuffer& file) {
 
 } // namespace
 
-FileSelector::FileSelector(CommonRegKey binding, std::string title, std::string help_text,
+FileSelector::FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
                            std::string extension)
-    : TextAndButtonEntry(std::move(binding), std::move(title), std::move(help_text), file_box),
-      extension_(std::move(extension)) {}
+    : TextAndButtonEntry(std::move(binding), title, help_text, file_box), extension_(std::move(extension)) {}
 
 void FileSelector::button_pressed() {
     PathBuffer file{};

@@ -7,7 +7,8 @@
 class FileSelector final : public TextAndButtonEntry {
 public:
     /// `extension` has no dot; empty for files of every name.
-    FileSelector(CommonRegKey binding, std::string title, std::string help_text, std::string extension);
+    FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
+                 std::string extension);
 
 private:
     void button_pressed() override;

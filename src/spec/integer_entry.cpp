@@ -20,9 +20,8 @@ std::string plain_decimal(const std::string& text) {
 
 } // namespace
 
-IntegerEntry::IntegerEntry(CommonRegKey binding, std::string title, std::string help_text)
-    : SingleControlEntry(std::move(title), std::move(help_text), number_box),
-      CommonRegKey(std::move(binding)) {}
+IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, number_box), CommonRegKey(std::move(binding)) {}
 
 void IntegerEntry::showValue() { show_text(control(), plain_decimal(value())); }
 

@@ -8,7 +8,7 @@
 
 class IntegerEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    IntegerEntry(CommonRegKey binding, std::string title, std::string help_text);
+    IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
 
     void showValue() override;
     void takeValue() override;

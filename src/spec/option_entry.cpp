@@ -13,9 +13,9 @@ constexpr std::size_t longest_shown_option = 1023;
 
 } // namespace
 
-OptionEntry::OptionEntry(CommonRegKey binding, std::string title, std::string help_text,
+OptionEntry::OptionEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
                          std::vector<std::string> options)
-    : SingleControlEntry(std::move(title), std::move(help_text), combo_box), CommonRegKey(std::move(binding)),
+    : SingleControlEntry(title, help_text, combo_box), CommonRegKey(std::move(binding)),
       options_(std::move(options)) {}
 
 void OptionEntry::createControls(HWND parent) {

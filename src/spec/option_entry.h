@@ -10,7 +10,7 @@
 
 class OptionEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    OptionEntry(CommonRegKey binding, std::string title, std::string help_text,
+    OptionEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
                 std::vector<std::string> options);
 
     void createControls(HWND parent) override;

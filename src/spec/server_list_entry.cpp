@@ -40,10 +40,9 @@ std::string scan(std::uint16_t port) {
 
 } // namespace
 
-ServerListEntry::ServerListEntry(CommonRegKey binding, std::string title, std::string help_text,
+ServerListEntry::ServerListEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
                                  const Configuration& configuration)
-    : TextAndButtonEntry(std::move(binding), std::move(title), std::move(help_text), server_box),
-      configuration_(configuration) {}
+    : TextAndButtonEntry(std::move(binding), title, help_text, server_box), configuration_(configuration) {}
 
 void ServerListEntry::button_pressed() {
     const auto port = static_cast<std::uint16_t>(configuration_.integer_by_title("Port"));

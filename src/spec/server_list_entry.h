@@ -10,7 +10,7 @@ class Configuration;
 class ServerListEntry final : public TextAndButtonEntry {
 public:
     /// `configuration` built the entry and outlives it; its entry "Port" tells where servers listen.
-    ServerListEntry(CommonRegKey binding, std::string title, std::string help_text,
+    ServerListEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
                     const Configuration& configuration);
 
 private:

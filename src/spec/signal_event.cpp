@@ -10,9 +10,8 @@ constexpr PageControl execute_button{
     {"Button", "Execute", 0, 0, "Unable to create scan button"}, 32, 22, never_reported};
 } // namespace
 
-SignalEvent::SignalEvent(std::string event_name, std::string title, std::string help_text)
-    : SingleControlEntry(std::move(title), std::move(help_text), execute_button),
-      event_name_(std::move(event_name)) {}
+SignalEvent::SignalEvent(std::string event_name, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, execute_button), event_name_(std::move(event_name)) {}
 
 LRESULT SignalEvent::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))

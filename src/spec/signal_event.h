@@ -7,7 +7,7 @@
 
 class SignalEvent final : public SingleControlEntry, public NoDataManipulator {
 public:
-    SignalEvent(std::string event_name, std::string title, std::string help_text);
+    SignalEvent(std::string event_name, std::string_view title, std::string_view help_text);
 
     void showValue() override {}
     void takeValue() override {}

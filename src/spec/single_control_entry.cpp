@@ -2,8 +2,9 @@
 
 #include <utility>
 
-SingleControlEntry::SingleControlEntry(std::string title, std::string help_text, const PageControl& kind)
-    : BaseEntry(std::move(title), std::move(help_text)), kind_(kind) {}
+SingleControlEntry::SingleControlEntry(std::string_view title, std::string_view help_text,
+                                       const PageControl& kind)
+    : BaseEntry(title, help_text), kind_(kind) {}
 
 void SingleControlEntry::createControls(HWND parent) {
     BaseEntry::createControls(parent);

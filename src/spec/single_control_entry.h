@@ -21,7 +21,7 @@ struct PageControl {
 class SingleControlEntry : public BaseEntry {
 public:
     /// `kind` must outlive the entry.
-    SingleControlEntry(std::string title, std::string help_text, const PageControl& kind);
+    SingleControlEntry(std::string_view title, std::string_view help_text, const PageControl& kind);
 
     void createControls(HWND parent) override;
     void destroyControls(HWND parent) override;

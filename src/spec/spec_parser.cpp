@@ -6,6 +6,7 @@
 #include "spec/spec_file.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -19,7 +20,7 @@ std::string unknown_type(const Subspec& subspec) {
 
 class SpecParser {
 public:
-    SpecParser(Configuration& target, std::string_view text) : target_(target), lines_(text) {}
+    explicit SpecParser(Configuration& target) : target_(target), lines_(target.spec_text) {}
 
     void parse(const std::string& registry_value_name);
 
@@ -121,17 +122,18 @@ void SpecParser::report_unknown_type(const Subspec& subspec) const {
 
 } // namespace
 
-void parse_spec(Configuration& target, const std::string& registry_value_name, std::string_view text) {
-    SpecParser(target, text).parse(registry_value_name);
+void parse_spec(Configuration& target, const std::string& registry_value_name, std::string text) {
+    target.spec_text = std::move(text);
+    SpecParser(target).parse(registry_value_name);
 }
 
 /// Here and not beside the lookups, so that the entries may use the lookups and the parser the entries.
 Configuration::Configuration(const std::string& registry_value_name, const std::string& path,
                              bool connection_test_only)
     : connectionTestOnly(connection_test_only) {
-    const std::optional<std::string> text = read_spec_file(path);
-    if (!text && connectionTestOnly)
+    std::optional<std::string> file = read_spec_file(path);
+    if (!file && connectionTestOnly)
         throw "Unable to open file: " + path;
-    if (text)
-        parse_spec(*this, registry_value_name, *text);
+    if (file)
+        parse_spec(*this, registry_value_name, std::move(*file));
 }

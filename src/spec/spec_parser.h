@@ -17,10 +17,9 @@
 /// type "Integer", and the service name follows the subspecs of a group. Blank lines between groups are
 /// skipped.
 #include <string>
-#include <string_view>
 
 class Configuration;
 
-/// Fills `target`, which must be fresh, from the text of a spec file; `registry_value_name` becomes the name
-/// of an old file's configuration. Throws a text (std::string) on the first error.
-void parse_spec(Configuration& target, const std::string& registry_value_name, std::string_view text);
+/// Fills `target`, which must be fresh, from the text of a spec file, which it keeps; `registry_value_name`
+/// becomes the name of an old file's configuration. Throws a text (std::string) on the first error.
+void parse_spec(Configuration& target, const std::string& registry_value_name, std::string text);

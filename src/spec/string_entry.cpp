@@ -7,9 +7,8 @@ constexpr PageControl text_box{
     {"Edit", "", ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, "Unable to create text entry control"}, 30, 20, EN_CHANGE};
 }
 
-StringEntry::StringEntry(CommonRegKey binding, std::string title, std::string help_text)
-    : SingleControlEntry(std::move(title), std::move(help_text), text_box), CommonRegKey(std::move(binding)) {
-}
+StringEntry::StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, text_box), CommonRegKey(std::move(binding)) {}
 
 void StringEntry::showValue() { show_text(control(), value()); }
 

@@ -7,7 +7,7 @@
 
 class StringEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    StringEntry(CommonRegKey binding, std::string title, std::string help_text);
+    StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
 
     void showValue() override;
     void takeValue() override;

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-TextAndButtonEntry::TextAndButtonEntry(CommonRegKey binding, std::string title, std::string help_text,
-                                       const TextAndButton& kind)
-    : BaseEntry(std::move(title), std::move(help_text)), CommonRegKey(std::move(binding)), kind_(kind) {}
+TextAndButtonEntry::TextAndButtonEntry(CommonRegKey binding, std::string_view title,
+                                       std::string_view help_text, const TextAndButton& kind)
+    : BaseEntry(title, help_text), CommonRegKey(std::move(binding)), kind_(kind) {}
 
 void TextAndButtonEntry::createControls(HWND parent) {
     BaseEntry::createControls(parent);

@@ -23,7 +23,7 @@ struct TextAndButton {
 class TextAndButtonEntry : public BaseEntry, public CommonRegKey {
 public:
     /// `kind` must outlive the entry.
-    TextAndButtonEntry(CommonRegKey binding, std::string title, std::string help_text,
+    TextAndButtonEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
                        const TextAndButton& kind);
 
     void createControls(HWND parent) override;

@@ -5,25 +5,35 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
-CommonRegKey::CommonRegKey(HKEY root, std::string path, std::string value_name, bool read_now)
-    : root_(root), path_(std::move(path)), value_name_(std::move(value_name)) {
+CommonRegKey::CommonRegKey(HKEY root, const std::string& path, std::string_view value_name, bool read_now)
+    : root_(root), path_(&path), value_name_(value_name) {
     if (read_now)
         CommonRegKey::read();
 }
 
 void CommonRegKey::read() {
-    const RegistryKeyHandle key(root_, path_, KEY_QUERY_VALUE);
+    const RegistryKeyHandle key(root_, *path_, KEY_QUERY_VALUE);
     if (!key)
-        throw "Cannot open path \"" + path_ + "\" for reading";
-    value_ = query_value_text(key.get(), value_name_.c_str()).value_or("");
-    stored_value_ = value_;
+        throw "Cannot open path \"" + *path_ + "\" for reading";
+    value_ = query_value_text(key.get(), std::string(value_name_).c_str()).value_or("");
+    stored_value_.reset();
+}
+
+void CommonRegKey::set_value(std::string value) {
+    if (value == value_)
+        return;
+    if (!stored_value_)
+        stored_value_ = std::make_unique<std::string>(std::move(value_));
+    value_ = std::move(value);
 }
 
 void CommonRegKey::write() {
-    const RegistryKeyHandle key(root_, path_, KEY_SET_VALUE);
+    const RegistryKeyHandle key(root_, *path_, KEY_SET_VALUE);
     if (!key)
-        throw "Cannot open path \"" + path_ + "\" for writing";
+        throw "Cannot open path \"" + *path_ + "\" for writing";
+    const std::string name(value_name_);
     // A text of up to 1,023 characters is written with its terminating zero, so that at most 1,024 bytes are.
     // A longer one fills the buffer and is written as 1,024 bytes without a terminator. The system, given a
     // string without one, looks at the byte behind and takes it along when it is zero; the value would then
@@ -33,8 +43,8 @@ void CommonRegKey::write() {
     buffer[kValueBufferSize] = '#';
     const auto end = std::find(buffer, buffer + kValueBufferSize, '\0');
     const auto size = std::min(static_cast<DWORD>(end - buffer) + 1, kValueBufferSize);
-    if (RegSetValueExA(key.get(), value_name_.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(buffer),
-                       size) != ERROR_SUCCESS)
-        throw "Cannot write key " + value_name_;
-    stored_value_ = value_;
+    if (RegSetValueExA(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(buffer), size) !=
+        ERROR_SUCCESS)
+        throw "Cannot write key " + name;
+    stored_value_.reset();
 }

@@ -88,7 +88,7 @@ protected:
             if (!group.name.empty())
                 tree += "    " + group.name + "\n";
             for (const OwnedEntry& entry : group.entries)
-                tree += indent + entry->title() + ": " + page_of(*entry) + "\n";
+                tree += indent + std::string(entry->title()) + ": " + page_of(*entry) + "\n";
         }
         return tree;
     }

@@ -41,7 +41,7 @@ TEST_F(Apply, WritesInAscendingOrderOfTreeItems) {
     std::vector<std::string> order;
     for (FakeEntry* entry : {&first, &second, &third}) {
         entry->is_changed = true;
-        entry->on_write = [&order, entry] { order.push_back(entry->title()); };
+        entry->on_write = [&order, entry] { order.emplace_back(entry->title()); };
     }
     configuration.serviceName.clear();
     configuration.entry_items = {{reinterpret_cast<HTREEITEM>(30), &first},

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 /// An entry without a control of its own that notes what is asked of it.
 class NotingEntry final : public BaseEntry, public NoDataManipulator {
 public:
-    NotingEntry(std::string title, std::string help) : BaseEntry(std::move(title), std::move(help)) {}
+    NotingEntry(std::string_view title, std::string_view help) : BaseEntry(title, help) {}
 
     void createControls(HWND parent) override {
         log.emplace_back("create");

@@ -17,7 +17,7 @@ class CommonRegKeys : public CleanSystem {
 protected:
     CommonRegKeys() { make_key(kTestKey); }
 
-    static CommonRegKey opened(const std::string& name = "v") {
+    static CommonRegKey opened(std::string_view name = "v") {
         return {HKEY_LOCAL_MACHINE, kTestKey, name, true};
     }
     /// What is read of a value with these bytes.

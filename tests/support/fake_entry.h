@@ -3,12 +3,12 @@
 #include "spec/base_entry.h"
 
 #include <functional>
-#include <string>
+#include <string_view>
 #include <utility>
 
 class FakeEntry : public BaseEntry {
 public:
-    explicit FakeEntry(std::string title) : BaseEntry(std::move(title), "help of a fake") {}
+    explicit FakeEntry(std::string_view title) : BaseEntry(title, "help of a fake") {}
     virtual ~FakeEntry() = default;
 
     bool is_changed = false;

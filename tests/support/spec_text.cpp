@@ -57,7 +57,7 @@ void listen(const char* format, std::va_list arguments) {
 
 std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test_only) {
     auto configuration = std::make_unique<Configuration>(connection_test_only);
-    parse_spec(*configuration, "From registry", text);
+    parse_spec(*configuration, "From registry", std::string(text));
     return configuration;
 }
 
@@ -70,8 +70,8 @@ std::string describe(const Configuration& configuration) {
     for (const Group& group : configuration.groups) {
         description += "!" + group.name + "\n";
         for (const OwnedEntry& entry : group.entries)
-            description +=
-                std::string(kind_of(*entry)) + "|" + entry->title() + "|" + entry->help_text() + "\n";
+            description += std::string(kind_of(*entry)) + "|" + std::string(entry->title()) + "|" +
+                           std::string(entry->help_text()) + "\n";
     }
     return description;
 }
