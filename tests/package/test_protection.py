@@ -13,12 +13,11 @@ TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 PROGRAM = pathlib.Path(os.environ.get("TAVRIN_PROGRAM", TOP / "build/windows/tavrinconfig.exe"))
 
 # All of Windows itself. The first group is loaded from the system's folder alone, whatever lies beside the
-# program: they are known DLLs. The manifest says which comctl32 is meant. The last one is looked for by name, and
-# therefore loaded only after the program has closed its own folder to the search.
-KNOWN_DLLS = {"advapi32.dll", "comdlg32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "shell32.dll",
-              "user32.dll", "ws2_32.dll"}
+# program: they are known DLLs. The manifest says which comctl32 is meant. The last group is loaded only
+# after the program has closed its own folder to the search: iphlpapi.dll since it is looked for by name.
+KNOWN_DLLS = {"advapi32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "user32.dll", "ws2_32.dll"}
 MANIFEST_DLLS = {"comctl32.dll"}
-LATE_DLLS = {"iphlpapi.dll"}
+LATE_DLLS = {"comdlg32.dll", "iphlpapi.dll", "shell32.dll"}
 
 
 def program_source():
