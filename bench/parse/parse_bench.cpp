@@ -6,9 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <ctime>
 #include <fstream>
-#include <malloc.h>
 
 namespace {
 
@@ -65,29 +63,6 @@ void time_cutting(benchmark::State& state, int entries) {
     }
 }
 
-double processor_seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// The cost of one entry, with memory that comes fresh from the system, as it does in a start.
-void time_growth(benchmark::State& state, int entries) {
-    const std::string text = spec_text(entries);
-    for (auto _ : state) {
-        malloc_trim(0);
-        const double begin = processor_seconds();
-        our_parser.from_text(text, nullptr);
-        state.SetIterationTime((processor_seconds() - begin) / entries);
-    }
-}
-
-void count_memory(benchmark::State& state, const Parser& parser, int entries) {
-    const std::string text = text_for(parser, entries);
-    for (auto _ : state)
-        state.counters["bytes"] = static_cast<double>(parser.memory(text)) / entries;
-}
-
 void compare(int entries) {
     const std::string size = std::to_string(entries);
     for (const Parser* parser : parsers) {
@@ -98,18 +73,6 @@ void compare(int entries) {
     }
     benchmark::RegisterBenchmark(("parse from memory, " + size + "/cutting into lines").c_str(), time_cutting,
                                  entries);
-}
-
-void measure_growth() {
-    for (const int entries : {1000, 10000, 100000, 1000000})
-        benchmark::RegisterBenchmark(("growth, an entry of/" + std::to_string(entries)).c_str(), time_growth,
-                                     entries)
-            ->UseManualTime()
-            ->MinTime(0.0000001);
-    for (const Parser* parser : parsers)
-        benchmark::RegisterBenchmark((std::string("memory of an entry/") + parser->name).c_str(),
-                                     count_memory, *parser, 100000)
-            ->Iterations(1);
 }
 
 } // namespace
@@ -123,7 +86,6 @@ int main(int count, char** arguments) {
     }
     for (const int entries : {1, 100, 10000, 100000})
         compare(entries);
-    measure_growth();
     benchmark::Initialize(&count, arguments);
     benchmark::RunSpecifiedBenchmarks();
     for (const char* file : {spec_file, ini_file})

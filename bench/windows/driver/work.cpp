@@ -131,6 +131,7 @@ void measure_connection_test(Samples& samples, int runs, int port) {
     for (int run = 0; run < runs; ++run) {
         add(ours, our_program());
         add(bare, bare_tool(0, port));
+        add("the prescribed calls", program("bench\\prescribed_calls") + " " + std::to_string(port));
     }
 }
 

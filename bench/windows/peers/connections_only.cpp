@@ -1,5 +1,6 @@
 #include "peers/connections_only.h"
 
+#include "peers/octets.h"
 #include "platform/win32.h"
 #include "seeded.h"
 
@@ -8,13 +9,6 @@
 namespace connections_only {
 namespace {
 
-// The agent's name "web1", the domain "example.org".
-constexpr char wishes[] = "\x60\x80\x02\x02\x02\x02\xA1\x80\x04\x04web1\x04\x0B"
-                          "example.org\x04\x00\x01\x01\x01\x01\x01\x01\x01\x01\x01\x00\x00\x00";
-constexpr char closing[] = "\x62\x80\x00";
-constexpr char offer[] = "\x61\x80\x02\x02\x02\x05\xA1\x80\x01\x01\x01\x01\x01\x00\x00\x00\x00";
-
-// Each array's own terminator is the last octet of the message.
 template <std::size_t size> bool say(SOCKET socket, const char (&octets)[size]) {
     return send(socket, octets, size, 0) == static_cast<int>(size);
 }
