@@ -22,9 +22,13 @@ TEST_F(Startup, ShowsTheSampleInTheTree) {
                             "  Tray icon", "    Show icon", "    Language", "    Colour when all is well"));
 }
 
-TEST_F(Startup, ShowsTheProgramsIcon) {
-    Tool tool;
-    EXPECT_NE(GetClassLongPtrA(tool.window(), GCLP_HICON), 0U);
+TEST_F(Startup, FindsItsIconInItsFile) {
+    const HMODULE program =
+        LoadLibraryExA((program_folder() + "\\tavrinconfig.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    ASSERT_NE(program, nullptr);
+    EXPECT_NE(LoadIconA(program, "tavrin"), nullptr);
+    EXPECT_EQ(LoadIconA(program, "no such icon"), nullptr);
+    FreeLibrary(program);
 }
 
 TEST_F(Startup, MissingKeyEndsTheProgram) {
