@@ -6,6 +6,19 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// Whether a colour is seen where a window's caption begins.
+bool caption_begins_with(HWND window, COLORREF colour) {
+    RECT place;
+    GetWindowRect(window, &place);
+    const HDC screen = GetDC(nullptr);
+    int seen = 0;
+    for (int x = 0; x < GetSystemMetrics(SM_CXSMICON) + 8; ++x)
+        for (int y = 0; y < GetSystemMetrics(SM_CYCAPTION) + 8; ++y)
+            seen += GetPixel(screen, place.left + x, place.top + y) == colour;
+    ReleaseDC(nullptr, screen);
+    return seen > 0;
+}
+
 class Startup : public Sample {};
 
 TEST_F(Startup, ShowsTheSampleInTheTree) {
@@ -29,6 +42,13 @@ TEST_F(Startup, FindsItsIconInItsFile) {
     EXPECT_NE(LoadIconA(program, "tavrin"), nullptr);
     EXPECT_EQ(LoadIconA(program, "no such icon"), nullptr);
     FreeLibrary(program);
+}
+
+TEST_F(Startup, ShowsItsIconInTheCaption) {
+    Tool tool;
+    const COLORREF background = RGB(0x1f, 0x4e, 0x79);
+    bring_to_front(tool.window());
+    wait_for("the icon in the caption", [&] { return caption_begins_with(tool.window(), background); });
 }
 
 TEST_F(Startup, MissingKeyEndsTheProgram) {
