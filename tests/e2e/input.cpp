@@ -100,6 +100,8 @@ void hold_down(HWND window) {
     send_mouse(held_at, MOUSEEVENTF_LEFTDOWN);
 }
 
+void hold_on() { send_mouse(held_at, 0); }
+
 void let_go() { send_mouse(held_at, MOUSEEVENTF_LEFTUP); }
 
 void click(HWND window) {

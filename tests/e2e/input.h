@@ -15,6 +15,8 @@ void press_key(WORD key, bool shift = false);
 void type(const std::string& text);
 /// Presses the mouse button near the middle of a window or control, never twice in a row on the same spot.
 void hold_down(HWND window);
+/// Points again to where it was pressed, after the pointer may have been drawn away.
+void hold_on();
 /// Lets it go where it was pressed.
 void let_go();
 /// Clicks near the middle of a window or control; two clicks never make a double click.

@@ -48,7 +48,18 @@ void answer_box(Tool& tool, const std::string& name, const std::string& caption,
 
 void press_with_picture(HWND button, const std::string& name) {
     hold_down(button);
-    wait_for("the pressed button", [&] { return (send(button, BM_GETSTATE) & BST_PUSHED) != 0; });
+    const auto is_pressed = [&] {
+        hold_on(); // the display may report a move of its own pointer late, which takes the button back
+        return (send(button, BM_GETSTATE) & BST_PUSHED) != 0;
+    };
+    try {
+        wait_for("the pressed button", is_pressed, 5);
+    } catch (const std::runtime_error&) {
+        // A box that had just closed handed over the activity during the press, which broke it off.
+        let_go();
+        hold_down(button);
+        wait_for("the pressed button again", is_pressed);
+    }
     picture(name);
     let_go();
 }
