@@ -23,10 +23,11 @@ void pump_one_message() {
     MSG message{};
     if (!PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
         return;
-    if (message.message == WM_QUIT)
+    if (message.message == WM_QUIT) {
         PostQuitMessage(static_cast<int>(message.wParam));
-    else
+    } else {
         dispatch_message(main_window, message);
+    }
     error::rethrow_kept();
 }
 
@@ -66,11 +67,11 @@ void AgentService::stop() {
     const bool stopped =
         ControlService(service_.get(), SERVICE_CONTROL_STOP, &status_) != FALSE && wait_until_stopped();
     close_wait_window(wait_window);
-    if (!stopped)
+    if (!stopped) {
         show("Failed to stop service. You will have to restart the service manually, in order to effectuate "
-             "the "
-             "changes",
+             "the changes",
              "Stopping service failed", MB_ICONERROR);
+    }
 }
 
 bool AgentService::wait_until_stopped() {
@@ -93,10 +94,11 @@ void AgentService::offer_start() {
         return;
     }
     // Deliberately said also to a user who declined the restart and whose service simply kept running.
-    if (found_)
+    if (found_) {
         show("The service could not be automatically restarted. Please start the " + display_name_ +
                  " service manually.",
              "Error restarting service", MB_ICONERROR);
+    }
 }
 
 bool AgentService::user_agrees_to_start() const {
@@ -108,9 +110,10 @@ void AgentService::start() {
     const HWND wait_window = open_wait_window("Please wait while starting service....");
     const bool started = StartServiceA(service_.get(), 0, nullptr) != FALSE;
     close_wait_window(wait_window);
-    if (!started)
+    if (!started) {
         show("The service could not be started. Please start the " + display_name_ + " service manually.",
              "Error starting service", MB_ICONERROR);
+    }
 }
 
 void AgentService::ask_for_manual_restart() const {

@@ -92,12 +92,13 @@ protected:
     void switch_pages(int times) {
         static constexpr const char* kTitles[] = {"Name",   "Domain", "Flag",   "Values", "Level",
                                                   "Folder", "File",   "Forget", "Modem"};
-        for (int time = 0; time < times; ++time)
+        for (int time = 0; time < times; ++time) {
             then([time] {
                 select(kTitles[static_cast<std::size_t>(time) % std::size(kTitles)]);
                 if (page())
                     edit(page_controls().front(), time);
             });
+        }
         then([] { select("Name"); });
     }
     static void edit(HWND control, int time) {
@@ -111,12 +112,13 @@ protected:
     }
     void scan(int times) {
         then([] { select("Servers"); });
-        for (int time = 0; time < times; ++time)
+        for (int time = 0; time < times; ++time) {
             then([] {
                 for (int pass = 1; pass <= 3; ++pass)
                     substitute::time_out_select(pass);
                 SendMessageA(page_controls().back(), BM_CLICK, 0, 0);
             });
+        }
         then([] { select("Name"); });
     }
     void open_and_close_boxes(int times) {

@@ -7,7 +7,6 @@
 #include "platform/substitute/kernel/kernel.h"
 #include "platform/substitute/windows/user.h"
 
-#include <cstring>
 #include <deque>
 #include <map>
 
@@ -139,6 +138,6 @@ BOOL SHGetPathFromIDListA(PCIDLIST_ABSOLUTE place, LPSTR path) {
     const auto found = shell().places.find(place);
     const bool has_path = found != shell().places.end() && !found->second.empty() &&
                           found->second.size() < static_cast<std::size_t>(MAX_PATH);
-    std::strcpy(path, has_path ? found->second.c_str() : "");
+    path[has_path ? found->second.copy(path, MAX_PATH - 1) : 0] = '\0';
     return has_path;
 }
