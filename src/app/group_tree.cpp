@@ -26,10 +26,11 @@ void leave_page(Configuration& configuration, HWND parent) {
         return;
     left->deselect(parent);
     configuration.shown_entry = nullptr;
-    if (left->changed())
+    if (left->changed()) {
         configuration.changed_entries.insert(left);
-    else
+    } else {
         configuration.changed_entries.erase(left);
+    }
 }
 
 } // namespace

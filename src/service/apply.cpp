@@ -21,10 +21,11 @@ void apply(Configuration& configuration) {
         return;
     }
     AgentService service(configuration.name, configuration.serviceName);
-    if (service.found())
+    if (service.found()) {
         service.offer_stop();
-    else
+    } else {
         service.ask_for_manual_restart();
+    }
     write_changed_entries(configuration);
     service.offer_start();
 }

@@ -28,7 +28,7 @@ protected:
     void then_press(int key, bool with_shift = false) {
         then([=] { press_key(key, with_shift); });
     }
-    void then_focus_is(std::function<HWND()> expected) {
+    void then_focus_is(const std::function<HWND()>& expected) {
         then([expected] { EXPECT_EQ(GetFocus(), expected()); });
     }
     static std::function<HWND()> main_control(int id) {

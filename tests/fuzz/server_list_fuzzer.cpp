@@ -30,10 +30,11 @@ std::vector<Server> plain_reading(const std::string& list, std::uint16_t default
         }
         const char* colon = static_cast<const char*>(std::memchr(item.data(), ':', item.size()));
         const auto host = static_cast<std::size_t>(colon == nullptr ? 0 : colon - item.data());
-        if (!item.empty() && colon == nullptr)
+        if (!item.empty() && colon == nullptr) {
             servers.push_back({item, default_port});
-        else if (!item.empty())
+        } else if (!item.empty()) {
             servers.push_back({item.substr(0, host), plain_port(item.substr(host + 1))});
+        }
         item.clear();
     }
     return servers;

@@ -19,12 +19,13 @@ std::string plain_quote(const std::string& text) {
     for (const char byte : text) {
         const auto* const name = std::find_if(std::begin(named), std::end(named),
                                               [&](const auto& each) { return each.first == byte; });
-        if (name != std::end(named))
+        if (name != std::end(named)) {
             quoted += name->second;
-        else if (byte >= 0 && byte < 32)
+        } else if (byte >= 0 && byte < 32) {
             quoted += {'\\', '0', static_cast<char>('0' + byte / 8), static_cast<char>('0' + byte % 8)};
-        else
+        } else {
             quoted += byte;
+        }
     }
     return '"' + quoted + '"';
 }

@@ -51,12 +51,13 @@ std::string read_back(const std::string& kind, Stream* stream) {
 
 Octets written(const std::string& kind, const std::string& value) {
     MemoryStream stream;
-    if (kind == "integer")
+    if (kind == "integer") {
         EXPECT_THAT(write_signed_int(&stream, -128, 65535, std::stoi(value)), IsNull());
-    else if (kind == "boolean")
+    } else if (kind == "boolean") {
         EXPECT_THAT(write_bool(&stream, value == "true"), IsNull());
-    else
+    } else {
         EXPECT_THAT(write_string(&stream, 1024, value.c_str()), IsNull());
+    }
     return stream.received;
 }
 
@@ -86,10 +87,11 @@ void check_conversation(const Fence& fence) {
         const std::string who = line.substr(0, line.find(' '));
         const std::string rest = line.substr(line.find_first_not_of(' ', who.size()));
         ASSERT_THAT(who, AnyOf("agent", "server", "result")) << line;
-        if (who == "result")
+        if (who == "result") {
             result = rest;
-        else
+        } else {
             (who == "agent" ? wanted : sent) = (who == "agent" ? wanted : sent) + octets_from(rest);
+        }
     }
     MemoryStream stream(sent);
     const char* const text = negotiate(&stream, "web1", "", nullptr);

@@ -128,10 +128,11 @@ struct Example {
 std::vector<Example> examples() {
     std::vector<Example> found;
     for (const Fence& fence : fences_of("spec-files.md")) {
-        if (fence.label == "spec")
+        if (fence.label == "spec") {
             found.push_back({fence.text, {}, fence.line});
-        else if (!found.empty())
+        } else if (!found.empty()) {
             found.back().blocks[fence.label] += fence.text;
+        }
     }
     return found;
 }

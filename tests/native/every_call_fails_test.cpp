@@ -90,10 +90,11 @@ void expect_values_old_or_new() {
 /// An event that cannot be signalled ends the program abnormally, on purpose.
 void expect_ended_properly(const WholeSession& session) {
     const std::string failed = session.failed_call();
-    if (failed == "CreateEventA" || failed == "SetEvent")
+    if (failed == "CreateEventA" || failed == "SetEvent") {
         EXPECT_EQ(session.exit_code(), WholeSession::kAbnormal);
-    else
+    } else {
         EXPECT_THAT(session.exit_code(), AnyOf(0, 1));
+    }
 }
 
 /// What cannot be closed stays open, and so do an event that cannot be signalled and a socket that cannot be
@@ -110,10 +111,11 @@ void expect_sound(const WholeSession& session, const Texts& on_failure) {
     expect_ended_properly(session);
     expect_handles_closed(session.failed_call());
     expect_values_old_or_new();
-    for (const SeenBox& box : session.seen())
+    for (const SeenBox& box : session.seen()) {
         EXPECT_TRUE(holds_one_of(box.text, kUndisturbed) || holds_one_of(box.text, on_failure) ||
                     box.text.ends_with(kSilence))
             << box.caption << ": " << box.text;
+    }
 }
 
 Texts texts_for(const std::string& function) {
@@ -170,10 +172,12 @@ void let_memory_run_out(bool for_good, const std::string& answer, const Texts& o
         Texts texts = on_answer;
         texts.insert(texts.end(), kOutOfMemory.begin(), kOutOfMemory.end());
         expect_sound(session, texts);
-        for (const std::string& text : kOutOfMemory)
-            for (const SeenBox& box : session.seen())
+        for (const std::string& text : kOutOfMemory) {
+            for (const SeenBox& box : session.seen()) {
                 if (holds_one_of(box.text, {text}))
                     said.insert(text);
+            }
+        }
     }
     std::printf("%zu requests for memory were failed\n", nth - 2);
 }

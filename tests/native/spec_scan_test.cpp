@@ -13,7 +13,6 @@ namespace {
 using loopback::Answer;
 using loopback::discovery_answer;
 using loopback::DiscoveryServer;
-using testing::ElementsAre;
 
 DWORD loopback_address() { return htonl(0x7F000001); }
 

@@ -63,8 +63,9 @@ LRESULT read_item(const ComboData& data, WPARAM wparam, LPARAM buffer) {
     const auto index = static_cast<int>(wparam);
     if (!is_index(data, index))
         return CB_ERR;
-    std::strcpy(reinterpret_cast<char*>(buffer), item(data, index).c_str());
-    return static_cast<LRESULT>(item(data, index).size());
+    const std::string& text = item(data, index);
+    std::copy_n(text.c_str(), text.size() + 1, reinterpret_cast<char*>(buffer));
+    return static_cast<LRESULT>(text.size());
 }
 
 std::string selected_text(const ComboData& data) {

@@ -24,8 +24,12 @@ const TreeItem* TreeItems::find(HTREEITEM handle) const {
     return &items_[index];
 }
 
+TreeItem& TreeItems::at(HTREEITEM handle) {
+    return items_[(reinterpret_cast<std::uintptr_t>(handle) >> kHandleShift) - 1];
+}
+
 TreeItem& TreeItems::parent_of(const TreeItem& item) {
-    return item.parent == nullptr ? root_ : *find(item.parent);
+    return item.parent == nullptr ? root_ : at(item.parent);
 }
 
 HTREEITEM TreeItems::insert(HTREEITEM parent, HTREEITEM after, TreeItem item) {
@@ -37,19 +41,19 @@ HTREEITEM TreeItems::insert(HTREEITEM parent, HTREEITEM after, TreeItem item) {
     TreeItem& above = parent_of(item);
     const bool behind_sibling = sibling != nullptr && sibling->parent == item.parent;
     item.previous = behind_sibling ? after : after == TVI_FIRST ? nullptr : above.last_child;
-    item.next = item.previous == nullptr ? above.first_child : find(item.previous)->next;
-    (item.previous == nullptr ? above.first_child : find(item.previous)->next) = handle;
-    (item.next == nullptr ? above.last_child : find(item.next)->previous) = handle;
+    item.next = item.previous == nullptr ? above.first_child : at(item.previous).next;
+    (item.previous == nullptr ? above.first_child : at(item.previous).next) = handle;
+    (item.next == nullptr ? above.last_child : at(item.next).previous) = handle;
     items_.push_back(std::move(item));
     ++count_;
     return handle;
 }
 
 void TreeItems::remove(HTREEITEM handle) {
-    TreeItem& item = *find(handle);
+    TreeItem& item = at(handle);
     TreeItem& above = parent_of(item);
-    (item.previous == nullptr ? above.first_child : find(item.previous)->next) = item.next;
-    (item.next == nullptr ? above.last_child : find(item.next)->previous) = item.previous;
+    (item.previous == nullptr ? above.first_child : at(item.previous).next) = item.next;
+    (item.next == nullptr ? above.last_child : at(item.next).previous) = item.previous;
     item = TreeItem{};
     item.alive = false;
     --count_;

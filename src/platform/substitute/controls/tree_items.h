@@ -39,6 +39,8 @@ public:
     HTREEITEM last_visible() const;
 
 private:
+    /// An item that exists.
+    TreeItem& at(HTREEITEM handle);
     TreeItem& parent_of(const TreeItem& item);
     HTREEITEM last_visible_below(HTREEITEM handle) const;
 

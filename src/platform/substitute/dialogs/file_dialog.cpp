@@ -4,6 +4,7 @@
 #include "platform/substitute/kernel/kernel.h"
 #include "platform/substitute/windows/user.h"
 
+#include <algorithm>
 #include <cstring>
 #include <deque>
 
@@ -58,6 +59,6 @@ BOOL GetOpenFileNameA(LPOPENFILENAMEA details) {
     const auto choice = next_choice();
     if (!choice || choice->size() >= details->nMaxFile)
         return FALSE;
-    std::strcpy(details->lpstrFile, choice->c_str());
+    std::copy_n(choice->c_str(), choice->size() + 1, details->lpstrFile);
     return TRUE;
 }
