@@ -5,8 +5,6 @@
 
 namespace {
 
-using testing::IsEmpty;
-
 // The page of a main window of 436 by 229 is 198 by 179.
 
 class IntegerPage : public OneEntryTest<IntegerEntry> {

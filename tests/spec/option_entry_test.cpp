@@ -165,9 +165,10 @@ LRESULT CALLBACK refuse_strings(HWND window, UINT message, WPARAM wparam, LPARAM
 
 TEST_F(OptionPage, NeedsEveryOptionInTheList) {
     StandInMainWindow::when_created([](HWND control) {
-        if (class_of(control) == "ComboBox")
+        if (class_of(control) == "ComboBox") {
             watched_procedure = reinterpret_cast<WNDPROC>(
                 SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&refuse_strings)));
+        }
     });
     EXPECT_EQ(thrown_text([&] { show("a", {"a"}); }), "Unable to add string to combobox");
 }
@@ -188,9 +189,9 @@ TEST_F(OptionPage, StoresAnOptionThatIsTooLongToShow) {
 }
 
 TEST_F(OptionPage, HoldsTenThousandOptions) {
-    std::vector<std::string> options;
-    for (int i = 0; i < 10000; ++i)
-        options.push_back("option " + std::to_string(i));
+    std::vector<std::string> options(10000);
+    for (std::size_t i = 0; i < options.size(); ++i)
+        options[i] = "option " + std::to_string(i);
     show("option 9876", std::move(options));
     EXPECT_EQ(selection(), 9876);
     choose(1234);

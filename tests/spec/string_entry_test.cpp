@@ -115,7 +115,8 @@ TEST_F(StringPage, TellsNothingOfOtherMessages) {
 }
 
 TEST_F(StringPage, ShowsDataOfEveryTypeAndLength) {
-    for (const DWORD type : {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD})
+    for (const DWORD type :
+         {REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD}) {
         for (const std::size_t length : {0U, 1U, 4U, 8U, 1022U, 1023U, 1024U, 1025U}) {
             SCOPED_TRACE("type " + std::to_string(type) + ", " + std::to_string(length) + " bytes");
             set_bytes("Value", type, std::string(length, 'x'));
@@ -125,6 +126,7 @@ TEST_F(StringPage, ShowsDataOfEveryTypeAndLength) {
             EXPECT_TRUE(left() == shown);
             EXPECT_FALSE(entry->changed());
         }
+    }
 }
 
 } // namespace

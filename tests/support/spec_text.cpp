@@ -69,9 +69,10 @@ std::string describe(const Configuration& configuration) {
     std::string description;
     for (const Group& group : configuration.groups) {
         description += "!" + group.name + "\n";
-        for (const OwnedEntry& entry : group.entries)
+        for (const OwnedEntry& entry : group.entries) {
             description += std::string(kind_of(*entry)) + "|" + std::string(entry->title()) + "|" +
                            std::string(entry->help_text()) + "\n";
+        }
     }
     return description;
 }
