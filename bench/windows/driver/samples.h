@@ -10,6 +10,7 @@ namespace bench {
 /// The programs that are compared; the names are those of bench/goals.py.
 inline constexpr char ours[] = "tavrinconfig";
 inline constexpr char bare[] = "bare program";
+inline constexpr char prescribed[] = "the prescribed calls";
 
 class Samples {
 public:

@@ -68,6 +68,7 @@ void measure_first_windows(Samples& samples, int runs) {
     expect_items(Program(our_program()), 50);
     const std::pair<const char*, std::string> programs[] = {{ours, our_program()},
                                                             {bare, program("bench\\bare_window")},
+                                                            {prescribed, bare_tool(50)},
                                                             {"Wine's notepad", "notepad.exe"},
                                                             {"Wine's regedit", "regedit.exe"}};
     for (int run = 0; run < runs; ++run) {
@@ -131,7 +132,7 @@ void measure_connection_test(Samples& samples, int runs, int port) {
     for (int run = 0; run < runs; ++run) {
         add(ours, our_program());
         add(bare, bare_tool(0, port));
-        add("the prescribed calls", program("bench\\prescribed_calls") + " " + std::to_string(port));
+        add(prescribed, program("bench\\prescribed_calls") + " " + std::to_string(port));
     }
 }
 

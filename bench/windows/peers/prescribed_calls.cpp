@@ -55,6 +55,9 @@ bool try_server(int number) {
     server.sin_addr.s_addr = htonl(0x7F000000u + static_cast<unsigned>(number));
     ULONG nonblocking = 1;
     ioctlsocket(connected, FIONBIO, &nonblocking);
+    const DWORD no_delay = 0;
+    setsockopt(connected, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
+               sizeof no_delay);
     connect(connected, reinterpret_cast<const sockaddr*>(&server), sizeof server);
     const bool good = wait_for(connected, false) &&
                       say(connected, wishes, {2, 4, 2, 6, 13, 2, 3, 3, 3, 2, 2}) && hear_offer(connected) &&
@@ -68,7 +71,8 @@ bool try_server(int number) {
 
 void test() {
     for (int number = 1; number <= seeded::servers; ++number) {
-        const HWND wait = open_wait_window("Testing connection to a server. Please be patient.");
+        const HWND wait = open_wait_window("Testing connection to server \"127." + std::to_string(number) +
+                                           "\" at port " + std::to_string(port) + ". Please be patient.");
         const bool good = try_server(number);
         close_wait_window(wait);
         if (!good) {
