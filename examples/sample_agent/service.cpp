@@ -40,8 +40,9 @@ void note_settings() {
 /// Notes every signal until the stop is requested.
 void wait_for_signals() {
     const HANDLE events[] = {stop_requested, CreateEventA(nullptr, FALSE, FALSE, behaviour.event.c_str())};
-    report(SERVICE_RUNNING, behaviour.refuse_stop ? 0 : SERVICE_ACCEPT_STOP);
+    // Whoever sees the service run finds the note.
     note("started");
+    report(SERVICE_RUNNING, behaviour.refuse_stop ? 0 : SERVICE_ACCEPT_STOP);
     while (WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_OBJECT_0 + 1)
         note("signalled");
     CloseHandle(events[1]);
