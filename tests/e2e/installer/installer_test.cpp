@@ -27,7 +27,12 @@ protected:
     static void clean() {
         if (!read_value(kEntryKey, "QuietUninstallString").empty())
             remove_all();
-        std::filesystem::remove_all(folder());
+        // The uninstaller's copy may still be about to end in it.
+        wait_for("the end of the folder", [] {
+            std::error_code in_use;
+            std::filesystem::remove_all(folder(), in_use);
+            return !std::filesystem::exists(folder());
+        });
         delete_key("SOFTWARE\\Tavrin");
     }
     static std::string sample_file() { return (folder() / "sample\\sample.spec").string(); }

@@ -54,7 +54,12 @@ DWORD run_to_end(const std::string& command_line) { return Process(command_line)
 
 void remove_all() {
     run_to_end(read_value(kEntryKey, "QuietUninstallString"));
-    const auto is_gone = [] { return !std::filesystem::exists(folder() / "uninstall.exe"); };
+    // The uninstaller goes last but one: the folder, too, is gone then unless somebody keeps a file in it.
+    const auto is_gone = [] {
+        std::error_code vanished;
+        return !std::filesystem::exists(folder() / "uninstall.exe") &&
+               !(std::filesystem::exists(folder()) && std::filesystem::is_empty(folder(), vanished));
+    };
     wait_for("the end of the removal", is_gone, 120);
 }
 
