@@ -1,6 +1,7 @@
 #include "app/buttons.h"
 
 #include "app/control_ids.h"
+#include "app/keyboard.h"
 #include "app/main_window_state.h"
 #include "error/guard.h"
 #include "spec/configurations.h"
@@ -65,7 +66,10 @@ void update_buttons(HWND window) {
     const bool changed = any_configuration_has_changes();
     if (changed == main_window_state.changed)
         return;
-    EnableWindow(GetDlgItem(window, kOkId), changed ? TRUE : FALSE);
+    const HWND ok = GetDlgItem(window, kOkId);
+    if (!changed)
+        move_focus_off(window, ok);
+    EnableWindow(ok, changed ? TRUE : FALSE);
     SetWindowTextA(GetDlgItem(window, kCloseId), changed ? "Cancel" : "Close");
     main_window_state.changed = changed;
 }

@@ -20,16 +20,11 @@ HTREEITEM insert_node(Configuration& configuration, HWND tree, HTREEITEM parent,
     return item;
 }
 
-void leave_page(Configuration& configuration, HWND parent) {
-    BaseEntry* const left = configuration.shown_entry;
-    if (left == nullptr)
-        return;
-    left->deselect(parent);
-    configuration.shown_entry = nullptr;
-    if (left->changed()) {
-        configuration.changed_entries.insert(left);
+void note_whether_changed(Configuration& configuration, BaseEntry& entry) {
+    if (entry.changed()) {
+        configuration.changed_entries.insert(&entry);
     } else {
-        configuration.changed_entries.erase(left);
+        configuration.changed_entries.erase(&entry);
     }
 }
 
@@ -46,6 +41,18 @@ void fill_tree(Configuration& configuration, HWND tree) {
         for (const auto& entry : group.entries)
             configuration.entry_items.emplace(insert_item(tree, parent, TVI_LAST, entry->title()), &*entry);
     }
+}
+
+/// Everything is settled before the first control goes: a control that dies with the focus sends
+/// notifications, whose handlers ask for the shown page's values.
+void leave_page(Configuration& configuration, HWND parent) {
+    BaseEntry* const left = configuration.shown_entry;
+    if (left == nullptr)
+        return;
+    left->takeValue();
+    note_whether_changed(configuration, *left);
+    configuration.shown_entry = nullptr;
+    left->deselect(parent);
 }
 
 bool select_item(Configuration& configuration, HWND parent, HTREEITEM item) {

@@ -9,8 +9,10 @@ namespace {
 
 LRESULT dialog_code(HWND control) { return SendMessageA(control, WM_GETDLGCODE, 0, 0); }
 
+bool is_usable(HWND control) { return IsWindowVisible(control) && IsWindowEnabled(control); }
+
 void add_stop(std::vector<HWND>& stops, HWND control) {
-    if (IsWindowVisible(control) && IsWindowEnabled(control) && (dialog_code(control) & DLGC_STATIC) == 0)
+    if (is_usable(control) && (dialog_code(control) & DLGC_STATIC) == 0)
         stops.push_back(control);
 }
 
@@ -19,17 +21,38 @@ void add_children(std::vector<HWND>& stops, HWND parent) {
         add_stop(stops, child);
 }
 
-bool is_tab(HWND window, const MSG& message) {
-    return message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&
-           (message.hwnd == window || IsChild(window, message.hwnd));
-}
-
 /// As in a dialog, an edit control that is reached by Tab has its whole text selected.
 void give_focus(HWND control) {
     if (dialog_code(control) & DLGC_HASSETSEL)
         SendMessageA(control, EM_SETSEL, 0, -1);
     SetFocus(control);
 }
+
+bool move_to_next_stop(HWND window) {
+    const std::vector<HWND> stops = focus_stops(window);
+    if (stops.empty())
+        return true;
+    const auto count = static_cast<std::ptrdiff_t>(stops.size());
+    const auto current = std::find(stops.begin(), stops.end(), GetFocus()) - stops.begin();
+    const bool back = GetKeyState(VK_SHIFT) < 0;
+    const std::ptrdiff_t first = back ? count - 1 : 0;
+    const std::ptrdiff_t next = current == count ? first : (current + (back ? count - 1 : 1)) % count;
+    give_focus(stops[static_cast<std::size_t>(next)]);
+    return true;
+}
+
+/// A key that is held down presses only once: its repetitions would answer the box that the button opens, and
+/// press again.
+bool press_button(HWND control, LPARAM key_state) {
+    if ((dialog_code(control) & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) == 0)
+        return false;
+    constexpr LPARAM was_down = 1 << 30;
+    if ((key_state & was_down) == 0)
+        SendMessageA(control, BM_CLICK, 0, 0);
+    return true;
+}
+
+bool wants_arrows(HWND control) { return (dialog_code(control) & (DLGC_WANTARROWS | DLGC_WANTALLKEYS)) != 0; }
 
 } // namespace
 
@@ -46,28 +69,40 @@ std::vector<HWND> focus_stops(HWND window) {
     return stops;
 }
 
-bool move_focus(HWND window, const MSG& message) {
-    if (!is_tab(window, message))
+bool handle_key(HWND window, const MSG& message) {
+    if (message.message != WM_KEYDOWN || (message.hwnd != window && !IsChild(window, message.hwnd)))
         return false;
-    const std::vector<HWND> stops = focus_stops(window);
-    if (stops.empty())
-        return true;
-    const auto count = static_cast<std::ptrdiff_t>(stops.size());
-    const auto current = std::find(stops.begin(), stops.end(), GetFocus()) - stops.begin();
-    const bool back = GetKeyState(VK_SHIFT) < 0;
-    const std::ptrdiff_t first = back ? count - 1 : 0;
-    const std::ptrdiff_t next = current == count ? first : (current + (back ? count - 1 : 1)) % count;
-    give_focus(stops[static_cast<std::size_t>(next)]);
-    return true;
+    switch (message.wParam) {
+    case VK_TAB: return GetKeyState(VK_CONTROL) >= 0 && move_to_next_stop(window);
+    case VK_RETURN: return press_button(message.hwnd, message.lParam);
+    case VK_LEFT:
+    case VK_UP:
+    case VK_RIGHT:
+    case VK_DOWN: return !wants_arrows(message.hwnd);
+    default: return false;
+    }
 }
 
-void remember_focus(HWND window, WORD activation) {
-    const HWND focus = GetFocus();
-    if (activation == WA_INACTIVE && IsChild(window, focus))
-        main_window_state.left_focus = focus;
+void remember_focus(HWND window, HWND control) {
+    if (IsChild(window, control))
+        main_window_state.left_focus = control;
 }
 
 void restore_focus(HWND window) {
-    if (IsChild(window, main_window_state.left_focus))
-        SetFocus(main_window_state.left_focus);
+    const HWND left = main_window_state.left_focus;
+    if (left == nullptr)
+        return;
+    const bool still_there = IsChild(window, left) && is_usable(left);
+    SetFocus(still_there ? left : GetDlgItem(window, kTreeId));
+}
+
+void move_focus_off(HWND window, HWND control) {
+    if (GetFocus() == control)
+        SetFocus(GetDlgItem(window, kTreeId));
+}
+
+void move_focus_off_page(HWND window) {
+    const HWND focus = GetFocus();
+    if (IsChild(window, focus) && GetParent(focus) != window)
+        SetFocus(GetDlgItem(window, kTreeId));
 }

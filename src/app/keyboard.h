@@ -1,6 +1,6 @@
 #pragma once
-/// Keyboard navigation of the main window. The controls' styles leave most of them out of the system's own
-/// dialog navigation, so the program moves the focus itself; keys other than Tab stay with the system.
+/// The keyboard in the main window. The controls' styles leave most of them out of the system's own dialog
+/// navigation, so the program moves the focus itself, and presses what has it.
 #include "platform/win32.h"
 
 #include <vector>
@@ -9,11 +9,18 @@
 /// while visible, OK while enabled, Close/Cancel.
 std::vector<HWND> focus_stops(HWND window);
 
-/// Moves the focus when `message` is Tab or Shift+Tab for `window` or one of its descendants; false for any
-/// other message, which the caller handles.
-bool move_focus(HWND window, const MSG& message);
+/// Handles a key that `window` or one of its descendants is given: Tab and Shift+Tab move the focus, Enter
+/// presses a push button, arrows do nothing in a control that has no use for them. False for any other
+/// message, which the caller handles.
+bool handle_key(HWND window, const MSG& message);
 
-/// Leaving and coming back (another program, a message box): the control that had the focus gets it again.
-/// `activation` is the low word of WM_ACTIVATE's parameter.
-void remember_focus(HWND window, WORD activation);
+/// Leaving and coming back (another program, a message box, the taskbar): the control that had the focus gets
+/// it again, or the tree if that control can no longer be used. Before the user has been anywhere, nothing
+/// gets it.
+void remember_focus(HWND window, HWND control);
 void restore_focus(HWND window);
+
+/// Gives the focus to the tree if `control` has it, which is about to be hidden.
+void move_focus_off(HWND window, HWND control);
+/// Likewise for the controls of the page shown, which is about to be taken down.
+void move_focus_off_page(HWND window);

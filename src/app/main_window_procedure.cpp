@@ -8,6 +8,7 @@
 #include "app/main_window_state.h"
 #include "app/window_layout.h"
 #include "error/guard.h"
+#include "platform/main_window.h"
 #include "spec/configurations.h"
 #include "spec/controls.h"
 
@@ -19,17 +20,34 @@ LRESULT on_create(HWND window) {
     for (const auto& [name, configuration] : configurations)
         fill_tree(*configuration, tree);
     create_buttons(window);
+    main_window_state.complete = true;
+    // The first update is not left to the tree's first notification, whose time differs between systems.
+    PostMessageA(window, page_changed_message, 0, 0);
     return 0;
+}
+
+/// The window may be closed from outside while a step is under way that goes on, such as the apply sequence:
+/// what that step still does finds the values in the stores and no owner for its boxes.
+void on_destroy(HWND window) {
+    main_window_state.complete = false;
+    for (const auto& [name, configuration] : configurations)
+        leave_page(*configuration, window);
+    main_window = nullptr;
+    PostQuitMessage(0);
 }
 
 void offer_connection_test(HWND window, Configuration& selected) {
     const bool offered = selected.offersConnectionTest;
-    ShowWindow(GetDlgItem(window, kTestConnectionId), offered ? SW_SHOW : SW_HIDE);
+    const HWND button = GetDlgItem(window, kTestConnectionId);
+    if (!offered)
+        move_focus_off(window, button);
+    ShowWindow(button, offered ? SW_SHOW : SW_HIDE);
     main_window_state.tested = offered ? &selected : nullptr;
 }
 
 void on_selection(HWND window, HWND tree) {
     const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    move_focus_off_page(window);
     for (const auto& [name, configuration] : configurations) {
         if (select_item(*configuration, window, item))
             offer_connection_test(window, *configuration);
@@ -37,9 +55,19 @@ void on_selection(HWND window, HWND tree) {
 }
 
 LRESULT on_notify(HWND window, const NMHDR& header) {
+    if (!main_window_state.complete)
+        return 0;
     if (header.idFrom == kTreeId && header.code == TVN_SELCHANGEDA)
         on_selection(window, header.hwndFrom);
     update_buttons(window);
+    return 0;
+}
+
+/// The window itself has no use for the focus. It comes with it from a control when the window is restored,
+/// and from elsewhere when the user comes back.
+LRESULT on_focus(HWND window, HWND loser) {
+    remember_focus(window, loser);
+    restore_focus(window);
     return 0;
 }
 
@@ -62,11 +90,12 @@ LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_COMMAND: return on_command(window, wparam, lparam);
     case page_changed_message: update_buttons(window); return 0;
     case WM_CLOSE: DestroyWindow(window); return 0;
-    case WM_DESTROY: PostQuitMessage(0); return 0;
+    case WM_DESTROY: on_destroy(window); return 0;
     case WM_ACTIVATE:
-        remember_focus(window, LOWORD(wparam));
+        if (LOWORD(wparam) == WA_INACTIVE)
+            remember_focus(window, GetFocus());
         return DefWindowProcA(window, message, wparam, lparam);
-    case WM_SETFOCUS: restore_focus(window); return 0;
+    case WM_SETFOCUS: return on_focus(window, reinterpret_cast<HWND>(wparam));
     default: return DefWindowProcA(window, message, wparam, lparam);
     }
 }

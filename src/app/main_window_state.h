@@ -7,8 +7,10 @@ struct MainWindowState {
     Configuration* tested = nullptr;
     /// What the buttons show. True at first, so that the first update without changes writes "Close".
     bool changed = true;
-    /// The control that had the keyboard focus when the window was last left.
+    /// The control that had the keyboard focus when the window itself or another one last got it.
     HWND left_focus = nullptr;
+    /// Tree and buttons are all there. Before, there is nothing to bring in step with anything.
+    bool complete = false;
 };
 
 inline MainWindowState main_window_state;

@@ -8,7 +8,7 @@ int run_message_loop(HWND main) {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
         error::rethrow_kept();
-        if (!move_focus(main, message))
+        if (!handle_key(main, message))
             dispatch_message(main, message);
         error::rethrow_kept();
     }

@@ -144,6 +144,91 @@ TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
     EXPECT_EQ(run(), 0);
 }
 
+TEST_F(Keyboard, EnterPressesTheButtonThatHasTheFocus) {
+    open("Name");
+    then_press(VK_TAB);
+    then([] { type_text("db7"); });
+    then_press(VK_TAB);
+    then_focus_is(main_control(kOkId));
+    then_press(VK_RETURN);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
+}
+
+TEST_F(Keyboard, EnterPressesAButtonOfThePage) {
+    open("Signal", "$Signal\nTavrinTestsEnter\nh\nSignalEvent\n");
+    then_press(VK_TAB);
+    then_focus_is(page_control(0));
+    then_press(VK_RETURN);
+    EXPECT_EQ(run(), 0);
+    ASSERT_EQ(boxes.seen().size(), 1u);
+    EXPECT_EQ(boxes.seen()[0].text, "The action has been taken.");
+}
+
+TEST_F(Keyboard, EnterElsewhereDoesNothing) {
+    for (const char* const node : {"Name", "Flag"}) {
+        open(node);
+        then_press(VK_TAB);
+        then_focus_is(page_control(0));
+        then_press(VK_RETURN);
+        then_focus_is(page_control(0));
+        then([] { EXPECT_EQ(text_of(control(kCloseId)), "Close"); });
+    }
+    EXPECT_EQ(run(), 0);
+    EXPECT_TRUE(boxes.seen().empty());
+}
+
+TEST_F(Keyboard, EnterHeldDownPressesOnce) {
+    open("Name", kConnectionTest);
+    set_text(kAgentKey, "Name", "");
+    then([] { SetFocus(control(kTestConnectionId)); });
+    then([&] {
+        MSG enter{};
+        enter.hwnd = control(kTestConnectionId);
+        enter.message = WM_KEYDOWN;
+        enter.wParam = VK_RETURN;
+        enter.lParam = 1;
+        EXPECT_TRUE(handle_key(main_window, enter));
+        EXPECT_EQ(boxes.seen().size(), 1u);
+        enter.lParam = 0x40000001; // the key was down before
+        EXPECT_TRUE(handle_key(main_window, enter));
+        EXPECT_EQ(boxes.seen().size(), 1u);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, ArrowsMoveNothingOnButtonsAndCheckBoxes) {
+    open("Flag", kConnectionTest);
+    for (const int key : {VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN}) {
+        then([] { SetFocus(page_controls().at(0)); });
+        then_press(key);
+        then_focus_is(page_control(0));
+        then([] { SetFocus(control(kTestConnectionId)); });
+        then_press(key);
+        then_focus_is(main_control(kTestConnectionId));
+        then([] { SetFocus(control(kCloseId)); });
+        then_press(key);
+        then_focus_is(main_control(kCloseId));
+    }
+    then([] {
+        EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_CHECKED);
+        EXPECT_EQ(text_of(control(kCloseId)), "Close");
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(Keyboard, ArrowsGoToTheControlsThatUseThem) {
+    open("Name");
+    then_press(VK_TAB);
+    then_press(VK_RIGHT);
+    then([] { type_text("x"); });
+    then([] { EXPECT_EQ(text_of(page_controls().at(0)), "web1x"); });
+    then([] { SetFocus(control(kTreeId)); });
+    then_press(VK_DOWN);
+    then([] { EXPECT_EQ(text_of(page()), "Folder"); });
+    EXPECT_EQ(run(), 0);
+}
+
 class EmptyWindow : public TestWindow {};
 
 TEST_F(EmptyWindow, TabIsTakenThoughThereIsNowhereToGo) {
@@ -151,7 +236,7 @@ TEST_F(EmptyWindow, TabIsTakenThoughThereIsNowhereToGo) {
     tab.hwnd = window;
     tab.message = WM_KEYDOWN;
     tab.wParam = VK_TAB;
-    EXPECT_TRUE(move_focus(window, tab));
+    EXPECT_TRUE(handle_key(window, tab));
     EXPECT_EQ(GetFocus(), window);
 }
 

@@ -1,0 +1,222 @@
+#include "app/control_ids.h"
+#include "app/main_window_procedure.h"
+#include "platform/main_window.h"
+#include "support/program.h"
+#include "support/registry.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+/// An empty server list: the test connects to nobody and shows its box at once.
+constexpr char kTested[] =
+    "SOFTWARE\\TavrinTests\\Agent\nTested\n"
+    "!All\n$Name\nName\nh\nString\n$Number\nNumber\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
+    "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Modem\nModem\nh\nCOM\n$Folder\nFolder\nh\nDirectory\n"
+    "$Servers\nServers\nh\nServerList\n$Port\nPort\nh\nInteger\n$Domain\nDomain\nh\nString\n"
+    "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
+constexpr char kUntested[] = "SOFTWARE\\TavrinTests\\Agent\nUntested\n!Else\n$Plain\nPlain\nh\nString\n";
+
+/// A page is left while one of its controls has the focus, after a box has sent the focus away and back.
+class LeavingAPage : public ProgramTest {
+protected:
+    void open(const std::string& node) {
+        spec_file("A", kTested);
+        spec_file("B", kUntested);
+        for (const char* const name : {"Name", "Folder"})
+            set_text(kAgentKey, name, "web1");
+        set_text(kAgentKey, "Flag", "true");
+        set_text(kAgentKey, "Colour", "blue");
+        set_text(kAgentKey, "Number", "42");
+        then([node] { select(node); });
+        then([] { SetFocus(control(kTreeId)); });
+        then(leave_and_return);
+        then([] { SetFocus(page_controls().at(0)); });
+    }
+    /// Another window gets the focus, and with its end the main window is back.
+    static void leave_and_return() {
+        const HWND other = open_other();
+        SetFocus(other);
+        DestroyWindow(other);
+        SetFocus(main_window);
+    }
+    static HWND open_other() {
+        return CreateWindowExA(0, "Static", "other", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                               GetModuleHandleA(nullptr), nullptr);
+    }
+    void leave_and_come_back(const std::string& node) {
+        then([] { select("Plain"); });
+        then([node] { select(node); });
+    }
+    void expect_buttons(const char* close_text, bool ok_enabled) {
+        then([=] {
+            EXPECT_EQ(text_of(control(kCloseId)), close_text);
+            EXPECT_EQ(IsWindowEnabled(control(kOkId)) != FALSE, ok_enabled);
+        });
+    }
+    void expect_text(const std::string& text) {
+        then([text] { EXPECT_EQ(text_of(page_controls().at(0)), text); });
+    }
+};
+
+TEST_F(LeavingAPage, KeepsWhatWasTyped) {
+    open("Name");
+    then([] { type_text("x"); });
+    leave_and_come_back("Name");
+    expect_text("xweb1");
+    expect_buttons("Cancel", true);
+    then([] { SendMessageA(control(kOkId), BM_CLICK, 0, 0); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(text_value(kAgentKey, "Name"), "xweb1");
+}
+
+TEST_F(LeavingAPage, KeepsATypedFolder) {
+    open("Folder");
+    then([] { type_text("x"); });
+    leave_and_come_back("Folder");
+    expect_text("xweb1");
+    expect_buttons("Cancel", true);
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, KeepsANumber) {
+    open("Number");
+    then([] { type_text("7"); });
+    leave_and_come_back("Number");
+    expect_text("742");
+    expect_buttons("Cancel", true);
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, KeepsATick) {
+    open("Flag");
+    leave_and_come_back("Flag");
+    then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_CHECKED); });
+    expect_buttons("Close", false);
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, KeepsATickWhenAGroupIsSelected) {
+    open("Flag");
+    then([] { select("All"); });
+    then([] { EXPECT_EQ(page(), nullptr); });
+    expect_buttons("Close", false);
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, KeepsAChoice) {
+    open("Colour");
+    leave_and_come_back("Colour");
+    then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), CB_GETCURSEL, 0, 0), 2); });
+    expect_buttons("Close", false);
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, OfPortsWithoutPortsDoesNotEndTheProgram) {
+    open("Modem");
+    leave_and_come_back("Modem");
+    expect_buttons("Close", false);
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(boxes.seen(), IsEmpty());
+}
+
+TEST_F(LeavingAPage, GivesTheFocusToTheTree) {
+    open("Name");
+    then([] { select("Plain"); });
+    then([] { EXPECT_EQ(GetFocus(), control(kTreeId)); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
+    open("Name");
+    then([] { SetFocus(control(kTestConnectionId)); });
+    then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
+    then([&] { EXPECT_THAT(boxes.seen(), SizeIs(1)); });
+    then([] { EXPECT_EQ(GetFocus(), control(kTestConnectionId)); });
+    then([] { select("Plain"); });
+    then([] {
+        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
+        EXPECT_EQ(GetFocus(), control(kTreeId));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingAPage, AnOkThatIsDisabledDoesNotKeepTheFocus) {
+    open("Name");
+    then([] { type_text("x"); });
+    then([] { SetFocus(control(kOkId)); });
+    then([] { SetWindowTextA(page_controls().at(0), "web1"); });
+    then([] {
+        EXPECT_FALSE(IsWindowEnabled(control(kOkId)));
+        EXPECT_EQ(GetFocus(), control(kTreeId));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+/// Leaving the whole window and coming back.
+class LeavingTheWindow : public LeavingAPage {
+protected:
+    void come_back_by(std::function<void()> away, std::function<void()> back) {
+        open("Name");
+        then(std::move(away));
+        then(std::move(back));
+        then([] { EXPECT_EQ(GetFocus(), page_controls().at(0)); });
+        then([] { type_text("x"); });
+        expect_text("xweb1");
+    }
+};
+
+TEST_F(LeavingTheWindow, BehindAnotherOneItGivesTheFocusToTheSameControl) {
+    come_back_by(leave_and_return, [] {});
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(LeavingTheWindow, TheTreeGetsTheFocusForAControlThatIsGone) {
+    open("Name");
+    then([] {
+        const HWND other = open_other();
+        SetFocus(other);
+        select("Plain");
+        DestroyWindow(other);
+        SetFocus(main_window);
+    });
+    then([] { EXPECT_EQ(GetFocus(), control(kTreeId)); });
+    EXPECT_EQ(run(), 0);
+}
+
+/// A tree that notifies its parent while it is made, as some do when they make their tooltip.
+class EarlyTree {
+public:
+    EarlyTree() {
+        WNDCLASSEXA description{};
+        description.cbSize = sizeof description;
+        description.lpfnWndProc = procedure;
+        description.hInstance = GetModuleHandleA(nullptr);
+        description.lpszClassName = "SysTreeView32";
+        RegisterClassExA(&description);
+    }
+    EarlyTree(const EarlyTree&) = delete;
+    EarlyTree& operator=(const EarlyTree&) = delete;
+    ~EarlyTree() { UnregisterClassA("SysTreeView32", GetModuleHandleA(nullptr)); }
+
+private:
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+        if (message == WM_CREATE) {
+            NMHDR header{window, kTreeId, NM_SETFOCUS};
+            SendMessageA(GetParent(window), WM_NOTIFY, kTreeId, reinterpret_cast<LPARAM>(&header));
+        }
+        return DefWindowProcA(window, message, wparam, lparam);
+    }
+};
+
+TEST_F(LeavingTheWindow, ANotificationBeforeTheButtonsAreThereIsNotTheFirstUpdate) {
+    const EarlyTree tree;
+    expect_buttons("Close", false);
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(boxes.seen(), IsEmpty());
+}
+
+} // namespace

@@ -1,0 +1,73 @@
+// The main window is closed from outside while the apply sequence waits for the service.
+#include "app/control_ids.h"
+#include "platform/main_window.h"
+#include "platform/substitute/control.h"
+#include "support/program.h"
+#include "support/registry.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr char kFirst[] = "SOFTWARE\\TavrinTests\\Agent\nFirst\nTavrinAgent\n!All\n$Name\nName\nh\nString\n";
+constexpr char kSecond[] =
+    "SOFTWARE\\TavrinTests\\Agent\nSecond\nNoSuchService\n!All\n$Flag\nFlag\nh\nBoolean\n"
+    "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Text\nText\nh\nString\n";
+
+class ClosedWhileStopping : public ProgramTest {
+protected:
+    void SetUp() override {
+        substitute::set_service("TavrinAgent", {.stop_time = 2000});
+        spec_file("A", kFirst);
+        spec_file("B", kSecond);
+        set_text(kAgentKey, "Name", "web1");
+        set_text(kAgentKey, "Flag", "true");
+        set_text(kAgentKey, "Colour", "green");
+        then([] { select("Name"); });
+        then([] { SetWindowTextA(page_controls().at(0), "web2"); });
+    }
+    /// Presses OK, agrees to the restart, and has the window closed while the service stops.
+    void close_while_stopping() {
+        then([this] {
+            boxes.answer(IDYES);
+            substitute::when_peeked([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
+            SendMessageA(control(kOkId), BM_CLICK, 0, 0);
+        });
+        EXPECT_EQ(run(), 0);
+        EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
+        EXPECT_EQ(substitute::service_state("TavrinAgent"), static_cast<DWORD>(SERVICE_RUNNING));
+        EXPECT_EQ(main_window, nullptr);
+    }
+};
+
+TEST_F(ClosedWhileStopping, TheShownTextIsWrittenAsTheUserLeftIt) { close_while_stopping(); }
+
+TEST_F(ClosedWhileStopping, ATextOfTheNextConfigurationIsWrittenAsTheUserLeftIt) {
+    then([] { select("Text"); });
+    then([] { SetWindowTextA(page_controls().at(0), "some text"); });
+    close_while_stopping();
+    EXPECT_EQ(text_value(kAgentKey, "Text"), "some text");
+}
+
+TEST_F(ClosedWhileStopping, ATickOfTheNextConfigurationStays) {
+    then([] { select("Flag"); });
+    close_while_stopping();
+    EXPECT_EQ(text_value(kAgentKey, "Flag"), "true");
+}
+
+TEST_F(ClosedWhileStopping, AChoiceOfTheNextConfigurationStays) {
+    then([] { select("Colour"); });
+    close_while_stopping();
+    EXPECT_EQ(text_value(kAgentKey, "Colour"), "green");
+}
+
+TEST_F(ClosedWhileStopping, WhatIsStillToBeSaidHasNoOwner) {
+    then([] { select("Text"); });
+    then([] { SetWindowTextA(page_controls().at(0), "some text"); });
+    close_while_stopping();
+    ASSERT_EQ(boxes.seen().size(), 2u);
+    EXPECT_EQ(boxes.seen()[1].caption, "Service must be restarted manually");
+    EXPECT_EQ(boxes.seen()[1].owner, nullptr);
+}
+
+} // namespace
