@@ -1,6 +1,7 @@
 #include "spec/spec_file.h"
 
 #include "spec/configuration.h"
+#include "support/scratch_folder.h"
 #include "support/spec_text.h"
 #include "support/thrown.h"
 
@@ -14,7 +15,8 @@ namespace {
 using namespace std::string_literals;
 using testing::IsEmpty;
 
-const std::string path = "spec_file_test.tmp";
+const ScratchFolder scratch;
+const std::string path = scratch.path_of("file.spec");
 constexpr std::size_t hundred_megabytes = 100'000'000;
 
 class SpecFile : public testing::Test {

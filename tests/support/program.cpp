@@ -7,7 +7,6 @@
 #include "support/registry.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 
 namespace {
@@ -60,18 +59,13 @@ ProgramTest::~ProgramTest() {
     main_window = nullptr;
     configurations.clear();
     UnregisterClassA("trconfigclass", GetModuleHandleA(nullptr));
-    for (const std::string& file : files)
-        std::filesystem::remove(file);
     delete_key(kListKey);
 }
 
 void ProgramTest::spec_file(const std::string& value_name, const std::string& text) {
-    const auto path =
-        std::filesystem::temp_directory_path() /
-        ("tavrin_" + std::to_string(GetCurrentProcessId()) + "_" + std::to_string(files.size()) + ".spec");
+    const std::string path = folder.path_of(std::to_string(++spec_files) + ".spec");
     std::ofstream(path, std::ios::binary) << text;
-    files.push_back(path.string());
-    set_text(kListKey, value_name, path.string());
+    set_text(kListKey, value_name, path);
 }
 
 int ProgramTest::run() {

@@ -4,6 +4,7 @@
 #include "platform/win32.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"
+#include "support/scratch_folder.h"
 #include "support/test_window.h"
 #include "support/user.h"
 
@@ -27,7 +28,8 @@ protected:
     UserSteps steps;
 
 private:
-    std::vector<std::string> files;
+    ScratchFolder folder;
+    int spec_files = 0;
 };
 
 /// The keys below HKEY_LOCAL_MACHINE that list the spec files and hold the agent's values.
