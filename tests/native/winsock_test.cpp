@@ -1,4 +1,4 @@
-#include "net/socket.h"
+#include "net/udp.h"
 #include "platform/substitute/control.h"
 #include "support/loopback.h"
 
@@ -38,6 +38,37 @@ TEST(WinsockSubstitute, CountsOnlyTheSocketsOfTheThreadThatIsWatched) {
     std::thread([] { const loopback::Handle peers(socket(AF_INET, SOCK_STREAM, 0)); }).join();
     EXPECT_EQ(substitute::open_sockets(), 1U);
     EXPECT_EQ(substitute::call_count("socket"), 1);
+    substitute::reset();
+}
+
+TEST(WinsockSubstitute, LetsTimePassOnTheClockAloneWhileNobodyWillSend) {
+    constexpr int kDay = 86'400;
+    substitute::reset();
+    const loopback::Handle peer(socket(AF_INET, SOCK_DGRAM, 0));
+    const sockaddr_in any = loopback::endpoint(loopback::address(), 0);
+    Socket own;
+    ASSERT_TRUE(udp_open(&own));
+    ASSERT_EQ(bind(own.handle, reinterpret_cast<const sockaddr*>(&any), sizeof any), 0);
+    sockaddr_in target{};
+    int size = sizeof target;
+    ASSERT_EQ(getsockname(own.handle, reinterpret_cast<sockaddr*>(&target), &size), 0);
+    bool sent = false;
+    substitute::skip_waits_when([&] {
+        if (!sent) {
+            sendto(peer.get(), "a", 1, 0, reinterpret_cast<const sockaddr*>(&target), sizeof target);
+            return sent = true;
+        }
+        char octet = 0;
+        recvfrom(own.handle, &octet, 1, 0, nullptr, nullptr);
+        return true;
+    });
+    const std::uint64_t start = substitute::clock_now();
+    EXPECT_TRUE(socket_wait_readable(own, kDay));
+    EXPECT_LT(substitute::clock_now() - start, kDay * 1000ULL);
+    const std::uint64_t then = substitute::clock_now();
+    EXPECT_FALSE(socket_wait_readable(own, kDay));
+    EXPECT_EQ(substitute::clock_now() - then, kDay * 1000ULL);
+    EXPECT_TRUE(udp_close(own));
     substitute::reset();
 }
 

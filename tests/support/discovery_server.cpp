@@ -1,5 +1,8 @@
 #include "support/discovery_server.h"
 
+#include "support/silence.h"
+
+#include <chrono>
 #include <gtest/gtest.h>
 
 namespace loopback {
@@ -26,9 +29,13 @@ std::string discovery_answer() { return {"\x12\x34\x56\x78\0\0\0\0\0\0\0\x05\0\0
 DiscoveryServer::DiscoveryServer(Answers answers, Manner manner)
     : answers_(std::move(answers)), manner_(manner),
       handle_(datagram_socket(manner == hears_broadcasts ? INADDR_ANY : address())),
-      port_(port_of(handle_.get())), thread_([this] { serve(); }) {}
+      port_(port_of(handle_.get())), thread_([this] { serve(); }) {
+    if (manner != never_stops_answering)
+        skip_silence([this](std::size_t sent) { return has_answered(sent); });
+}
 
 DiscoveryServer::~DiscoveryServer() {
+    skip_silence(nullptr);
     over_ = true;
     // The thread waits for a datagram: this one.
     const Handle waker(socket(AF_INET, SOCK_DGRAM, 0));
@@ -40,6 +47,12 @@ DiscoveryServer::~DiscoveryServer() {
 std::vector<std::string> DiscoveryServer::requests() {
     const std::lock_guard lock(guard_);
     return requests_;
+}
+
+// A request that got lost is waited for in vain, and then the silence is an ordinary one.
+bool DiscoveryServer::has_answered(std::size_t requests) {
+    std::unique_lock lock(guard_);
+    return answered_one_.wait_for(lock, std::chrono::seconds(1), [&] { return answered_ == requests; });
 }
 
 void DiscoveryServer::serve() {
@@ -56,6 +69,9 @@ void DiscoveryServer::serve() {
             requests_.emplace_back(octets, static_cast<std::size_t>(count));
         }
         answer(scanner, request);
+        const std::lock_guard lock(guard_);
+        ++answered_;
+        answered_one_.notify_one();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "support/loopback.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -35,6 +36,7 @@ public:
     std::vector<std::string> requests();
 
 private:
+    bool has_answered(std::size_t requests);
     void serve();
     void answer(const sockaddr_in& scanner, int request);
     SOCKET socket_of(unsigned host);
@@ -45,6 +47,8 @@ private:
     std::uint16_t port_;
     std::map<unsigned, Handle> hosts_;
     std::mutex guard_;
+    std::condition_variable answered_one_;
+    std::size_t answered_ = 0;
     std::vector<std::string> requests_;
     std::atomic<bool> over_ = false;
     std::thread thread_;

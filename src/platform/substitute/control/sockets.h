@@ -4,6 +4,7 @@
 #include "platform/substitute/types.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ void time_out_select(int nth = 1);
 void except_select(int nth = 1);
 /// The next SO_ERROR that is asked for is `code`.
 void set_socket_error(int code);
+/// Before a `select` with a time limit waits it asks `silent`: true says that no peer will send any more. It
+/// then looks once, and where nothing is ready its time passes on the clock alone.
+void skip_waits_when(std::function<bool()> silent);
 /// The whole seconds that each `select` was allowed to wait, in order; -1 for without limit.
 std::vector<int> select_waits();
 

@@ -16,6 +16,7 @@ struct Planned {
 struct Script {
     std::map<std::string, std::vector<Planned>, std::less<>> results;
     std::vector<int> waits;
+    std::function<bool()> silence;
     std::map<std::string, std::vector<DWORD>, std::less<>> hosts;
     std::vector<substitute::Interface> interfaces{{0x0100007F, 0x000000FF}};
     bool machine_interfaces = false;
@@ -65,6 +66,8 @@ void note_select_wait(int seconds) {
         script().waits.push_back(seconds);
 }
 
+bool peers_are_silent() { return substitute::watched() && script().silence && script().silence(); }
+
 void note_opened(UINT_PTR handle) {
     if (!substitute::watched())
         return;
@@ -103,6 +106,7 @@ void answer_call(const std::string& function, int nth, int result) {
 void time_out_select(int nth) { answer_call("select", nth, 0); }
 void except_select(int nth) { answer_call(winsock::exception_in_select, nth, 1); }
 void set_socket_error(int code) { answer_call(winsock::socket_error, 1, code); }
+void skip_waits_when(std::function<bool()> silent) { script().silence = std::move(silent); }
 std::vector<int> select_waits() { return script().waits; }
 
 std::size_t open_sockets() {

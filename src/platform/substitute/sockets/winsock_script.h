@@ -12,6 +12,8 @@ std::optional<int> scripted_result(const char* function);
 inline constexpr const char* exception_in_select = "select: exception";
 inline constexpr const char* socket_error = "SO_ERROR";
 void note_select_wait(int seconds);
+/// True when it is known that no peer will send any more, so that there is nothing to wait for.
+bool peers_are_silent();
 void note_opened(UINT_PTR handle);
 void note_closed(UINT_PTR handle);
 /// True when `sendto` is to keep this datagram, which then is kept.

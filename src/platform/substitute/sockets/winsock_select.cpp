@@ -51,14 +51,17 @@ template <typename Ready> int keep_ready(socket_set* set, Polled& polled, Ready 
 class TimedWait {
 public:
     ~TimedWait() {
-        const auto waited = std::chrono::ceil<std::chrono::milliseconds>(passed());
+        const auto waited = std::chrono::ceil<std::chrono::milliseconds>(std::max(passed(), least_));
         if (substitute::watched())
             substitute::advance_clock(static_cast<std::uint64_t>(std::max<std::int64_t>(waited.count(), 1)));
     }
     std::chrono::steady_clock::duration passed() const { return std::chrono::steady_clock::now() - start_; }
+    /// However soon it is over.
+    void takes(std::chrono::steady_clock::duration least) { least_ = least; }
 
 private:
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::chrono::steady_clock::duration least_{};
 };
 
 /// poll() for as long as `timeout` says; a signal does not shorten the wait, as Winsock knows none.
@@ -66,7 +69,13 @@ int poll_for(std::vector<pollfd>& entries, const timeval* timeout) {
     using namespace std::chrono;
     const auto wait =
         timeout == nullptr ? microseconds::max() : seconds(timeout->tv_sec) + microseconds(timeout->tv_usec);
-    const TimedWait timed;
+    TimedWait timed;
+    if (timeout != nullptr && peers_are_silent()) {
+        const int ready = ::poll(entries.data(), entries.size(), 0);
+        if (ready == 0)
+            timed.takes(wait);
+        return ready;
+    }
     for (;;) {
         int rest = -1;
         if (timeout != nullptr) {
