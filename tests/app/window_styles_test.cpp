@@ -1,0 +1,75 @@
+#include "app/control_ids.h"
+#include "platform/main_window.h"
+#include "support/page.h"
+#include "support/program.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+/// What the system itself sets and clears in a window's style as time goes on.
+constexpr LONG_PTR kOfSystem = WS_VISIBLE | WS_CLIPSIBLINGS | WS_DISABLED;
+
+class WindowStyles : public ProgramTest {
+protected:
+    static void expect_style(HWND window, LONG_PTR style, LONG_PTR extended_style) {
+        EXPECT_EQ(style_of(window) & ~kOfSystem, style) << text_of(window);
+        EXPECT_EQ(extended_style_of(window) & WS_EX_CLIENTEDGE, extended_style) << text_of(window);
+    }
+};
+
+TEST_F(WindowStyles, OfTheMainWindow) {
+    then([] {
+        expect_style(main_window, WS_OVERLAPPEDWINDOW, 0);
+        EXPECT_TRUE(IsWindowVisible(main_window));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, OfTheTree) {
+    then([] {
+        expect_style(control(kTreeId),
+                     WS_CHILD | WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
+                         TVS_SHOWSELALWAYS,
+                     WS_EX_CLIENTEDGE);
+        EXPECT_TRUE(IsWindowVisible(control(kTreeId)));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, OfTheButtons) {
+    then([] {
+        expect_style(control(kCloseId), WS_CHILD | WS_GROUP | WS_TABSTOP, 0);
+        expect_style(control(kOkId), WS_CHILD, 0);
+        expect_style(control(kTestConnectionId), WS_CHILD, 0);
+        EXPECT_EQ(text_of(control(kOkId)), "OK");
+        EXPECT_EQ(text_of(control(kTestConnectionId)), "Test Connection");
+        EXPECT_TRUE(IsWindowVisible(control(kCloseId)));
+        EXPECT_TRUE(IsWindowVisible(control(kOkId)));
+        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, EveryButtonHasTheSystemsFont) {
+    then([] {
+        for (const int id : {kCloseId, kOkId, kTestConnectionId})
+            EXPECT_EQ(font_of(control(id)), static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT))) << id;
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, TheClassHasTheArrowTheDialogBackgroundAndNoStyle) {
+    WNDCLASSEXA found{};
+    found.cbSize = sizeof found;
+    then([&] { EXPECT_TRUE(GetClassInfoExA(GetModuleHandleA(nullptr), "trconfigclass", &found)); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(found.hCursor, LoadCursorA(nullptr, IDC_ARROW));
+    EXPECT_EQ(found.hbrBackground, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
+    EXPECT_EQ(found.style, 0U);
+    EXPECT_EQ(found.cbClsExtra, 0);
+    EXPECT_EQ(found.cbWndExtra, 0);
+    EXPECT_EQ(found.lpszMenuName, nullptr);
+}
+
+} // namespace
