@@ -9,6 +9,9 @@
 #include <string>
 #include <vector>
 
+/// What the program has when no test has changed it yet.
+inline const int shipped_io_timeout = socket_io_timeout;
+
 /// What the socket layer says about a failure: what it did, the system's words and the number.
 inline std::string said(const std::string& before, DWORD code) {
     return before + system_error_string(code) + " (" + std::to_string(code) + ")";
@@ -18,7 +21,7 @@ class FailingSockets : public testing::Test {
 protected:
     FailingSockets() { substitute::reset(); }
     void TearDown() override {
-        socket_io_timeout = 600;
+        socket_io_timeout = shipped_io_timeout;
         EXPECT_EQ(substitute::open_sockets(), 0U) << "a socket was left open";
         substitute::reset();
         net_started = false;

@@ -84,7 +84,7 @@ WholeSession::WholeSession(const Disturbance& disturbance, const std::string& se
     peer.get();
 }
 
-WholeSession::~WholeSession() { socket_io_timeout = 600; }
+WholeSession::~WholeSession() { socket_io_timeout = usual_io_timeout_; }
 
 std::string WholeSession::failed_call() const { return substitute::last_failed_call(); }
 

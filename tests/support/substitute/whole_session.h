@@ -1,6 +1,7 @@
 #pragma once
 /// One long session with the program, from start-up to its end: every kind of page, edits, a scan, a
 /// connection test, OK with a service around it. Something in it may be made to fail.
+#include "net/socket.h"
 #include "support/program.h"
 
 #include <cstdint>
@@ -55,6 +56,7 @@ private:
     void visit(const char* title, void (*act)(HWND));
     void run_program();
 
+    const int usual_io_timeout_ = socket_io_timeout;
     std::vector<std::string> calls_;
     int exit_code_ = 0;
     std::size_t memory_requests_ = 0;
