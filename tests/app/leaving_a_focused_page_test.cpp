@@ -21,7 +21,7 @@ constexpr char kTested[] =
 constexpr char kUntested[] = "SOFTWARE\\TavrinTests\\Agent\nUntested\n!Else\n$Plain\nPlain\nh\nString\n";
 
 /// A page is left while one of its controls has the focus, after a box has sent the focus away and back.
-class LeavingAPage : public ProgramTest {
+class LeavingAFocusedPage : public ProgramTest {
 protected:
     void open(const std::string& node) {
         spec_file("A", kTested);
@@ -62,7 +62,7 @@ protected:
     }
 };
 
-TEST_F(LeavingAPage, KeepsWhatWasTyped) {
+TEST_F(LeavingAFocusedPage, KeepsWhatWasTyped) {
     open("Name");
     then([] { type_text("x"); });
     leave_and_come_back("Name");
@@ -73,7 +73,7 @@ TEST_F(LeavingAPage, KeepsWhatWasTyped) {
     EXPECT_EQ(text_value(kAgentKey, "Name"), "xweb1");
 }
 
-TEST_F(LeavingAPage, KeepsATypedFolder) {
+TEST_F(LeavingAFocusedPage, KeepsATypedFolder) {
     open("Folder");
     then([] { type_text("x"); });
     leave_and_come_back("Folder");
@@ -82,7 +82,7 @@ TEST_F(LeavingAPage, KeepsATypedFolder) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, KeepsANumber) {
+TEST_F(LeavingAFocusedPage, KeepsANumber) {
     open("Number");
     then([] { type_text("7"); });
     leave_and_come_back("Number");
@@ -91,7 +91,7 @@ TEST_F(LeavingAPage, KeepsANumber) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, KeepsATick) {
+TEST_F(LeavingAFocusedPage, KeepsATick) {
     open("Flag");
     leave_and_come_back("Flag");
     then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_CHECKED); });
@@ -99,7 +99,7 @@ TEST_F(LeavingAPage, KeepsATick) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, KeepsATickWhenAGroupIsSelected) {
+TEST_F(LeavingAFocusedPage, KeepsATickWhenAGroupIsSelected) {
     open("Flag");
     then([] { select("All"); });
     then([] { EXPECT_EQ(page(), nullptr); });
@@ -107,7 +107,7 @@ TEST_F(LeavingAPage, KeepsATickWhenAGroupIsSelected) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, KeepsAChoice) {
+TEST_F(LeavingAFocusedPage, KeepsAChoice) {
     open("Colour");
     leave_and_come_back("Colour");
     then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), CB_GETCURSEL, 0, 0), 2); });
@@ -115,7 +115,7 @@ TEST_F(LeavingAPage, KeepsAChoice) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, OfPortsWithoutPortsDoesNotEndTheProgram) {
+TEST_F(LeavingAFocusedPage, OfPortsWithoutPortsDoesNotEndTheProgram) {
     open("Modem");
     leave_and_come_back("Modem");
     expect_buttons("Close", false);
@@ -123,14 +123,14 @@ TEST_F(LeavingAPage, OfPortsWithoutPortsDoesNotEndTheProgram) {
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
-TEST_F(LeavingAPage, GivesTheFocusToTheTree) {
+TEST_F(LeavingAFocusedPage, GivesTheFocusToTheTree) {
     open("Name");
     then([] { select("Plain"); });
     then([] { EXPECT_EQ(GetFocus(), control(kTreeId)); });
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
+TEST_F(LeavingAFocusedPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
     open("Name");
     then([] { SetFocus(control(kTestConnectionId)); });
     then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
@@ -144,7 +144,7 @@ TEST_F(LeavingAPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
     EXPECT_EQ(run(), 0);
 }
 
-TEST_F(LeavingAPage, AnOkThatIsDisabledDoesNotKeepTheFocus) {
+TEST_F(LeavingAFocusedPage, AnOkThatIsDisabledDoesNotKeepTheFocus) {
     open("Name");
     then([] { type_text("x"); });
     then([] { SetFocus(control(kOkId)); });
@@ -157,7 +157,7 @@ TEST_F(LeavingAPage, AnOkThatIsDisabledDoesNotKeepTheFocus) {
 }
 
 /// Leaving the whole window and coming back.
-class LeavingTheWindow : public LeavingAPage {
+class LeavingTheWindow : public LeavingAFocusedPage {
 protected:
     void come_back_by(std::function<void()> away, std::function<void()> back) {
         open("Name");
