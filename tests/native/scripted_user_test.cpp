@@ -41,6 +41,48 @@ TEST_F(ScriptedUser, ABoxWithoutAnswerGetsItsFirstButton) {
     EXPECT_EQ(substitute::shown_boxes()[0].style, MB_YESNO);
 }
 
+TEST_F(ScriptedUser, LeavingForAnotherProgramTakesActivityAndFocusAway) {
+    const HWND edit = add("Edit", 0);
+    SetFocus(edit);
+    forget();
+    substitute::leave_program();
+    EXPECT_EQ(GetActiveWindow(), nullptr);
+    EXPECT_EQ(GetFocus(), nullptr);
+    EXPECT_EQ(count(WM_ACTIVATE), 1);
+    EXPECT_THAT(commands(edit), ElementsAre(EN_KILLFOCUS));
+    substitute::return_to_program();
+    EXPECT_EQ(GetActiveWindow(), window);
+    EXPECT_EQ(GetFocus(), window) << "not the control that had it";
+    EXPECT_EQ(count(WM_ACTIVATE), 2);
+}
+
+TEST_F(ScriptedUser, WhoLeavesAMinimisedWindowIsTold) {
+    ShowWindow(window, SW_MINIMIZE);
+    forget();
+    substitute::leave_program();
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0].message, WM_ACTIVATE);
+    EXPECT_EQ(told[0].wparam, MAKEWPARAM(static_cast<int>(WA_INACTIVE), 1));
+    ShowWindow(window, SW_RESTORE);
+    EXPECT_EQ(GetActiveWindow(), window);
+    EXPECT_EQ(GetFocus(), window);
+}
+
+TEST_F(ScriptedUser, AClickBringsAWindowInFrontFirst) {
+    const HWND edit = add("Edit", 0);
+    substitute::while_next_box([&] {
+        EXPECT_NE(GetActiveWindow(), window);
+        forget();
+        substitute::click(edit);
+    });
+    MessageBoxA(nullptr, "t", "c", MB_OK);
+    ASSERT_GE(told.size(), 2U);
+    EXPECT_EQ(told[0].message, WM_ACTIVATE);
+    EXPECT_EQ(LOWORD(told[0].wparam), WA_CLICKACTIVE);
+    EXPECT_EQ(told[1].message, WM_SETFOCUS);
+    EXPECT_EQ(GetFocus(), edit);
+}
+
 /// So it is on Windows; Wine enables the owner of a box in any case.
 TEST_F(ScriptedUser, AnOwnerThatWasDisabledBeforeABoxStaysSo) {
     EnableWindow(window, FALSE);

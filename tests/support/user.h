@@ -13,6 +13,8 @@ void press_key(int virtual_key, bool with_shift = false);
 void type_text(const std::string& text);
 /// Clicks into the middle of a window. Nothing happens when it is hidden or disabled by then.
 void click_on(HWND window);
+/// Clicks at a point of its client area.
+void click_at(HWND window, POINT where);
 /// Selects an option of a closed drop-down list by keys: a click to focus it would open the list.
 void pick_option(HWND combo_box, int index);
 

@@ -6,6 +6,7 @@
 void press_key(int virtual_key, bool with_shift) { substitute::press(virtual_key, with_shift); }
 void type_text(const std::string& text) { substitute::type(text); }
 void click_on(HWND window) { substitute::click(window); }
+void click_at(HWND window, POINT where) { substitute::click(window, where); }
 
 UserSteps::UserSteps() = default;
 UserSteps::~UserSteps() { substitute::forget_steps(); }

@@ -43,14 +43,17 @@ bool can_be_clicked(HWND window) {
     return IsWindowVisible(window);
 }
 
-void post_click(HWND window) {
-    if (!can_be_clicked(window))
-        return;
+POINT middle_of(HWND window) {
     RECT client{};
     GetClientRect(window, &client);
-    const LPARAM middle = MAKELPARAM(client.right / 2, client.bottom / 2);
-    PostMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, middle);
-    PostMessageA(window, WM_LBUTTONUP, 0, middle);
+    return {client.right / 2, client.bottom / 2};
+}
+
+void post_click(HWND window, POINT where) {
+    if (!can_be_clicked(window))
+        return;
+    PostMessageA(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(where.x, where.y));
+    PostMessageA(window, WM_LBUTTONUP, 0, MAKELPARAM(where.x, where.y));
 }
 
 } // namespace
@@ -81,5 +84,9 @@ void type_text(const std::string& text) {
 }
 
 void click_on(HWND window) {
-    strokes.push_back([window] { post_click(window); });
+    strokes.push_back([window] { post_click(window, middle_of(window)); });
+}
+
+void click_at(HWND window, POINT where) {
+    strokes.push_back([window, where] { post_click(window, where); });
 }

@@ -7,8 +7,8 @@ namespace substitute {
 namespace {
 
 void stroke(WPARAM key) {
-    queue_input({WM_KEYDOWN, key, nullptr});
-    queue_input({WM_KEYUP, key, nullptr});
+    queue_input({WM_KEYDOWN, key, nullptr, 0});
+    queue_input({WM_KEYUP, key, nullptr, 0});
 }
 
 std::size_t count_with_children(HWND handle) {
@@ -22,10 +22,10 @@ std::size_t count_with_children(HWND handle) {
 
 void press(int virtual_key, bool with_shift) {
     if (with_shift)
-        queue_input({WM_KEYDOWN, static_cast<WPARAM>(VK_SHIFT), nullptr});
+        queue_input({WM_KEYDOWN, static_cast<WPARAM>(VK_SHIFT), nullptr, 0});
     stroke(static_cast<WPARAM>(virtual_key));
     if (with_shift)
-        queue_input({WM_KEYUP, static_cast<WPARAM>(VK_SHIFT), nullptr});
+        queue_input({WM_KEYUP, static_cast<WPARAM>(VK_SHIFT), nullptr, 0});
 }
 
 void type(const std::string& text) {
@@ -34,8 +34,15 @@ void type(const std::string& text) {
 }
 
 void click(HWND window) {
-    queue_input({WM_LBUTTONDOWN, 0, window});
-    queue_input({WM_LBUTTONUP, 0, window});
+    const Window* clicked = window_of(window);
+    const POINT size = clicked == nullptr ? POINT{0, 0} : client_size(*clicked);
+    click(window, {size.x / 2, size.y / 2});
+}
+
+void click(HWND window, POINT where) {
+    const LPARAM at = MAKELPARAM(where.x, where.y);
+    queue_input({WM_LBUTTONDOWN, 0, window, at});
+    queue_input({WM_LBUTTONUP, 0, window, at});
 }
 
 void then(std::function<void()> step) { queue_step(std::move(step)); }

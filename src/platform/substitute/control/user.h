@@ -14,9 +14,16 @@ namespace substitute {
 void press(int virtual_key, bool with_shift = false);
 /// Types the text, one key a character.
 void type(const std::string& text);
-/// Clicks a window with the mouse. Nothing happens when it is hidden or disabled by the time that the program
-/// takes the click from the queue.
+/// Clicks into the middle of a window with the mouse. Nothing happens when it is hidden or disabled by the
+/// time that the program takes the click from the queue.
 void click(HWND window);
+/// The same at a point of its client area.
+void click(HWND window, POINT where);
+
+/// The user turns to another program: no window of this one is active, and none has the focus.
+void leave_program();
+/// The window that was active then is active again.
+void return_to_program();
 
 /// Adds a step that runs when GetMessageA finds its queue empty; one step is run, then the queue is looked
 /// at again. GetMessageA with an empty queue and no step left ends the process with a message.

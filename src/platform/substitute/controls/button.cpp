@@ -52,6 +52,15 @@ LRESULT release(HWND handle) {
     return 0;
 }
 
+/// Only a button that is told so reports the focus.
+LRESULT change_focus(HWND handle, bool gained) {
+    if (!gained)
+        data_of<ButtonData>(handle)->pushed = false;
+    if ((existing_window(handle).style & BS_NOTIFY) != 0)
+        notify_parent(handle, gained ? BN_SETFOCUS : BN_KILLFOCUS);
+    return 0;
+}
+
 LRESULT click(HWND handle) {
     SendMessageA(handle, WM_LBUTTONDOWN, 0, 0);
     SendMessageA(handle, WM_LBUTTONUP, 0, 0);
@@ -77,7 +86,8 @@ LRESULT button_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam
     case WM_LBUTTONUP: return release(handle);
     case WM_KEYDOWN: return wparam == VK_SPACE ? push(handle, false) : 0;
     case WM_KEYUP: return wparam == VK_SPACE ? release(handle) : 0;
-    case WM_KILLFOCUS: data->pushed = false; return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
     case WM_SETFONT: existing_window(handle).font = reinterpret_cast<HFONT>(wparam); return 0;
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case BM_CLICK: return click(handle);

@@ -203,12 +203,13 @@ LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case WM_SETFOCUS:
     case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
-    case WM_LBUTTONDOWN: set_focus(handle); return 0;
+    case WM_LBUTTONDOWN: return take_tree_click(handle, lparam);
     case WM_KEYDOWN: return take_tree_key(handle, wparam);
     case WM_CHAR: return take_tree_character(handle, wparam);
     case TVM_INSERTITEMA: return insert(handle, lparam);
     case TVM_DELETEITEM: return erase(handle, item);
     case TVM_EXPAND: return expand_tree_item(handle, wparam, item);
+    case TVM_GETITEMRECT: return item_rectangle(handle, wparam != 0, lparam);
     case TVM_GETCOUNT: return data->items.count();
     case TVM_GETNEXTITEM: return reinterpret_cast<LRESULT>(related(*data, wparam, item));
     case TVM_SELECTITEM: return wparam == TVGN_CARET ? select_tree_item(handle, item, TVC_UNKNOWN) : FALSE;

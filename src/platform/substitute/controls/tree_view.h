@@ -20,6 +20,10 @@ LRESULT expand_tree_item(HWND tree, WPARAM how, HTREEITEM item);
 /// `cause` is TVC_UNKNOWN, TVC_BYMOUSE or TVC_BYKEYBOARD.
 LRESULT select_tree_item(HWND tree, HTREEITEM item, UINT cause);
 
+LRESULT take_tree_click(HWND tree, LPARAM where);
+/// TVM_GETITEMRECT: `lparam` points to the item, and then to its rectangle.
+LRESULT item_rectangle(HWND tree, bool of_text, LPARAM lparam);
+
 LRESULT take_tree_key(HWND tree, WPARAM key);
 LRESULT take_tree_character(HWND tree, WPARAM character);
 

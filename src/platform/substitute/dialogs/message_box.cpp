@@ -2,6 +2,7 @@
 #include "platform/substitute/control/user.h"
 #include "platform/substitute/dialogs/modal_dialog.h"
 #include "platform/substitute/kernel/kernel.h"
+#include "platform/substitute/windows/messages.h"
 #include "platform/substitute/windows/window.h"
 
 #include <deque>
@@ -57,6 +58,9 @@ int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
     const LPCSTR title = caption == nullptr ? "Error" : caption;
     script().shown.push_back({text == nullptr ? "" : text, title, style, owner});
     const ModalDialog box(owner, title);
-    take_next<std::function<void()>>(script().steps, [] {})();
+    if (!script().steps.empty()) {
+        take_next<std::function<void()>>(script().steps, [] {})();
+        dispatch_all();
+    }
     return take_next(script().answers, first_button(style));
 }

@@ -22,13 +22,22 @@ LRESULT set_text(Window& window, LPCSTR text) {
     return TRUE;
 }
 
+LRESULT obey(HWND handle, WPARAM order) {
+    switch (order) {
+    case SC_CLOSE: return SendMessageA(handle, WM_CLOSE, 0, 0);
+    case SC_MINIMIZE: show_window(handle, SW_MINIMIZE); return 0;
+    case SC_RESTORE: show_window(handle, SW_RESTORE); return 0;
+    default: return 0;
+    }
+}
+
 LRESULT close(HWND handle) {
     destroy_window(handle);
     return 0;
 }
 
 LRESULT accept_activation(HWND handle, WPARAM wparam) {
-    if (LOWORD(wparam) != WA_INACTIVE)
+    if (LOWORD(wparam) != WA_INACTIVE && !is_minimized(existing_window(handle)))
         set_focus(handle);
     return 0;
 }
@@ -48,7 +57,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_GETTEXT: return read_text(window->text, wparam, lparam);
     case WM_GETTEXTLENGTH: return static_cast<LRESULT>(window->text.size());
     case WM_ACTIVATE: return accept_activation(handle, wparam);
-    case WM_SYSCOMMAND: return wparam == SC_CLOSE ? SendMessageA(handle, WM_CLOSE, 0, 0) : 0;
+    case WM_SYSCOMMAND: return obey(handle, wparam);
     case WM_CLOSE: return close(handle);
     default: return 0;
     }

@@ -1,4 +1,5 @@
 #include "platform/substitute/calls.h"
+#include "platform/substitute/control/user.h"
 #include "platform/substitute/windows/window.h"
 #include "platform/substitute/windows/window_calls.h"
 
@@ -10,6 +11,8 @@ namespace {
 struct Focus {
     HWND focus = nullptr;
     HWND active = nullptr;
+    /// Which window was active when the user left for another program.
+    HWND left = nullptr;
 };
 
 Focus& state() {
@@ -18,15 +21,6 @@ Focus& state() {
 }
 
 const ResetHook reset_hook([] { state() = Focus{}; });
-
-HWND top_level_of(HWND handle) {
-    const Window* window = window_of(handle);
-    while (window != nullptr && is_child(*window)) {
-        handle = window->parent;
-        window = window_of(handle);
-    }
-    return handle;
-}
 
 void move_focus(HWND handle) {
     const HWND before = state().focus;
@@ -39,15 +33,21 @@ void move_focus(HWND handle) {
         SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(before), 0);
 }
 
-bool set_active(HWND handle) {
+/// Whether the window is minimised goes with the news.
+void tell_activation(HWND handle, WPARAM how, HWND other) {
+    if (const Window* window = handle == nullptr ? nullptr : window_of(handle)) {
+        SendMessageA(handle, WM_ACTIVATE, MAKEWPARAM(static_cast<int>(how), is_minimized(*window) ? 1 : 0),
+                     reinterpret_cast<LPARAM>(other));
+    }
+}
+
+bool set_active(HWND handle, WPARAM how = WA_ACTIVE) {
     const HWND before = state().active;
     if (before == handle)
         return true;
     state().active = handle;
-    if (before != nullptr && IsWindow(before))
-        SendMessageA(before, WM_ACTIVATE, WA_INACTIVE, reinterpret_cast<LPARAM>(handle));
-    if (handle != nullptr && IsWindow(handle))
-        SendMessageA(handle, WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(before));
+    tell_activation(before, WA_INACTIVE, handle);
+    tell_activation(handle, how, before);
     return state().active == handle;
 }
 
@@ -69,6 +69,15 @@ HWND successor_of(HWND leaving) {
 
 } // namespace
 
+HWND top_level_of(HWND handle) {
+    const Window* window = window_of(handle);
+    while (window != nullptr && is_child(*window)) {
+        handle = window->parent;
+        window = window_of(handle);
+    }
+    return handle;
+}
+
 bool is_enabled_throughout(HWND handle) {
     const Window* window = window_of(handle);
     while (window != nullptr && (window->style & WS_DISABLED) == 0 && is_child(*window))
@@ -76,9 +85,33 @@ bool is_enabled_throughout(HWND handle) {
     return window != nullptr && (window->style & WS_DISABLED) == 0;
 }
 
-void activate(HWND handle) {
-    if (set_active(handle) && handle != nullptr && state().focus != handle && !IsChild(handle, state().focus))
+void activate(HWND handle, WPARAM how) {
+    if (set_active(handle, how) && handle != nullptr && state().focus != handle &&
+        !IsChild(handle, state().focus))
         move_focus(handle);
+}
+
+void activate_restored(HWND handle) {
+    if (state().active != handle)
+        return activate(handle);
+    move_focus(handle);
+    tell_activation(handle, WA_ACTIVE, nullptr);
+}
+
+void activate_by_click(HWND clicked) {
+    if (top_level_of(clicked) != state().active)
+        activate(top_level_of(clicked), WA_CLICKACTIVE);
+}
+
+void leave_program() {
+    state().left = state().active;
+    set_active(nullptr);
+    move_focus(nullptr);
+}
+
+void return_to_program() {
+    if (state().active == nullptr && IsWindow(state().left))
+        activate(state().left);
 }
 
 void leave_focus(HWND handle) {

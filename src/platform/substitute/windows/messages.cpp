@@ -57,7 +57,7 @@ MSG message_of(const Input& input) {
     const HWND focus = GetFocus();
     const HWND target = !is_key ? input.clicked : focus != nullptr ? focus : GetActiveWindow();
     const UINT number = is_key && focus == nullptr ? input.message + kSystemKey : input.message;
-    return {target, number, input.wparam, is_key ? 1 : 0, 0, {0, 0}};
+    return {target, number, input.wparam, is_key ? 1 : input.where, 0, {0, 0}};
 }
 
 bool can_be_clicked(HWND handle) { return is_enabled_throughout(handle) && IsWindowVisible(handle); }
@@ -66,7 +66,10 @@ bool reaches(const MSG& message) {
     return message.message <= WM_KEYLAST ? IsWindow(message.hwnd) != FALSE : can_be_clicked(message.hwnd);
 }
 
-void note_key(const Input& input) {
+/// A click first brings the window that it goes to in front.
+void note_input(const Input& input) {
+    if (input.message == WM_LBUTTONDOWN && can_be_clicked(input.clicked))
+        activate_by_click(input.clicked);
     if (input.message == WM_KEYDOWN || input.message == WM_KEYUP)
         queue().key_down[input.wparam & 0xFF] = input.message == WM_KEYDOWN;
 }
@@ -101,7 +104,7 @@ bool take_input(const Filter& filter, bool remove, MSG& message) {
             return false;
         if (remove || !reaches(message)) {
             input.pop_front();
-            note_key(next);
+            note_input(next);
         }
         if (reaches(message))
             return true;
@@ -155,6 +158,16 @@ void dispatch_posted() {
     MSG message{};
     while (take_posted({nullptr, 0, 0}, true, message))
         DispatchMessageA(&message);
+}
+
+void dispatch_all() {
+    MSG message{};
+    while (take({nullptr, 0, 0}, true, message) && message.message != WM_QUIT) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    if (message.message == WM_QUIT)
+        PostQuitMessage(static_cast<int>(message.wParam));
 }
 
 void drop_messages_of(HWND handle) {

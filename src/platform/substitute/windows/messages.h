@@ -12,12 +12,15 @@ struct Input {
     UINT message;
     WPARAM wparam;
     HWND clicked;
+    LPARAM where;
 };
 
 void queue_input(const Input& input);
 void queue_step(std::function<void()> step);
 /// Dispatches what is posted, as the system's own modal loops do, but takes no input.
 void dispatch_posted();
+/// The same for everything that waits, input included.
+void dispatch_all();
 bool queue_is_empty();
 
 } // namespace substitute

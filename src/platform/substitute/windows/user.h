@@ -45,6 +45,7 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 BOOL ShowWindow(HWND window, int command);
 BOOL UpdateWindow(HWND window);
 BOOL IsWindowVisible(HWND window);
+BOOL IsIconic(HWND window);
 BOOL EnableWindow(HWND window, BOOL enable);
 BOOL IsWindowEnabled(HWND window);
 

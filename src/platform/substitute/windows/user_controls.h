@@ -8,6 +8,7 @@ inline constexpr DWORD BS_CHECKBOX = 0x2;
 inline constexpr DWORD BS_AUTOCHECKBOX = 0x3;
 inline constexpr DWORD BS_GROUPBOX = 0x7;
 inline constexpr DWORD BS_TYPEMASK = 0xF;
+inline constexpr DWORD BS_NOTIFY = 0x4000;
 inline constexpr UINT BM_GETCHECK = 0x00F0;
 inline constexpr UINT BM_SETCHECK = 0x00F1;
 inline constexpr UINT BM_GETSTATE = 0x00F2;
@@ -17,6 +18,8 @@ inline constexpr WPARAM BST_UNCHECKED = 0;
 inline constexpr WPARAM BST_CHECKED = 1;
 inline constexpr LRESULT BST_PUSHED = 4;
 inline constexpr WORD BN_CLICKED = 0;
+inline constexpr WORD BN_SETFOCUS = 6;
+inline constexpr WORD BN_KILLFOCUS = 7;
 
 inline constexpr DWORD SS_LEFT = 0x0;
 

@@ -54,9 +54,12 @@ inline constexpr WPARAM WMSZ_BOTTOM = 6;
 inline constexpr WPARAM WMSZ_BOTTOMLEFT = 7;
 inline constexpr WPARAM WMSZ_BOTTOMRIGHT = 8;
 
+inline constexpr WPARAM SC_MINIMIZE = 0xF020;
 inline constexpr WPARAM SC_CLOSE = 0xF060;
+inline constexpr WPARAM SC_RESTORE = 0xF120;
 inline constexpr WPARAM WA_INACTIVE = 0;
 inline constexpr WPARAM WA_ACTIVE = 1;
+inline constexpr WPARAM WA_CLICKACTIVE = 2;
 
 inline constexpr LRESULT DLGC_WANTARROWS = 0x0001;
 inline constexpr LRESULT DLGC_WANTTAB = 0x0002;

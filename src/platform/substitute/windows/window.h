@@ -65,6 +65,7 @@ void forget_window(HWND handle);
 
 WindowClass* find_class(LPCSTR name);
 inline bool is_child(const Window& window) { return (window.style & WS_CHILD) != 0; }
+inline bool is_minimized(const Window& window) { return (window.style & WS_MINIMIZE) != 0; }
 /// Its data, which the control's procedure made on WM_NCCREATE; null for a window of another class.
 template <typename Data> Data* data_of(HWND handle) {
     Window* window = window_of(handle);
@@ -84,7 +85,12 @@ void send_move(HWND handle);
 /// Takes focus, queued messages and active state away from a window that is being destroyed.
 void leave_focus(HWND handle);
 void drop_messages_of(HWND handle);
-void activate(HWND handle);
+void activate(HWND handle, WPARAM how = WA_ACTIVE);
+/// What an active window is told that comes back from being minimised: the focus first, then the activation.
+void activate_restored(HWND handle);
+/// Gives the window that `clicked` lies in the activity, and the focus, if another one has it.
+void activate_by_click(HWND clicked);
+HWND top_level_of(HWND handle);
 /// Whether neither the window nor one that it lies in is disabled: only then can it have focus or clicks.
 bool is_enabled_throughout(HWND handle);
 

@@ -15,13 +15,6 @@ HWND refuse(DWORD code) {
     return nullptr;
 }
 
-HWND top_level_of(HWND handle) {
-    for (Window* window = window_of(handle); window != nullptr && is_child(*window);
-         window = window_of(handle))
-        handle = window->parent;
-    return handle;
-}
-
 DWORD settled_style(DWORD style) {
     if ((style & (WS_CHILD | WS_POPUP)) == 0) {
         style |= WS_CAPTION | WS_CLIPSIBLINGS;

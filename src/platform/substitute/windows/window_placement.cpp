@@ -78,6 +78,20 @@ void hide(HWND handle) {
     }
 }
 
+void minimize(HWND handle) {
+    existing_window(handle).style |= WS_MINIMIZE;
+    SendMessageA(handle, WM_SIZE, SIZE_MINIMIZED, 0);
+}
+
+void restore(HWND handle) {
+    existing_window(handle).style &= ~WS_MINIMIZE;
+    send_move(handle);
+    if (IsWindow(handle))
+        send_size(handle);
+    if (IsWindow(handle))
+        activate_restored(handle);
+}
+
 void show(HWND handle, bool with_activation) {
     set_visible(handle, true);
     if (!IsWindow(handle))
@@ -100,6 +114,8 @@ POINT client_offset(const Window& window) {
 }
 
 POINT client_size(const Window& window) {
+    if (is_minimized(window))
+        return {0, 0};
     const POINT offset = client_offset(window);
     const LONG width = width_of(window.frame) - 2 * offset.x;
     const LONG height = height_of(window.frame) - offset.y - offset.x;
@@ -145,10 +161,15 @@ bool show_window(HWND handle, int command) {
     if (window == nullptr)
         return false;
     const bool was_visible = (window->style & WS_VISIBLE) != 0;
+    const bool was_minimized = is_minimized(*window);
     if (command == SW_HIDE && was_visible)
         hide(handle);
     if (command != SW_HIDE && !was_visible)
         show(handle, command != SW_SHOWNA && command != SW_SHOWNOACTIVATE);
+    if (command == SW_MINIMIZE && was_visible && !was_minimized)
+        minimize(handle);
+    if (command == SW_RESTORE && was_visible && was_minimized)
+        restore(handle);
     return was_visible;
 }
 
@@ -201,6 +222,11 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 
 BOOL ShowWindow(HWND handle, int command) {
     return !failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE) && show_window(handle, command);
+}
+
+BOOL IsIconic(HWND handle) {
+    const Window* window = window_of(handle);
+    return window != nullptr && is_minimized(*window);
 }
 
 /// Nothing is painted, so nothing is waiting to be.
