@@ -169,6 +169,11 @@ protected:
     }
 };
 
+TEST_F(LeavingTheWindow, MinimisedAndRestoredItGivesTheFocusToTheSameControl) {
+    come_back_by([] { ShowWindow(main_window, SW_MINIMIZE); }, [] { ShowWindow(main_window, SW_RESTORE); });
+    EXPECT_EQ(run(), 0);
+}
+
 TEST_F(LeavingTheWindow, BehindAnotherOneItGivesTheFocusToTheSameControl) {
     come_back_by(leave_and_return, [] {});
     EXPECT_EQ(run(), 0);
