@@ -29,7 +29,9 @@ const char* send_requests(Socket& socket, const net::Interface* networks, std::u
 }
 
 /// Such a failure is about one datagram; the socket goes on.
-bool concerns_one_datagram(int code) { return code == WSAEMSGSIZE || code == WSAECONNRESET; }
+bool concerns_one_datagram(int code) {
+    return code == WSAEMSGSIZE || code == WSAENETRESET || code == WSAECONNRESET;
+}
 
 const char* receive_answer(Socket& socket, net::AddressBlock& found) {
     unsigned char octets[4096];

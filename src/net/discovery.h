@@ -6,8 +6,9 @@
 /// `scan_pass_limit`: answers that never end must not hold the user's window for ever. What was found until
 /// then counts. Memory is bounded likewise, by the distinct senders that can answer in that time.
 ///
-/// A datagram that cannot be received (too large, or a note that a port is closed) is dropped like one that
-/// is too short. Any other failure to receive ends the scan with its text, as a failure to send does.
+/// A datagram that cannot be received (too large, or a note that a port is closed or that a packet's time to
+/// live is over) is dropped like one that is too short. Any other failure to receive ends the scan with its
+/// text, as a failure to send does.
 #include "net/interfaces.h"
 
 #include <cstdint>

@@ -209,7 +209,7 @@ TEST_F(NativeDiscovery, GoesOnPastUnreachableNetworks) {
 }
 
 TEST_F(NativeDiscovery, GoesOnPastADatagramThatCannotBeReceived) {
-    for (const DWORD code : {10040, 10054}) {
+    for (const DWORD code : {10040, 10052, 10054}) {
         SetUp();
         DiscoveryServer server([](int) { return std::vector<Answer>{{2, discovery_answer()}}; });
         substitute::fail_call("recvfrom", 1, code);
