@@ -31,9 +31,32 @@ protected:
 };
 
 TEST_F(SpecFile, IsReadByteByByte) {
-    const std::string bytes = "\r\n\x1A\0\xFF\r\r\n\n\rend"s;
+    const std::string bytes = "\r\n\x1B\0\xFF\r\r\n\n\rend"s;
     write(bytes);
     EXPECT_EQ(read_spec_file(path), bytes);
+}
+
+TEST_F(SpecFile, EndsBeforeAByte26) {
+    write("X\nAgent\n!G\n\x1A");
+    EXPECT_EQ(read_spec_file(path), "X\nAgent\n!G\n");
+    write("X\r\n\r\x1A\n!G\n\x1A");
+    EXPECT_EQ(read_spec_file(path), "X\r\n\r");
+    write("\x1AX\n");
+    EXPECT_EQ(read_spec_file(path), "");
+}
+
+TEST_F(SpecFile, OfManyChunksEndsBeforeAByte26) {
+    const std::string before(70000, 'x');
+    write(before + '\x1A' + std::string(70000, 'y') + "\x1Az");
+    EXPECT_TRUE(read_spec_file(path) == before);
+}
+
+/// `copy a.spec+b.spec c.spec` leaves such a byte behind the last line.
+TEST_F(SpecFile, ThatCopyHasJoinedParses) {
+    write("X\r\nAgent\r\nService\r\n!G\r\n\r\n\x1A");
+    const Configuration configuration("value name", path, false);
+    EXPECT_EQ(configuration.serviceName, "Service");
+    EXPECT_EQ(describe(configuration), "!G\n");
 }
 
 TEST_F(SpecFile, MayBeEmpty) {
