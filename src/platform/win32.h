@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#include <cderr.h>
 #include <commctrl.h>
 #include <commdlg.h>
 #include <iphlpapi.h>

@@ -25,6 +25,13 @@ PathBuffer filter_for(const std::string& extension) {
     return buffer;
 }
 
+/// False when the user cancels, or the dialog does not open.
+bool is_accepted(OPENFILENAMEA& request) {
+    const BOOL chosen = GetOpenFileNameA(&request);
+    error::rethrow_kept();
+    return chosen != FALSE;
+}
+
 /// Replaces `file` by the user's choice; false when the user cancels.
 bool choose_file(const PathBuffer& filter, PathBuffer& file) {
     OPENFILENAMEA request{};
@@ -37,9 +44,13 @@ bool choose_file(const PathBuffer& filter, PathBuffer& file) {
     request.lpstrTitle = "File selection...";
     request.Flags =
         OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_SHAREAWARE | OFN_EXPLORER | OFN_NODEREFERENCELINKS;
-    const BOOL chosen = GetOpenFileNameA(&request);
-    error::rethrow_kept();
-    return chosen != FALSE;
+    if (is_accepted(request))
+        return true;
+    if (CommDlgExtendedError() != FNERR_INVALIDFILENAME)
+        return false;
+    // With what is no file's name the dialog does not open at all, and the button would seem dead.
+    file.fill('\0');
+    return is_accepted(request);
 }
 
 } // namespace

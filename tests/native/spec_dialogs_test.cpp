@@ -153,6 +153,11 @@ TEST_F(FileDialog, OffersNoFilterThatDoesNotFit) {
     EXPECT_EQ(shown(std::string(257, 'x'), "").filter, "");
 }
 
+TEST_F(FileDialog, IsNotOpenedAgainWhenItIsCancelled) {
+    shown("log", "C:\\agent.log");
+    EXPECT_EQ(shown_file_dialogs().size(), 1U);
+}
+
 TEST_F(FileDialog, OpensWithTheFirst259Characters) {
     EXPECT_EQ(shown("log", std::string(2000, 'x')).initial_file, std::string(259, 'x'));
 }
@@ -165,6 +170,43 @@ TEST_F(FileDialog, ThatFailsChangesNothing) {
     click(main.control(2));
     EXPECT_EQ(text_of(main.control(1)), "typed");
     EXPECT_EQ(file->value(), "");
+    EXPECT_EQ(substitute::call_count("GetOpenFileNameA"), 1);
+}
+
+/// What stands in the box may be no file's name; the dialog then does not open with it.
+class RejectedName : public FileDialog {
+protected:
+    void press_browse(const std::string& typed) {
+        file = std::make_unique<FileSelector>(binding(), "Title", "Help", "log");
+        open(*file, typed);
+        click(main.control(2));
+    }
+};
+
+TEST_F(RejectedName, OpensTheDialogOnceMoreWithoutAName) {
+    substitute::choose_next_file("C:\\agent.log");
+    press_browse("<C:\\logs>");
+    ASSERT_EQ(shown_file_dialogs().size(), 2U);
+    EXPECT_EQ(shown_file_dialogs()[0].initial_file, "<C:\\logs>");
+    EXPECT_EQ(shown_file_dialogs()[1].initial_file, "");
+    EXPECT_EQ(shown_file_dialogs()[1].filter, "*.log");
+    EXPECT_EQ(shown_file_dialogs()[1].details.Flags, 0x185004U);
+    EXPECT_EQ(file->value(), "C:\\agent.log");
+    EXPECT_EQ(text_of(main.control(1)), "C:\\agent.log");
+}
+
+TEST_F(RejectedName, StaysWhenTheSecondDialogIsCancelled) {
+    press_browse("\"C:\\agent.log\"");
+    EXPECT_EQ(shown_file_dialogs().size(), 2U);
+    EXPECT_EQ(text_of(main.control(1)), "\"C:\\agent.log\"");
+    EXPECT_EQ(file->value(), "");
+}
+
+TEST_F(RejectedName, StaysWhenTheSecondDialogFails) {
+    substitute::fail_call("GetOpenFileNameA", 2, FNERR_INVALIDFILENAME);
+    press_browse("a|b");
+    EXPECT_EQ(substitute::call_count("GetOpenFileNameA"), 2);
+    EXPECT_EQ(text_of(main.control(1)), "a|b");
 }
 
 } // namespace

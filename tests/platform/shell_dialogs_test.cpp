@@ -113,6 +113,7 @@ TEST_F(ShellDialogs, TheFileDialogGivesThePathThatIsAccepted) {
 TEST_F(ShellDialogs, ACancelledFileDialogGivesNone) {
     cancel_file_dialog();
     EXPECT_EQ(open_file(window, existing_file()), "none");
+    EXPECT_EQ(CommDlgExtendedError(), 0U);
 }
 
 TEST_F(ShellDialogs, TheFileDialogsOwnerIsDisabledMeanwhile) {
@@ -123,6 +124,12 @@ TEST_F(ShellDialogs, TheFileDialogsOwnerIsDisabledMeanwhile) {
     EXPECT_TRUE(IsWindowEnabled(window));
 }
 
-TEST_F(ShellDialogs, ARecordOfTheWrongSizeIsRefused) { EXPECT_EQ(open_file(window, "", 7), "none"); }
+TEST_F(ShellDialogs, ARecordOfTheWrongSizeIsRefusedWithAReason) {
+    EXPECT_EQ(open_file(window, "", 7), "none");
+    EXPECT_EQ(CommDlgExtendedError(), static_cast<DWORD>(CDERR_STRUCTSIZE));
+    cancel_file_dialog();
+    open_file(window, "");
+    EXPECT_EQ(CommDlgExtendedError(), 0U) << "about the last dialog alone";
+}
 
 } // namespace

@@ -14,6 +14,7 @@ namespace {
 struct Dialogs {
     std::deque<std::optional<std::string>> choices;
     std::vector<ShownFileDialog> shown;
+    DWORD error = 0;
 };
 
 Dialogs& dialogs() {
@@ -33,6 +34,14 @@ std::string filter_text(LPCSTR filter) {
 
 std::string text_of(LPCSTR text) { return text == nullptr ? "" : text; }
 
+/// What Windows' dialog does not open with. (Wine's opens.)
+bool is_no_name(const std::string& file) { return file.find_first_of("<>|\"") != std::string::npos; }
+
+BOOL refuse(DWORD error) {
+    dialogs().error = error;
+    return FALSE;
+}
+
 std::optional<std::string> next_choice() {
     if (dialogs().choices.empty())
         return std::nullopt;
@@ -51,14 +60,23 @@ const std::vector<ShownFileDialog>& shown_file_dialogs() { return dialogs().show
 using namespace substitute;
 
 BOOL GetOpenFileNameA(LPOPENFILENAMEA details) {
-    if (failing("GetOpenFileNameA", ERROR_NOT_ENOUGH_MEMORY) || details->lStructSize != sizeof *details)
+    dialogs().error = failing("GetOpenFileNameA", CDERR_INITIALIZATION);
+    if (dialogs().error != 0)
         return FALSE;
+    if (details->lStructSize != sizeof *details)
+        return refuse(CDERR_STRUCTSIZE);
     dialogs().shown.push_back({*details, filter_text(details->lpstrFilter), text_of(details->lpstrFile),
                                text_of(details->lpstrTitle)});
+    if (is_no_name(dialogs().shown.back().initial_file))
+        return refuse(FNERR_INVALIDFILENAME);
     const ModalDialog dialog(details->hwndOwner, details->lpstrTitle);
     const auto choice = next_choice();
-    if (!choice || choice->size() >= details->nMaxFile)
+    if (!choice)
         return FALSE;
+    if (choice->size() >= details->nMaxFile)
+        return refuse(FNERR_BUFFERTOOSMALL);
     std::copy_n(choice->c_str(), choice->size() + 1, details->lpstrFile);
     return TRUE;
 }
+
+DWORD CommDlgExtendedError() { return dialogs().error; }

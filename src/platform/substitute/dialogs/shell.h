@@ -81,4 +81,10 @@ inline constexpr DWORD OFN_SHAREAWARE = 0x00004000;
 inline constexpr DWORD OFN_EXPLORER = 0x00080000;
 inline constexpr DWORD OFN_NODEREFERENCELINKS = 0x00100000;
 
+inline constexpr LONG CDERR_STRUCTSIZE = 0x0001;
+inline constexpr LONG CDERR_INITIALIZATION = 0x0002;
+inline constexpr LONG FNERR_INVALIDFILENAME = 0x3002;
+inline constexpr LONG FNERR_BUFFERTOOSMALL = 0x3003;
+
 BOOL GetOpenFileNameA(LPOPENFILENAMEA details);
+DWORD CommDlgExtendedError();
