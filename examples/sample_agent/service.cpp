@@ -4,6 +4,7 @@
 #include "settings.h"
 
 #include <fstream>
+#include <sddl.h>
 
 namespace {
 
@@ -37,9 +38,23 @@ void note_settings() {
         note(std::string("setting ") + name + "=" + read_agent_value(name));
 }
 
+/// All access to the event, for SYSTEM, as which the service runs, and for administrators, as whom the tool
+/// runs. By default SYSTEM lets nobody else signal what it creates.
+constexpr char kAccess[] = "D:(A;;0x1F0003;;;SY)(A;;0x1F0003;;;BA)";
+
+HANDLE create_awaited_event() {
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, nullptr, FALSE};
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorA(kAccess, SDDL_REVISION_1,
+                                                              &attributes.lpSecurityDescriptor, nullptr))
+        note("the event's access was not set");
+    const HANDLE event = CreateEventA(&attributes, FALSE, FALSE, behaviour.event.c_str());
+    LocalFree(attributes.lpSecurityDescriptor);
+    return event;
+}
+
 /// Notes every signal until the stop is requested.
 void wait_for_signals() {
-    const HANDLE events[] = {stop_requested, CreateEventA(nullptr, FALSE, FALSE, behaviour.event.c_str())};
+    const HANDLE events[] = {stop_requested, create_awaited_event()};
     // Whoever sees the service run finds the note.
     note("started");
     report(SERVICE_RUNNING, behaviour.refuse_stop ? 0 : SERVICE_ACCEPT_STOP);

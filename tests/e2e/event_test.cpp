@@ -1,5 +1,7 @@
 #include "e2e/fixture.h"
 
+#include <sddl.h>
+
 namespace e2e {
 namespace {
 
@@ -15,6 +17,30 @@ std::size_t signals_noted() {
          at = notes.find("signalled\n", at + 1))
         ++count;
     return count;
+}
+
+/// Who may do what with the event, in the words of security descriptors.
+std::string access_to(HANDLE event) {
+    BYTE descriptor[1024];
+    DWORD size = 0;
+    char* words = nullptr;
+    if (!GetKernelObjectSecurity(event, DACL_SECURITY_INFORMATION, descriptor, sizeof descriptor, &size) ||
+        !ConvertSecurityDescriptorToStringSecurityDescriptorA(descriptor, SDDL_REVISION_1,
+                                                              DACL_SECURITY_INFORMATION, &words, nullptr))
+        return "not told";
+    const std::string result = words;
+    LocalFree(words);
+    return result;
+}
+
+/// The service runs as SYSTEM, the tool as an administrator: without this it could not open the event.
+TEST_F(Event, OfTheAgentLetsAdministratorsIn) {
+    install_agent();
+    start_agent();
+    const HANDLE event = OpenEventA(READ_CONTROL, FALSE, kEventName);
+    ASSERT_NE(event, nullptr);
+    EXPECT_EQ(access_to(event), "D:(A;;0x1f0003;;;SY)(A;;0x1f0003;;;BA)");
+    CloseHandle(event);
 }
 
 TEST_F(Event, EachPressReachesTheRunningAgentOnce) {
