@@ -7,6 +7,7 @@
 #include "error/trace.h"
 #include "net/socket.h"
 #include "platform/main_window.h"
+#include "platform/window_class.h"
 #include "spec/configurations.h"
 #include "store/value_enumeration.h"
 
@@ -23,15 +24,7 @@ void show_fatal(const std::string& text) {
 }
 
 void register_class(HINSTANCE instance) {
-    WNDCLASSEXA description{};
-    description.cbSize = sizeof description;
-    description.lpfnWndProc = main_window_procedure;
-    description.hInstance = instance;
-    description.hIcon = description.hIconSm = LoadIconA(instance, "tavrin");
-    description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    description.hbrBackground = reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1});
-    description.lpszClassName = kClassName;
-    if (RegisterClassExA(&description) == 0)
+    if (!register_window_class(instance, kClassName, main_window_procedure))
         throw std::string("Window Registration Failed!");
 }
 

@@ -2,6 +2,7 @@
 
 #include "error/guard.h"
 #include "platform/main_window.h"
+#include "platform/window_class.h"
 
 namespace {
 
@@ -61,19 +62,11 @@ LRESULT CALLBACK wait_window_procedure(HWND window, UINT message, WPARAM wparam,
 }
 
 bool register_class_once() {
-    WNDCLASSEXA description{};
-    description.cbSize = sizeof description;
-    if (GetClassInfoExA(GetModuleHandleA(nullptr), kClassName, &description))
-        return true;
-    description = {};
-    description.cbSize = sizeof description;
-    description.lpfnWndProc = wait_window_procedure;
-    description.hInstance = GetModuleHandleA(nullptr);
-    description.hIcon = description.hIconSm = LoadIconA(description.hInstance, "tavrin");
-    description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    description.hbrBackground = reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1});
-    description.lpszClassName = kClassName;
-    return RegisterClassExA(&description) != 0;
+    const HINSTANCE instance = GetModuleHandleA(nullptr);
+    WNDCLASSEXA registered{};
+    registered.cbSize = sizeof registered;
+    return GetClassInfoExA(instance, kClassName, &registered) ||
+           register_window_class(instance, kClassName, wait_window_procedure);
 }
 
 HWND create_over_main_window(const std::string& text) {

@@ -34,6 +34,10 @@ TEST_F(WindowCallFails, CreationAndDestruction) {
     EXPECT_TRUE(fails(
         "LoadIconA", [] { return LoadIconA(nullptr, "tavrin"); }, nullptr));
     EXPECT_TRUE(fails(
+        "LoadImageA", [] { return LoadImageA(nullptr, "tavrin", IMAGE_ICON, 16, 16, 0); }, nullptr));
+    EXPECT_TRUE(fails(
+        "GetSystemMetrics", [] { return GetSystemMetrics(SM_CXSMICON); }, 0));
+    EXPECT_TRUE(fails(
         "LoadCursorA", [] { return LoadCursorA(nullptr, IDC_ARROW); }, nullptr));
 }
 
@@ -98,6 +102,10 @@ TEST_F(WindowCallFails, MessagesAndBoxes) {
 
 TEST_F(WindowCallFails, Drawing) {
     TEXTMETRICA metrics{};
+    const RECT area{0, 0, 9, 9};
+    EXPECT_TRUE(fails(
+        "FillRect", [&] { return FillRect(GetDC(window), &area, nullptr); }, 0));
+    EXPECT_EQ(GetPixel(nullptr, 1, 1), CLR_INVALID) << "nothing was filled";
     EXPECT_TRUE(fails(
         "GetStockObject", [] { return GetStockObject(DEFAULT_GUI_FONT); }, nullptr));
     EXPECT_TRUE(fails(

@@ -25,6 +25,24 @@ TEST_F(Resources, AnUnknownClassIsNotFound) {
 
 TEST_F(Resources, TheSystemHasAnArrowForItsCursor) { EXPECT_NE(LoadCursorA(nullptr, IDC_ARROW), nullptr); }
 
+TEST_F(Resources, ASmallIconHas16Pixels) {
+    EXPECT_EQ(GetSystemMetrics(SM_CXSMICON), 16);
+    EXPECT_EQ(GetSystemMetrics(SM_CYSMICON), 16);
+}
+
+TEST_F(Resources, ARectangleIsFilledWithAColourOfTheSystems) {
+    const HDC context = GetDC(window);
+    const RECT all{0, 0, 20, 20};
+    const RECT part{5, 5, 10, 10};
+    EXPECT_TRUE(FillRect(context, &all, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_HIGHLIGHT + 1})));
+    EXPECT_TRUE(FillRect(context, &part, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1})));
+    EXPECT_EQ(GetPixel(context, 4, 5), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(GetPixel(context, 5, 5), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(GetPixel(context, 9, 9), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(GetPixel(context, 10, 9), GetSysColor(COLOR_HIGHLIGHT));
+    ReleaseDC(window, context);
+}
+
 TEST_F(Resources, AWindowMayBePaintedAtOnce) { EXPECT_TRUE(UpdateWindow(window)); }
 
 TEST(Clock, SleepLetsItRun) {

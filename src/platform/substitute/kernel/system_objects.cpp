@@ -2,7 +2,11 @@
 #include "platform/substitute/kernel/kernel.h"
 #include "platform/substitute/windows/user.h"
 
-/// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on.
+#include <algorithm>
+#include <vector>
+
+/// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on. Of what is
+/// drawn, filled rectangles can be looked at.
 namespace {
 
 template <typename Handle> Handle made_up(ULONG_PTR value) { return reinterpret_cast<Handle>(value); }
@@ -13,9 +17,26 @@ constexpr ULONG_PTR kCursor = 0x20003;
 constexpr ULONG_PTR kContext = 0x30001;
 constexpr ULONG_PTR kStockObjects = 0x40000;
 /// The measures that the stock GUI font has at 96 dots an inch.
+constexpr int kSmallIcon = 16;
 constexpr TEXTMETRICA kGuiFont{13, 11, 2, 2, 0, 5};
 
 HGDIOBJ selected = made_up<HGDIOBJ>(kStockObjects);
+
+struct Filled {
+    RECT area;
+    COLORREF colour;
+
+    bool covers(int x, int y) const {
+        return x >= area.left && x < area.right && y >= area.top && y < area.bottom;
+    }
+};
+/// In the one device context, since it was handed out.
+std::vector<Filled> filled;
+
+/// A brush may be given as the number of a colour of the system's, plus one.
+COLORREF colour_of(HBRUSH brush) {
+    return GetSysColor(static_cast<int>(reinterpret_cast<ULONG_PTR>(brush)) - 1);
+}
 
 } // namespace
 
@@ -29,6 +50,22 @@ HICON LoadIconA(HINSTANCE, LPCSTR) {
     return substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr : made_up<HICON>(kIcon);
 }
 
+/// A picture of another size is another picture.
+HANDLE LoadImageA(HINSTANCE, LPCSTR, UINT, int width, int, UINT) {
+    if (substitute::failing("LoadImageA", ERROR_RESOURCE_NAME_NOT_FOUND))
+        return nullptr;
+    return made_up<HANDLE>(kIcon + (static_cast<ULONG_PTR>(width) << 20));
+}
+
+int GetSystemMetrics(int measure) {
+    if (substitute::failing("GetSystemMetrics", ERROR_INVALID_PARAMETER))
+        return 0;
+    return measure == SM_CXSMICON || measure == SM_CYSMICON ? kSmallIcon : 0;
+}
+
+/// No window here is slow enough for a ghost.
+void DisableProcessWindowsGhosting() { substitute::failing("DisableProcessWindowsGhosting", 0); }
+
 HCURSOR LoadCursorA(HINSTANCE, LPCSTR) {
     return substitute::failing("LoadCursorA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr
                                                                              : made_up<HCURSOR>(kCursor);
@@ -41,7 +78,10 @@ HGDIOBJ GetStockObject(int object) {
 }
 
 HDC GetDC(HWND) {
-    return substitute::failing("GetDC", ERROR_INVALID_HANDLE) ? nullptr : made_up<HDC>(kContext);
+    if (substitute::failing("GetDC", ERROR_INVALID_HANDLE))
+        return nullptr;
+    filled.clear();
+    return made_up<HDC>(kContext);
 }
 int ReleaseDC(HWND, HDC context) {
     return !substitute::failing("ReleaseDC", ERROR_INVALID_HANDLE) && context == made_up<HDC>(kContext) ? 1
@@ -62,3 +102,19 @@ BOOL GetTextMetricsA(HDC, LPTEXTMETRICA metrics) {
     *metrics = kGuiFont;
     return TRUE;
 }
+
+int FillRect(HDC, const RECT* rectangle, HBRUSH brush) {
+    if (substitute::failing("FillRect", ERROR_INVALID_HANDLE))
+        return 0;
+    filled.push_back({*rectangle, colour_of(brush)});
+    return 1;
+}
+
+COLORREF GetPixel(HDC, int x, int y) {
+    const auto found =
+        std::find_if(filled.rbegin(), filled.rend(), [&](const Filled& each) { return each.covers(x, y); });
+    return found == filled.rend() ? CLR_INVALID : found->colour;
+}
+
+/// Made up, but for each number another.
+DWORD GetSysColor(int colour) { return 0x010101U * static_cast<DWORD>(colour); }

@@ -13,6 +13,9 @@ BOOL GetClassInfoExA(HINSTANCE instance, LPCSTR name, WNDCLASSEXA* details);
 HMODULE GetModuleHandleA(LPCSTR name);
 HICON LoadIconA(HINSTANCE instance, LPCSTR name);
 HCURSOR LoadCursorA(HINSTANCE instance, LPCSTR name);
+HANDLE LoadImageA(HINSTANCE instance, LPCSTR name, UINT kind, int width, int height, UINT flags);
+int GetSystemMetrics(int measure);
+void DisableProcessWindowsGhosting();
 
 HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWORD style, int x, int y,
                      int width, int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter);
@@ -72,3 +75,6 @@ HDC GetDC(HWND window);
 int ReleaseDC(HWND window, HDC context);
 HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
 BOOL GetTextMetricsA(HDC context, LPTEXTMETRICA metrics);
+int FillRect(HDC context, const RECT* rectangle, HBRUSH brush);
+COLORREF GetPixel(HDC context, int x, int y);
+DWORD GetSysColor(int colour);

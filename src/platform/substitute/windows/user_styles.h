@@ -81,7 +81,13 @@ inline constexpr int IDCANCEL = 2;
 inline constexpr int IDYES = 6;
 inline constexpr int IDNO = 7;
 
+inline constexpr int COLOR_HIGHLIGHT = 13;
 inline constexpr int COLOR_BTNFACE = 15;
+inline constexpr DWORD CLR_INVALID = 0xFFFFFFFF;
+inline constexpr UINT IMAGE_ICON = 1;
+inline constexpr UINT LR_DEFAULTCOLOR = 0;
+inline constexpr int SM_CXSMICON = 49;
+inline constexpr int SM_CYSMICON = 50;
 inline constexpr int DEFAULT_GUI_FONT = 17;
 /// Numbered resources are named by a pointer whose value is the number.
 inline const LPCSTR IDC_ARROW = reinterpret_cast<LPCSTR>(static_cast<ULONG_PTR>(32512));

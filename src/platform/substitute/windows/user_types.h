@@ -87,3 +87,5 @@ struct TEXTMETRICA {
     LONG tmAveCharWidth;
 };
 using LPTEXTMETRICA = TEXTMETRICA*;
+
+using COLORREF = DWORD;
