@@ -65,6 +65,9 @@ void load_configurations() {
 }
 
 int run_program(HINSTANCE instance, int show_command) {
+    // The steps that block take longer than Windows' patience; a ghost in the window's place would hide what
+    // the wait window says.
+    DisableProcessWindowsGhosting();
     InitCommonControls();
     CoInitialize(nullptr);
     if (const char* const failure = net_startup()) {

@@ -25,6 +25,13 @@ protected:
     }
 };
 
+TEST_F(StartUpCalls, NoGhostTakesTheWindowsPlaceWhileTheProgramIsBusy) {
+    then([] {});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(substitute::call_count("DisableProcessWindowsGhosting"), 1);
+    EXPECT_LT(place_of_call("DisableProcessWindowsGhosting"), place_of_call("CreateWindowExA"));
+}
+
 TEST_F(StartUpCalls, BothClassesHaveThePictureThatIsMadeForTheSmallIcon) {
     then([] { DestroyWindow(open_wait_window("text")); });
     EXPECT_EQ(run(), 0);
