@@ -13,10 +13,8 @@ constexpr std::uint32_t longest_domain = 1024;
 constexpr std::uint32_t longest_id = 128;
 
 const char* open_element(Stream* stream, std::uint32_t tag) {
-    std::uint8_t octets[longest_tag + 1];
-    std::uint8_t* end = put_tag(octets, tag);
-    *end++ = indefinite_length;
-    return stream->socket_write_buf(stream, octets, static_cast<std::size_t>(end - octets));
+    const char* problem = write_tag(stream, tag);
+    return problem != nullptr ? problem : write_indefinite(stream);
 }
 
 const char* write_identity(Stream* stream, const char* name, const char* domain) {

@@ -1,6 +1,7 @@
 #include "protocol/negotiation.h"
 
 #include "error/messages.h"
+#include "protocol/composition.h"
 #include "protocol/messages.h"
 #include "protocol/skipping.h"
 #include "protocol/tags.h"
@@ -30,13 +31,28 @@ const char* read_offer(Stream* stream, std::int32_t* version) {
     return skip_to_eol(stream);
 }
 
+// A refused text leaves what stands before it to the server: the connection then ends within an element.
+const char* send_wishes(Stream* stream, const char* name, const char* domain) {
+    Composition wishes;
+    const char* refused = write_client_wants(wishes.stream(), our_version, name, domain);
+    const char* problem = wishes.send_over(stream);
+    return problem != nullptr ? problem : refused;
+}
+
+const char* send_closing(Stream* stream) {
+    Composition closing;
+    if (const char* problem = write_closing(closing.stream()))
+        return problem;
+    return closing.send_over(stream);
+}
+
 const char* take_offer(Stream* stream, int* status) {
     std::int32_t version = 0;
     if (const char* problem = read_offer(stream, &version))
         return problem;
     if (!compatible(version))
         return wrong_version;
-    if (const char* problem = write_closing(stream))
+    if (const char* problem = send_closing(stream))
         return problem;
     if (const char* problem = stream->socket_flush(stream))
         return problem;
@@ -61,7 +77,7 @@ const char* negotiate(Stream* stream, const char* name, const char* domain, int*
     if (status == nullptr)
         status = &unwanted;
     *status = negotiation_failed;
-    if (const char* problem = write_client_wants(stream, our_version, name, domain))
+    if (const char* problem = send_wishes(stream, name, domain))
         return problem;
     std::uint32_t tag = 0;
     if (const char* problem = read_tag(stream, &tag))

@@ -1,7 +1,6 @@
 #include "protocol/numbers.h"
 
-#include "protocol/lengths.h"
-#include "protocol/tags.h"
+#include "protocol/heads.h"
 
 namespace {
 
@@ -32,19 +31,14 @@ const char* read_signed_int(Stream* stream, std::int32_t min, std::int32_t max, 
                             std::uint32_t tag) {
     static constexpr char out_of_range[] = "data out of range in read_signed_int";
     std::uint8_t octets[4];
-    std::uint32_t length = 0;
-    bool indefinite = false;
-    if (const char* problem = read_tag_if_needed(stream, &tag))
+    Head head;
+    if (const char* problem = read_head(stream, tag, BE_INTEGER, "Wrong tag, expected BE_INTEGER", &head))
         return problem;
-    if (tag != BE_INTEGER)
-        return "Wrong tag, expected BE_INTEGER";
-    if (const char* problem = read_length(stream, &length, &indefinite))
-        return problem;
-    if (indefinite || length > sizeof octets)
+    if (head.indefinite || head.length > sizeof octets)
         return out_of_range;
-    if (const char* problem = stream->read(stream, octets, length))
+    if (const char* problem = read_octets(stream, octets, head.length))
         return problem;
-    const std::int32_t received = from_octets(octets, length);
+    const std::int32_t received = from_octets(octets, head.length);
     if (received < min || received > max)
         return out_of_range;
     *value = received;
@@ -58,22 +52,17 @@ const char* write_signed_int(Stream* stream, std::int32_t min, std::int32_t max,
     std::uint8_t octets[6] = {0x02, static_cast<std::uint8_t>(count)};
     for (unsigned i = 0; i < count; ++i)
         octets[2 + i] = static_cast<std::uint8_t>(static_cast<std::uint32_t>(value) >> (8 * (count - 1 - i)));
-    return stream->socket_write_buf(stream, octets, 2 + count);
+    return write_octets(stream, octets, 2 + count);
 }
 
 const char* read_bool(Stream* stream, bool* value, std::uint32_t tag) {
     std::uint8_t content = 0;
-    std::uint32_t length = 0;
-    bool indefinite = false;
-    if (const char* problem = read_tag_if_needed(stream, &tag))
+    Head head;
+    if (const char* problem = read_head(stream, tag, BE_BOOLEAN, "Wrong tag, expected BE_BOOLEAN", &head))
         return problem;
-    if (tag != BE_BOOLEAN)
-        return "Wrong tag, expected BE_BOOLEAN";
-    if (const char* problem = read_length(stream, &length, &indefinite))
-        return problem;
-    if (indefinite || length != 1)
+    if (head.indefinite || head.length != 1)
         return "data out of range in read_bool";
-    if (const char* problem = stream->read(stream, &content, 1))
+    if (const char* problem = read_octet(stream, &content))
         return problem;
     *value = content != 0;
     return nullptr;
@@ -81,5 +70,5 @@ const char* read_bool(Stream* stream, bool* value, std::uint32_t tag) {
 
 const char* write_bool(Stream* stream, bool value) {
     const std::uint8_t octets[] = {0x01, 0x01, static_cast<std::uint8_t>(value ? 0x01 : 0x00)};
-    return stream->socket_write_buf(stream, octets, sizeof octets);
+    return write_octets(stream, octets, sizeof octets);
 }

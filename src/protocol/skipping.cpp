@@ -11,7 +11,7 @@ const char* discard(Stream* stream, std::uint32_t count) {
     std::uint8_t piece[128];
     while (count > 0) {
         const std::uint32_t size = std::min<std::uint32_t>(count, sizeof piece);
-        if (const char* problem = stream->read(stream, piece, size))
+        if (const char* problem = read_octets(stream, piece, size))
             return problem;
         count -= size;
     }

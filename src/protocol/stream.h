@@ -24,6 +24,15 @@ struct Stream {
     /// Set by every write, cleared by a flush and by a completed read.
     bool pending;
     Socket socket;
+
+    /// Octets that are received and that nobody has read yet; both null in a stream that keeps none. Readers
+    /// take them through protocol/at_hand.h.
+    const std::uint8_t* next = nullptr;
+    const std::uint8_t* end = nullptr;
+    /// Memory in which writers may leave octets instead of writing them; both null in a stream that sends at
+    /// once.
+    std::uint8_t* room = nullptr;
+    std::uint8_t* room_end = nullptr;
 };
 
 /// Connects to the IPv4 `address` (network byte order) and `port` and hands out a new record, to be ended by

@@ -3,7 +3,14 @@
 #include "error/messages.h"
 #include "net/memory.h"
 
+#include <algorithm>
+#include <new>
+
 namespace {
+
+struct TcpStream : Stream {
+    std::uint8_t received[2048]; // more than any answer with fields that are known
+};
 
 // A socket has nothing to flush, so this never fails; another kind of connection may.
 const char* flush_socket(Socket&) { return nullptr; }
@@ -15,20 +22,36 @@ const char* tcp_flush(Stream* stream) {
     return nullptr;
 }
 
+// Waits for one octet and takes all that have come: never for more than the next reader needs.
+const char* receive(TcpStream* stream) {
+    std::size_t count = 0;
+    if (const char* problem = socket_recv(stream->socket, stream->received, sizeof stream->received, &count))
+        return format_error("Error receiving data: %s", problem);
+    if (count == 0)
+        return "Peer closed connection unexpectedly";
+    stream->next = stream->received;
+    stream->end = stream->received + count;
+    return nullptr;
+}
+
+std::size_t take(Stream* stream, std::uint8_t* octets, std::size_t wanted) {
+    const std::size_t count = std::min(wanted, static_cast<std::size_t>(stream->end - stream->next));
+    std::copy_n(stream->next, count, octets);
+    stream->next += count;
+    return count;
+}
+
 const char* tcp_read(Stream* stream, void* buffer, std::size_t count) {
     if (count == 0)
         return nullptr;
     if (stream->pending)
         stream->socket_flush(stream);
-    char* next = static_cast<char*>(buffer);
-    while (count > 0) {
-        std::size_t received = 0;
-        if (const char* problem = socket_recv(stream->socket, next, count, &received))
-            return format_error("Error receiving data: %s", problem);
-        if (received == 0)
-            return "Peer closed connection unexpectedly";
-        next += received;
-        count -= received;
+    auto* octets = static_cast<std::uint8_t*>(buffer);
+    std::size_t taken = take(stream, octets, count);
+    while (taken < count) {
+        if (const char* problem = receive(static_cast<TcpStream*>(stream)))
+            return problem;
+        taken += take(stream, octets + taken, count - taken);
     }
     stream->pending = false;
     return nullptr;
@@ -41,25 +64,28 @@ const char* tcp_write(Stream* stream, const void* bytes, std::size_t count) {
     return nullptr;
 }
 
-bool tcp_wait_readable(Stream* stream, int seconds) { return socket_wait_readable(stream->socket, seconds); }
+bool tcp_wait_readable(Stream* stream, int seconds) {
+    return stream->next != stream->end || socket_wait_readable(stream->socket, seconds);
+}
 
 void tcp_close(Stream* stream) {
     if (stream->pending)
         stream->socket_flush(stream);
     socket_close(stream->socket); // the exchange is over: a failing close changes nothing for the caller
-    std::free(stream);
+    std::free(static_cast<TcpStream*>(stream));
 }
 
 } // namespace
 
 const char* stream_open(Stream** stream, std::uint32_t address, std::uint16_t port, unsigned flags) {
     *stream = nullptr;
-    auto* opened = static_cast<Stream*>(net::resize_memory(nullptr, sizeof(Stream)));
-    if (opened == nullptr)
+    void* memory = net::resize_memory(nullptr, sizeof(TcpStream));
+    if (memory == nullptr)
         return "Error allocating memory";
+    Stream* opened = new (memory) TcpStream;
     *opened = {tcp_read, tcp_write, tcp_flush, tcp_wait_readable, tcp_close, false, {}};
     if (const char* problem = socket_connect(address, port, &opened->socket, flags | connect_buffered)) {
-        std::free(opened);
+        std::free(memory);
         return problem;
     }
     *stream = opened;

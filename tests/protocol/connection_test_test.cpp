@@ -41,7 +41,7 @@ std::vector<std::string> waits;
 /// An attempt begins by getting memory for its stream. By then the windows of earlier attempts have been
 /// asked to close, and do so when messages are handled.
 void* note_wait_and_resize(void* block, std::size_t size) {
-    if (size == sizeof(Stream)) {
+    if (size > sizeof(Stream)) { // the record, with the octets that it keeps
         pump_messages();
         char text[512] = "";
         GetWindowTextA(GetDlgItem(wait_window(), 106), text, sizeof text);

@@ -1,6 +1,7 @@
 #include "protocol/stream.h"
 
 #include "net/memory.h"
+#include "protocol/tags.h"
 #include "support/loopback.h"
 
 #include <gmock/gmock.h>
@@ -90,6 +91,20 @@ TEST_F(TcpStream, FlushesBeforeItReads) {
     EXPECT_EQ(flushes, 1);
 }
 
+// Readers take octets that are at hand without a call of `read`, but not past a write.
+TEST_F(TcpStream, FlushesBeforeAReaderTakesWhatIsAtHand) {
+    std::uint32_t tag = 0;
+    loopback::send_all(peer->get(), std::string("\x02\x04\x01", 3));
+    ASSERT_TRUE(stream->wait_readable(stream, 20));
+    EXPECT_THAT(read_tag(stream, &tag), IsNull());
+    EXPECT_EQ(tag, BE_INTEGER);
+    EXPECT_THAT(stream->socket_write_buf(stream, "ab", 2), IsNull());
+    EXPECT_TRUE(stream->pending);
+    EXPECT_THAT(read_tag(stream, &tag), IsNull());
+    EXPECT_EQ(tag, BE_STRING);
+    EXPECT_FALSE(stream->pending);
+}
+
 TEST_F(TcpStream, FlushesWhatIsPendingWhenItCloses) {
     static int flushes;
     flushes = 0;
@@ -115,6 +130,33 @@ TEST_F(TcpStream, ReadsExactlyWhatIsAskedForAcrossPackets) {
     sender.join();
 }
 
+TEST_F(TcpStream, ReadsMoreThanItKeeps) {
+    std::string sent;
+    for (int i = 0; i < 100'000; ++i)
+        sent += static_cast<char>(i % 251);
+    std::thread sender([&] { loopback::send_all(peer->get(), sent); });
+    std::string heard(sent.size(), '\0');
+    std::size_t count = 0;
+    for (const std::size_t part : {std::size_t{1}, std::size_t{2047}, std::size_t{5000}, std::size_t{3}}) {
+        EXPECT_THAT(stream->read(stream, heard.data() + count, part), IsNull());
+        count += part;
+    }
+    EXPECT_THAT(stream->read(stream, heard.data() + count, heard.size() - count), IsNull());
+    EXPECT_TRUE(heard == sent);
+    sender.join();
+}
+
+TEST_F(TcpStream, HandsOutWhatIsLeftBeforeItSaysThatThePeerClosed) {
+    char text[4] = "";
+    loopback::send_all(peer->get(), "abc");
+    peer->close();
+    ASSERT_TRUE(stream->wait_readable(stream, 20));
+    EXPECT_THAT(stream->read(stream, text, 1), IsNull());
+    EXPECT_THAT(stream->read(stream, text + 1, 2), IsNull());
+    EXPECT_THAT(text, StrEq("abc"));
+    EXPECT_THAT(stream->read(stream, text, 1), StrEq("Peer closed connection unexpectedly"));
+}
+
 TEST_F(TcpStream, ReadsNothingAtOnce) { EXPECT_THAT(stream->read(stream, nullptr, 0), IsNull()); }
 
 TEST_F(TcpStream, SaysThatThePeerClosed) {
@@ -134,6 +176,16 @@ TEST_F(TcpStream, KnowsWhetherItCanRead) {
     EXPECT_FALSE(stream->wait_readable(stream, 0));
     loopback::send_all(peer->get(), "x");
     EXPECT_TRUE(stream->wait_readable(stream, 20));
+}
+
+TEST_F(TcpStream, CanReadWhatIsLeftOfASilentPeersOctets) {
+    char octet = 0;
+    loopback::send_all(peer->get(), "xy");
+    ASSERT_TRUE(stream->wait_readable(stream, 20));
+    EXPECT_THAT(stream->read(stream, &octet, 1), IsNull());
+    EXPECT_TRUE(stream->wait_readable(stream, 0));
+    EXPECT_THAT(stream->read(stream, &octet, 1), IsNull());
+    EXPECT_FALSE(stream->wait_readable(stream, 0));
 }
 
 TEST_F(TcpStream, LeavesNagleOn) {

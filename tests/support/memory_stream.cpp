@@ -10,8 +10,10 @@ void MemoryStream::sends(const Octets& unit, std::uint64_t times) {
         script.push_back({unit, times});
 }
 
+void MemoryStream::arrives_in_pieces_of(std::size_t size) { piece_size = size; }
+
 std::uint64_t MemoryStream::unread() const {
-    std::uint64_t count = 0;
+    auto count = static_cast<std::uint64_t>(end - next);
     for (std::size_t i = part; i < script.size(); ++i)
         count += script[i].unit.size() * script[i].times;
     return part < script.size() ? count - copy * script[part].unit.size() - offset : 0;
@@ -36,6 +38,25 @@ bool MemoryStream::next_octet(std::uint8_t* octet) {
     return true;
 }
 
+bool MemoryStream::next_piece() {
+    piece.clear();
+    for (std::uint8_t octet = 0; piece.size() < piece_size && next_octet(&octet);)
+        piece.push_back(octet);
+    next = piece.data();
+    end = next + piece.size();
+    return !piece.empty();
+}
+
+const char* MemoryStream::read_pieces(std::uint8_t* octets, std::size_t count) {
+    while (count > 0) {
+        if (next == end && !next_piece())
+            return "Peer closed connection unexpectedly";
+        *octets++ = *next++;
+        --count;
+    }
+    return nullptr;
+}
+
 const char* MemoryStream::read_octets(Stream* stream, void* buffer, std::size_t count) {
     auto* self = static_cast<MemoryStream*>(stream);
     if (count == 0)
@@ -43,6 +64,8 @@ const char* MemoryStream::read_octets(Stream* stream, void* buffer, std::size_t 
     if (self->pending)
         self->socket_flush(self);
     auto* octets = static_cast<std::uint8_t*>(buffer);
+    if (self->piece_size > 0)
+        return self->read_pieces(octets, count);
     for (std::size_t i = 0; i < count; ++i) {
         if (!self->next_octet(octets + i))
             return "Peer closed connection unexpectedly";

@@ -12,6 +12,9 @@ public:
 
     /// Lets the peer send `times` copies of `unit` next. Only one copy is held.
     void sends(const Octets& unit, std::uint64_t times = 1);
+    /// Lets what the peer sends arrive in pieces of up to `size` octets: a read takes the next one whole, and
+    /// what is beyond the octets asked for stays at hand. Otherwise nothing does.
+    void arrives_in_pieces_of(std::size_t size);
     /// Octets that the peer sent and nobody read.
     std::uint64_t unread() const;
 
@@ -35,11 +38,15 @@ private:
     static bool can_read(Stream* stream, int seconds);
     static void close_stream(Stream* stream);
     bool next_octet(std::uint8_t* octet);
+    bool next_piece();
+    const char* read_pieces(std::uint8_t* octets, std::size_t count);
 
     std::vector<Part> script;
-    std::size_t part = 0;   // index into `script`
-    std::uint64_t copy = 0; // copies of the part's unit that are used up
-    std::size_t offset = 0; // into the copy being read
+    std::size_t piece_size = 0; // 0: nothing stays at hand
+    Octets piece;               // holds what is at hand
+    std::size_t part = 0;       // index into `script`
+    std::uint64_t copy = 0;     // copies of the part's unit that are used up
+    std::size_t offset = 0;     // into the copy being read
     std::size_t room = std::numeric_limits<std::size_t>::max();
     const char* break_text = nullptr;
 };
