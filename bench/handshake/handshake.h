@@ -67,8 +67,4 @@ extern const Codec lber_codec;
 extern const Codec snmp_codec;
 extern const Codec tasn1_codec;
 
-/// The calls of the stream that our codec makes for the agent's part, each with as many octets, and nothing
-/// else: what the part costs at least.
-void stream_calls_of_agent(const Packet& answer, Packet& question, Packet& closing);
-
 } // namespace handshake

@@ -83,18 +83,6 @@ void time_agent_side(benchmark::State& state, const Codec& codec) {
     }
 }
 
-void time_stream_calls(benchmark::State& state) {
-    Packet answer;
-    Packet question;
-    Packet closing;
-    our_codec.write_offer(offer, answer);
-    for (auto _ : state) {
-        stream_calls_of_agent(answer, question, closing);
-        benchmark::DoNotOptimize(question);
-        benchmark::DoNotOptimize(closing);
-    }
-}
-
 } // namespace
 
 int main(int count, char** arguments) {
@@ -108,7 +96,6 @@ int main(int count, char** arguments) {
         benchmark::RegisterBenchmark((std::string("handshake, agent's side/") + codec->name).c_str(),
                                      [codec](benchmark::State& state) { time_agent_side(state, *codec); });
     }
-    benchmark::RegisterBenchmark("handshake, agent's side/stream calls alone", time_stream_calls);
     benchmark::Initialize(&count, arguments);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -7,69 +7,33 @@
 #include "protocol/strings.h"
 #include "protocol/tags.h"
 
-#include <cstring>
-
 namespace handshake {
 namespace {
 
-/// Writes into a packet, reads out of it.
-struct PacketStream : Stream {
-    std::uint8_t* next;
-    std::uint8_t* end;
-};
-
-/// Most reads are of one octet and most writes of two or three, for which a call of memcpy is the larger
-/// part.
-void copy_few(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
-    if (count > 3) {
-        std::memcpy(to, from, count);
-        return;
-    }
-    for (std::size_t i = 0; i < count; ++i)
-        to[i] = from[i];
+const char* end_of_packet(Stream*, void*, std::size_t count) {
+    return count == 0 ? nullptr : "Peer closed connection unexpectedly";
 }
+const char* no_room(Stream*, const void*, std::size_t) { return "no room"; }
 
-const char* read_octets(Stream* stream, void* buffer, std::size_t count) {
-    auto* self = static_cast<PacketStream*>(stream);
-    if (count > static_cast<std::size_t>(self->end - self->next))
-        return "Peer closed connection unexpectedly";
-    copy_few(static_cast<std::uint8_t*>(buffer), self->next, count);
-    self->next += count;
-    return nullptr;
-}
+const Stream operations = {end_of_packet, no_room, nullptr, nullptr, nullptr, false, {}};
 
-const char* write_octets(Stream* stream, const void* bytes, std::size_t count) {
-    auto* self = static_cast<PacketStream*>(stream);
-    if (count > static_cast<std::size_t>(self->end - self->next))
-        return "no room";
-    copy_few(self->next, static_cast<const std::uint8_t*>(bytes), count);
-    self->next += count;
-    return nullptr;
-}
-
-const char* flush_octets(Stream*) { return nullptr; }
-bool can_read(Stream*, int) { return true; }
-void close_stream(Stream*) {}
-
-PacketStream stream_over(std::uint8_t* octets, std::size_t size) {
-    PacketStream stream;
-    stream.read = read_octets;
-    stream.socket_write_buf = write_octets;
-    stream.socket_flush = flush_octets;
-    stream.wait_readable = can_read;
-    stream.close = close_stream;
-    stream.pending = false;
-    stream.next = octets;
-    stream.end = octets + size;
+/// Gathers what is written, as a message is before it is sent.
+Stream writing(Packet& packet) {
+    Stream stream = operations;
+    stream.room = packet.octets;
+    stream.room_end = packet.octets + sizeof packet.octets;
     return stream;
 }
-PacketStream writing(Packet& packet) { return stream_over(packet.octets, sizeof packet.octets); }
-PacketStream reading(const Packet& packet) {
-    return stream_over(const_cast<std::uint8_t*>(packet.octets), packet.size);
+/// Has the octets at hand, as an answer's are once it is received.
+Stream reading(const Packet& packet) {
+    Stream stream = operations;
+    stream.next = packet.octets;
+    stream.end = packet.octets + packet.size;
+    return stream;
 }
 
-bool written(Packet& packet, const PacketStream& stream, const char* problem) {
-    packet.size = static_cast<std::size_t>(stream.next - packet.octets);
+bool written(Packet& packet, const Stream& stream, const char* problem) {
+    packet.size = static_cast<std::size_t>(stream.room - packet.octets);
     return problem == nullptr;
 }
 
@@ -85,7 +49,7 @@ bool enter_element(Stream* stream, std::uint32_t expected) {
 }
 
 bool write_wishes(const Wishes& wishes, Packet& packet) {
-    PacketStream stream = writing(packet);
+    Stream stream = writing(packet);
     const auto version = static_cast<std::int32_t>(wishes.version);
     const char* problem = write_client_wants(&stream, version, wishes.name, wishes.domain);
     return written(packet, stream, problem);
@@ -99,7 +63,7 @@ bool read_text(Stream* stream, std::size_t max, Text& text) {
 }
 
 bool read_wishes(const Packet& packet, HeardWishes& heard) {
-    PacketStream stream = reading(packet);
+    Stream stream = reading(packet);
     std::int32_t version = 0;
     const bool good =
         enter_element(&stream, tag_client_wants) &&
@@ -115,7 +79,7 @@ bool read_wishes(const Packet& packet, HeardWishes& heard) {
 }
 
 bool write_offer(const Offer& offer, Packet& packet) {
-    PacketStream stream = writing(packet);
+    Stream stream = writing(packet);
     const bool good =
         open_element(&stream, tag_server_offers) &&
         write_signed_int(&stream, 0, highest_version, static_cast<std::int32_t>(offer.version)) == nullptr &&
@@ -127,7 +91,7 @@ bool write_offer(const Offer& offer, Packet& packet) {
 }
 
 bool read_offer(const Packet& packet, Offer& heard) {
-    PacketStream stream = reading(packet);
+    Stream stream = reading(packet);
     std::int32_t version = 0;
     const bool good = enter_element(&stream, tag_server_offers) &&
                       read_signed_int(&stream, 0, highest_version, &version, 0) == nullptr &&
@@ -140,36 +104,17 @@ bool read_offer(const Packet& packet, Offer& heard) {
 }
 
 bool write_closing_element(Packet& packet) {
-    PacketStream stream = writing(packet);
+    Stream stream = writing(packet);
     const char* problem = write_closing(&stream);
     return written(packet, stream, problem);
 }
 
 bool read_closing(const Packet& packet) {
-    PacketStream stream = reading(packet);
+    Stream stream = reading(packet);
     return enter_element(&stream, tag_closing) && skip_to_eol(&stream) == nullptr;
 }
 
 } // namespace
-
-void stream_calls_of_agent(const Packet& answer, Packet& question, Packet& closing) {
-    // Elements of the question with the names of the benchmark; identifiers, lengths and contents of the
-    // answer.
-    static constexpr std::size_t written_sizes[] = {2, 4, 2, 18, 13, 2, 3, 3, 3, 2, 2};
-    static constexpr std::size_t read_sizes[] = {1, 1, 1, 1, 2, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-    static constexpr std::size_t closing_sizes[] = {2, 2};
-    const std::uint8_t octets[32] = {};
-    std::uint8_t heard[32];
-    PacketStream to = writing(question);
-    for (const std::size_t size : written_sizes)
-        to.socket_write_buf(&to, octets, size);
-    PacketStream from = reading(answer);
-    for (const std::size_t size : read_sizes)
-        from.read(&from, heard, size);
-    PacketStream end = writing(closing);
-    for (const std::size_t size : closing_sizes)
-        end.socket_write_buf(&end, octets, size);
-}
 
 const Codec our_codec = {"tavrinconfig", write_wishes,          read_wishes, write_offer,
                          read_offer,     write_closing_element, read_closing};
