@@ -1,5 +1,6 @@
 /// Whatever the codec writes, it reads back: the input is a row of elements, each a kind (1 octet) and its
-/// value. They are written one after the other, then read; a copy that is one octet short is not read.
+/// value. They are written one after the other, then read, in whatever pieces they arrive; a copy that is one
+/// octet short is not read.
 #include "fuzz/input.h"
 #include "net/memory.h"
 #include "protocol/lengths.h"
@@ -182,8 +183,9 @@ Reader put_refusal(Input& input, Stream* stream) {
 }
 
 /// Reads all; false when the stream ended too early.
-bool read_all(const std::vector<Reader>& readers, const Octets& octets) {
+bool read_all(const std::vector<Reader>& readers, const Octets& octets, std::size_t piece) {
     MemoryStream in(octets);
+    in.arrives_in_pieces_of(piece);
     for (const Reader& reader : readers) {
         if (!reader(&in))
             return false;
@@ -203,8 +205,10 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::vector<Reader> readers;
     while (!input.done())
         readers.push_back(writers[input.octet() % std::size(writers)](input, &out));
-    require(read_all(readers, out.received));
-    if (!out.received.empty())
-        require(!read_all(readers, first_octets(out.received, out.received.size() - 1)));
+    for (const std::size_t piece : {0, 1, 3, 4096}) {
+        require(read_all(readers, out.received, piece));
+        if (!out.received.empty())
+            require(!read_all(readers, first_octets(out.received, out.received.size() - 1), piece));
+    }
     return 0;
 }
