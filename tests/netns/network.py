@@ -43,6 +43,49 @@ def ip(*arguments):
     return subprocess.run(["ip", *arguments], capture_output=True, text=True, check=True).stdout
 
 
+def expect(what, actual, expected):
+    if actual != expected:
+        raise AssertionError(f"{what}: {actual} instead of {expected}")
+
+
+def lines_of(host, command):
+    """What a test program prints that ends well on this host, without the last line, which says so."""
+    run = subprocess.run(["ip", "netns", "exec", host, *command], capture_output=True, text=True, timeout=200,
+                         check=False)
+    lines = [line.strip() for line in run.stdout.splitlines()]
+    if run.returncode != 0 or lines[-1:] != ["end"]:
+        raise AssertionError(f"{command} ended with {run.returncode}: {run.stdout}{run.stderr}")
+    return lines[:-1]
+
+
+def wine_server(*arguments):
+    subprocess.run(["wineserver", *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+
+
+def run_on_own_network(case, program):
+    net = Network()
+    try:
+        case(net, program)
+    finally:
+        net.stop()
+
+
+def run_isolated(case, program):
+    """Runs the case, a function of a network and of the program, in namespaces of its own."""
+    isolate()
+    if not program[-1].endswith(".exe"):
+        run_on_own_network(case, program)
+        return
+    # Wine's server owns the sockets: one that runs outside would see the real network.
+    os.environ["WINEPREFIX"] = os.environ["TAVRIN_WINE_PREFIX"]
+    wine_server("--kill")
+    wine_server("--wait")
+    try:
+        run_on_own_network(case, program)
+    finally:
+        wine_server("--kill")
+
+
 def wait_until(condition, what):
     end = time.monotonic() + PATIENCE
     while not condition():
@@ -91,11 +134,11 @@ class Network:
         ip("-n", host, "route", "flush", "dev", interface)
         ip("-n", host, "route", "flush", "table", "local", "dev", interface)
 
-    def start(self, host, manner, port):
+    def start(self, host, manner, port, program="host.py"):
         """Starts a host's answering; its output is what it hears."""
         with open(f"/run/netns/{host}.log", "w") as log:
             self.children.append(subprocess.Popen(
-                ["setpriv", "--pdeathsig", "KILL", "ip", "netns", "exec", host, sys.executable, HERE / "host.py",
+                ["setpriv", "--pdeathsig", "KILL", "ip", "netns", "exec", host, sys.executable, HERE / program,
                  manner, str(port)], stdout=log))
         wait_until(lambda: self.heard(host)[:1] == ["ready"], f"{host} does not start")
 

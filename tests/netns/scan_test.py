@@ -3,11 +3,10 @@
 usage: scan_test.py CASE PROGRAM...   (PROGRAM is scan_networks, with what starts it)
 Exit code 77: skipped, the reason is printed.
 """
-import os
-import subprocess
 import sys
 
 import network
+from network import expect
 
 PORT = 4747
 REQUEST = "1234567800001421" "0000000500000001" "f0f1b34c"
@@ -15,18 +14,9 @@ REQUEST = "1234567800001421" "0000000500000001" "f0f1b34c"
 
 def scan(program):
     """The networks that the program saw and the servers that it found."""
-    run = subprocess.run(["ip", "netns", "exec", "tool", *program, str(PORT), "10.77."], capture_output=True,
-                         text=True, timeout=200, check=False)
-    lines = [line.strip() for line in run.stdout.splitlines()]
-    if run.returncode != 0 or lines[-1:] != ["end"]:
-        raise AssertionError(f"the scan ended with {run.returncode}: {run.stdout}{run.stderr}")
+    lines = network.lines_of("tool", [*program, str(PORT), "10.77."])
     networks = [line.split()[-1] for line in lines if line.startswith("network: ")]
     return networks, [line.split()[-1] for line in lines if line.startswith("server: ")]
-
-
-def expect(what, actual, expected):
-    if actual != expected:
-        raise AssertionError(f"{what}: {actual} instead of {expected}")
 
 
 def tool_on_two_networks(net):
@@ -82,32 +72,5 @@ def no_network(net, program):
 CASES = {each.__name__: each for each in (two_networks, nobody_answers, unreachable_network, no_network)}
 
 
-def wine_server(*arguments):
-    subprocess.run(["wineserver", *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
-
-
-def run(case, program):
-    net = network.Network()
-    try:
-        case(net, program)
-    finally:
-        net.stop()
-
-
-def main(name, program):
-    network.isolate()
-    if not program[-1].endswith(".exe"):
-        run(CASES[name], program)
-        return
-    # Wine's server owns the sockets: one that runs outside would scan the real network.
-    os.environ["WINEPREFIX"] = os.environ["TAVRIN_WINE_PREFIX"]
-    wine_server("--kill")
-    wine_server("--wait")
-    try:
-        run(CASES[name], program)
-    finally:
-        wine_server("--kill")
-
-
 if __name__ == "__main__":
-    main(sys.argv[1], sys.argv[2:])
+    network.run_isolated(CASES[sys.argv[1]], sys.argv[2:])
