@@ -41,6 +41,15 @@ TEST_F(WindowCallFails, CreationAndDestruction) {
         "LoadCursorA", [] { return LoadCursorA(nullptr, IDC_ARROW); }, nullptr));
 }
 
+TEST_F(WindowCallFails, EachTimeWhenEveryCallIsMadeToFail) {
+    substitute::fail_every_call("IsDialogMessageA", 77);
+    MSG message{};
+    for (int call = 1; call <= 3; ++call)
+        EXPECT_FALSE(IsDialogMessageA(window, &message));
+    EXPECT_EQ(substitute::failed_calls(), 3);
+    EXPECT_EQ(GetLastError(), 77U);
+}
+
 TEST_F(WindowCallFails, TextAndData) {
     char text[8] = "kept";
     EXPECT_TRUE(fails(

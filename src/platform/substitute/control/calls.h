@@ -14,6 +14,8 @@ void reset();
 /// Makes the `nth` call of `function` from now on fail (1 is the next), with `code` or, when 0, a fitting
 /// one.
 void fail_call(const std::string& function, int nth = 1, DWORD code = 0);
+/// Makes every call of `function` from now on fail with `code`.
+void fail_every_call(const std::string& function, DWORD code);
 /// How many calls were made to fail since reset(), and which function the last of them was; empty when none.
 int failed_calls();
 std::string last_failed_call();

@@ -1,0 +1,31 @@
+#pragma once
+/// The screen, keyboard and mouse before which a user sits. What they do here has been dealt with by the
+/// program when the next look is taken.
+#include "platform/win32.h"
+
+#include <string>
+
+namespace random_user {
+
+class Desk {
+public:
+    virtual ~Desk() = default;
+
+    /// The main window; null when it is gone.
+    virtual HWND window() = 0;
+    virtual HWND focus() = 0;
+    virtual std::string text_of(HWND control) = 0;
+    virtual std::string text_of(HTREEITEM item) = 0;
+    /// Where the item's text lies in the tree. False for an item inside a closed one.
+    virtual bool find(HTREEITEM item, RECT& text_place) = 0;
+
+    virtual void click(HWND control, POINT where) = 0;
+    virtual void press(int key, bool with_shift) = 0;
+    virtual void type(const std::string& text) = 0;
+    virtual void leave_and_return() = 0;
+    virtual void minimise_and_restore() = 0;
+    virtual void resize(int width, int height) = 0;
+    virtual void shut() = 0;
+};
+
+} // namespace random_user

@@ -1,0 +1,47 @@
+#pragma once
+/// One sitting at the program, made up from a seed: what the user finds, what they do, and what was wrong
+/// with it.
+#include "random/player.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace random_user {
+
+struct Outcome {
+    /// What was wrong; empty when all was well.
+    std::string fault;
+    /// The steps in words, as far as they were done.
+    std::vector<std::string> notes;
+    std::size_t steps = 0;
+};
+
+/// Plays these steps in the world of a seed.
+using Play = std::function<Outcome(std::uint32_t seed, const std::vector<Step>& steps)>;
+
+/// What the whole run is asked to do.
+struct Order {
+    /// Of the first session; each further one has the next.
+    std::uint32_t seed;
+    unsigned sessions;
+};
+/// From TAVRIN_USER_SEED and TAVRIN_USER_SESSIONS; without them, from the clock and `usual_sessions`.
+Order order(unsigned usual_sessions);
+
+World world_of(std::uint32_t seed, const std::vector<std::string>* ports);
+std::vector<Step> steps_of(std::uint32_t seed, std::size_t count);
+
+/// Leaves out of a failing list of steps whatever the failure does not need, with at most so many attempts.
+std::vector<Step> shortened(std::vector<Step> steps,
+                            const std::function<bool(const std::vector<Step>&)>& fails, unsigned attempts);
+
+/// A report of a failing session, shortened, with all that is needed to repeat it.
+std::string report(std::uint32_t seed, const Outcome& outcome, const World& world);
+
+/// Plays so many sessions and fails the running test at the first that goes wrong. Prints what was done.
+void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,
+                   const std::vector<std::string>* ports);
+
+} // namespace random_user

@@ -1,0 +1,43 @@
+#pragma once
+/// What a user does. A step says what it acts on by numbers, which are brought into range by what is there
+/// when it is done: so any part of a list of steps is a list of steps, too.
+#include "random/chance.h"
+
+#include <string>
+#include <vector>
+
+namespace random_user {
+
+enum class Action {
+    item,       ///< clicks on one of the tree's items
+    expander,   ///< opens or closes an item with the mouse
+    control,    ///< clicks on one of the page's controls
+    background, ///< clicks beside all controls
+    key,        ///< presses a key
+    text,       ///< types a text
+    test,       ///< presses Test Connection
+    leave,      ///< turns to another program's window and comes back
+    minimise,   ///< minimises the window and restores it
+    resize,     ///< drags the window to another size
+    ok,         ///< presses OK
+    close,      ///< presses Close or Cancel
+    shut,       ///< closes the window by its frame
+};
+
+/// What the user does while the box is open that the step brings up, if it brings up one.
+enum class Meanwhile { nothing, leave, item, window, shut };
+
+struct Step {
+    Action action;
+    unsigned number;
+    bool other_way;
+    int key;
+    std::string text;
+    Meanwhile meanwhile;
+};
+
+Step make_step(Chance& chance);
+/// So many steps, and then one that ends the session.
+std::vector<Step> make_steps(Chance& chance, std::size_t count);
+
+} // namespace random_user
