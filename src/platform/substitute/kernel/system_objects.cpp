@@ -16,7 +16,7 @@ constexpr ULONG_PTR kIcon = 0x20001;
 constexpr ULONG_PTR kCursor = 0x20003;
 constexpr ULONG_PTR kContext = 0x30001;
 constexpr ULONG_PTR kStockObjects = 0x40000;
-/// The measures that the stock GUI font has at 96 dots an inch.
+/// In pixels, at 96 dots an inch: the width of a small icon, and the measures of the stock GUI font.
 constexpr int kSmallIcon = 16;
 constexpr TEXTMETRICA kGuiFont{13, 11, 2, 2, 0, 5};
 
