@@ -43,6 +43,11 @@ TEST_F(Resources, ARectangleIsFilledWithAColourOfTheSystems) {
     ReleaseDC(window, context);
 }
 
+TEST_F(Resources, ACursorThatTheSystemDoesNotHaveIsNotFound) {
+    EXPECT_EQ(LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(ULONG_PTR{999})), nullptr);
+    EXPECT_EQ(LoadCursorA(GetModuleHandleA(nullptr), IDC_ARROW), nullptr);
+}
+
 TEST_F(Resources, AWindowMayBePaintedAtOnce) { EXPECT_TRUE(UpdateWindow(window)); }
 
 TEST(Clock, SleepLetsItRun) {

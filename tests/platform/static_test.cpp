@@ -50,4 +50,16 @@ TEST_F(Static, AFontHasALineHeight) {
     EXPECT_EQ(ReleaseDC(window, context), 1);
 }
 
+TEST_F(Static, AContextHasAnotherFontAtFirst) {
+    const HDC context = GetDC(window);
+    TEXTMETRICA at_first{};
+    TEXTMETRICA chosen{};
+    EXPECT_TRUE(GetTextMetricsA(context, &at_first));
+    const HGDIOBJ before = SelectObject(context, GetStockObject(DEFAULT_GUI_FONT));
+    EXPECT_TRUE(GetTextMetricsA(context, &chosen));
+    EXPECT_NE(at_first.tmHeight, chosen.tmHeight);
+    SelectObject(context, before);
+    ReleaseDC(window, context);
+}
+
 } // namespace

@@ -16,9 +16,11 @@ constexpr ULONG_PTR kIcon = 0x20001;
 constexpr ULONG_PTR kCursor = 0x20003;
 constexpr ULONG_PTR kContext = 0x30001;
 constexpr ULONG_PTR kStockObjects = 0x40000;
-/// In pixels, at 96 dots an inch: the width of a small icon, and the measures of the stock GUI font.
+/// In pixels, at 96 dots an inch: the width of a small icon, the measures of the stock GUI font, and those of
+/// the font that a context has at first.
 constexpr int kSmallIcon = 16;
 constexpr TEXTMETRICA kGuiFont{13, 11, 2, 2, 0, 5};
+constexpr TEXTMETRICA kSystemFont{16, 13, 3, 3, 0, 7};
 
 HGDIOBJ selected = made_up<HGDIOBJ>(kStockObjects);
 
@@ -66,9 +68,10 @@ int GetSystemMetrics(int measure) {
 /// No window here is slow enough for a ghost.
 void DisableProcessWindowsGhosting() { substitute::failing("DisableProcessWindowsGhosting", 0); }
 
-HCURSOR LoadCursorA(HINSTANCE, LPCSTR) {
-    return substitute::failing("LoadCursorA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr
-                                                                             : made_up<HCURSOR>(kCursor);
+HCURSOR LoadCursorA(HINSTANCE module, LPCSTR name) {
+    if (substitute::failing("LoadCursorA", ERROR_RESOURCE_NAME_NOT_FOUND))
+        return nullptr;
+    return module == nullptr && name == IDC_ARROW ? made_up<HCURSOR>(kCursor) : nullptr;
 }
 
 HGDIOBJ GetStockObject(int object) {
@@ -99,7 +102,7 @@ HGDIOBJ SelectObject(HDC, HGDIOBJ object) {
 BOOL GetTextMetricsA(HDC, LPTEXTMETRICA metrics) {
     if (substitute::failing("GetTextMetricsA", ERROR_INVALID_HANDLE))
         return FALSE;
-    *metrics = kGuiFont;
+    *metrics = selected == made_up<HGDIOBJ>(kStockObjects + DEFAULT_GUI_FONT) ? kGuiFont : kSystemFont;
     return TRUE;
 }
 
