@@ -205,7 +205,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::vector<Reader> readers;
     while (!input.done())
         readers.push_back(writers[input.octet() % std::size(writers)](input, &out));
-    for (const std::size_t piece : {0, 1, 3, 4096}) {
+    for (const std::size_t piece : {0u, 1u, 3u, 4096u}) {
         require(read_all(readers, out.received, piece));
         if (!out.received.empty())
             require(!read_all(readers, first_octets(out.received, out.received.size() - 1), piece));

@@ -48,7 +48,7 @@ End answer(const Octets& octets, std::size_t piece = 0) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     const Octets octets(data, data + size);
     const End end = answer(octets);
-    for (const std::size_t piece : {1, 3, 4096})
+    for (const std::size_t piece : {1u, 3u, 4096u})
         require(answer(octets, piece) == end);
     if (ends_with(end.text, too_early) && !starts_with(end.text, "Tavrin Server rejected us: "))
         return 0;

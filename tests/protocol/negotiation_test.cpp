@@ -15,6 +15,13 @@ const Octets wishes = "60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
 const Octets closing = "62 80 00 00"_octets;
 const Octets good_offer = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets;
 
+/// How much is left of the answer when every read brings only what it asks for.
+std::uint64_t unread_by_one(const ServerAnswer& answer) {
+    MemoryStream stream(answer.octets);
+    negotiate(&stream, "web1", "", nullptr);
+    return stream.unread();
+}
+
 /// `piece`: in pieces of how many octets the answer arrives; 0: each read brings what it asks for.
 void expect_answered(const ServerAnswer& answer, std::size_t piece = 0) {
     MemoryStream stream(answer.octets);
@@ -25,6 +32,7 @@ void expect_answered(const ServerAnswer& answer, std::size_t piece = 0) {
     EXPECT_EQ(status, answer.status) << answer.what;
     EXPECT_EQ(stream.received, answer.status == 0 ? wishes + closing : wishes) << answer.what;
     EXPECT_EQ(stream.closes, 0) << answer.what;
+    EXPECT_EQ(stream.unread(), unread_by_one(answer)) << answer.what;
 }
 
 TEST(Negotiate, ClosesWithTheClosingElementAfterAGoodOffer) {

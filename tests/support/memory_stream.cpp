@@ -16,7 +16,7 @@ std::uint64_t MemoryStream::unread() const {
     auto count = static_cast<std::uint64_t>(end - next);
     for (std::size_t i = part; i < script.size(); ++i)
         count += script[i].unit.size() * script[i].times;
-    return part < script.size() ? count - copy * script[part].unit.size() - offset : 0;
+    return part < script.size() ? count - copy * script[part].unit.size() - offset : count;
 }
 
 void MemoryStream::break_after(std::size_t count, const char* text) {
