@@ -52,3 +52,10 @@ void OptionEntry::takeValue() {
         throw std::string("Lookup of selval failed");
     set_value(found->second);
 }
+
+/// A list that closes without a choice may put back the selection that it opened with, and reports no change.
+LRESULT OptionEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (reports(message, wparam, lparam, control(), CBN_CLOSEUP))
+        post_page_changed();
+    return SingleControlEntry::handleMessage(window, message, wparam, lparam);
+}

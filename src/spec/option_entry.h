@@ -19,6 +19,7 @@ public:
     /// Without a selection the value stays as it is. Throws a text when the list holds what this entry did
     /// not add.
     void takeValue() override;
+    LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
 
 private:
     void add_option(const std::string& option);

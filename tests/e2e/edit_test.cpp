@@ -73,6 +73,23 @@ TEST_F(Edit, OkWritesWhatTheRegistryToolThenShows) {
                 HasSubstr("Language    REG_SZ    Dansk"));
 }
 
+/// The system puts back the choice with which the list was opened.
+TEST_F(Edit, AListThatIsClosedWithoutAChoiceChangesNothing) {
+    Tool tool;
+    bring_to_front(tool.window());
+    tool.select({"Tray Icon", "Tray icon", "Language"});
+    const Page page = tool.page("Language");
+    const HWND list = page.controls[0];
+    click(list);
+    wait_for("the open list", [&] { return send(list, CB_GETDROPPEDSTATE) != 0; });
+    press_key(VK_DOWN);
+    tool.expect_changes(true);
+    click(page.frame);
+    wait_for("the closed list", [&] { return send(list, CB_GETDROPPEDSTATE) == 0; });
+    tool.expect_changes(false);
+    EXPECT_EQ(send(list, CB_GETCURSEL), 0);
+}
+
 TEST_F(Edit, EveryConfigurationIsWrittenAndNothingElse) {
     Tool tool;
     bring_to_front(tool.window());

@@ -141,6 +141,19 @@ TEST_F(OptionPage, TellsTheMainWindowOfAChoice) {
     EXPECT_EQ(main.page_changes(), 0);
 }
 
+TEST_F(OptionPage, HasTheMainWindowLookAgainWhenTheListCloses) {
+    show("a", {"a", "b"});
+    main.page_changes();
+    const auto close_up = [&](HWND from) {
+        SendMessageA(main.group_box(), WM_COMMAND, MAKEWPARAM(0xFFFF, CBN_CLOSEUP),
+                     reinterpret_cast<LPARAM>(from));
+    };
+    close_up(control());
+    EXPECT_EQ(main.page_changes(), 1);
+    close_up(main.control(0));
+    EXPECT_EQ(main.page_changes(), 0);
+}
+
 TEST_F(OptionPage, MayBeShownAgain) {
     show("b", {"a", "b"});
     choose(0);
