@@ -12,7 +12,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 /// An empty server list: the test connects to nobody and shows its box at once.
-constexpr char kTested[] =
+constexpr char kEveryKind[] =
     "SOFTWARE\\TavrinTests\\Agent\nTested\n"
     "!All\n$Name\nName\nh\nString\n$Number\nNumber\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
     "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Modem\nModem\nh\nCOM\n$Folder\nFolder\nh\nDirectory\n"
@@ -24,7 +24,7 @@ constexpr char kUntested[] = "SOFTWARE\\TavrinTests\\Agent\nUntested\n!Else\n$Pl
 class LeavingAFocusedPage : public ProgramTest {
 protected:
     void open(const std::string& node) {
-        spec_file("A", kTested);
+        spec_file("A", kEveryKind);
         spec_file("B", kUntested);
         for (const char* const name : {"Name", "Folder"})
             set_text(kAgentKey, name, "web1");

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr char kSpec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
+constexpr char kLeft[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
                          "!All\n$Flag\nFlag\nh\nBoolean\n$Level\nLevel\nh\nOptions\nlow\nhigh\n";
 
 /// A page is taken down when a node without a page is clicked; what it showed stays.
@@ -15,7 +15,7 @@ class LeavingAPage : public ProgramTest {
 protected:
     /// Shows the page of `title`, clicks the group node and looks at the value and the buttons.
     void expect_unchanged(const std::string& title, const std::string& value) {
-        spec_file("A", kSpec);
+        spec_file("A", kLeft);
         set_text(kAgentKey, title, value);
         then([=] { select(title); });
         then([] { select("All"); });
@@ -43,7 +43,7 @@ TEST_F(LeavingAPage, ForAGroupKeepsAChoiceAndTheButtonSaysClose) {
 }
 
 TEST_F(LeavingAPage, ForTheConfigurationKeepsAnEdit) {
-    spec_file("A", kSpec);
+    spec_file("A", kLeft);
     set_text(kAgentKey, "Flag", "true");
     then([] { select("Flag"); });
     then([] { SendMessageA(page_controls().at(0), BM_CLICK, 0, 0); });

@@ -7,9 +7,10 @@
 
 namespace {
 
-constexpr char kSpec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
-                         "!All\n$Name\nName\nh\nString\n$List\nList\nh\nServerList\n$Port\nPort\nh\nInteger\n"
-                         "$Test\n\nh\nConnectionTest\nName\nName\nList\nPort\n";
+constexpr char kEdited[] =
+    "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
+    "!All\n$Name\nName\nh\nString\n$List\nList\nh\nServerList\n$Port\nPort\nh\nInteger\n"
+    "$Test\n\nh\nConnectionTest\nName\nName\nList\nPort\n";
 
 class OneStep : public ProgramTest {
 protected:
@@ -23,7 +24,7 @@ protected:
 };
 
 TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
-    spec_file("A", kSpec);
+    spec_file("A", kEdited);
     set_text(kAgentKey, "Port", "5000");
     then([] { select("List"); });
     then_edit_and_press("localhost:x", kTestConnectionId);
@@ -35,7 +36,7 @@ TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
 }
 
 TEST_F(OneStep, OkOfAConfigurationWithoutServiceWritesWhatTheLastUpdateTook) {
-    spec_file("A", kSpec);
+    spec_file("A", kEdited);
     set_text(kAgentKey, "Name", "web1");
     then([] { select("Name"); });
     then([] { SetWindowTextA(page_controls().at(0), "web2"); });
@@ -45,7 +46,7 @@ TEST_F(OneStep, OkOfAConfigurationWithoutServiceWritesWhatTheLastUpdateTook) {
 }
 
 TEST_F(OneStep, APageThatIsLeftAtOnceKeepsWhatWasJustTyped) {
-    spec_file("A", kSpec);
+    spec_file("A", kEdited);
     set_text(kAgentKey, "Name", "web1");
     then([] { select("Name"); });
     then([] {

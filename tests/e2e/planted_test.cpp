@@ -5,7 +5,7 @@
 namespace e2e {
 namespace {
 
-const TreePath kServerList = {"Tavrin Agent", "Servers", "Server list"};
+const TreePath kNamedServers = {"Tavrin Agent", "Servers", "Server list"};
 
 /// A folder with a program and a planted DLL, and a system that is told to take such DLLs where it finds
 /// them: unlike Windows, Wine would prefer its own.
@@ -54,7 +54,7 @@ TEST_F(Planted, IsNotLoadedByTheTool) {
     if (environment("TAVRIN_STAGE").empty())
         GTEST_SKIP() << "no sample servers: run through script/isolated tests/e2e/stage";
     Tool tool(beside("tavrinconfig.exe"));
-    tool.select(kServerList);
+    tool.select(kNamedServers);
     tool.press_on_page("Server list", "Scan"); // asks for the networks
     tool.expect_changes(true);
     EXPECT_FALSE(planted_was_loaded());

@@ -18,9 +18,7 @@ using testing::IsNull;
 using testing::StartsWith;
 using testing::StrEq;
 
-std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
-
-const std::string good_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
+const std::string whole_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
 
 class AgentConnection : public testing::Test {
 protected:
@@ -36,7 +34,7 @@ protected:
     /// Connects to a server that accepts every agent and stays until the agent closes.
     const char* connect_as(const char* name, const char* domain) {
         loopback::Peer server([this](Handle& agent) {
-            loopback::send_all(agent.get(), good_offer);
+            loopback::send_all(agent.get(), whole_offer);
             heard = loopback::receive_all(agent.get());
         });
         return connect_and_negotiate("127.0.0.1", server.port(), name, domain, &used_name, &status);
@@ -70,7 +68,7 @@ TEST_F(AgentConnection, UsesTheLocalAddressForAnEmptyName) {
 
 TEST_F(AgentConnection, NeedsNoOutputs) {
     loopback::Peer server([](Handle& agent) {
-        loopback::send_all(agent.get(), good_offer);
+        loopback::send_all(agent.get(), whole_offer);
         loopback::receive_all(agent.get());
     });
     EXPECT_THAT(connect_and_negotiate("127.0.0.1", server.port(), "", "", nullptr, nullptr), IsNull());

@@ -24,13 +24,11 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
-
-const std::string good_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
+const std::string acceptance = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
 const std::string refusal_no = text_of("63 80 04 02 6E 6F 00 00"_octets);
 const std::string refusal_later = text_of("63 80 04 05 6C 61 74 65 72 00 00"_octets);
 
-const char accepted[] =
+const char success[] =
     "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able to check in, "
     "once started";
 
@@ -101,7 +99,7 @@ std::string waiting_for(const std::string& host, const std::string& port) {
 }
 
 void expect_accepted(const SeenBox& box) {
-    EXPECT_EQ(box.text, accepted);
+    EXPECT_EQ(box.text, success);
     EXPECT_EQ(box.caption, "Connection test successful");
     EXPECT_EQ(box.style, static_cast<UINT>(MB_ICONINFORMATION));
     EXPECT_EQ(box.owner, nullptr);
@@ -121,7 +119,7 @@ TEST_F(ConnectionTest, OfNoServersIsASuccess) {
 }
 
 TEST_F(ConnectionTest, TellsThatTheServerAccepted) {
-    const auto alpha = server("alpha", good_offer);
+    const auto alpha = server("alpha", acceptance);
     expect_accepted(box_of(item(*alpha)));
     alpha->finish();
     EXPECT_THAT(waits, ElementsAre(waiting_for("127.0.0.1", shown(alpha->port()))));
@@ -130,7 +128,7 @@ TEST_F(ConnectionTest, TellsThatTheServerAccepted) {
 }
 
 TEST_F(ConnectionTest, HandsOnNameAndDomain) {
-    const auto alpha = server("alpha", good_offer);
+    const auto alpha = server("alpha", acceptance);
     Boxes boxes;
     testConnection("", "x", item(*alpha), 1);
     alpha->finish();
@@ -139,9 +137,9 @@ TEST_F(ConnectionTest, HandsOnNameAndDomain) {
 }
 
 TEST_F(ConnectionTest, TriesEveryServerInTurn) {
-    const auto alpha = server("alpha", good_offer);
+    const auto alpha = server("alpha", acceptance);
     const auto beta = server("beta", refusal_no);
-    const auto gamma = server("gamma", good_offer);
+    const auto gamma = server("gamma", acceptance);
     const SeenBox box = box_of(",," + item(*alpha) + "," + item(*beta) + ",," + item(*gamma) + ",");
     for (const auto* peer : {&alpha, &beta, &gamma})
         (*peer)->finish();
@@ -199,13 +197,13 @@ TEST_F(ConnectionTest, ShowsPortsAsSignedNumbers) {
 
 TEST_F(ConnectionTest, ConnectsToTheLowSixteenBits) {
     for (const int more : {65536, -65536, 2 * 65536}) {
-        const auto alpha = server("alpha", good_offer);
+        const auto alpha = server("alpha", acceptance);
         expect_accepted(box_of("127.0.0.1:" + std::to_string(alpha->port() + more)));
     }
 }
 
 TEST_F(ConnectionTest, TakesBlanksBeforeAPort) {
-    const auto alpha = server("alpha", good_offer);
+    const auto alpha = server("alpha", acceptance);
     expect_accepted(box_of("127.0.0.1: +" + std::to_string(alpha->port())));
 }
 
@@ -231,7 +229,7 @@ TEST_F(ConnectionTest, NamesAnEmptyHostWithABadPort) {
 }
 
 TEST_F(ConnectionTest, HasTriedTheServersBeforeABadPort) {
-    const auto alpha = server("alpha", good_offer);
+    const auto alpha = server("alpha", acceptance);
     const auto beta = server("beta", refusal_no);
     const SeenBox box = box_of(item(*alpha) + "," + item(*beta) + ",b:x");
     alpha->finish();

@@ -15,14 +15,12 @@ using testing::AnyOf;
 using testing::EndsWith;
 using testing::StartsWith;
 
-std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
-
-const std::string wishes = text_of("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
-                                   "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets);
-const std::string closing = text_of("62 80 00 00"_octets);
+const std::string expected_wishes = text_of("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
+                                            "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets);
+const std::string expected_closing = text_of("62 80 00 00"_octets);
 const Octets offer_head = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00"_octets; // up to the end of the key
 const Octets both_ends = "00 00 00 00"_octets;
-const std::string good_offer = text_of(offer_head + both_ends);
+const std::string peers_offer = text_of(offer_head + both_ends);
 
 /// Every wait of either side ends after some seconds, so that no peer can hang the suite.
 class HostilePeer : public testing::Test {
@@ -44,7 +42,7 @@ protected:
     /// The server hears the agent out, answers, and stays until the agent closes.
     void answer(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
-            heard = loopback::receive(agent.get(), wishes.size());
+            heard = loopback::receive(agent.get(), expected_wishes.size());
             loopback::send_all(agent.get(), text_of(octets));
             heard += loopback::receive_all(agent.get());
         });
@@ -52,7 +50,7 @@ protected:
     /// The server hears the agent out, answers and closes.
     void answer_and_close(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
-            heard = loopback::receive(agent.get(), wishes.size());
+            heard = loopback::receive(agent.get(), expected_wishes.size());
             loopback::send_all(agent.get(), text_of(octets));
         });
     }
@@ -71,7 +69,8 @@ TEST_F(HostilePeer, ThatNeverClosesGetsItsAnswersSaidAllTheSame) {
         for (const ServerAnswer& each : answers) {
             answer(each.octets);
             expect(each);
-            EXPECT_EQ(heard, each.status == 0 ? wishes + closing : wishes) << each.what;
+            EXPECT_EQ(heard, each.status == 0 ? expected_wishes + expected_closing : expected_wishes)
+                << each.what;
         }
     }
 }
@@ -80,7 +79,7 @@ TEST_F(HostilePeer, ThatClosesWithinItsAnswer) {
     for (const ServerAnswer& each : cut_answers()) {
         answer_and_close(each.octets);
         expect(each);
-        EXPECT_EQ(heard, wishes) << each.what;
+        EXPECT_EQ(heard, expected_wishes) << each.what;
     }
 }
 
@@ -97,28 +96,28 @@ TEST_F(HostilePeer, ThatClosesUnasked) {
 
 TEST_F(HostilePeer, ThatDripsItsAnswer) {
     negotiate_with([this](Handle& agent) {
-        heard = loopback::receive(agent.get(), wishes.size());
-        for (const char octet : good_offer)
+        heard = loopback::receive(agent.get(), expected_wishes.size());
+        for (const char octet : peers_offer)
             loopback::send_all(agent.get(), std::string(1, octet));
         heard += loopback::receive_all(agent.get());
     });
     EXPECT_EQ(text, "accepted");
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(heard, wishes + closing);
+    EXPECT_EQ(heard, expected_wishes + expected_closing);
 }
 
 TEST_F(HostilePeer, ThatAnswersBeforeItIsAsked) {
     negotiate_with([this](Handle& agent) {
-        loopback::send_all(agent.get(), good_offer);
+        loopback::send_all(agent.get(), peers_offer);
         heard = loopback::receive_all(agent.get());
     });
     EXPECT_EQ(text, "accepted");
-    EXPECT_EQ(heard, wishes + closing);
+    EXPECT_EQ(heard, expected_wishes + expected_closing);
 }
 
 TEST_F(HostilePeer, ThatResets) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), wishes.size());
+        loopback::receive(agent.get(), expected_wishes.size());
         loopback::reset(agent);
     });
     EXPECT_EQ(status, 2);
@@ -131,9 +130,9 @@ TEST_F(HostilePeer, ThatResets) {
 
 TEST_F(HostilePeer, ThatResetsInPlaceOfHearingTheEnd) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), wishes.size());
-        loopback::send_all(agent.get(), good_offer);
-        loopback::receive(agent.get(), closing.size());
+        loopback::receive(agent.get(), expected_wishes.size());
+        loopback::send_all(agent.get(), peers_offer);
+        loopback::receive(agent.get(), expected_closing.size());
         loopback::reset(agent);
     });
     EXPECT_EQ(text, "accepted"); // the agent has sent its last octet
@@ -145,7 +144,7 @@ TEST_F(HostilePeer, ThatNeverAnswers) {
     answer({});
     EXPECT_EQ(status, 2);
     EXPECT_EQ(text, "Error receiving data: Timeout in socket_recv()");
-    EXPECT_EQ(heard, wishes);
+    EXPECT_EQ(heard, expected_wishes);
 }
 
 TEST_F(HostilePeer, ThatStopsWithinItsAnswer) {
@@ -170,11 +169,11 @@ TEST_F(HostilePeer, ThatIsSilentAfterAWrongOctetIsRefusedAtOnce) {
 
 TEST_F(HostilePeer, ThatHearsOnceAnswersAndCloses) {
     for (int times = 0; times < 200; ++times) {
-        negotiate_with([this](Handle& agent) {
+        negotiate_with([](Handle& agent) {
             char octets[100];
             loopback::readable(agent.get());
             recv(agent.get(), octets, sizeof octets, 0);
-            loopback::send_all(agent.get(), good_offer);
+            loopback::send_all(agent.get(), peers_offer);
         });
         ASSERT_EQ(text, "accepted");
     }
@@ -197,7 +196,7 @@ TEST_F(HostilePeer, ThatSendsFillersUntilItIsTired) {
 
 TEST_F(HostilePeer, ThatOpens100000ElementsAndClosesThem) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), wishes.size());
+        loopback::receive(agent.get(), expected_wishes.size());
         loopback::send_all(agent.get(), text_of(offer_head + repeated("30 80"_octets, 100000) +
                                                 repeated("00 00"_octets, 100000) + both_ends));
         loopback::receive_all(agent.get());

@@ -31,6 +31,8 @@ Octets repeated(const Octets& unit, std::size_t times) {
 
 Octets octets_of(const std::string& text) { return {text.begin(), text.end()}; }
 
+std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
+
 Octets first_octets(const Octets& octets, std::size_t count) {
     return {octets.begin(), octets.begin() + static_cast<std::ptrdiff_t>(count)};
 }

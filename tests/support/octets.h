@@ -13,5 +13,6 @@ Octets operator+(Octets left, const Octets& right);
 /// `times` copies of `unit`.
 Octets repeated(const Octets& unit, std::size_t times);
 Octets octets_of(const std::string& text);
+std::string text_of(const Octets& octets);
 /// The first `count` octets.
 Octets first_octets(const Octets& octets, std::size_t count);

@@ -1,5 +1,6 @@
 #pragma once
 /// What tests of the pages need: a window that stands in for the main window, and a look at its controls.
+#include "app/window_layout.h"
 #include "platform/win32.h"
 #include "support/test_window.h"
 
@@ -36,14 +37,6 @@ private:
     HWND window_;
 };
 
-/// Position in the parent's client area, and size.
-struct Placement {
-    int x;
-    int y;
-    int width;
-    int height;
-    bool operator==(const Placement&) const = default;
-};
 std::ostream& operator<<(std::ostream& stream, const Placement& placement);
 
 Placement placement_of(HWND control);
