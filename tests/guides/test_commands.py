@@ -115,6 +115,17 @@ class Scripts(unittest.TestCase):
         for line in listed.splitlines():
             self.assertRegex(line, r"^script/\w+ +[A-Z].*\.$")
 
+    def test_every_check_is_named_by_its_script(self):
+        lists = "\n".join(path.read_text() for path in (TOP / "tests").rglob("CMakeLists.txt"))
+        folders = re.search(r"foreach\(folder ([a-z ]+)\)", lists)[1].split()
+        cases = re.findall(r"tavrin_netns_tests\(\w+ \w+\.py ([a-z_\s]+)\)", lists)
+        suites = {f"{folder}_tests" for folder in folders} | {f"netns_{case}" for case in " ".join(cases).split()}
+        suites |= set(re.findall(r"(?:tavrin_suite|tavrin_driven|add_test)\((?:NAME )?([a-z]\w+) ", lists))
+        suites |= set(re.findall(r"tavrin_fuzzer\((\w+) ", lists))
+        named = set(re.findall(r"\w+", help_of("test")))
+        self.assertGreater(len(suites), 25)
+        self.assertEqual(suites - named, set())
+
     def test_hosted_machines_call_these_scripts(self):
         workflow = (TOP / ".github/workflows/ci.yml").read_text()
         called = re.findall(r"run: (script/\w+)$", workflow, re.M)
