@@ -38,15 +38,21 @@ void OptionEntry::add_option(const std::string& option) {
 }
 
 void OptionEntry::showValue() {
+    shown_as_none_.reset();
     const auto found = index_by_text_.find(value());
-    if (found != index_by_text_.end())
+    if (found != index_by_text_.end()) {
         SendMessageA(control(), CB_SETCURSEL, found->second, 0);
+    } else {
+        shown_as_none_ = value();
+    }
 }
 
 void OptionEntry::takeValue() {
     const LRESULT selected = SendMessageA(control(), CB_GETCURSEL, 0, 0);
-    if (selected == CB_ERR)
+    if (selected == CB_ERR) {
+        set_value(shown_as_none_.value_or(value()));
         return;
+    }
     const auto found = text_by_index_.find(static_cast<std::uint32_t>(selected));
     if (found == text_by_index_.end())
         throw std::string("Lookup of selval failed");

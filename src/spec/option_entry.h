@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,8 @@ public:
     void createControls(HWND parent) override;
     /// A value that is not among the options shows as no selection.
     void showValue() override;
-    /// Without a selection the value stays as it is. Throws a text when the list holds what this entry did
-    /// not add.
+    /// Without a selection the value is the one that was shown as none. Throws a text when the list holds
+    /// what this entry did not add.
     void takeValue() override;
     LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
 
@@ -29,4 +30,7 @@ private:
     /// exactly the option, whatever the box does with it.
     std::map<std::uint32_t, std::string> text_by_index_;
     std::map<std::string, std::uint32_t> index_by_text_;
+    /// The value that shows as no selection, while there is such a value. A choice in an opened list is
+    /// taken, and gone again when the list closes without it.
+    std::optional<std::string> shown_as_none_;
 };

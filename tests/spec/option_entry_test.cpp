@@ -141,6 +141,16 @@ TEST_F(OptionPage, TellsTheMainWindowOfAChoice) {
     EXPECT_EQ(main.page_changes(), 0);
 }
 
+TEST_F(OptionPage, AChoiceThatTheClosingListTakesBackLeavesTheValueThatIsNoOption) {
+    show("+7", {"low", "high"});
+    SendMessageA(control(), CB_SETCURSEL, 1, 0);
+    entry->takeValue();
+    EXPECT_EQ(entry->value(), "high");
+    SendMessageA(control(), CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    EXPECT_EQ(left(), "+7");
+    EXPECT_FALSE(entry->changed());
+}
+
 TEST_F(OptionPage, HasTheMainWindowLookAgainWhenTheListCloses) {
     show("a", {"a", "b"});
     main.page_changes();
