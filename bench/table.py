@@ -2,8 +2,8 @@
 
 usage: table.py FILE...
 
-A file is one of Google Benchmark's, or {"samples": [{"name", "unit", "values"}]} with seconds ("s") or bytes
-("B"). A measurement named WORK/PROGRAM is one of several of the same work; so is what a benchmark counts as
+A file is one of Google Benchmark's, or {"samples": [{"name", "unit", "values"}]} with seconds ("s"), bytes
+("B") or calls ("calls"). A measurement named WORK/PROGRAM is one of several of the same work; so is what a benchmark counts as
 "bytes". The time of Google Benchmark's that counts is the processor's, unless the benchmark took its own.
 """
 import json
@@ -19,6 +19,7 @@ SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}
 SCALES = {
     "s": ((1, "s"), (1e-3, "ms"), (1e-6, "µs"), (1e-9, "ns")),
     "B": ((1024 * 1024, "MiB"), (1024, "KiB"), (1, "B")),
+    "calls": ((1, "calls"),),
 }
 HEADINGS = ("work", "program", "median", "spread", "best", "times ours", "goal")
 
@@ -60,7 +61,10 @@ def spread(values):
 
 def judged(work, medians):
     for goal in work.goals:
-        reached, number = goal.judge(medians)
+        judgement = goal.judge(medians)
+        if judgement is None:
+            continue
+        reached, number = judgement
         yield f"{goal.text}: {number}{'' if reached else ', MISSED'}"
 
 

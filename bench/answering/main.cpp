@@ -1,6 +1,6 @@
-// Servers that accept every agent, on 127.0.0.1 and the addresses after it, all at one port, which is printed
-// when they are ready. One connection at a time, until the process is ended.
-// usage: answering [COUNT]
+// Servers that accept every agent, on an address and those after it, all at one port, which is printed when
+// they are ready. One connection at a time, until the process is ended.
+// usage: answering [COUNT [ADDRESS]]     (otherwise one, and 127.0.0.1)
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -25,13 +25,13 @@ constexpr auto end_of_wishes = "\x00\x00\x00\x00"sv;
     std::exit(1);
 }
 
-/// Listens on 127.0.0.`number`; port 0 becomes the one that the system chose.
-int listen_on(unsigned number, std::uint16_t& port) {
+/// Port 0 becomes the one that the system chose.
+int listen_on(std::uint32_t where, std::uint16_t& port) {
     const int listener = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK - 1 + number);
+    address.sin_addr.s_addr = htonl(where);
     socklen_t size = sizeof address;
     auto* const generic = reinterpret_cast<sockaddr*>(&address);
     if (bind(listener, generic, size) != 0 || listen(listener, 16) != 0 ||
@@ -61,11 +61,12 @@ void answer(int listener) {
 } // namespace
 
 int main(int count, char** arguments) {
-    const int servers = count > 1 ? std::atoi(arguments[1]) : 1;
+    const auto servers = static_cast<std::uint32_t>(count > 1 ? std::atoi(arguments[1]) : 1);
+    const std::uint32_t first = ntohl(inet_addr(count > 2 ? arguments[2] : "127.0.0.1"));
     std::vector<pollfd> listeners;
     std::uint16_t port = 0;
-    for (int number = 1; number <= servers; ++number)
-        listeners.push_back({listen_on(static_cast<unsigned>(number), port), POLLIN, 0});
+    for (std::uint32_t number = 0; number < servers; ++number)
+        listeners.push_back({listen_on(first + number, port), POLLIN, 0});
     std::printf("%d\n", port);
     std::fflush(stdout);
     while (poll(listeners.data(), listeners.size(), -1) > 0) {

@@ -14,8 +14,6 @@ inline constexpr char value_format[] = "Value%d";
 inline constexpr char text_format[] = "text %d";
 inline constexpr char changed_format[] = "changed %d";
 
-/// The servers are 127.0.0.1 and the addresses after it.
-inline constexpr int servers = 100;
 inline constexpr char agent_name[] = "web1";
 inline constexpr char agent_domain[] = "example.org";
 inline constexpr char success_caption[] = "Connection test successful";

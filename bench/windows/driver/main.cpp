@@ -1,24 +1,38 @@
 // Times the finished program from outside, beside programs that do no more than they must.
-// usage: windows_bench RESULT_FILE PORT      (bench/answering listens at the port)
+// usage: windows_bench RESULT_FILE all|far PREFIX COUNT PORT [OLD_PROGRAM]
+// bench/answering plays the servers (peers/servers.h); "far": only their connection test, over a slow line.
 #include "driver/work.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <cstring>
 #include <exception>
 
+namespace {
+
+void measure_all(bench::Samples& samples, const Servers& servers, const std::string& old_program) {
+    bench::measure_files(samples);
+    bench::measure_first_windows(samples, 30);
+    bench::measure_private_bytes(samples, 9);
+    bench::measure_start_up(samples, 9);
+    bench::measure_ok(samples, 9);
+    bench::measure_connection_test(samples, "connection test, 100 servers", 9, servers, old_program);
+}
+
+} // namespace
+
 int main(int count, char** arguments) {
-    if (count != 3) {
-        std::fputs("usage: windows_bench RESULT_FILE PORT\n", stderr);
+    if (count < 6) {
+        std::fputs("usage: windows_bench RESULT_FILE all|far PREFIX COUNT PORT [OLD_PROGRAM]\n", stderr);
         return 2;
     }
+    const Servers servers = servers_of(count, arguments, 3);
+    const std::string old_program = count > 6 ? arguments[6] : "";
     try {
         bench::Samples samples;
-        bench::measure_files(samples);
-        bench::measure_first_windows(samples, 30);
-        bench::measure_private_bytes(samples, 9);
-        bench::measure_start_up(samples, 9);
-        bench::measure_ok(samples, 9);
-        bench::measure_connection_test(samples, 9, std::atoi(arguments[2]));
+        if (std::strcmp(arguments[2], "far") == 0)
+            bench::measure_connection_test(samples, "50 handshakes, 20 ms away", 5, servers, old_program);
+        else
+            measure_all(samples, servers, old_program);
         samples.write(arguments[1]);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "windows_bench: %s\n", failure.what());

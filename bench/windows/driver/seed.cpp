@@ -56,11 +56,10 @@ std::string spec_of_connection_test() {
            entry("Test", "", "ConnectionTest") + "Name\nDomain\nServers\nPort\n";
 }
 
-/// In the short form "127.1", since a value has no more than a thousand characters.
-std::string server_list() {
+std::string server_list(const Servers& servers) {
     std::string list;
-    for (int i = 1; i <= seeded::servers; ++i)
-        list += (list.empty() ? "127." : ",127.") + std::to_string(i);
+    for (int number = 1; number <= servers.count; ++number)
+        list += (list.empty() ? "" : ",") + servers.address(number);
     return list;
 }
 
@@ -82,11 +81,11 @@ Seed::Seed(int entries) : Seed(spec_of(entries)) {
     reset_values();
 }
 
-Seed Seed::of_connection_test(int port) {
+Seed Seed::of_connection_test(const Servers& servers) {
     put_value(seeded::agent_key, "Name", seeded::agent_name);
     put_value(seeded::agent_key, "Domain", seeded::agent_domain);
-    put_value(seeded::agent_key, "Servers", server_list());
-    put_value(seeded::agent_key, "Port", std::to_string(port));
+    put_value(seeded::agent_key, "Servers", server_list(servers));
+    put_value(seeded::agent_key, "Port", std::to_string(servers.port));
     return Seed(spec_of_connection_test());
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 /// The spec file and the registry that the programs work on.
+#include "peers/servers.h"
+
 #include <string>
 
 namespace bench {
@@ -9,8 +11,8 @@ class Seed {
 public:
     /// Text entries, each with a value.
     explicit Seed(int entries);
-    /// The settings of a connection test of all servers at this port.
-    static Seed of_connection_test(int port);
+    /// The settings of a connection test of these servers.
+    static Seed of_connection_test(const Servers& servers);
     ~Seed();
     Seed(const Seed&) = delete;
     Seed& operator=(const Seed&) = delete;

@@ -5,7 +5,6 @@
 #include "driver/program.h"
 #include "driver/seed.h"
 #include "e2e/process.h"
-#include "e2e/remote_tree.h"
 #include "e2e/window.h"
 #include "seeded.h"
 
@@ -17,9 +16,7 @@ namespace {
 
 std::string program(const std::string& name) { return e2e::program_folder() + "\\" + name + ".exe"; }
 std::string our_program() { return program("tavrinconfig"); }
-std::string bare_tool(int entries, int port = 0) {
-    return program("bench\\bare_tool") + " " + std::to_string(entries) + " " + std::to_string(port);
-}
+std::string bare_tool(int entries) { return program("bench\\bare_tool") + " " + std::to_string(entries); }
 
 void expect(bool good, const std::string& what) {
     if (!good)
@@ -117,22 +114,6 @@ void measure_ok(Samples& samples, int runs) {
         add(ours, tool);
         Program peer(bare_tool(entries));
         add(bare, peer);
-    }
-}
-
-void measure_connection_test(Samples& samples, int runs, int port) {
-    const Seed seed = Seed::of_connection_test(port);
-    const auto add = [&](const char* name, const std::string& command_line) {
-        Program tool(command_line);
-        if (name == ours)
-            e2e::RemoteTree(tool.control(kTreeId), tool.process()).select({"Agent", "Servers", "Name"});
-        const double taken = tool.click_for_box(kTestConnectionId, seeded::success_caption);
-        samples.add("connection test, 100 servers", name, "s", taken);
-    };
-    for (int run = 0; run < runs; ++run) {
-        add(ours, our_program());
-        add(bare, bare_tool(0, port));
-        add(prescribed, program("bench\\prescribed_calls") + " " + std::to_string(port));
     }
 }
 

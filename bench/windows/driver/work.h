@@ -1,6 +1,7 @@
 #pragma once
 /// The works that are measured. Every program does each in turn, and what it has done is looked at.
 #include "driver/samples.h"
+#include "peers/servers.h"
 
 namespace bench {
 
@@ -8,8 +9,9 @@ void measure_first_windows(Samples& samples, int runs);
 void measure_private_bytes(Samples& samples, int runs);
 void measure_start_up(Samples& samples, int runs);
 void measure_ok(Samples& samples, int runs);
-/// The servers listen at `port`.
-void measure_connection_test(Samples& samples, int runs, int port);
+/// `old_program` is an earlier tavrinconfig, or empty.
+void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers,
+                             const std::string& old_program);
 void measure_files(Samples& samples);
 
 } // namespace bench

@@ -1,6 +1,6 @@
 // A program that makes only the calls of Windows that the tool cannot do without: it reads the spec file,
 // each entry's value, fills the tree, and writes as many values on OK. What it reads it forgets; names it
-// makes up. usage: bare_tool ENTRIES PORT
+// makes up. usage: bare_tool ENTRIES [PREFIX COUNT PORT]     (the servers, as in peers/servers.h)
 #include "peers/bare_window.h"
 #include "peers/connections_only.h"
 #include "seeded.h"
@@ -82,7 +82,7 @@ void write_values() {
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show_command) {
     entries = __argc > 1 ? std::atoi(__argv[1]) : 0;
-    connections_only::port = static_cast<unsigned short>(__argc > 2 ? std::atoi(__argv[2]) : 0);
+    connections_only::servers = servers_of(__argc, __argv, 2);
     CoInitialize(nullptr);
     WSADATA data{};
     WSAStartup(MAKEWORD(2, 0), &data);

@@ -33,8 +33,8 @@ bool try_server(int number) {
     const SOCKET connected = socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in server{};
     server.sin_family = AF_INET;
-    server.sin_port = htons(port);
-    server.sin_addr.s_addr = htonl(0x7F000000u + static_cast<unsigned>(number));
+    server.sin_port = htons(servers.port);
+    server.sin_addr.s_addr = inet_addr(servers.address(number).c_str());
     const bool good = connect(connected, reinterpret_cast<const sockaddr*>(&server), sizeof server) == 0 &&
                       say(connected, wishes) && hear_offer(connected) && say(connected, closing);
     shutdown(connected, SD_BOTH);
@@ -45,7 +45,7 @@ bool try_server(int number) {
 } // namespace
 
 void test() {
-    for (int number = 1; number <= seeded::servers; ++number) {
+    for (int number = 1; number <= servers.count; ++number) {
         if (!try_server(number)) {
             char text[64];
             std::snprintf(text, sizeof text, "server %d did not answer", number);

@@ -1,8 +1,10 @@
-// What the connection test may not leave out, and no more: for each server a wait window, each element sent
-// by itself, each part of the answer read by itself, over a socket that does not block. usage:
-// prescribed_calls PORT
+// What the connection test may not leave out, and no more: for each server a wait window over the main
+// window, a socket that does not block, one send, one receive, one closing send. usage: prescribed_calls
+// windows|no-windows PREFIX COUNT PORT     (the servers, as in peers/servers.h)
 #include "peers/bare_window.h"
 #include "peers/octets.h"
+#include "peers/servers.h"
+#include "platform/main_window.h"
 #include "seeded.h"
 #include "service/wait_window.h"
 
@@ -11,71 +13,67 @@
 
 namespace {
 
-unsigned short port = 0;
+Servers servers;
+bool with_windows = true;
 
 bool wait_for(SOCKET socket, bool readable) {
     fd_set set;
     FD_ZERO(&set);
     FD_SET(socket, &set);
-    timeval limit{60, 0};
-    return select(0, readable ? &set : nullptr, readable ? nullptr : &set, nullptr, &limit) == 1;
+    fd_set excepted = set;
+    timeval limit{600, 0};
+    return select(0, readable ? &set : nullptr, readable ? nullptr : &set, readable ? nullptr : &excepted,
+                  &limit) == 1;
 }
 
-bool say(SOCKET socket, const char* octets, std::initializer_list<int> elements) {
-    for (const int size : elements) {
-        if (send(socket, octets, size, 0) != size)
-            return false;
-        octets += size;
-    }
-    return true;
+template <std::size_t size> bool say(SOCKET socket, const char (&octets)[size]) {
+    return send(socket, octets, size, 0) == static_cast<int>(size);
 }
 
-bool hear(SOCKET socket, char* octets, int size) {
-    int received = recv(socket, octets, size, 0);
-    while (received == SOCKET_ERROR && WSAGetLastError() == WSAEWOULDBLOCK && wait_for(socket, true))
-        received = recv(socket, octets, size, 0);
-    return received == size;
-}
-
-/// Identifiers, lengths and contents one by one; the version has two octets.
 bool hear_offer(SOCKET socket) {
-    char octets[sizeof offer];
-    bool good = hear(socket, octets, 1) && hear(socket, octets + 1, 1) && hear(socket, octets + 2, 1) &&
-                hear(socket, octets + 3, 1) && hear(socket, octets + 4, 2);
-    for (std::size_t i = 6; i < sizeof octets; ++i)
-        good = good && hear(socket, octets + i, 1);
-    return good && std::memcmp(octets, offer, sizeof octets) == 0;
+    char octets[2048];
+    int received = recv(socket, octets, sizeof octets, 0);
+    while (received == SOCKET_ERROR && WSAGetLastError() == WSAEWOULDBLOCK && wait_for(socket, true))
+        received = recv(socket, octets, sizeof octets, 0);
+    return received == sizeof offer && std::memcmp(octets, offer, sizeof offer) == 0;
+}
+
+bool connects(SOCKET connecting, int number) {
+    sockaddr_in server{};
+    server.sin_family = AF_INET;
+    server.sin_port = htons(servers.port);
+    server.sin_addr.s_addr = inet_addr(servers.address(number).c_str());
+    ULONG nonblocking = 1;
+    ioctlsocket(connecting, FIONBIO, &nonblocking);
+    const DWORD no_delay = 0;
+    setsockopt(connecting, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
+               sizeof no_delay);
+    return connect(connecting, reinterpret_cast<const sockaddr*>(&server), sizeof server) == 0 ||
+           wait_for(connecting, false);
 }
 
 bool try_server(int number) {
     const SOCKET connected = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in server{};
-    server.sin_family = AF_INET;
-    server.sin_port = htons(port);
-    server.sin_addr.s_addr = htonl(0x7F000000u + static_cast<unsigned>(number));
-    ULONG nonblocking = 1;
-    ioctlsocket(connected, FIONBIO, &nonblocking);
-    const DWORD no_delay = 0;
-    setsockopt(connected, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
-               sizeof no_delay);
-    connect(connected, reinterpret_cast<const sockaddr*>(&server), sizeof server);
-    const bool good = wait_for(connected, false) &&
-                      say(connected, wishes, {2, 4, 2, 6, 13, 2, 3, 3, 3, 2, 2}) && hear_offer(connected) &&
-                      say(connected, closing, {2, 2});
-    nonblocking = 0;
-    ioctlsocket(connected, FIONBIO, &nonblocking);
+    const bool good = connects(connected, number) && say(connected, wishes) && hear_offer(connected) &&
+                      say(connected, closing);
+    ULONG blocking = 0;
+    ioctlsocket(connected, FIONBIO, &blocking);
     shutdown(connected, SD_BOTH);
     closesocket(connected);
     return good;
 }
 
+bool try_server_with_window(int number) {
+    const HWND wait = open_wait_window("Testing connection to server \"" + servers.address(number) +
+                                       "\" at port " + std::to_string(servers.port) + ". Please be patient.");
+    const bool good = try_server(number);
+    close_wait_window(wait);
+    return good;
+}
+
 void test() {
-    for (int number = 1; number <= seeded::servers; ++number) {
-        const HWND wait = open_wait_window("Testing connection to server \"127." + std::to_string(number) +
-                                           "\" at port " + std::to_string(port) + ". Please be patient.");
-        const bool good = try_server(number);
-        close_wait_window(wait);
-        if (!good) {
+    for (int number = 1; number <= servers.count; ++number) {
+        if (!(with_windows ? try_server_with_window(number) : try_server(number))) {
             MessageBoxA(nullptr, "a server did not answer", "Error testing connection", MB_ICONEXCLAMATION);
             return;
         }
@@ -83,11 +81,15 @@ void test() {
     MessageBoxA(nullptr, "All have answered.", seeded::success_caption, MB_ICONINFORMATION);
 }
 
+/// Wait windows are owned by the main window and centred over it.
+void remember_main_window(HWND tree) { main_window = GetParent(tree); }
+
 } // namespace
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show_command) {
-    port = static_cast<unsigned short>(__argc > 1 ? std::atoi(__argv[1]) : 0);
+    with_windows = __argc > 1 && std::strcmp(__argv[1], "windows") == 0;
+    servers = servers_of(__argc, __argv, 2);
     WSADATA data{};
     WSAStartup(MAKEWORD(2, 0), &data);
-    return run_bare_window(instance, show_command, {nullptr, nullptr, test});
+    return run_bare_window(instance, show_command, {remember_main_window, nullptr, test});
 }

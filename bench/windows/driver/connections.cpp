@@ -1,0 +1,52 @@
+#include "app/control_ids.h"
+#include "driver/program.h"
+#include "driver/seed.h"
+#include "driver/work.h"
+#include "e2e/process.h"
+#include "e2e/remote_tree.h"
+#include "seeded.h"
+
+#include <vector>
+
+namespace bench {
+namespace {
+
+struct Tester {
+    const char* name;
+    std::string command_line;
+    bool has_entries;
+};
+
+std::vector<Tester> testers(const Servers& servers, const std::string& old_program) {
+    const std::string folder = e2e::program_folder() + "\\";
+    const std::string arguments =
+        " " + servers.prefix + " " + std::to_string(servers.count) + " " + std::to_string(servers.port);
+    std::vector<Tester> all = {
+        {ours, folder + "tavrinconfig.exe", true},
+        {bare, folder + "bench\\bare_tool.exe 0" + arguments, false},
+        {prescribed, folder + "bench\\prescribed_calls.exe windows" + arguments, false},
+        {prescribed_without_windows, folder + "bench\\prescribed_calls.exe no-windows" + arguments, false}};
+    if (!old_program.empty())
+        all.push_back({before, old_program, true});
+    return all;
+}
+
+double time_of(const Tester& tester) {
+    Program tool(tester.command_line);
+    if (tester.has_entries)
+        e2e::RemoteTree(tool.control(kTreeId), tool.process()).select({"Agent", "Servers", "Name"});
+    return tool.click_for_box(kTestConnectionId, seeded::success_caption);
+}
+
+} // namespace
+
+void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers,
+                             const std::string& old_program) {
+    const Seed seed = Seed::of_connection_test(servers);
+    for (int run = 0; run < runs; ++run) {
+        for (const Tester& tester : testers(servers, old_program))
+            samples.add(work, tester.name, "s", time_of(tester));
+    }
+}
+
+} // namespace bench
