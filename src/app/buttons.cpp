@@ -66,10 +66,12 @@ void update_buttons(HWND window) {
     const bool changed = any_configuration_has_changes();
     if (changed == main_window_state.changed)
         return;
+    // First of all: a button with a theme is painted within each change, and tells this window, which asks
+    // again.
+    main_window_state.changed = changed;
     const HWND ok = GetDlgItem(window, kOkId);
     if (!changed)
         move_focus_off(window, ok);
     EnableWindow(ok, changed ? TRUE : FALSE);
     SetWindowTextA(GetDlgItem(window, kCloseId), changed ? "Cancel" : "Close");
-    main_window_state.changed = changed;
 }
