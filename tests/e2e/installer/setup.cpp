@@ -5,6 +5,8 @@
 #include "e2e/window.h"
 
 #include <algorithm>
+#include <cstring>
+#include <tlhelp32.h>
 
 namespace e2e {
 namespace {
@@ -40,6 +42,20 @@ void add_keys(std::vector<std::string>& found, const std::string& path) {
     RegCloseKey(key);
 }
 
+/// The uninstaller or the copy of itself that it leaves the work to, whose name begins alike. The folder is
+/// not looked into meanwhile: who has it open keeps it from being removed.
+bool uninstaller_runs() {
+    const HANDLE processes = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32 process{};
+    process.dwSize = sizeof process;
+    bool runs = false;
+    for (BOOL more = Process32First(processes, &process); more && !runs;
+         more = Process32Next(processes, &process))
+        runs = _strnicmp(process.szExeFile, "un", 2) == 0;
+    CloseHandle(processes);
+    return runs;
+}
+
 } // namespace
 
 std::string older() { return quoted(environment("TAVRIN_OLDER")); }
@@ -54,13 +70,8 @@ DWORD run_to_end(const std::string& command_line) { return Process(command_line)
 
 void remove_all() {
     run_to_end(read_value(kEntryKey, "QuietUninstallString"));
-    // The uninstaller goes last but one: the folder, too, is gone then unless somebody keeps a file in it.
-    const auto is_gone = [] {
-        std::error_code vanished;
-        return !std::filesystem::exists(folder() / "uninstall.exe") &&
-               !(std::filesystem::exists(folder()) && std::filesystem::is_empty(folder(), vanished));
-    };
-    wait_for("the end of the removal", is_gone, 120);
+    wait_for(
+        "the end of the removal", [] { return !uninstaller_runs(); }, 120);
 }
 
 std::filesystem::path folder() { return environment("ProgramFiles") + "\\Tavrin Configuration"; }
