@@ -88,6 +88,18 @@ void show_what_is_drawn(HWND window) {
     PeekMessageA(&none, window, WM_APP, WM_APP, PM_NOREMOVE);
 }
 
+/// A disabled main window does not become active in the place of a window that goes. Windows would bring
+/// another program's to the front, and the boxes that follow would come up behind it.
+bool is_main_window_disabled() { return main_window != nullptr && !IsWindowEnabled(main_window); }
+
+/// Handles the order to close that was posted, and nothing else of what waits in the queue.
+void handle_posted_close(HWND window) {
+    MSG close{};
+    if (PeekMessageA(&close, window, WM_CLOSE, WM_CLOSE, PM_REMOVE))
+        DispatchMessageA(&close);
+    error::rethrow_kept();
+}
+
 void show_failure(const char* text) { MessageBoxA(main_window, text, "Error!", MB_ICONEXCLAMATION); }
 
 } // namespace
@@ -113,6 +125,6 @@ HWND open_wait_window(const std::string& text) {
 }
 
 void close_wait_window(HWND window) {
-    if (window != nullptr)
-        PostMessageA(window, WM_CLOSE, 0, 0);
+    if (window != nullptr && PostMessageA(window, WM_CLOSE, 0, 0) && !is_main_window_disabled())
+        handle_posted_close(window);
 }

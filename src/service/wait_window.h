@@ -8,7 +8,8 @@
 /// the window.
 HWND open_wait_window(const std::string& text);
 
-/// Asks the window to close when messages are next handled. Null is allowed.
+/// Closes the window, and handles no other message meanwhile. While the main window is disabled it is only
+/// asked to close when messages are next handled. Null is allowed.
 void close_wait_window(HWND window);
 
 /// Where a block of `lines` lines, each `line_height` pixels high, starts so that it stands in the middle

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <future>
 #include <mutex>
 
 namespace {
@@ -34,16 +35,28 @@ const char success[] =
 
 HWND wait_window() { return FindWindowA("tavrin_service_win", nullptr); }
 
-/// What the wait window said during each attempt to connect.
+int count_wait_windows() {
+    const HWND any = wait_window();
+    int count = 0;
+    for (HWND each = any ? GetWindow(any, GW_HWNDFIRST) : nullptr; each;
+         each = GetWindow(each, GW_HWNDNEXT)) {
+        char name[32] = "";
+        GetClassNameA(each, name, sizeof name);
+        count += std::string("tavrin_service_win") == name ? 1 : 0;
+    }
+    return count;
+}
+
+/// What the wait window said during each attempt to connect, and how many such windows there were at most.
 std::vector<std::string> waits;
-/// An attempt begins by getting memory for its stream. By then the windows of earlier attempts have been
-/// asked to close, and do so when messages are handled.
+int most_wait_windows;
+/// An attempt begins by getting memory for its stream.
 void* note_wait_and_resize(void* block, std::size_t size) {
     if (size > sizeof(Stream)) { // the record, with the octets that it keeps
-        pump_messages();
         char text[512] = "";
         GetWindowTextA(GetDlgItem(wait_window(), 106), text, sizeof text);
         waits.emplace_back(text);
+        most_wait_windows = std::max(most_wait_windows, count_wait_windows());
     }
     return std::realloc(block, size);
 }
@@ -54,9 +67,9 @@ protected:
         ASSERT_EQ(net_startup(), nullptr);
         socket_io_timeout = 20;
         net::resize_memory = note_wait_and_resize;
+        most_wait_windows = 0;
     }
     void TearDown() override {
-        pump_messages();
         EXPECT_EQ(wait_window(), nullptr);
         net::resize_memory = std::realloc;
         socket_io_timeout = 600;
@@ -148,6 +161,26 @@ TEST_F(ConnectionTest, TriesEveryServerInTurn) {
     std::sort(contacted.begin(), contacted.end()); // a server notes its name once the agent has left
     EXPECT_THAT(contacted, ElementsAre("alpha", "beta", "gamma"));
     EXPECT_EQ(waits.size(), 3u);
+}
+
+TEST_F(ConnectionTest, OfAHundredServersLeavesNoPileOfWaitWindows) {
+    loopback::Listener listener;
+    auto servers = std::async(std::launch::async, [&listener] {
+        for (int server = 0; server < 100; ++server)
+            listener.accept();
+    });
+    std::string list;
+    for (int server = 0; server < 100; ++server)
+        list += "127.0.0.1:" + std::to_string(listener.port()) + ",";
+    int behind_the_box = -1;
+    Boxes boxes;
+    boxes.while_shown([&] { behind_the_box = count_wait_windows(); });
+    waits.clear();
+    testConnection("web1", "", list, 1);
+    servers.get();
+    EXPECT_EQ(waits.size(), 100u);
+    EXPECT_EQ(most_wait_windows, 1);
+    EXPECT_EQ(behind_the_box, 0);
 }
 
 TEST_F(ConnectionTest, UsesTheDefaultPortForAnItemWithoutOne) {

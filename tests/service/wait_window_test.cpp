@@ -1,6 +1,8 @@
+#include "error/guard.h"
 #include "platform/main_window.h"
 #include "service/wait_window.h"
 #include "support/test_window.h"
+#include "support/thrown.h"
 #include "support/user.h"
 
 #include <gmock/gmock.h>
@@ -55,14 +57,60 @@ TEST_F(WaitWindow, ShowsTheMessageInTheMiddleOfItsClientArea) {
     DestroyWindow(window);
 }
 
-TEST_F(WaitWindow, ClosesWhenItsMessageIsHandledAndPostsNoQuitMessage) {
+TEST_F(WaitWindow, ClosesAtOnceAndPostsNoQuitMessage) {
     const HWND window = open_wait_window("text");
     close_wait_window(window);
-    EXPECT_TRUE(IsWindow(window)) << "closed by a posted message";
-    pump_messages();
     EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(GetActiveWindow(), main_window);
     MSG message{};
     EXPECT_FALSE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+}
+
+TEST_F(WaitWindow, LeavesAllOtherMessagesInTheQueueWhenItCloses) {
+    const HWND other = open_wait_window("other");
+    const HWND window = open_wait_window("text");
+    PostMessageA(main_window, WM_CLOSE, 0, 0);
+    PostMessageA(other, WM_CLOSE, 0, 0);
+    PostMessageA(main_window, WM_APP + 7, 0, 0);
+    PostQuitMessage(7);
+    close_wait_window(window);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_TRUE(IsWindow(other));
+    MSG message{};
+    EXPECT_TRUE(PeekMessageA(&message, main_window, WM_CLOSE, WM_CLOSE, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageA(&message, other, WM_CLOSE, WM_CLOSE, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageA(&message, main_window, WM_APP + 7, WM_APP + 7, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 7U);
+    DestroyWindow(other);
+}
+
+/// Else another program's window would become active: the main window cannot.
+TEST_F(WaitWindow, StaysOverADisabledMainWindowUntilMessagesAreHandled) {
+    EnableWindow(main_window, FALSE);
+    const HWND window = open_wait_window("text");
+    close_wait_window(window);
+    EXPECT_TRUE(IsWindow(window));
+    EnableWindow(main_window, TRUE);
+    pump_messages();
+    EXPECT_FALSE(IsWindow(window));
+}
+
+LRESULT CALLBACK throw_when_activated(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    const auto procedure = [&]() -> LRESULT {
+        if (message == WM_ACTIVATE && LOWORD(wparam) != WA_INACTIVE)
+            throw std::string("thrown");
+        return DefWindowProcA(window, message, wparam, lparam);
+    };
+    return error::guarded(0, procedure, [] { return LRESULT{0}; });
+}
+
+/// What its owner throws when it becomes active again ends the step that the window stood for.
+TEST_F(WaitWindow, HandsOnWhatIsThrownWhileItCloses) {
+    const HWND window = open_wait_window("text");
+    SetWindowLongPtrA(main_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&throw_when_activated));
+    EXPECT_EQ(thrown_text([&] { close_wait_window(window); }), "thrown");
+    pump_messages();
 }
 
 TEST_F(WaitWindow, ClosingNoWindowDoesNothing) { close_wait_window(nullptr); }
@@ -72,7 +120,6 @@ TEST_F(WaitWindow, OpensAgainAndAgain) {
         const HWND window = open_wait_window("text");
         ASSERT_NE(window, nullptr);
         close_wait_window(window);
-        pump_messages();
         EXPECT_FALSE(IsWindow(window));
     }
 }

@@ -48,6 +48,7 @@ protected:
         substitute::reset();
         main_window = CreateWindowExA(0, "Static", "main", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 436,
                                       229, nullptr, nullptr, nullptr, nullptr);
+        EnableWindow(main_window, FALSE); // as OK does
         configuration.name = "Tavrin Agent";
         configuration.serviceName = "TavrinAgent";
         for (FakeEntry* entry : {&first, &second, &third})
