@@ -4,9 +4,13 @@
 
 namespace {
 
-/// The height is that of the opened list.
-constexpr PageControl combo_box{
-    {"ComboBox", "", CBS_DROPDOWNLIST, 0, "Unable to create combobox control"}, 30, 140, CBN_SELCHANGE};
+constexpr int opened_height = 140;
+constexpr int list_frame = 2;
+
+constexpr PageControl combo_box{{"ComboBox", "", CBS_DROPDOWNLIST, 0, "Unable to create combobox control"},
+                                30,
+                                opened_height,
+                                CBN_SELCHANGE};
 
 /// The longest text, in bytes, that the list shows of an option.
 constexpr std::size_t longest_shown_option = 1023;
@@ -35,6 +39,21 @@ void OptionEntry::add_option(const std::string& option) {
     const auto index = static_cast<std::uint32_t>(result);
     text_by_index_[index] = option;
     index_by_text_[option] = index;
+}
+
+void OptionEntry::layout(HWND parent) {
+    SingleControlEntry::layout(parent);
+    limit_opened_list();
+}
+
+/// Version 6 of the controls does not go by a box's height but opens 30 rows, unless it is told how many.
+void OptionEntry::limit_opened_list() {
+    RECT closed{};
+    GetWindowRect(control(), &closed);
+    const int room = opened_height - (closed.bottom - closed.top) - list_frame;
+    const auto row = static_cast<int>(SendMessageA(control(), CB_GETITEMHEIGHT, 0, 0));
+    if (row > 0)
+        SendMessageA(control(), CB_SETMINVISIBLE, static_cast<WPARAM>(room / row), 0);
 }
 
 void OptionEntry::showValue() {

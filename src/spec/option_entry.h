@@ -15,6 +15,7 @@ public:
                 std::vector<std::string> options);
 
     void createControls(HWND parent) override;
+    void layout(HWND parent) override;
     /// A value that is not among the options shows as no selection.
     void showValue() override;
     /// Without a selection the value is the one that was shown as none. Throws a text when the list holds
@@ -24,6 +25,7 @@ public:
 
 private:
     void add_option(const std::string& option);
+    void limit_opened_list();
 
     std::vector<std::string> options_;
     /// The list box as it was filled. The value is taken from here and not from the box's texts, so it is

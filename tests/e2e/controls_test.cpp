@@ -53,10 +53,40 @@ std::vector<Placed> controls_of_every_page(Tool& tool) {
     return found;
 }
 
-/// Only version 6 lets a list box say how many choices it drops down at least, 30 at first.
+/// Only version 6 lets a list box say how many choices it drops down.
 LRESULT choices_dropped_down(Tool& tool) {
     tool.select(kChoice);
     return send(tool.page("Detail").controls[0], CB_GETMINVISIBLE);
+}
+
+int height_of(HWND window) {
+    RECT place;
+    GetWindowRect(window, &place);
+    return place.bottom - place.top;
+}
+
+HWND opened_list(DWORD process) {
+    for (HWND each : windows_of(process))
+        if (is_class(each, "ComboLBox"))
+            return each;
+    return nullptr;
+}
+
+/// How high a list box of forty choices stands on the screen when it is opened, its closed part included.
+int height_of_forty_choices(const std::string& program) {
+    std::string lines = "SOFTWARE\\Tavrin\\Agent\nAgent\n!All\n$Detail\nDetail\nHow much.\nOptions\n";
+    for (int choice = 0; choice < 40; ++choice)
+        lines += "choice " + std::to_string(choice) + "\n";
+    use_spec_file("Agent", lines);
+    Tool tool(program);
+    tool.select({"Agent", "All", "Detail"});
+    const HWND box = tool.page("Detail").controls[0];
+    DWORD process = 0;
+    GetWindowThreadProcessId(box, &process);
+    bring_to_front(tool.window());
+    send(box, CB_SHOWDROPDOWN, TRUE);
+    wait_for("the opened list", [&] { return opened_list(process) != nullptr; });
+    return height_of(box) + height_of(opened_list(process));
 }
 
 class Controls : public Sample {
@@ -68,9 +98,17 @@ protected:
 
 TEST_F(Controls, AreOfVersion6AsTheManifestSays) {
     Tool newer(with_version_6());
-    EXPECT_EQ(choices_dropped_down(newer), 30);
+    EXPECT_GT(choices_dropped_down(newer), 0);
     Tool older(without_version_6());
     EXPECT_EQ(choices_dropped_down(older), 0);
+}
+
+/// 140 pixels, less what is left of a row.
+TEST_F(Controls, OpenTheirListsEquallyFarInBothVersions) {
+    const int newer = height_of_forty_choices(with_version_6());
+    EXPECT_LE(newer, 140);
+    EXPECT_GT(newer, 120);
+    EXPECT_EQ(height_of_forty_choices(without_version_6()), newer);
 }
 
 TEST_F(Controls, StandInTheSamePlacesInBothVersions) {

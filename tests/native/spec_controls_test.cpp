@@ -134,4 +134,16 @@ TEST_F(PageCost, DoesNotDependOnTheNumberOfEntries) {
     EXPECT_EQ(calls_with(5000), few);
 }
 
+class OptionList : public CleanSystem {};
+
+/// Version 6 of the controls opens as many rows as it is told; the older ones go by the box's height.
+TEST_F(OptionList, OpensAsManyRowsAsFitIntoItsHeight) {
+    StandInMainWindow main(436, 229);
+    OptionEntry entry(binding(), "t", "h", {"a", "b"});
+    entry.select(main.window());
+    // 140 pixels less 21 for the closed box and 2 for the list's frame, 13 a row.
+    EXPECT_EQ(SendMessageA(main.control(1), CB_GETMINVISIBLE, 0, 0), 9);
+    entry.deselect(main.window());
+}
+
 } // namespace

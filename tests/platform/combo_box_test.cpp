@@ -144,6 +144,16 @@ TEST_F(ComboBox, ItsHeightIsThatOfTheOpenedList) {
     EXPECT_LT(place.bottom - place.top, 40) << "closed, it is one line high";
 }
 
+TEST_F(ComboBox, TellsHowHighItsFieldAndItsRowsAre) {
+    fill();
+    const LRESULT row = SendMessageA(combo, CB_GETITEMHEIGHT, 0, 0);
+    EXPECT_GE(row, 10);
+    EXPECT_LE(row, 20);
+    const LRESULT field = SendMessageA(combo, CB_GETITEMHEIGHT, static_cast<WPARAM>(-1), 0);
+    EXPECT_GE(field, row);
+    EXPECT_LT(field, place_of(combo).bottom - place_of(combo).top);
+}
+
 TEST_F(ComboBox, FocusIsReportedToTheParent) {
     fill();
     SetFocus(combo);

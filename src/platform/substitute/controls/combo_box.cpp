@@ -11,11 +11,15 @@ namespace substitute {
 namespace {
 
 constexpr int kClosedHeight = 21;
+constexpr int kFieldHeight = 15;
+constexpr int kRowHeight = 13;
 
 struct ComboData : ControlData {
     std::vector<std::string> items;
     int selected = CB_ERR;
     bool dropped = false;
+    /// How many rows the opened list shows before it scrolls, in version 6 of the controls.
+    LRESULT rows = 30;
 };
 
 ComboData& data_at(HWND handle) { return *data_of<ComboData>(handle); }
@@ -52,6 +56,13 @@ LRESULT reset(ComboData& data) {
     data.items.clear();
     data.selected = CB_ERR;
     return 0;
+}
+
+LRESULT height_of(WPARAM index) { return static_cast<int>(index) == -1 ? kFieldHeight : kRowHeight; }
+
+LRESULT set_rows(ComboData& data, WPARAM rows) {
+    data.rows = static_cast<LRESULT>(rows);
+    return TRUE;
 }
 
 LRESULT item_length(const ComboData& data, WPARAM wparam) {
@@ -214,6 +225,9 @@ LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
     case CB_SETCURSEL: return set_selection(*data, wparam);
     case CB_GETLBTEXT: return read_item(*data, wparam, lparam);
     case CB_GETLBTEXTLEN: return item_length(*data, wparam);
+    case CB_GETITEMHEIGHT: return height_of(wparam);
+    case CB_GETMINVISIBLE: return data->rows;
+    case CB_SETMINVISIBLE: return set_rows(*data, wparam);
     case CB_FINDSTRINGEXACT: return find_exact(*data, wparam, lparam);
     case CB_RESETCONTENT: return reset(*data);
     case CB_SHOWDROPDOWN: return drop(handle, wparam != 0);
