@@ -79,5 +79,9 @@ void BaseEntry::layout(HWND parent) {
 }
 
 LRESULT BaseEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    // Themed controls have what lies behind them drawn by their parent. A group box draws its frame alone,
+    // and their corners would be black.
+    if (message == WM_ERASEBKGND || message == WM_PRINTCLIENT)
+        fill_ground(window, reinterpret_cast<HDC>(wparam));
     return CallWindowProcA(previous_procedure_, window, message, wparam, lparam);
 }

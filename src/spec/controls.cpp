@@ -33,6 +33,11 @@ RECT client_rectangle(HWND window) {
     return rectangle;
 }
 
+void fill_ground(HWND window, HDC context) {
+    const RECT area = client_rectangle(window);
+    FillRect(context, &area, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
+}
+
 void show_text(HWND control, const std::string& text) {
     if (!SetWindowTextA(control, text.c_str()))
         throw std::string("Unable to create text entry control");

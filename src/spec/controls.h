@@ -23,6 +23,8 @@ void destroy_child(HWND& control);
 /// Moves the control within its parent, in pixels.
 void place(HWND control, int x, int y, int width, int height);
 RECT client_rectangle(HWND window);
+/// Draws the ground of buttons over the window's client area.
+void fill_ground(HWND window, HDC context);
 
 /// Puts the text into the control. Throws a text when the control does not take it: what it showed instead
 /// would later be taken for the user's edit.

@@ -210,4 +210,28 @@ TEST_F(Page, LetsWhatIsThrownDuringTheCreationOfItsControlsThrough) {
     }
 }
 
+/// What a themed control asks the box behind it to draw, and what then lies below the control.
+class Ground : public Page {
+protected:
+    COLORREF after(UINT message) {
+        entry.select(main.window());
+        ShowWindow(main.window(), SW_SHOW);
+        const HDC context = GetDC(main.window());
+        const RECT all{0, 0, 200, 200};
+        FillRect(context, &all, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_HIGHLIGHT + 1}));
+        constexpr LPARAM client_area = 4;
+        SendMessageA(main.group_box(), message, reinterpret_cast<WPARAM>(context), client_area);
+        const COLORREF colour = GetPixel(context, 100, 100);
+        ReleaseDC(main.window(), context);
+        entry.deselect(main.window());
+        return colour;
+    }
+};
+
+TEST_F(Ground, OfThePagesControlsIsTheColourOfButtons) {
+    ASSERT_NE(GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(after(WM_ERASEBKGND), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(after(WM_PRINTCLIENT), GetSysColor(COLOR_BTNFACE));
+}
+
 } // namespace
