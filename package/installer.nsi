@@ -1,6 +1,6 @@
 ; The installer, and the program that removes what it installed.
 ; script/package calls makensis with VERSION, NUMBERS (four, with dots), KILOBYTES, STAGE (the folder with what is
-; packed), FILES (a list of File instructions, sorted), ICON and OUTPUT; with SIGN, a command that signs a file.
+; packed), FILES (a list of Install instructions, sorted), ICON and OUTPUT; with SIGN, a command that signs a file.
 ;
 ; Options: /S asks nothing; /SAMPLE registers the sample; /D=FOLDER, at the end and without quotes.
 ; Exit codes: 0 done, 1 cancelled, 2 failed, 3 the program is open and nothing was changed.
@@ -10,6 +10,8 @@ RequestExecutionLevel admin
 ManifestDPIAware true
 XPStyle on
 CRCCheck force
+; A file that cannot be written ends the installation, also with /S: one that was left out would look like success.
+AllowSkipFiles off
 
 !include FileFunc.nsh
 !include LogicLib.nsh
@@ -21,6 +23,9 @@ CRCCheck force
 !define ENTRY "Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"
 ; The program's own key; a value in it is a spec file.
 !define LIST "SOFTWARE\Tavrin\TRConfig"
+; A value for each file that was installed, with the version that installed it. Nothing else is deleted: the folder may
+; have been somebody's before.
+!define INSTALLED "${ENTRY}\Files"
 !define SAMPLE_NAME "Tavrin Sample"
 !define SAMPLE_KEY "SOFTWARE\Tavrin\Sample"
 
@@ -36,7 +41,7 @@ InstallDirRegKey HKLM "${ENTRY}" "InstallLocation"
 ShowInstDetails show
 ShowUninstDetails show
 !ifdef SIGN
-    !uninstfinalize '${SIGN} "%1"' = 0
+    !uninstfinalize '"${SIGN}" "%1"' = 0
 !endif
 
 VIProductVersion "${NUMBERS}"
@@ -80,12 +85,52 @@ UninstallText "The program, its guides, its entry in the Start menu and the samp
     SetShellVarContext all
 !macroend
 
+; Installs one file of the stage, given by its path there.
+!macro Install FOLDER FILE
+    SetOutPath "$INSTDIR${FOLDER}"
+    File "${STAGE}/all/${FILE}"
+    WriteRegStr HKLM "${INSTALLED}" `${FILE}` "${VERSION}"
+!macroend
+
+; Deletes what was installed, but for what VERSION installed, and the folders that are empty then.
+!macro DeleteInstalled KEPT
+    StrCpy $0 0
+    ${Do}
+        EnumRegValue $1 HKLM "${INSTALLED}" $0
+        ${If} $1 == ""
+            ${ExitDo}
+        ${EndIf}
+        ReadRegStr $2 HKLM "${INSTALLED}" $1
+        ${If} $2 == "${KEPT}"
+            IntOp $0 $0 + 1
+            ${Continue}
+        ${EndIf}
+        Delete "$INSTDIR\$1"
+        ${If} ${FileExists} "$INSTDIR\$1"
+            ; Somebody has it open. It stays on the list.
+            IntOp $0 $0 + 1
+            ${Continue}
+        ${EndIf}
+        DeleteRegValue HKLM "${INSTALLED}" $1
+        ${GetParent} "$INSTDIR\$1" $2
+        ${DoWhile} $2 != $INSTDIR
+            RMDir $2
+            ${GetParent} $2 $2
+        ${Loop}
+    ${Loop}
+!macroend
+
 Section "The program and its guides" ProgramSection
     SectionIn RO
     !insertmacro StopWhileOpen "replaced"
-    ; Another version may have had other guides.
-    RMDir /r "$INSTDIR\guides"
+    ReadRegStr $0 HKLM "${ENTRY}" "InstallLocation"
+    ${If} $0 != $INSTDIR
+        ; What is on the list lies elsewhere and stays there.
+        DeleteRegKey HKLM "${INSTALLED}"
+    ${EndIf}
     !include "${FILES}"
+    ; Another version may have had other guides.
+    !insertmacro DeleteInstalled "${VERSION}"
     SetOutPath "$INSTDIR"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     CreateShortCut "$SMPROGRAMS\${NAME}.lnk" "${PROGRAM}"
@@ -157,14 +202,11 @@ Section Uninstall
         DeleteRegKey /ifempty HKLM "${LIST}"
         DeleteRegKey /ifempty HKLM "SOFTWARE\Tavrin"
     ${EndIf}
+    !insertmacro DeleteInstalled ""
     DeleteRegKey HKLM "${ENTRY}"
     Delete "$SMPROGRAMS\${NAME}.lnk"
     Delete "${SAMPLE_FILE}"
     RMDir "$INSTDIR\sample"
-    RMDir /r "$INSTDIR\guides"
-    Delete "$INSTDIR\LICENSE.txt"
-    Delete "$INSTDIR\LICENSE-runtime.txt"
-    Delete "${PROGRAM}"
     Delete "$INSTDIR\uninstall.exe"
     ; Stays when somebody keeps files of their own in it.
     RMDir "$INSTDIR"

@@ -174,6 +174,12 @@ class Signature(unittest.TestCase):
         program.write_bytes(changed)
         self.assertFalse(self.is_signed(program))
 
+    def test_works_in_a_folder_with_a_blank_in_its_name(self):
+        clone = self.folder / "a clone"
+        clone.symlink_to(packing.TOP)
+        packing.pack(self.folder / "again", "--version", "9.8.7", top=clone, **self.sign)
+        self.assertTrue(self.is_signed(self.folder / "again" / (NAME + "-setup.exe")))
+
     def test_says_that_the_time_stamp_is_missing(self):
         self.assertIn("sign: no time stamp: TAVRIN_SIGN_TIMESTAMP is not set\n", self.output)
 

@@ -128,26 +128,72 @@ TEST_F(Installer, RemovesItselfWithoutATrace) {
     EXPECT_EQ(traces(), before);
 }
 
-TEST_F(Installer, LeavesAFileOfThePersonsOwn) {
+TEST_F(Installer, LeavesFilesOfThePersonsOwn) {
+    std::filesystem::create_directories(folder() / "guides");
+    std::ofstream(folder() / "guides\\older.md") << "mine";
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     std::ofstream(folder() / "mine.txt") << "mine";
+    std::ofstream(folder() / "guides\\pictures\\mine.png") << "mine";
     remove_all();
     std::vector<std::string> left;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder()))
-        left.push_back(entry.path().filename().string());
-    EXPECT_THAT(left, testing::ElementsAre("mine.txt"));
+        left.push_back(std::filesystem::relative(entry.path(), folder()).string());
+    EXPECT_THAT(left, testing::UnorderedElementsAre("mine.txt", "guides", "guides\\older.md",
+                                                    "guides\\pictures", "guides\\pictures\\mine.png"));
+}
+
+/// A file that some program has open, so that nobody can write to it or delete it.
+class Locked {
+public:
+    explicit Locked(const std::filesystem::path& path)
+        : file_(CreateFileA(path.string().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0,
+                            nullptr)) {}
+    ~Locked() { CloseHandle(file_); }
+    Locked(const Locked&) = delete;
+    Locked& operator=(const Locked&) = delete;
+    bool holds() const { return file_ != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE file_;
+};
+
+TEST_F(Installer, FailsWhenAFileCannotBeReplaced) {
+    ASSERT_EQ(run_to_end(older() + " /S"), 0U);
+    {
+        const Locked guide(folder() / "guides\\spec-files.md");
+        ASSERT_TRUE(guide.holds());
+        EXPECT_EQ(run_to_end(newer() + " /S"), kFailed);
+        EXPECT_EQ(version(), "0.0.9");
+    }
+    EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+}
+
+TEST_F(Installer, DeletesWhatOnlyTheOlderVersionHad) {
+    ASSERT_EQ(run_to_end(older() + " /S"), 0U);
+    for (const char* name : {"guides\\old.md", "old\\pictures\\old.png"}) {
+        std::filesystem::create_directories((folder() / name).parent_path());
+        std::ofstream(folder() / name) << "what the newer version no longer has";
+        write_value(kInstalledKey, name, "0.0.9");
+    }
+    ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
+    EXPECT_FALSE(std::filesystem::exists(folder() / "guides\\old.md"));
+    EXPECT_FALSE(std::filesystem::exists(folder() / "old"));
+    EXPECT_TRUE(std::filesystem::exists(folder() / "guides\\spec-files.md"));
+    EXPECT_EQ(read_value(kInstalledKey, "guides\\old.md"), "");
+    EXPECT_EQ(read_value(kInstalledKey, "guides\\spec-files.md"), environment("TAVRIN_VERSION"));
 }
 
 TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
     const std::filesystem::path chosen = environment("ProgramFiles") + "\\Chosen";
     ASSERT_EQ(run_to_end(older() + " /S /SAMPLE /D=" + chosen.string()), 0U);
     write_value(kSampleKey, "Number", "43");
-    std::ofstream(chosen / "guides\\old.md") << "what the newer version no longer has";
+    std::ofstream(chosen / "guides\\mine.md") << "mine";
     const auto old_size = std::filesystem::file_size(chosen / "tavrinconfig.exe");
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
     EXPECT_NE(std::filesystem::file_size(chosen / "tavrinconfig.exe"), old_size);
-    EXPECT_FALSE(std::filesystem::exists(chosen / "guides\\old.md"));
+    EXPECT_TRUE(std::filesystem::remove(chosen / "guides\\mine.md"));
     EXPECT_FALSE(std::filesystem::exists(folder()));
     EXPECT_EQ(read_value(kSampleKey, "Number"), "43");
     EXPECT_EQ(read_value(kListKey, kSampleName), (chosen / "sample\\sample.spec").string());

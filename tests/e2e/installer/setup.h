@@ -9,10 +9,15 @@
 namespace e2e {
 
 constexpr char kEntryKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\TavrinConfiguration";
+/// A value for each installed file, with the version that installed it.
+constexpr char kInstalledKey[] =
+    "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\TavrinConfiguration\\Files";
 constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
 constexpr char kSampleKey[] = "SOFTWARE\\Tavrin\\Sample";
 constexpr char kSampleName[] = "Tavrin Sample";
 
+/// Exit code of an installer that could not install.
+constexpr DWORD kFailed = 2;
 /// Exit code of installer and uninstaller when the program is open.
 constexpr DWORD kProgramIsOpen = 3;
 
