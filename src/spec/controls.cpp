@@ -38,16 +38,9 @@ void fill_ground(HWND window, HDC context) {
     FillRect(context, &area, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
 }
 
-void show_text(HWND control, const std::string& text) {
-    if (!SetWindowTextA(control, text.c_str()))
-        throw std::string("Unable to create text entry control");
-}
-
-std::string control_text(HWND control, const std::string& otherwise) {
+std::string control_text(HWND control) {
     std::array<char, longest_taken_text + 1> buffer{};
-    const bool empty = GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size())) == 0;
-    if (empty && (!IsWindow(control) || GetWindowTextLengthA(control) != 0))
-        return otherwise;
+    GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size()));
     return buffer.data();
 }
 

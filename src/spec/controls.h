@@ -26,14 +26,9 @@ RECT client_rectangle(HWND window);
 /// Draws the ground of buttons over the window's client area.
 void fill_ground(HWND window, HDC context);
 
-/// Puts the text into the control. Throws a text when the control does not take it: what it showed instead
-/// would later be taken for the user's edit.
-void show_text(HWND control, const std::string& text);
 /// The longest text, in bytes, that a page takes from a control; what follows is cut.
 inline constexpr std::size_t longest_taken_text = 1023;
-/// The control's text; `otherwise` when the control cannot be read, so that no value is lost to a failed
-/// call.
-std::string control_text(HWND control, const std::string& otherwise);
+std::string control_text(HWND control);
 
 /// Posted to the main window, without parameters, after the user edited the value of the page shown.
 inline constexpr UINT page_changed_message = WM_APP + 1;

@@ -23,6 +23,6 @@ std::string plain_decimal(const std::string& text) {
 IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
     : SingleControlEntry(title, help_text, number_box), CommonRegKey(std::move(binding)) {}
 
-void IntegerEntry::showValue() { show_text(control(), plain_decimal(value())); }
+void IntegerEntry::showValue() { SetWindowTextA(control(), plain_decimal(value()).c_str()); }
 
-void IntegerEntry::takeValue() { set_value(plain_decimal(control_text(control(), value()))); }
+void IntegerEntry::takeValue() { set_value(plain_decimal(control_text(control()))); }

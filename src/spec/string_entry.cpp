@@ -10,6 +10,6 @@ constexpr PageControl text_box{
 StringEntry::StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
     : SingleControlEntry(title, help_text, text_box), CommonRegKey(std::move(binding)) {}
 
-void StringEntry::showValue() { show_text(control(), value()); }
+void StringEntry::showValue() { SetWindowTextA(control(), value().c_str()); }
 
-void StringEntry::takeValue() { set_value(control_text(control(), value())); }
+void StringEntry::takeValue() { set_value(control_text(control())); }

@@ -29,9 +29,9 @@ void TextAndButtonEntry::layout(HWND parent) {
           kind_.button_width, kind_.button_height);
 }
 
-void TextAndButtonEntry::showValue() { show_text(text_box_, value()); }
+void TextAndButtonEntry::showValue() { SetWindowTextA(text_box_, value().c_str()); }
 
-void TextAndButtonEntry::takeValue() { set_value(control_text(text_box_, value())); }
+void TextAndButtonEntry::takeValue() { set_value(control_text(text_box_)); }
 
 LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))
