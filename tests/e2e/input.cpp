@@ -109,6 +109,11 @@ void click(HWND window) {
     let_go();
 }
 
+void click_at(POINT spot) {
+    send_mouse(spot, MOUSEEVENTF_LEFTDOWN);
+    send_mouse(spot, MOUSEEVENTF_LEFTUP);
+}
+
 void drag_corner(HWND window, POINT to) {
     RECT area = {};
     GetWindowRect(window, &area);

@@ -8,10 +8,14 @@ namespace {
 
 constexpr int kTextSize = 1024;
 
-/// What TVM_GETITEMA reads and fills, laid out in the other process' memory.
+/// What TVM_GETITEMA and TVM_GETITEMRECT read and fill, laid out in the other process' memory.
 struct ItemBlock {
     TVITEMA item;
     char text[kTextSize];
+    union {
+        HTREEITEM asked;
+        RECT place;
+    };
 };
 
 /// Memory in another process, freed at the end of the scope.
@@ -59,6 +63,29 @@ std::string RemoteTree::text(HTREEITEM item) const {
     remote.read(block);
     block.text[kTextSize - 1] = '\0';
     return block.text;
+}
+
+bool RemoteTree::read_text_place(HTREEITEM item, RECT& place) const {
+    RemoteBlock remote(process);
+    ItemBlock block = {};
+    block.asked = item;
+    remote.write(block);
+    if (!send(tree, TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&remote.get()->place)))
+        return false;
+    remote.read(block);
+    place = block.place;
+    return true;
+}
+
+bool RemoteTree::find_text(HTREEITEM item, RECT& place) const {
+    if (!read_text_place(item, place))
+        return false;
+    RECT client = {};
+    GetClientRect(tree, &client);
+    if (place.top >= 0 && place.bottom <= client.bottom && place.left >= 0)
+        return true;
+    send(tree, TVM_ENSUREVISIBLE, 0, reinterpret_cast<LPARAM>(item));
+    return read_text_place(item, place);
 }
 
 void RemoteTree::list(HTREEITEM first, const std::string& indent, std::vector<std::string>& lines) const {

@@ -23,10 +23,14 @@ public:
     void select(const TreePath& path) const;
     /// The text of the selected item; empty when none is selected.
     std::string selected() const;
+    std::string text(HTREEITEM item) const;
+    /// Where the item's text lies in the tree, which is scrolled for it. False for an item inside a closed
+    /// one.
+    bool find_text(HTREEITEM item, RECT& place) const;
 
 private:
     HTREEITEM next(WPARAM relation, HTREEITEM item) const;
-    std::string text(HTREEITEM item) const;
+    bool read_text_place(HTREEITEM item, RECT& place) const;
     void list(HTREEITEM first, const std::string& indent, std::vector<std::string>& lines) const;
 
     HWND tree;

@@ -19,7 +19,12 @@ public:
     /// Where the item's text lies in the tree. False for an item inside a closed one.
     virtual bool find(HTREEITEM item, RECT& text_place) = 0;
 
+    /// Whether a scan is over at once; elsewhere nobody has the time.
+    virtual bool scans_at_once() = 0;
+
     virtual void click(HWND control, POINT where) = 0;
+    /// A click elsewhere closes an open list, and does nothing else.
+    virtual void close_list() = 0;
     virtual void press(int key, bool with_shift) = 0;
     virtual void type(const std::string& text) = 0;
     virtual void leave_and_return() = 0;

@@ -31,6 +31,11 @@ bool is_frame(HWND window) {
 
 bool is_usable(HWND control) { return IsWindowVisible(control) && IsWindowEnabled(control); }
 
+bool is_click(Action action) {
+    return action != Action::key && action != Action::text && action != Action::leave &&
+           action != Action::minimise && action != Action::resize && action != Action::shut;
+}
+
 bool presses(int key) { return key == VK_RETURN || key == VK_SPACE; }
 
 } // namespace
@@ -75,6 +80,8 @@ Sight Player::sight_of(const Entry& entry, const Page& page) const {
 void Player::play(const Step& step) {
     may_edit_ = may_close_item_ = false;
     wanted_focus_ = nullptr;
+    if (is_click(step.action) && list_is_open())
+        return close_list();
     switch (step.action) {
     case Action::item: click_item(step); break;
     case Action::expander: click_expander(step); break;
@@ -106,6 +113,17 @@ void Player::play(const Step& step) {
         desk_.shut();
         break;
     }
+}
+
+bool Player::list_is_open() const {
+    const std::vector<Page> shown = pages();
+    return !shown.empty() && shown_ != nullptr && shown_->kind->view == View::list &&
+           SendMessageA(shown.front().controls.front(), CB_GETDROPPEDSTATE, 0, 0) != 0;
+}
+
+void Player::close_list() {
+    note("closes the list");
+    desk_.close_list();
 }
 
 /// Before the user has been anywhere, the focus is nowhere in particular.
@@ -178,6 +196,8 @@ void Player::click_control(const Step& step) {
         return;
     const auto& controls = shown.front().controls;
     const HWND control = controls[step.number % controls.size()];
+    if (is_scan(control) && !desk_.scans_at_once())
+        return;
     note("clicks on " + describe(control));
     may_edit_ = true;
     if (shown_ != nullptr && *shown_->kind->button != '\0' && control == controls.back())
@@ -198,8 +218,7 @@ void Player::press(HWND pressed) {
         end_ = End::discarded;
     if (pressed == button(kTestConnectionId) && selected_ != nullptr)
         failure_ = model_.test_failure(*selected_->file);
-    if (is_on_page(pressed) && shown_ != nullptr && std::string(shown_->kind->button) == "Scan" &&
-        desk_.text_of(pressed) == "Scan")
+    if (is_scan(pressed))
         failure_ = model_.scan_failure(*selected_->file);
     if (failure_)
         end_ = End::failed;
@@ -226,6 +245,8 @@ void Player::click_background() {
 void Player::press_key(const Step& step) {
     const HWND focus = desk_.focus();
     const bool with_shift = step.key == VK_TAB && step.other_way;
+    if (presses(step.key) && is_scan(focus) && !desk_.scans_at_once())
+        return;
     note("presses key " + std::to_string(step.key) + (with_shift ? " with Shift" : "") + " in " +
          describe(focus));
     may_edit_ = is_on_page(focus) && step.key != VK_TAB;
@@ -307,6 +328,7 @@ std::string Player::look_at_page() {
         return std::to_string(found.size()) + " pages are shown instead of " + std::to_string(wanted);
     if (shown_ == nullptr)
         return "";
+    look_at_list();
     const Page& page = found.front();
     if (page.title != shown_->title || page.help != shown_->help)
         return "the page of \"" + page.title + "\" is shown instead of that of \"" + shown_->title + "\"";
@@ -315,6 +337,16 @@ std::string Player::look_at_page() {
     if (page.controls.size() != (has_value ? 1U : 0U) + (has_button ? 1U : 0U))
         return "the page has " + std::to_string(page.controls.size()) + " controls";
     return look_at_value(page);
+}
+
+void Player::look_at_list() {
+    const bool is_open = list_is_open();
+    if (newly_shown_) {
+        buttons_may_lag_ = false;
+    } else if (list_was_open_ && !is_open) {
+        may_edit_ = buttons_may_lag_ = true;
+    }
+    list_was_open_ = is_open;
 }
 
 std::string Player::look_at_value(const Page& page) {
@@ -330,6 +362,8 @@ std::string Player::look_at_value(const Page& page) {
 
 std::string Player::look_at_buttons() const {
     const bool changes = model_.has_changes();
+    if (buttons_may_lag_)
+        return "";
     const std::string text = desk_.text_of(button(kCloseId));
     // Before the first update the button has no text yet, and OK is as it was made.
     const bool not_yet = caret_ == nullptr && text.empty();
@@ -352,12 +386,16 @@ std::string Player::look_at_focus() {
         return "the focus is on " + describe(focus);
     went_somewhere_ = true;
     if (wanted_focus_ != nullptr && is_usable(wanted_focus_) && focus != wanted_focus_)
-        return "the focus is on " + describe(focus) + " instead of " + describe(wanted_focus_);
+        return "the focus is on " + describe(focus) + " instead of " + describe(wanted_focus_) + "DBG " +std::to_string(std::find(handles_.begin(), handles_.end(), caret())-handles_.begin());
     return "";
 }
 
 bool Player::is_on_page(HWND control) const {
     return control != nullptr && IsChild(desk_.window(), control) && GetParent(control) != desk_.window();
+}
+
+bool Player::is_scan(HWND control) const {
+    return is_on_page(control) && class_of(control) == "Button" && desk_.text_of(control) == "Scan";
 }
 
 std::string Player::describe(HWND control) const {

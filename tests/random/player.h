@@ -41,6 +41,7 @@ private:
     HWND button(int id) const;
     HTREEITEM caret() const;
     std::vector<Page> pages() const;
+    bool list_is_open() const;
     Sight sight_of(const Entry& entry, const Page& page) const;
 
     // The steps.
@@ -49,6 +50,7 @@ private:
     void click_control(const Step& step);
     void click_button(int id, const char* name);
     void click_background();
+    void close_list();
     void press_key(const Step& step);
     void type(const Step& step);
     void press(HWND pressed);
@@ -60,10 +62,12 @@ private:
     void add_items(HTREEITEM first, int depth, std::string& fault);
     std::string follow_caret();
     std::string look_at_page();
+    void look_at_list();
     std::string look_at_value(const Page& page);
     std::string look_at_buttons() const;
     std::string look_at_focus();
     bool is_on_page(HWND control) const;
+    bool is_scan(HWND control) const;
     std::string describe(HWND control) const;
 
     Model& model_;
@@ -75,6 +79,9 @@ private:
     bool newly_shown_ = false;
     bool may_edit_ = false;
     bool may_close_item_ = false;
+    /// A list that was closed without a choice puts back what was chosen before, and tells nobody.
+    bool buttons_may_lag_ = false;
+    bool list_was_open_ = false;
     /// Where the focus must be after the step; null when that is not known.
     HWND wanted_focus_ = nullptr;
     bool went_somewhere_ = false;

@@ -35,10 +35,10 @@ Order order(unsigned usual_sessions) {
             number_from("TAVRIN_USER_SESSIONS", usual_sessions)};
 }
 
-World world_of(std::uint32_t seed, const std::vector<std::string>* ports) {
+World world_of(std::uint32_t seed, const std::optional<std::vector<std::string>>& ports) {
     Chance chance(seed);
     const std::vector<std::string> chosen = make_ports(chance);
-    return make_world(chance, ports == nullptr ? chosen : *ports);
+    return make_world(chance, ports.value_or(chosen));
 }
 
 /// Numbers of their own, so that the steps do not depend on how many a world took.
@@ -75,7 +75,7 @@ std::string report(std::uint32_t seed, const Outcome& outcome, const World& worl
 }
 
 void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,
-                   const std::vector<std::string>* ports) {
+                   const std::optional<std::vector<std::string>>& ports) {
     std::printf("random user: seed %u, %u sessions\n", ordered.seed, ordered.sessions);
     std::fflush(stdout);
     std::size_t done = 0;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,7 +31,8 @@ struct Order {
 /// From TAVRIN_USER_SEED and TAVRIN_USER_SESSIONS; without them, from the clock and `usual_sessions`.
 Order order(unsigned usual_sessions);
 
-World world_of(std::uint32_t seed, const std::vector<std::string>* ports);
+/// `ports`: the machine's serial ports, where they cannot be made up.
+World world_of(std::uint32_t seed, const std::optional<std::vector<std::string>>& ports);
 std::vector<Step> steps_of(std::uint32_t seed, std::size_t count);
 
 /// Leaves out of a failing list of steps whatever the failure does not need, with at most so many attempts.
@@ -42,6 +44,6 @@ std::string report(std::uint32_t seed, const Outcome& outcome, const World& worl
 
 /// Plays so many sessions and fails the running test at the first that goes wrong. Prints what was done.
 void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,
-                   const std::vector<std::string>* ports);
+                   const std::optional<std::vector<std::string>>& ports);
 
 } // namespace random_user

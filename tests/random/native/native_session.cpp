@@ -41,7 +41,7 @@ void name_seed_at_death(std::uint32_t seed) {
 } // namespace
 
 NativeSession::NativeSession(std::uint32_t seed, const std::vector<Step>& to_play, const Meddle& meddle)
-    : chance_(seed + 1), world_(world_of(seed, nullptr)), model_(world_), player_(model_, *this),
+    : chance_(seed + 1), world_(world_of(seed, {})), model_(world_), player_(model_, *this),
       to_play_(to_play), meddle_(meddle) {
     prepare();
 }

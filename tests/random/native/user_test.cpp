@@ -20,7 +20,7 @@ constexpr unsigned kAttempts = 500;
 Outcome play(std::uint32_t seed, const std::vector<Step>& steps) { return NativeSession::play(seed, steps); }
 
 TEST(RandomUser, FindsWhatTheyLeftAndGetsWhatTheySaw) {
-    play_sessions(order(kSessions), kSteps, play, kAttempts, nullptr);
+    play_sessions(order(kSessions), kSteps, play, kAttempts, {});
 }
 
 TEST(RandomUser, DoesTheSameAgainForTheSameSeed) {
@@ -35,7 +35,7 @@ TEST(RandomUser, MeetsEveryKindOfEntryAndOfFile) {
     int missing_files = 0;
     int tests = 0;
     for (std::uint32_t seed = 0; seed < 200; ++seed) {
-        for (const SpecFile& file : world_of(seed, nullptr).files) {
+        for (const SpecFile& file : world_of(seed, {}).files) {
             old_files += file.old_syntax ? 1 : 0;
             missing_files += file.is_missing ? 1 : 0;
             tests += file.test_titles ? 1 : 0;
@@ -76,7 +76,7 @@ TEST(RandomUser, NoticesALostTextAndSaysShortlyHow) {
         const std::vector<Step> few = shortened(all, fails, kAttempts);
         EXPECT_LE(few.size(), 8U);
         const Outcome outcome = NativeSession::play(seed, few, lose_text);
-        EXPECT_THAT(report(seed, outcome, world_of(seed, nullptr)),
+        EXPECT_THAT(report(seed, outcome, world_of(seed, {})),
                     HasSubstr("TAVRIN_USER_SEED=" + std::to_string(seed) + " TAVRIN_USER_SESSIONS=1"));
         EXPECT_THAT(outcome.notes, Not(testing::IsEmpty()));
     }

@@ -1,0 +1,299 @@
+#include "random/windows/remote_session.h"
+
+#include "e2e/input.h"
+#include "e2e/wait.h"
+#include "e2e/window.h"
+#include "support/registry.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace random_user {
+namespace {
+
+constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
+constexpr char kPortsKey[] = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
+constexpr UINT kQuickest = 1;
+
+/// The user's other program.
+class OtherProgram {
+public:
+    static HWND window() {
+        static const HWND made = make();
+        return made;
+    }
+    static void take_messages() {
+        MSG message{};
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageA(&message);
+    }
+
+private:
+    static HWND make() {
+        const HWND window =
+            CreateWindowExA(0, "Static", "another program", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 560, 420, 80,
+                            50, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+        take_messages();
+        return window;
+    }
+};
+
+/// The same item or button may be clicked twice in a row: that is no double click.
+class NoDoubleClicks {
+public:
+    NoDoubleClicks() : usual_(GetDoubleClickTime()) {
+        SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, kQuickest, nullptr, 0);
+    }
+    ~NoDoubleClicks() { SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, usual_, nullptr, 0); }
+    NoDoubleClicks(const NoDoubleClicks&) = delete;
+    NoDoubleClicks& operator=(const NoDoubleClicks&) = delete;
+
+private:
+    UINT usual_;
+};
+
+HWND find_child(HWND parent, const char* name) {
+    for (const HWND child : e2e::children_of(parent)) {
+        if (e2e::is_class(child, name) && IsWindowVisible(child))
+            return child;
+        if (const HWND below = find_child(child, name))
+            return below;
+    }
+    return nullptr;
+}
+
+std::string message_of(HWND box) {
+    std::string text;
+    for (const HWND child : e2e::children_of(box))
+        if (e2e::is_class(child, "Static"))
+            text += e2e::text_of(child);
+    return text;
+}
+
+/// Of the buttons that a box has, the first or, if the user is of another mind, the last.
+int button_of(HWND box, bool other_way) {
+    std::vector<int> found;
+    for (const int id : {IDYES, IDOK, IDNO, IDCANCEL})
+        if (const HWND button = GetDlgItem(box, id); button != nullptr && IsWindowVisible(button))
+            found.push_back(id);
+    if (found.empty())
+        return 0;
+    return other_way ? found.back() : found.front();
+}
+
+} // namespace
+
+RemoteSession::RemoteSession(std::uint32_t seed)
+    : world_(world_of(seed, ports())), model_(world_), player_(model_, *this) {}
+
+std::vector<std::string> RemoteSession::ports() {
+    std::vector<std::string> found;
+    HKEY key = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kPortsKey, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+        return found;
+    for (DWORD index = 0;; ++index) {
+        char name[256] = "";
+        char data[256] = "";
+        DWORD name_size = sizeof name;
+        DWORD size = sizeof data - 1;
+        if (RegEnumValueA(key, index, name, &name_size, nullptr, nullptr, reinterpret_cast<BYTE*>(data),
+                          &size) != ERROR_SUCCESS)
+            break;
+        found.emplace_back(data);
+    }
+    RegCloseKey(key);
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+Outcome RemoteSession::play(std::uint32_t seed, const std::vector<Step>& steps) {
+    return RemoteSession(seed).run(steps);
+}
+
+Outcome RemoteSession::run(const std::vector<Step>& steps) {
+    const NoDoubleClicks no_double_clicks;
+    std::string fault;
+    try {
+        start();
+        fault = play_steps(steps);
+        if (fault.empty())
+            fault = fault_at_the_end();
+    } catch (const std::runtime_error& error) {
+        fault = error.what();
+    }
+    tool_.reset();
+    return {fault, player_.notes(), played_};
+}
+
+void RemoteSession::start() {
+    delete_key(kTestKey);
+    delete_key(kListKey);
+    make_key(kListKey);
+    fill_registry(world_);
+    for (const SpecFile& file : world_.files) {
+        const std::string path = folder_.path_of(file.value_name + ".spec");
+        if (!file.is_missing)
+            std::ofstream(path, std::ios::binary) << random_user::text_of(file);
+        set_text(kListKey, file.value_name, path);
+    }
+    OtherProgram::window();
+    tool_ = std::make_unique<e2e::Tool>();
+    main_ = tool_->window();
+    SetWindowPos(main_, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    e2e::bring_to_front(main_);
+    wait_until_idle();
+}
+
+std::string RemoteSession::play_steps(const std::vector<Step>& steps) {
+    std::string fault = player_.look();
+    for (auto step = steps.begin(); step != steps.end() && fault.empty(); ++step) {
+        ++played_;
+        fault = play_step(*step);
+        if (player_.end() != End::none || window() == nullptr)
+            return fault;
+    }
+    return fault.empty() ? play_step({Action::shut, 0, false, 0, "", Meanwhile::nothing}) : fault;
+}
+
+std::string RemoteSession::play_step(const Step& step) {
+    player_.play(step);
+    settle(step);
+    if (window() == nullptr)
+        return "";
+    return player_.end() == End::none ? player_.look() : "the program goes on";
+}
+
+std::string RemoteSession::fault_at_the_end() {
+    const bool failed = player_.end() == End::failed;
+    const DWORD code = tool_->exit_code(e2e::kLimit);
+    if (code != (failed ? 1U : 0U))
+        return "exit code " + std::to_string(code);
+    if (failed &&
+        (texts_.empty() || captions_.back() != "Error!" || texts_.back().rfind(*player_.failure(), 0) != 0))
+        return "the program does not say \"" + *player_.failure() + "\"";
+    if (player_.end() == End::none)
+        return "the program ends by itself";
+    return model_.registry_faults(player_.end() == End::applied);
+}
+
+/// Until nothing more comes of a step, whatever it brings up included.
+void RemoteSession::settle(const Step& step) {
+    const ULONGLONG end = GetTickCount64() + e2e::kLimit * 1000;
+    bool met = false;
+    while (tool_->running()) {
+        if (GetTickCount64() > end)
+            throw std::runtime_error("the program does not come to rest");
+        OtherProgram::take_messages();
+        const HWND dialog = open_dialog();
+        if (dialog == nullptr) {
+            wait_until_idle();
+            if (open_dialog() == nullptr && window() != nullptr && IsWindowEnabled(main_))
+                return come_back();
+            if (window() == nullptr)
+                Sleep(1);
+            continue;
+        }
+        if (!met) {
+            met = true;
+            wait_until_idle();
+            player_.play_meanwhile(step);
+            wait_until_idle();
+        }
+        if (IsWindow(dialog))
+            answer(dialog, step);
+    }
+}
+
+/// After a box without owner, the system may have turned to some other window of the desktop.
+void RemoteSession::come_back() {
+    if (GetForegroundWindow() == main_)
+        return;
+    e2e::bring_to_front(main_);
+    wait_until_idle();
+}
+
+/// The system asks a window to paint itself only when nothing else waits for it, input included. The corner
+/// to be painted is empty, so that no control has a hand in it.
+void RemoteSession::wait_until_idle() {
+    if (window() == nullptr || IsIconic(main_))
+        return;
+    const RECT corner = {0, 0, 1, 1};
+    InvalidateRect(main_, &corner, FALSE);
+    e2e::wait_for("the program's rest", [&] {
+        OtherProgram::take_messages();
+        return window() == nullptr || !GetUpdateRect(main_, nullptr, FALSE);
+    });
+}
+
+HWND RemoteSession::open_dialog() {
+    for (const HWND each : e2e::windows_of(GetProcessId(tool_->process_handle())))
+        if (e2e::is_class(each, "#32770"))
+            return each;
+    return nullptr;
+}
+
+void RemoteSession::answer(HWND dialog, const Step& step) {
+    const std::string caption = e2e::text_of(dialog);
+    captions_.push_back(caption);
+    texts_.push_back(message_of(dialog));
+    if (caption == "File selection..." && step.other_way)
+        return answer_file_dialog(dialog, step);
+    int button = button_of(dialog, !step.other_way);
+    if (caption == "Browse for Folder" && step.other_way && IsWindowEnabled(GetDlgItem(dialog, IDOK)))
+        button = IDOK;
+    const ULONGLONG again = GetTickCount64() + 3000;
+    PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+    e2e::wait_for("the end of \"" + caption + "\"",
+                  [&] { return !IsWindow(dialog) || GetTickCount64() > again; });
+    if (IsWindow(dialog))
+        PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+    e2e::wait_for("the end of \"" + caption + "\"", [&] { return !IsWindow(dialog); });
+}
+
+void RemoteSession::answer_file_dialog(HWND dialog, const Step&) {
+    const HWND name = find_child(dialog, "Edit");
+    e2e::send(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("C:\\windows\\win.ini"));
+    PostMessageA(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+    e2e::wait_for("the end of the file dialog", [&] { return !IsWindow(dialog); });
+}
+
+/// One that is hidden is on its way out.
+HWND RemoteSession::window() { return tool_->running() && IsWindowVisible(main_) ? main_ : nullptr; }
+HWND RemoteSession::focus() { return e2e::focus_of(main_); }
+std::string RemoteSession::text_of(HWND control) { return e2e::text_of(control); }
+std::string RemoteSession::text_of(HTREEITEM item) { return tool_->tree().text(item); }
+bool RemoteSession::find(HTREEITEM item, RECT& text_place) {
+    return tool_->tree().find_text(item, text_place);
+}
+
+void RemoteSession::click(HWND control, POINT where) {
+    ClientToScreen(control, &where);
+    e2e::click_at(where);
+}
+
+void RemoteSession::close_list() { click(main_, {3, 3}); }
+void RemoteSession::press(int key, bool with_shift) { e2e::press_key(static_cast<WORD>(key), with_shift); }
+void RemoteSession::type(const std::string& text) { e2e::type(text); }
+
+void RemoteSession::leave_and_return() {
+    const HWND before = GetForegroundWindow();
+    e2e::bring_to_front(OtherProgram::window());
+    wait_until_idle();
+    OtherProgram::take_messages();
+    e2e::bring_to_front(before);
+}
+
+void RemoteSession::minimise_and_restore() {
+    PostMessageA(main_, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    e2e::wait_for("the minimised window", [this] { return IsIconic(main_) != FALSE; });
+    PostMessageA(main_, WM_SYSCOMMAND, SC_RESTORE, 0);
+    e2e::wait_for("the restored window", [this] { return IsIconic(main_) == FALSE; });
+}
+
+void RemoteSession::resize(int width, int height) {
+    SetWindowPos(main_, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void RemoteSession::shut() { PostMessageA(main_, WM_SYSCOMMAND, SC_CLOSE, 0); }
+
+} // namespace random_user

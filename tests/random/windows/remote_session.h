@@ -1,0 +1,58 @@
+#pragma once
+/// Sessions with the finished program, by the system's own mouse and keyboard.
+#include "e2e/tool.h"
+#include "random/session.h"
+#include "support/scratch_folder.h"
+
+namespace random_user {
+
+class RemoteSession : public Desk {
+public:
+    static Outcome play(std::uint32_t seed, const std::vector<Step>& steps);
+    /// The machine's serial ports, which the program offers.
+    static std::vector<std::string> ports();
+
+    HWND window() override;
+    HWND focus() override;
+    std::string text_of(HWND control) override;
+    std::string text_of(HTREEITEM item) override;
+    bool find(HTREEITEM item, RECT& text_place) override;
+    bool scans_at_once() override { return false; }
+    void click(HWND control, POINT where) override;
+    void close_list() override;
+    void press(int key, bool with_shift) override;
+    void type(const std::string& text) override;
+    void leave_and_return() override;
+    void minimise_and_restore() override;
+    void resize(int width, int height) override;
+    void shut() override;
+
+private:
+    explicit RemoteSession(std::uint32_t seed);
+
+    Outcome run(const std::vector<Step>& steps);
+    void start();
+    std::string play_steps(const std::vector<Step>& steps);
+    std::string play_step(const Step& step);
+    std::string fault_at_the_end();
+
+    // What comes of a step is waited for.
+    void settle(const Step& step);
+    void wait_until_idle();
+    void come_back();
+    HWND open_dialog();
+    void answer(HWND dialog, const Step& step);
+    void answer_file_dialog(HWND dialog, const Step& step);
+
+    World world_;
+    Model model_;
+    Player player_;
+    ScratchFolder folder_;
+    std::vector<std::string> captions_;
+    std::vector<std::string> texts_;
+    std::size_t played_ = 0;
+    HWND main_ = nullptr;
+    std::unique_ptr<e2e::Tool> tool_;
+};
+
+} // namespace random_user
