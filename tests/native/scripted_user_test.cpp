@@ -1,5 +1,6 @@
 #include "platform/substitute/control.h"
 #include "support/test_window.h"
+#include "support/user.h"
 
 #include <gmock/gmock.h>
 
@@ -81,6 +82,26 @@ TEST_F(ScriptedUser, AClickBringsAWindowInFrontFirst) {
     EXPECT_EQ(LOWORD(told[0].wparam), WA_CLICKACTIVE);
     EXPECT_EQ(told[1].message, WM_SETFOCUS);
     EXPECT_EQ(GetFocus(), edit);
+}
+
+/// So it is under Wine with a real mouse.
+TEST_F(ScriptedUser, AClickElsewhereClosesAnOpenListAndPutsItsChoiceBack) {
+    const HWND combo = add("ComboBox", CBS_DROPDOWNLIST);
+    const HWND button = add("Button", 0);
+    for (const char* option : {"low", "high"})
+        SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(option));
+    substitute::click(combo);
+    substitute::press(VK_DOWN);
+    pump_messages();
+    EXPECT_EQ(SendMessageA(combo, CB_GETCURSEL, 0, 0), 0);
+    forget();
+    substitute::click(button);
+    pump_messages();
+    EXPECT_EQ(SendMessageA(combo, CB_GETCURSEL, 0, 0), CB_ERR);
+    EXPECT_EQ(SendMessageA(combo, CB_GETDROPPEDSTATE, 0, 0), FALSE);
+    EXPECT_THAT(commands(combo), ElementsAre(CBN_SELENDCANCEL, CBN_CLOSEUP));
+    EXPECT_TRUE(commands(button).empty());
+    EXPECT_EQ(GetFocus(), combo);
 }
 
 /// So it is on Windows; Wine enables the owner of a box in any case.

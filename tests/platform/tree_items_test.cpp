@@ -121,4 +121,13 @@ TEST_F(TreeItems, TakesAHundredThousandItems) {
     EXPECT_EQ(next(TVGN_NEXT, last), nullptr);
 }
 
+TEST_F(TreeItems, TheNextVisibleOneIsNotInsideAClosedOne) {
+    fill();
+    EXPECT_EQ(next(TVGN_NEXTVISIBLE, root), other);
+    expand(root);
+    EXPECT_EQ(next(TVGN_NEXTVISIBLE, root), group);
+    EXPECT_EQ(next(TVGN_NEXTVISIBLE, group), other);
+    EXPECT_EQ(next(TVGN_NEXTVISIBLE, other), nullptr);
+}
+
 } // namespace

@@ -20,6 +20,8 @@ struct ComboData : ControlData {
     bool dropped = false;
     /// How many rows the opened list shows before it scrolls, in version 6 of the controls.
     LRESULT rows = 30;
+    /// What was selected when the list was opened.
+    int before = CB_ERR;
 };
 
 ComboData& data_at(HWND handle) { return *data_of<ComboData>(handle); }
@@ -120,6 +122,7 @@ LRESULT drop(HWND handle, bool down) {
     if (data.dropped == down)
         return TRUE;
     data.dropped = down;
+    data.before = data.selected;
     notify_parent(handle, down ? CBN_DROPDOWN : CBN_CLOSEUP);
     return TRUE;
 }
@@ -199,6 +202,17 @@ LRESULT limit_height(LPARAM lparam) {
 }
 
 } // namespace
+
+/// A click that goes elsewhere closes the open list and is lost. As under Wine, what was selected before is
+/// selected again, and nobody is told.
+bool leave_open_list(HWND handle) {
+    auto* data = data_of<ComboData>(handle);
+    if (data == nullptr || !data->dropped)
+        return false;
+    data->selected = data->before;
+    settle(handle, false);
+    return true;
+}
 
 LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_CREATE)

@@ -8,6 +8,8 @@ LRESULT button_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam
 LRESULT static_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
 LRESULT edit_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
 LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
+/// Closes the open list of a combo box when the user clicks elsewhere. False when `handle` has none.
+bool leave_open_list(HWND handle);
 LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
 
 LRESULT folder_browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);

@@ -129,6 +129,7 @@ HTREEITEM related(const TreeData& data, WPARAM relation, HTREEITEM handle) {
         return nullptr;
     switch (relation) {
     case TVGN_NEXT: return item->next;
+    case TVGN_NEXTVISIBLE: return data.items.visible_after(handle);
     case TVGN_PREVIOUS: return item->previous;
     case TVGN_PARENT: return item->parent;
     case TVGN_CHILD: return item->first_child;

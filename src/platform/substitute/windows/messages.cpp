@@ -2,6 +2,7 @@
 
 #include "platform/substitute/calls.h"
 #include "platform/substitute/control/user.h"
+#include "platform/substitute/controls/controls.h"
 #include "platform/substitute/kernel/kernel.h"
 #include "platform/substitute/windows/window.h"
 
@@ -95,10 +96,23 @@ bool take_quit(const Filter& filter, bool remove, MSG& message) {
     return true;
 }
 
+/// Whether an open list takes the click, button down and up, for itself.
+bool list_takes_click(const Input& next) {
+    if (next.message != WM_LBUTTONDOWN || next.clicked == GetFocus() || !leave_open_list(GetFocus()))
+        return false;
+    auto& input = queue().input;
+    input.pop_front();
+    if (!input.empty() && input.front().message == WM_LBUTTONUP)
+        input.pop_front();
+    return true;
+}
+
 bool take_input(const Filter& filter, bool remove, MSG& message) {
     auto& input = queue().input;
     while (!input.empty()) {
         const Input next = input.front();
+        if (list_takes_click(next))
+            continue;
         message = message_of(next);
         if (reaches(message) && !filter.takes(message))
             return false;

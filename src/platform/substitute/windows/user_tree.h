@@ -37,6 +37,7 @@ inline constexpr WPARAM TVGN_NEXT = 1;
 inline constexpr WPARAM TVGN_PREVIOUS = 2;
 inline constexpr WPARAM TVGN_PARENT = 3;
 inline constexpr WPARAM TVGN_CHILD = 4;
+inline constexpr WPARAM TVGN_NEXTVISIBLE = 6;
 inline constexpr WPARAM TVGN_CARET = 9;
 
 struct TVITEMA {
