@@ -23,8 +23,6 @@ public:
     virtual bool scans_at_once() = 0;
 
     virtual void click(HWND control, POINT where) = 0;
-    /// A click elsewhere closes an open list, and does nothing else.
-    virtual void close_list() = 0;
     virtual void press(int key, bool with_shift) = 0;
     virtual void type(const std::string& text) = 0;
     virtual void leave_and_return() = 0;

@@ -31,9 +31,10 @@ bool is_frame(HWND window) {
 
 bool is_usable(HWND control) { return IsWindowVisible(control) && IsWindowEnabled(control); }
 
-bool is_click(Action action) {
+/// Whether the mouse has to leave an open list for it.
+bool needs_mouse(Action action) {
     return action != Action::key && action != Action::text && action != Action::leave &&
-           action != Action::minimise && action != Action::resize && action != Action::shut;
+           action != Action::shut;
 }
 
 bool presses(int key) { return key == VK_RETURN || key == VK_SPACE; }
@@ -80,7 +81,7 @@ Sight Player::sight_of(const Entry& entry, const Page& page) const {
 void Player::play(const Step& step) {
     may_edit_ = may_close_item_ = false;
     wanted_focus_ = nullptr;
-    if (is_click(step.action) && list_is_open())
+    if (needs_mouse(step.action) && list_is_open())
         return close_list();
     switch (step.action) {
     case Action::item: click_item(step); break;
@@ -122,8 +123,8 @@ bool Player::list_is_open() const {
 }
 
 void Player::close_list() {
-    note("closes the list");
-    desk_.close_list();
+    note("closes the list by a click elsewhere");
+    desk_.click(desk_.window(), {3, 3});
 }
 
 /// Before the user has been anywhere, the focus is nowhere in particular.
@@ -156,39 +157,49 @@ void Player::play_meanwhile(const Step& step) {
     }
 }
 
+/// Whatever is not inside a closed item, from top to bottom.
+std::vector<std::size_t> Player::open_items() const {
+    std::vector<std::size_t> found;
+    HTREEITEM each = next_item(tree(), TVGN_ROOT, nullptr);
+    for (std::size_t index = 0; index < handles_.size() && each != nullptr; ++index) {
+        if (handles_[index] != each)
+            continue;
+        found.push_back(index);
+        each = next_item(tree(), TVGN_NEXTVISIBLE, each);
+    }
+    return found;
+}
+
 void Player::click_item(const Step& step) {
-    std::vector<std::size_t> visible;
+    const std::vector<std::size_t> items = open_items();
     RECT place{};
-    for (std::size_t index = 0; index < handles_.size(); ++index)
-        if (desk_.find(handles_[index], place))
-            visible.push_back(index);
-    if (visible.empty())
+    if (items.empty())
         return;
-    const std::size_t index = visible[step.number % visible.size()];
+    const std::size_t index = items[step.number % items.size()];
+    if (!desk_.find(handles_[index], place))
+        return;
     note("clicks on item " + std::to_string(index) + " \"" + model_.items()[index].text + "\"");
-    desk_.find(handles_[index], place);
     wanted_focus_ = tree();
     desk_.click(tree(), {place.left + 2, (place.top + place.bottom) / 2});
 }
 
 void Player::click_expander(const Step& step) {
-    std::vector<std::size_t> found;
-    RECT place{};
-    for (std::size_t index = 0; index < handles_.size(); ++index)
-        if (next_item(tree(), TVGN_CHILD, handles_[index]) != nullptr && desk_.find(handles_[index], place))
-            found.push_back(index);
-    if (found.empty())
+    std::vector<std::size_t> items = open_items();
+    std::erase_if(items, [&](std::size_t index) { return child_of(index) == nullptr; });
+    if (items.empty())
         return;
-    const std::size_t index = found[step.number % found.size()];
-    const bool is_open = desk_.find(next_item(tree(), TVGN_CHILD, handles_[index]), place);
-    if (is_open && !step.other_way)
+    const std::size_t index = items[step.number % items.size()];
+    const bool is_open = next_item(tree(), TVGN_NEXTVISIBLE, handles_[index]) == child_of(index);
+    RECT place{};
+    if ((is_open && !step.other_way) || !desk_.find(handles_[index], place))
         return;
     note(std::string(is_open ? "closes" : "opens") + " item " + std::to_string(index));
     may_close_item_ = is_open;
-    desk_.find(handles_[index], place);
     wanted_focus_ = tree();
     desk_.click(tree(), {place.left - 10, (place.top + place.bottom) / 2});
 }
+
+HTREEITEM Player::child_of(std::size_t index) const { return next_item(tree(), TVGN_CHILD, handles_[index]); }
 
 void Player::click_control(const Step& step) {
     const std::vector<Page> shown = pages();
@@ -386,7 +397,7 @@ std::string Player::look_at_focus() {
         return "the focus is on " + describe(focus);
     went_somewhere_ = true;
     if (wanted_focus_ != nullptr && is_usable(wanted_focus_) && focus != wanted_focus_)
-        return "the focus is on " + describe(focus) + " instead of " + describe(wanted_focus_) + "DBG " +std::to_string(std::find(handles_.begin(), handles_.end(), caret())-handles_.begin());
+        return "the focus is on " + describe(focus) + " instead of " + describe(wanted_focus_);
     return "";
 }
 

@@ -45,6 +45,8 @@ private:
     Sight sight_of(const Entry& entry, const Page& page) const;
 
     // The steps.
+    std::vector<std::size_t> open_items() const;
+    HTREEITEM child_of(std::size_t index) const;
     void click_item(const Step& step);
     void click_expander(const Step& step);
     void click_control(const Step& step);

@@ -19,8 +19,6 @@ public:
     bool find(HTREEITEM item, RECT& text_place) override;
     bool scans_at_once() override { return true; }
     void click(HWND control, POINT where) override { click_at(control, where); }
-    /// Over the substitute a list closes by key alone.
-    void close_list() override { press_key(VK_ESCAPE); }
     void press(int key, bool with_shift) override { press_key(key, with_shift); }
     void type(const std::string& text) override { type_text(text); }
     void leave_and_return() override;

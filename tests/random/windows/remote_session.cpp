@@ -219,10 +219,13 @@ void RemoteSession::wait_until_idle() {
         return;
     const RECT corner = {0, 0, 1, 1};
     InvalidateRect(main_, &corner, FALSE);
-    e2e::wait_for("the program's rest", [&] {
+    const ULONGLONG end = GetTickCount64() + e2e::kLimit * 1000;
+    while (window() != nullptr && GetUpdateRect(main_, nullptr, FALSE)) {
+        if (GetTickCount64() > end)
+            throw std::runtime_error("the program does not come to rest");
         OtherProgram::take_messages();
-        return window() == nullptr || !GetUpdateRect(main_, nullptr, FALSE);
-    });
+        Sleep(1);
+    }
 }
 
 HWND RemoteSession::open_dialog() {
@@ -271,7 +274,6 @@ void RemoteSession::click(HWND control, POINT where) {
     e2e::click_at(where);
 }
 
-void RemoteSession::close_list() { click(main_, {3, 3}); }
 void RemoteSession::press(int key, bool with_shift) { e2e::press_key(static_cast<WORD>(key), with_shift); }
 void RemoteSession::type(const std::string& text) { e2e::type(text); }
 

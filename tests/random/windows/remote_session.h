@@ -19,7 +19,6 @@ public:
     bool find(HTREEITEM item, RECT& text_place) override;
     bool scans_at_once() override { return false; }
     void click(HWND control, POINT where) override;
-    void close_list() override;
     void press(int key, bool with_shift) override;
     void type(const std::string& text) override;
     void leave_and_return() override;
