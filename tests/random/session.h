@@ -42,7 +42,8 @@ std::vector<Step> shortened(std::vector<Step> steps,
 /// A report of a failing session, shortened, with all that is needed to repeat it.
 std::string report(std::uint32_t seed, const Outcome& outcome, const World& world);
 
-/// Plays so many sessions and fails the running test at the first that goes wrong. Prints what was done.
+/// Plays so many sessions and fails the running test at the first that goes wrong, and wrong again when it is
+/// repeated. Prints what was done.
 void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,
                    const std::optional<std::vector<std::string>>& ports);
 
