@@ -2,6 +2,7 @@
 
 #include "app/control_ids.h"
 #include "error/exceptions.h"
+#include "error/guard.h"
 #include "error/trace.h"
 #include "platform/main_window.h"
 #include "spec/configurations.h"
@@ -151,6 +152,21 @@ TEST_F(StartUp, ATextThrownWhileAPageIsShownIsFatal) {
     const RefusingClass refusing("Edit");
     then([] { select("T"); });
     expect_fatal("Unable to create text entry control");
+}
+
+/// Keeps a text as a window procedure does, at a point that the trace marks.
+void keep_when_created(const char* format, std::va_list arguments) {
+    keep_trace(format, arguments);
+    if (std::string(format) != "Created Window\n")
+        return;
+    error::guarded(
+        0, []() -> LRESULT { throw std::string("thrown while shown"); }, [] { return 0; });
+}
+
+TEST_F(StartUp, ATextThrownWhileTheWindowIsFirstShownIsFatalAtOnce) {
+    trace_listener = keep_when_created;
+    expect_fatal("thrown while shown");
+    EXPECT_EQ(traced, "Created Window\n");
 }
 
 TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {

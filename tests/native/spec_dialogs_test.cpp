@@ -40,6 +40,7 @@ TEST_F(Dialogs, TheFolderBrowserIsAskedForARealFolder) {
     EXPECT_EQ(browser.title, "\r\nPlease select a folder to use:");
     EXPECT_EQ(browser.flags, 65U);
     EXPECT_FALSE(browser.has_root);
+    EXPECT_TRUE(browser.takes_name);
     EXPECT_THAT(browser.selections, ElementsAre("C:\\agent"));
     EXPECT_EQ(directory.value(), "");
 }

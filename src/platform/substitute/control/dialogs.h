@@ -22,6 +22,8 @@ struct ShownFolderBrowser {
     std::string title;
     UINT flags = 0;
     bool has_root = false;
+    /// Whether there was a place for the name of what was chosen.
+    bool takes_name = false;
     /// Paths that the program selected with BFFM_SETSELECTIONA.
     std::vector<std::string> selections;
     /// What BFFM_ENABLEOK said, in order.

@@ -47,6 +47,7 @@ void note_browser(const BROWSEINFOA& details) {
                              details.lpszTitle == nullptr ? "" : details.lpszTitle,
                              details.ulFlags,
                              details.pidlRoot != nullptr,
+                             details.pszDisplayName != nullptr,
                              {},
                              {}});
 }
