@@ -96,11 +96,12 @@ bool take_quit(const Filter& filter, bool remove, MSG& message) {
     return true;
 }
 
-/// Whether an open list takes the click, button down and up, for itself.
-bool list_takes_click(const Input& next) {
-    if (next.message != WM_LBUTTONDOWN || next.clicked == GetFocus() || !leave_open_list(GetFocus()))
-        return false;
+/// Whether an open list takes the next click, button down and up, for itself.
+bool list_takes_click() {
     auto& input = queue().input;
+    if (input.empty() || input.front().message != WM_LBUTTONDOWN || input.front().clicked == GetFocus() ||
+        !leave_open_list(GetFocus()))
+        return false;
     input.pop_front();
     if (!input.empty() && input.front().message == WM_LBUTTONUP)
         input.pop_front();
@@ -111,8 +112,6 @@ bool take_input(const Filter& filter, bool remove, MSG& message) {
     auto& input = queue().input;
     while (!input.empty()) {
         const Input next = input.front();
-        if (list_takes_click(next))
-            continue;
         message = message_of(next);
         if (reaches(message) && !filter.takes(message))
             return false;
@@ -127,8 +126,12 @@ bool take_input(const Filter& filter, bool remove, MSG& message) {
 }
 
 bool take(const Filter& filter, bool remove, MSG& message) {
-    return take_posted(filter, remove, message) || take_quit(filter, remove, message) ||
-           take_input(filter, remove, message);
+    do {
+        if (take_posted(filter, remove, message) || take_quit(filter, remove, message))
+            return true;
+        // What is posted while the list closes comes before the next input.
+    } while (list_takes_click());
+    return take_input(filter, remove, message);
 }
 
 [[noreturn]] void give_up() {
