@@ -30,7 +30,7 @@ int main(int count, char** arguments) {
     try {
         bench::Samples samples;
         if (std::strcmp(arguments[2], "far") == 0)
-            bench::measure_connection_test(samples, "50 handshakes, 20 ms away", 5, servers, old_program);
+            bench::measure_connection_test(samples, "test of 50 servers 20 ms away", 5, servers, old_program);
         else
             measure_all(samples, servers, old_program);
         samples.write(arguments[1]);
