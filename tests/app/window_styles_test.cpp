@@ -51,6 +51,16 @@ TEST_F(WindowStyles, OfTheButtons) {
     EXPECT_EQ(run(), 0);
 }
 
+TEST_F(WindowStyles, EveryControlHasItsNumber) {
+    then([] {
+        EXPECT_EQ(class_of(GetDlgItem(main_window, 101)), "SysTreeView32");
+        EXPECT_EQ(text_of(GetDlgItem(main_window, 103)), "Close");
+        EXPECT_EQ(text_of(GetDlgItem(main_window, 104)), "OK");
+        EXPECT_EQ(text_of(GetDlgItem(main_window, 105)), "Test Connection");
+    });
+    EXPECT_EQ(run(), 0);
+}
+
 TEST_F(WindowStyles, EveryButtonHasTheSystemsFont) {
     then([] {
         for (const int id : {kCloseId, kOkId, kTestConnectionId})

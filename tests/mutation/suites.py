@@ -18,10 +18,12 @@ CHANGED = BUILD / "changed"
 # Tests that take longer wait for something; they come last.
 SLOW_SECONDS = 0.1
 # What the sanitizers of the other builds notice, as far as it costs next to nothing: the changed file is compiled
-# with checks that trap, and every block of memory is checked when it is freed.
+# with checks that trap, and every block of memory is checked when it is freed; when nothing was noticed the suites
+# run once more and lost memory is looked for.
 CHECKS = ["-fsanitize=undefined", "-fno-sanitize=vptr", "-fsanitize-undefined-trap-on-error", "-fstack-protector-all",
           "-D_GLIBCXX_ASSERTIONS"]
 CHECKED_MEMORY = {"LD_PRELOAD": "libc_malloc_debug.so.0", "MALLOC_CHECK_": "3", "MALLOC_PERTURB_": "165"}
+LOST_MEMORY = {"LD_PRELOAD": "liblsan.so.0"}
 MEMORY = 4 << 30  # a change may ask for memory without end
 
 
@@ -108,10 +110,10 @@ class Suites:
                 if own and not self._link(name, f"tests/{name}"):
                     return None
                 built.add(name)
-            noticed = self._run(name, slow)
+            noticed = self._run(name, slow, CHECKED_MEMORY)
             if noticed:
                 return noticed
-        return ""
+        return next(filter(None, (self._run(*suite, LOST_MEMORY) for suite in self.order(source))), "")
 
     def _belongs(self, reader, suite):
         """Whether a test's source, or one of all tests' support, is linked into the suite."""
@@ -149,16 +151,17 @@ class Suites:
             return str(CHANGED / pathlib.Path(word).name)
         return str(CHANGED / word) if word.endswith(".o") and (CHANGED / word).exists() else word
 
-    def _run(self, name, slow):
+    def _run(self, name, slow, checks):
         """What noticed the change; empty when nothing did."""
         program = CHANGED / "tests" / name
         if not program.exists():
             program = BUILD / "tests" / name
         tests = ":".join(self.slow[name])
-        environment = dict(os.environ, LD_LIBRARY_PATH=str(CHANGED), TMPDIR=str(CHANGED), **CHECKED_MEMORY)
+        environment = dict(os.environ, LD_LIBRARY_PATH=str(CHANGED), TMPDIR=str(CHANGED), **checks)
         try:
             result = run([program, "--gtest_fail_fast", f"--gtest_filter={tests if slow else '-' + tests}"],
-                         env=environment, timeout=10 + 5 * self.seconds[name], preexec_fn=limit_memory)
+                         env=environment, timeout=10 + 5 * self.seconds[name],
+                         preexec_fn=limit_memory if checks == CHECKED_MEMORY else None)
         except subprocess.TimeoutExpired:
             return f"{name}: takes too long"
         if result.returncode == 0:
