@@ -135,19 +135,6 @@ TEST_F(Discovery, NeedsMemoryForItsResult) {
     EXPECT_THAT(memory.sizes(), ElementsAre(64));
 }
 
-/// Four addresses of ten octets and two of twelve fill the 64 octets that there are at first.
-TEST_F(Discovery, NeedsMemoryForTheEndOfAFullResult) {
-    DiscoveryServer server([](int) {
-        std::vector<Answer> answers;
-        for (const unsigned host : {1, 2, 3, 4, 100, 101})
-            answers.push_back({host, discovery_answer()});
-        return answers;
-    });
-    const ShortMemory memory(2);
-    EXPECT_THAT(scan_failing(server.port()), StrEq("Out of memory"));
-    EXPECT_THAT(memory.sizes(), ElementsAre(64, 65));
-}
-
 TEST_F(Discovery, NeedsMemoryForAListOfNetworks) {
     const ShortMemory memory(2);
     char* found = nullptr;
