@@ -30,16 +30,21 @@ void send_input(std::vector<INPUT> inputs) {
 }
 
 /// One event that both moves the pointer and does what `flags` say: between two, a move of the display's own
-/// pointer could come in. The display's pointer is taken along for the same reason.
-void send_mouse(POINT to, DWORD flags) {
-    SetCursorPos(to.x, to.y);
+/// pointer could come in.
+INPUT mouse_event_at(POINT to, DWORD flags) {
     INPUT input = {};
     input.type = INPUT_MOUSE;
     // The whole screen is 65536 wide and high.
     input.mi.dx = (to.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
     input.mi.dy = (to.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
     input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | flags;
-    send_input({input});
+    return input;
+}
+
+/// The display's pointer is taken along, or it would move back.
+void send_mouse(POINT to, DWORD flags) {
+    SetCursorPos(to.x, to.y);
+    send_input({mouse_event_at(to, flags)});
 }
 
 POINT middle_of(HWND window) {
@@ -109,9 +114,10 @@ void click(HWND window) {
     let_go();
 }
 
+void point_at(POINT spot) { send_mouse(spot, 0); }
+
 void click_at(POINT spot) {
-    send_mouse(spot, MOUSEEVENTF_LEFTDOWN);
-    send_mouse(spot, MOUSEEVENTF_LEFTUP);
+    send_input({mouse_event_at(spot, MOUSEEVENTF_LEFTDOWN), mouse_event_at(spot, MOUSEEVENTF_LEFTUP)});
 }
 
 void drag_corner(HWND window, POINT to) {

@@ -21,7 +21,9 @@ void hold_on();
 void let_go();
 /// Clicks near the middle of a window or control; two clicks never make a double click.
 void click(HWND window);
-/// Clicks at a point of the screen.
+/// Moves the pointer to a point of the screen.
+void point_at(POINT spot);
+/// Clicks there, in one go.
 void click_at(POINT spot);
 /// Clicks on a check box and waits until its mark has changed.
 void toggle(HWND check_box);

@@ -352,11 +352,7 @@ std::string Player::look_at_page() {
 
 void Player::look_at_list() {
     const bool is_open = list_is_open();
-    if (newly_shown_) {
-        buttons_may_lag_ = false;
-    } else if (list_was_open_ && !is_open) {
-        may_edit_ = buttons_may_lag_ = true;
-    }
+    may_edit_ = may_edit_ || (list_was_open_ && !is_open);
     list_was_open_ = is_open;
 }
 
@@ -373,8 +369,6 @@ std::string Player::look_at_value(const Page& page) {
 
 std::string Player::look_at_buttons() const {
     const bool changes = model_.has_changes();
-    if (buttons_may_lag_)
-        return "";
     const std::string text = desk_.text_of(button(kCloseId));
     // Before the first update the button has no text yet, and OK is as it was made.
     const bool not_yet = caret_ == nullptr && text.empty();

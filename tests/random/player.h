@@ -81,8 +81,7 @@ private:
     bool newly_shown_ = false;
     bool may_edit_ = false;
     bool may_close_item_ = false;
-    /// A list that was closed without a choice puts back what was chosen before, and tells nobody.
-    bool buttons_may_lag_ = false;
+    /// One that closes without a choice puts back what was chosen before.
     bool list_was_open_ = false;
     /// Where the focus must be after the step; null when that is not known.
     HWND wanted_focus_ = nullptr;

@@ -271,6 +271,10 @@ bool RemoteSession::find(HTREEITEM item, RECT& text_place) {
 
 void RemoteSession::click(HWND control, POINT where) {
     ClientToScreen(control, &where);
+    // The display tells the program late where its pointer is. A move between button down and up would be a
+    // drag.
+    e2e::point_at(where);
+    wait_until_idle();
     e2e::click_at(where);
 }
 
