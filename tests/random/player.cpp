@@ -229,7 +229,7 @@ void Player::press(HWND pressed) {
         end_ = End::discarded;
     if (pressed == button(kTestConnectionId) && selected_ != nullptr)
         failure_ = model_.test_failure(*selected_->file);
-    if (is_scan(pressed))
+    if (is_scan(pressed) && selected_ != nullptr)
         failure_ = model_.scan_failure(*selected_->file);
     if (failure_)
         end_ = End::failed;
@@ -295,9 +295,10 @@ std::string Player::look() {
 
 void Player::learn_items() {
     add_items(next_item(tree(), TVGN_ROOT, nullptr), 0, tree_fault_);
-    if (handles_.size() != model_.items().size())
+    if (handles_.size() != model_.items().size()) {
         tree_fault_ = "the tree has " + std::to_string(handles_.size()) + " items instead of " +
                       std::to_string(model_.items().size());
+    }
 }
 
 void Player::add_items(HTREEITEM first, int depth, std::string& fault) {
