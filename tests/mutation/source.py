@@ -1,7 +1,8 @@
 """A C++ source as far as changes to it need: which characters are code, and where statements begin and end."""
 import re
 
-TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'|^[ \t]*#(?:\\\n|[^\n])*', re.S | re.M)
+TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'|^[ \t]*#(?:\\\n|[^\n])*'
+                   r"|__attribute__\(\((?:[^()]|\([^()]*\))*\)\)", re.S | re.M)
 # A digit separator is no quote: what begins like a character and follows a digit is left alone.
 SEPARATOR = re.compile(r"(?<=[0-9A-Fa-f])'(?=[0-9A-Fa-f])")
 DECLARES_SCOPE = re.compile(r"\b(?:class|struct|union|enum|namespace)\b[^()]*$")

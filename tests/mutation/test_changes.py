@@ -94,6 +94,7 @@ class Changes(unittest.TestCase):
 
     def test_comments_and_directives_are_left_alone(self):
         self.assertEqual(changes_of('#include "a/b.h"\n// if (a == 5)\n/* f(1) */\n#define A 1\n'), [])
+        self.assertEqual(changes_of("__attribute__((format(printf, 1, 2)))"), [])
 
     def test_statements_are_removed(self):
         self.expect_removed(in_body("    g(1);\n    a = b;\n    return;"), "g(1);", "a = b;", "return;")
