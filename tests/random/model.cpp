@@ -19,11 +19,13 @@ std::string lower(std::string text) {
     return text;
 }
 
+std::string before_zero(const std::string& bytes) { return bytes.substr(0, bytes.find('\0')); }
+
 /// A value of 1024 bytes or more is not read; of any other, everything before its first zero.
 std::string stored(const Entry& entry) {
     if (!entry.data || entry.data->bytes.size() > 1024)
         return "";
-    return entry.data->bytes.substr(0, kLongest).c_str();
+    return before_zero(entry.data->bytes.substr(0, kLongest));
 }
 
 /// As C reads "%i".
@@ -71,22 +73,24 @@ std::vector<const SpecFile*> in_order(const std::vector<SpecFile>& files) {
     for (const auto& [value_name, file] : listed)
         named.emplace(file->is_missing ? "" : file->name, file);
     std::vector<const SpecFile*> loaded;
-    for (const auto& [name, file] : named)
+    for (const auto& [name, file] : named) {
         if (!file->is_missing)
             loaded.push_back(file);
+    }
     return loaded;
 }
 
 std::vector<const Entry*> entries_of(const SpecFile& file) {
     std::vector<const Entry*> entries;
-    for (const Group& group : file.groups)
+    for (const Group& group : file.groups) {
         for (const Entry& entry : group.entries)
             entries.push_back(&entry);
+    }
     return entries;
 }
 
 std::string shown(const std::optional<RawValue>& value) {
-    return value ? "type " + std::to_string(value->type) + " \"" + value->bytes.c_str() + "\" (" +
+    return value ? "type " + std::to_string(value->type) + " \"" + before_zero(value->bytes) + "\" (" +
                        std::to_string(value->bytes.size()) + " bytes)"
                  : "nothing";
 }
@@ -143,11 +147,11 @@ bool Model::changed(const Entry& entry) const {
 }
 
 bool Model::has_changes() const {
-    for (const SpecFile* file : loaded_)
-        for (const Entry* entry : entries_of(*file))
-            if (changed(*entry))
-                return true;
-    return false;
+    return std::any_of(loaded_.begin(), loaded_.end(), [this](const SpecFile* file) {
+        const auto entries = entries_of(*file);
+        return std::any_of(entries.begin(), entries.end(),
+                           [this](const Entry* each) { return changed(*each); });
+    });
 }
 
 std::optional<std::string> Model::lookup_failure(const SpecFile& file, const std::string& title,
@@ -165,9 +169,10 @@ std::optional<std::string> Model::lookup_failure(const SpecFile& file, const std
 }
 
 std::optional<std::string> Model::test_failure(const SpecFile& file) const {
-    for (std::size_t index = 0; index < 4; ++index)
+    for (std::size_t index = 0; index < 4; ++index) {
         if (auto failure = lookup_failure(file, file.test_titles->at(index), index == 3))
             return failure;
+    }
     return std::nullopt;
 }
 
@@ -194,9 +199,10 @@ std::string Model::registry_faults(bool was_applied) const {
     std::string faults;
     for (const SpecFile& file : world_.files) {
         const bool is_loaded = std::find(loaded_.begin(), loaded_.end(), &file) != loaded_.end();
-        for (const Entry* entry : entries_of(file))
+        for (const Entry* entry : entries_of(file)) {
             if (entry->kind->view != View::nothing)
                 faults += fault(file, *entry, was_applied && is_loaded);
+        }
     }
     return faults;
 }

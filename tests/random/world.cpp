@@ -149,9 +149,10 @@ private:
         // In an old file, what has no type is a number, as long as another "$" or "!" follows.
         if (!file_.old_syntax || is_last || entry.kind->view != View::number)
             line(entry.kind->type);
-        if (entry.kind->more == More::options)
+        if (entry.kind->more == More::options) {
             for (const std::string& option : entry.options)
                 line(option);
+        }
         if (entry.kind->more == More::extension)
             line("log");
     }
@@ -213,9 +214,10 @@ std::string text_of(const SpecFile& file) { return Writer(file).text(); }
 void fill_registry(const World& world) {
     for (const SpecFile& file : world.files) {
         make_key(file.key);
-        for (const Group& group : file.groups)
+        for (const Group& group : file.groups) {
             for (const Entry& entry : group.entries)
                 put_into_registry(file.key, entry);
+        }
     }
 }
 

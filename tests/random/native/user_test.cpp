@@ -39,9 +39,10 @@ TEST(RandomUser, MeetsEveryKindOfEntryAndOfFile) {
             old_files += file.old_syntax ? 1 : 0;
             missing_files += file.is_missing ? 1 : 0;
             tests += file.test_titles ? 1 : 0;
-            for (const Group& group : file.groups)
+            for (const Group& group : file.groups) {
                 for (const Entry& entry : group.entries)
                     met.insert(entry.kind);
+            }
         }
     }
     EXPECT_EQ(met.size(), kinds.size());

@@ -240,7 +240,7 @@ void RemoteSession::answer(HWND dialog, const Step& step) {
     captions_.push_back(caption);
     texts_.push_back(message_of(dialog));
     if (caption == "File selection..." && step.other_way)
-        return answer_file_dialog(dialog, step);
+        return choose_file(dialog);
     int button = button_of(dialog, !step.other_way);
     if (caption == "Browse for Folder" && step.other_way && IsWindowEnabled(GetDlgItem(dialog, IDOK)))
         button = IDOK;
@@ -253,7 +253,7 @@ void RemoteSession::answer(HWND dialog, const Step& step) {
     e2e::wait_for("the end of \"" + caption + "\"", [&] { return !IsWindow(dialog); });
 }
 
-void RemoteSession::answer_file_dialog(HWND dialog, const Step&) {
+void RemoteSession::choose_file(HWND dialog) {
     const HWND name = find_child(dialog, "Edit");
     e2e::send(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("C:\\windows\\win.ini"));
     PostMessageA(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);

@@ -4,6 +4,8 @@
 #include "random/session.h"
 #include "support/scratch_folder.h"
 
+#include <memory>
+
 namespace random_user {
 
 class RemoteSession : public Desk {
@@ -41,7 +43,7 @@ private:
     void come_back();
     HWND open_dialog();
     void answer(HWND dialog, const Step& step);
-    void answer_file_dialog(HWND dialog, const Step& step);
+    void choose_file(HWND dialog);
 
     World world_;
     Model model_;
