@@ -175,6 +175,19 @@ LRESULT CALLBACK answers_seven(HWND handle, UINT message, WPARAM wparam, LPARAM 
     return message == WM_APP ? 7 : DefWindowProcA(handle, message, wparam, lparam);
 }
 
+TEST_F(WindowLife, AClassMayComeAndGoAnyNumberOfTimes) {
+    WNDCLASSEXA details{};
+    details.cbSize = sizeof details;
+    details.lpfnWndProc = DefWindowProcA;
+    details.hInstance = GetModuleHandleA(nullptr);
+    details.lpszClassName = "tavrin_passing";
+    int times = 0;
+    while (times < 20000 && RegisterClassExA(&details) != 0 &&
+           UnregisterClassA("tavrin_passing", details.hInstance))
+        ++times;
+    EXPECT_EQ(times, 20000);
+}
+
 TEST_F(WindowLife, ASubclassProcedureTakesOverAndCanCallTheOneBefore) {
     answer(WM_APP, [](HWND, WPARAM, LPARAM) -> LRESULT { return 3; });
     const HWND window = open("main", WS_OVERLAPPEDWINDOW);

@@ -14,7 +14,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr std::size_t kSteps = 60;
-constexpr unsigned kSessions = 600;
+constexpr unsigned kSessions = 1000;
 constexpr unsigned kAttempts = 500;
 
 Outcome play(std::uint32_t seed, const std::vector<Step>& steps) { return NativeSession::play(seed, steps); }

@@ -167,7 +167,8 @@ std::string RemoteSession::fault_at_the_end() {
     const bool failed = player_.end() == End::failed;
     const DWORD code = tool_->exit_code(e2e::kLimit);
     if (code != (failed ? 1U : 0U))
-        return "exit code " + std::to_string(code);
+        return "exit code " + std::to_string(code) +
+               (texts_.empty() ? "" : " after \"" + texts_.back() + "\"");
     if (failed &&
         (texts_.empty() || captions_.back() != "Error!" || texts_.back().rfind(*player_.failure(), 0) != 0))
         return "the program does not say \"" + *player_.failure() + "\"";

@@ -59,6 +59,13 @@ WindowClass* find_in(Classes& searched, LPCSTR name) {
     return found == searched.end() ? nullptr : &found->second;
 }
 
+/// Numbers of the upper quarter, again and again: a class that is gone leaves its number to others.
+ATOM next_atom() {
+    static ATOM last = 0;
+    last = static_cast<ATOM>((last + 1) | 0xC000);
+    return last;
+}
+
 ATOM refuse(DWORD code) {
     SetLastError(code);
     return 0;
@@ -76,7 +83,6 @@ WindowClass* find_class(LPCSTR name) {
 using namespace substitute;
 
 ATOM RegisterClassExA(const WNDCLASSEXA* details) {
-    static ATOM last_atom = 0xC000;
     if (failing("RegisterClassExA", ERROR_NOT_ENOUGH_MEMORY))
         return 0;
     if (details->cbSize != sizeof *details || details->lpfnWndProc == nullptr)
@@ -84,7 +90,7 @@ ATOM RegisterClassExA(const WNDCLASSEXA* details) {
     if (find_in(classes(), details->lpszClassName) != nullptr)
         return refuse(ERROR_CLASS_ALREADY_EXISTS);
     classes()[lower(details->lpszClassName)] = {details->lpszClassName, *details, false, 0};
-    return ++last_atom;
+    return next_atom();
 }
 
 BOOL UnregisterClassA(LPCSTR name, HINSTANCE) {
