@@ -6,7 +6,7 @@ namespace random_user {
 namespace {
 
 constexpr std::size_t kSteps = 60;
-constexpr unsigned kSessions = 24;
+constexpr unsigned kSessions = 40;
 constexpr unsigned kAttempts = 40;
 
 class RandomUser : public e2e::Sample {};

@@ -200,8 +200,18 @@ void RemoteSession::settle(const Step& step) {
             player_.play_meanwhile(step);
             wait_until_idle();
         }
+        answer_if_there(dialog, step);
+    }
+}
+
+/// When the main window is closed meanwhile, its box goes by itself, at any moment. One that stays is met
+/// again.
+void RemoteSession::answer_if_there(HWND dialog, const Step& step) {
+    try {
         if (IsWindow(dialog))
             answer(dialog, step);
+    } catch (const std::runtime_error&) {
+        Sleep(1);
     }
 }
 

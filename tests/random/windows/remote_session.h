@@ -42,6 +42,7 @@ private:
     void wait_until_idle();
     void come_back();
     HWND open_dialog();
+    void answer_if_there(HWND dialog, const Step& step);
     void answer(HWND dialog, const Step& step);
     void choose_file(HWND dialog);
 
