@@ -67,7 +67,11 @@ void delete_key(const std::string& key) { RegDeleteTreeA(HKEY_LOCAL_MACHINE, key
 
 void use_spec_file(const std::string& name, const std::string& lines) {
     const std::string path = environment("TEMP") + "\\" + name + ".spec";
-    std::ofstream(path) << lines;
+    std::ofstream file(path);
+    file << lines;
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + path);
     delete_key(kListKey);
     write_value(kListKey, name, path);
 }

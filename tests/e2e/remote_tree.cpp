@@ -21,27 +21,33 @@ struct ItemBlock {
 /// Memory in another process, freed at the end of the scope.
 class RemoteBlock {
 public:
-    explicit RemoteBlock(HANDLE owner)
-        : process(owner), address(static_cast<ItemBlock*>(VirtualAllocEx(owner, nullptr, sizeof(ItemBlock),
-                                                                         MEM_COMMIT, PAGE_READWRITE))) {}
+    explicit RemoteBlock(HANDLE owner) : process(owner) {
+        retry("memory in the program", [&] {
+            address = static_cast<ItemBlock*>(
+                VirtualAllocEx(owner, nullptr, sizeof(ItemBlock), MEM_COMMIT, PAGE_READWRITE));
+            return address != nullptr;
+        });
+    }
     ~RemoteBlock() { VirtualFreeEx(process, address, 0, MEM_RELEASE); }
     RemoteBlock(const RemoteBlock&) = delete;
     RemoteBlock& operator=(const RemoteBlock&) = delete;
 
     ItemBlock* get() const { return address; }
     void write(const ItemBlock& block) {
-        check(WriteProcessMemory(process, address, &block, sizeof block, nullptr));
+        retry("access to the program's memory",
+              [&] { return WriteProcessMemory(process, address, &block, sizeof block, nullptr) != FALSE; });
     }
-    void read(ItemBlock& block) { check(ReadProcessMemory(process, address, &block, sizeof block, nullptr)); }
+    void read(ItemBlock& block) {
+        retry("access to the program's memory",
+              [&] { return ReadProcessMemory(process, address, &block, sizeof block, nullptr) != FALSE; });
+    }
 
 private:
-    static void check(BOOL done) {
-        if (!done)
-            throw std::runtime_error("no access to the program's memory");
-    }
+    /// Wine stops a thread of the other process for each of these calls, and refuses while that cannot be.
+    template <typename Call> static void retry(const char* what, Call call) { wait_for(what, call, 5); }
 
     HANDLE process;
-    ItemBlock* address;
+    ItemBlock* address = nullptr;
 };
 
 } // namespace
