@@ -7,6 +7,7 @@
 #include "support/clean_system.h"
 #include "support/loopback.h"
 #include "support/octets.h"
+#include "support/own_windows.h"
 #include "support/user.h"
 
 #include <gmock/gmock.h>
@@ -33,30 +34,19 @@ const char success[] =
     "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able to check in, "
     "once started";
 
-HWND wait_window() { return FindWindowA("tavrin_service_win", nullptr); }
-
-int count_wait_windows() {
-    const HWND any = wait_window();
-    int count = 0;
-    for (HWND each = any ? GetWindow(any, GW_HWNDFIRST) : nullptr; each;
-         each = GetWindow(each, GW_HWNDNEXT)) {
-        char name[32] = "";
-        GetClassNameA(each, name, sizeof name);
-        count += std::string("tavrin_service_win") == name ? 1 : 0;
-    }
-    return count;
-}
+std::vector<HWND> wait_windows() { return own_windows("tavrin_service_win"); }
 
 /// What the wait window said during each attempt to connect, and how many such windows there were at most.
 std::vector<std::string> waits;
-int most_wait_windows;
+std::size_t most_wait_windows;
 /// An attempt begins by getting memory for its stream.
 void* note_wait_and_resize(void* block, std::size_t size) {
     if (size > sizeof(Stream)) { // the record, with the octets that it keeps
         char text[512] = "";
-        GetWindowTextA(GetDlgItem(wait_window(), 106), text, sizeof text);
+        const std::vector<HWND> shown = wait_windows();
+        GetWindowTextA(GetDlgItem(shown.empty() ? nullptr : shown.front(), 106), text, sizeof text);
         waits.emplace_back(text);
-        most_wait_windows = std::max(most_wait_windows, count_wait_windows());
+        most_wait_windows = std::max(most_wait_windows, shown.size());
     }
     return std::realloc(block, size);
 }
@@ -70,7 +60,7 @@ protected:
         most_wait_windows = 0;
     }
     void TearDown() override {
-        EXPECT_EQ(wait_window(), nullptr);
+        EXPECT_THAT(wait_windows(), IsEmpty());
         net::resize_memory = std::realloc;
         socket_io_timeout = 600;
     }
@@ -172,15 +162,15 @@ TEST_F(ConnectionTest, OfAHundredServersLeavesNoPileOfWaitWindows) {
     std::string list;
     for (int server = 0; server < 100; ++server)
         list += "127.0.0.1:" + std::to_string(listener.port()) + ",";
-    int behind_the_box = -1;
+    std::vector<HWND> behind_the_box = {nullptr};
     Boxes boxes;
-    boxes.while_shown([&] { behind_the_box = count_wait_windows(); });
+    boxes.while_shown([&] { behind_the_box = wait_windows(); });
     waits.clear();
     testConnection("web1", "", list, 1);
     servers.get();
     EXPECT_EQ(waits.size(), 100u);
-    EXPECT_EQ(most_wait_windows, 1);
-    EXPECT_EQ(behind_the_box, 0);
+    EXPECT_EQ(most_wait_windows, 1u);
+    EXPECT_THAT(behind_the_box, IsEmpty());
 }
 
 TEST_F(ConnectionTest, UsesTheDefaultPortForAnItemWithoutOne) {
