@@ -3,9 +3,9 @@
 // person.
 #include "app/control_ids.h"
 #include "app/start_up.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "spec/configurations.h"
+#include "window/main_handle.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,8 +3,8 @@
 #include "app/control_ids.h"
 #include "app/keyboard.h"
 #include "app/main_window_state.h"
-#include "error/guard.h"
 #include "spec/configurations.h"
+#include "window/guard.h"
 
 #include <string>
 
@@ -37,7 +37,7 @@ HWND create(HWND window, const ControlKind& kind) {
     const HWND control = CreateWindowExA(
         kind.extended_style, kind.class_name, kind.text, kind.style, 0, 0, 100, 100, window,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(kind.id)), GetModuleHandleA(nullptr), nullptr);
-    error::rethrow_kept();
+    rethrow_kept();
     if (control == nullptr)
         throw std::string(kind.failure);
     return control;

@@ -7,10 +7,10 @@
 #include "app/keyboard.h"
 #include "app/main_window_state.h"
 #include "app/window_layout.h"
-#include "error/guard.h"
-#include "platform/main_window.h"
 #include "spec/configurations.h"
-#include "spec/controls.h"
+#include "window/controls.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 namespace {
 
@@ -103,7 +103,7 @@ LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 } // namespace
 
 LRESULT CALLBACK main_window_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return error::guarded(
+    return guarded(
         message == WM_CREATE ? -1 : 0, [&] { return handle(window, message, wparam, lparam); },
         [&] { return DefWindowProcA(window, message, wparam, lparam); });
 }

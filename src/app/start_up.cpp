@@ -3,13 +3,13 @@
 #include "app/main_window_procedure.h"
 #include "app/message_loop.h"
 #include "app/window_layout.h"
-#include "error/guard.h"
 #include "error/trace.h"
 #include "net/socket.h"
-#include "platform/main_window.h"
-#include "platform/window_class.h"
 #include "spec/configurations.h"
 #include "store/value_enumeration.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
+#include "window/window_class.h"
 
 #include <map>
 #include <memory>
@@ -32,15 +32,15 @@ void create_main_window(HINSTANCE instance, int show_command) {
     main_window =
         CreateWindowExA(0, kClassName, "Tavrin Configuration", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                         CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, instance, nullptr);
-    error::rethrow_kept();
+    rethrow_kept();
     if (main_window == nullptr)
         throw std::string("Window Creation Failed!");
     trace("Created Window\n");
     ShowWindow(main_window, show_command);
-    error::rethrow_kept();
+    rethrow_kept();
     trace("Showed Window\n");
     UpdateWindow(main_window);
-    error::rethrow_kept();
+    rethrow_kept();
     trace("Updated Window\n");
 }
 
@@ -80,9 +80,9 @@ int run_program(HINSTANCE instance, int show_command) {
     } catch (const std::string& text) {
         // The window is still there. Kept until the user has read it, the text keeps the window from taking
         // orders.
-        error::keep_current();
+        keep_current();
         show_fatal(text);
-        error::forget_kept();
+        forget_kept();
         return 1;
     }
 }

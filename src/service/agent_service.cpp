@@ -1,9 +1,9 @@
 #include "service/agent_service.h"
 
-#include "error/guard.h"
-#include "platform/dispatch.h"
-#include "platform/main_window.h"
 #include "service/wait_window.h"
+#include "window/dispatch.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <cstdio>
 #include <utility>
@@ -28,7 +28,7 @@ void pump_one_message() {
     } else {
         dispatch_message(main_window, message);
     }
-    error::rethrow_kept();
+    rethrow_kept();
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "service/wait_window.h"
 
-#include "error/guard.h"
-#include "platform/main_window.h"
-#include "platform/window_class.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
+#include "window/window_class.h"
 
 namespace {
 
@@ -56,7 +56,7 @@ LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 LRESULT CALLBACK wait_window_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return error::guarded(
+    return guarded(
         message == WM_CREATE ? -1 : 0, [&] { return handle(window, message, wparam, lparam); },
         [&] { return DefWindowProcA(window, message, wparam, lparam); });
 }
@@ -77,7 +77,7 @@ HWND create_over_main_window(const std::string& text) {
     const HWND window = CreateWindowExA(WS_EX_DLGMODALFRAME, kClassName, "Tavrin Service Control",
                                         WS_POPUP | WS_DLGFRAME, x, y, kWidth, kHeight, main_window, nullptr,
                                         GetModuleHandleA(nullptr), const_cast<char*>(text.c_str()));
-    error::rethrow_kept();
+    rethrow_kept();
     return window;
 }
 
@@ -97,7 +97,7 @@ void handle_posted_close(HWND window) {
     MSG close{};
     if (PeekMessageA(&close, window, WM_CLOSE, WM_CLOSE, PM_REMOVE))
         DispatchMessageA(&close);
-    error::rethrow_kept();
+    rethrow_kept();
 }
 
 void show_failure(const char* text) { MessageBoxA(main_window, text, "Error!", MB_ICONEXCLAMATION); }

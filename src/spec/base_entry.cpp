@@ -1,7 +1,7 @@
 #include "spec/base_entry.h"
 
-#include "error/guard.h"
-#include "spec/controls.h"
+#include "window/controls.h"
+#include "window/guard.h"
 
 #include <cstdio>
 #include <string>
@@ -16,7 +16,7 @@ LRESULT route(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 LRESULT CALLBACK group_box_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return error::guarded(
+    return guarded(
         0, [&] { return route(window, message, wparam, lparam); },
         [&] { return DefWindowProcA(window, message, wparam, lparam); });
 }
@@ -48,7 +48,7 @@ void BaseEntry::create_group_box(HWND parent) {
     group_box_ =
         CreateWindowExA(0, "Button", std::string(title_).c_str(), WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 0, 0,
                         0, 0, parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
-    error::rethrow_kept();
+    rethrow_kept();
     if (group_box_ == nullptr)
         throw std::string("Unable to create group box");
     previous_procedure_ = reinterpret_cast<WNDPROC>(

@@ -1,6 +1,6 @@
 #include "spec/directory_selector.h"
 
-#include "error/guard.h"
+#include "window/guard.h"
 
 #include <array>
 #include <memory>
@@ -34,7 +34,7 @@ int CALLBACK browser_callback(HWND browser, UINT message, LPARAM item, LPARAM fo
         steer(browser, message, item, folder);
         return 0;
     };
-    return static_cast<int>(error::guarded(0, steered, [] { return LRESULT{0}; }));
+    return static_cast<int>(guarded(0, steered, [] { return LRESULT{0}; }));
 }
 
 struct ItemDeleter {
@@ -53,7 +53,7 @@ OwnedItem browse(HWND owner, PathBuffer& start) {
     request.lpfn = &browser_callback;
     request.lParam = reinterpret_cast<LPARAM>(start.data());
     OwnedItem chosen(SHBrowseForFolderA(&request));
-    error::rethrow_kept();
+    rethrow_kept();
     return chosen;
 }
 

@@ -1,7 +1,7 @@
 #include "spec/file_selector.h"
 
-#include "error/guard.h"
-#include "platform/main_window.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +28,7 @@ PathBuffer filter_for(const std::string& extension) {
 /// False when the user cancels, or the dialog does not open.
 bool is_accepted(OPENFILENAMEA& request) {
     const BOOL chosen = GetOpenFileNameA(&request);
-    error::rethrow_kept();
+    rethrow_kept();
     return chosen != FALSE;
 }
 

@@ -1,11 +1,11 @@
 #include "spec/server_list_entry.h"
 
-#include "error/guard.h"
 #include "error/text.h"
 #include "net/discovery.h"
-#include "platform/main_window.h"
 #include "service/wait_window.h"
 #include "spec/configuration.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -20,7 +20,7 @@ constexpr TextAndButton server_box{
 
 void show_box(const std::string& text, const char* caption, UINT icon) {
     MessageBoxA(main_window, text.c_str(), caption, MB_OK | icon);
-    error::rethrow_kept();
+    rethrow_kept();
 }
 
 /// The servers found, as a list text. A failure is shown and finds none.

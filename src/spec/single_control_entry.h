@@ -1,7 +1,7 @@
 #pragma once
 /// The page of every kind of entry that has one control below the help text.
 #include "spec/base_entry.h"
-#include "spec/controls.h"
+#include "window/controls.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "spec/text_and_button_entry.h"
 
-#include "spec/controls.h"
+#include "window/controls.h"
 
 #include <utility>
 

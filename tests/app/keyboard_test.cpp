@@ -1,10 +1,10 @@
 #include "app/keyboard.h"
 
 #include "app/control_ids.h"
-#include "platform/main_window.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "support/test_window.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
 #include "app/control_ids.h"
 #include "app/main_window_procedure.h"
-#include "platform/main_window.h"
 #include "support/program.h"
 #include "support/registry.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

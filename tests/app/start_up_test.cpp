@@ -2,13 +2,13 @@
 
 #include "app/control_ids.h"
 #include "error/exceptions.h"
-#include "error/guard.h"
 #include "error/trace.h"
-#include "platform/main_window.h"
 #include "spec/configurations.h"
 #include "support/program.h"
 #include "support/refusing_class.h"
 #include "support/registry.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <cstdio>
 #include <gmock/gmock.h>
@@ -159,7 +159,7 @@ void keep_when_created(const char* format, std::va_list arguments) {
     keep_trace(format, arguments);
     if (std::string(format) != "Created Window\n")
         return;
-    error::guarded(
+    guarded(
         0, []() -> LRESULT { throw std::string("thrown while shown"); }, [] { return 0; });
 }
 

@@ -1,7 +1,7 @@
 #include "app/control_ids.h"
-#include "platform/main_window.h"
 #include "support/page.h"
 #include "support/program.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

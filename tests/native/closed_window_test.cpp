@@ -1,9 +1,9 @@
 // The main window is closed from outside while the apply sequence waits for the service.
 #include "app/control_ids.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/program.h"
 #include "support/registry.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
 // Long use over the substitute: what is open at the end is what was open when everything had been done once,
 // and under AddressSanitizer nothing allocated is lost.
 #include "app/control_ids.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/loopback.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "support/substitute/whole_session.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

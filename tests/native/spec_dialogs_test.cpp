@@ -1,11 +1,11 @@
 #include "error/exceptions.h"
-#include "error/guard.h"
 #include "platform/substitute/control.h"
 #include "spec/directory_selector.h"
 #include "spec/file_selector.h"
 #include "spec/signal_event.h"
 #include "support/page.h"
 #include "support/registry.h"
+#include "window/guard.h"
 
 #include <gmock/gmock.h>
 
@@ -101,7 +101,7 @@ TEST_F(ThrownDuringDialog, LeavesTheFolderAlone) {
     press_failing_button_later();
     substitute::choose_next_folder({{"C:\\agent"}, true});
     click(main.control(2));
-    EXPECT_THROW(error::rethrow_kept(), error::ESystemError);
+    EXPECT_THROW(rethrow_kept(), error::ESystemError);
     EXPECT_EQ(directory.value(), "");
     EXPECT_EQ(shown_folder_browsers().size(), 1U);
 }
@@ -112,7 +112,7 @@ TEST_F(ThrownDuringDialog, LeavesTheFileAlone) {
     press_failing_button_later();
     substitute::choose_next_file("C:\\agent.log");
     click(main.control(2));
-    EXPECT_THROW(error::rethrow_kept(), error::ESystemError);
+    EXPECT_THROW(rethrow_kept(), error::ESystemError);
     EXPECT_EQ(file.value(), "");
     EXPECT_EQ(shown_file_dialogs().size(), 1U);
     entryByGroupBox.clear();

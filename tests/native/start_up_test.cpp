@@ -1,9 +1,9 @@
 #include "app/start_up.h"
 
 #include "net/socket.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/program.h"
+#include "window/main_handle.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 // The whole program while the agent's service stops.
 #include "app/control_ids.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/program.h"
 #include "support/registry.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

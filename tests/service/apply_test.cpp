@@ -1,10 +1,10 @@
 // The apply sequence as far as a machine without the agent's service can show it; tests/native/apply_test.cpp
 // has every branch over scripted services.
-#include "platform/main_window.h"
 #include "service/apply.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"
 #include "support/fake_entry.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 #include <string>

@@ -1,7 +1,7 @@
-#include "platform/main_window.h"
 #include "service/wait_window.h"
 #include "support/page.h"
 #include "support/test_window.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

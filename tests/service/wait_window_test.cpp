@@ -1,9 +1,9 @@
-#include "error/guard.h"
-#include "platform/main_window.h"
 #include "service/wait_window.h"
 #include "support/test_window.h"
 #include "support/thrown.h"
 #include "support/user.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 #include <string>
@@ -102,7 +102,7 @@ LRESULT CALLBACK throw_when_activated(HWND window, UINT message, WPARAM wparam, 
             throw std::string("thrown");
         return DefWindowProcA(window, message, wparam, lparam);
     };
-    return error::guarded(0, procedure, [] { return LRESULT{0}; });
+    return guarded(0, procedure, [] { return LRESULT{0}; });
 }
 
 /// What its owner throws when it becomes active again ends the step that the window stood for.

@@ -1,12 +1,12 @@
 #include "spec/server_list_entry.h"
 
-#include "error/guard.h"
 #include "spec/configuration.h"
 #include "spec/test_key.h"
 #include "support/boxes.h"
 #include "support/page.h"
 #include "support/spec_text.h"
 #include "support/thrown.h"
+#include "window/guard.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ protected:
         configuration->entry_by_title("L").select(main.window());
         click(main.control(2));
         EXPECT_TRUE(boxes.seen().empty());
-        return thrown_text([] { error::rethrow_kept(); });
+        return thrown_text([] { rethrow_kept(); });
     }
 
     Boxes boxes;

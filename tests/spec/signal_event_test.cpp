@@ -1,10 +1,10 @@
 #include "spec/signal_event.h"
 
 #include "error/exceptions.h"
-#include "error/guard.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"
 #include "support/page.h"
+#include "window/guard.h"
 
 #include <gmock/gmock.h>
 
@@ -115,10 +115,10 @@ TEST_F(SignalPage, ThrowsOutOfTheProcedureWhatTheEventFails) {
     // A name with a backslash belongs to a namespace, and there is none of this name.
     show("no such namespace\\event");
     click(button());
-    EXPECT_TRUE(error::keeping());
+    EXPECT_TRUE(keeping());
     EXPECT_EQ(boxes.seen().size(), 0U);
     try {
-        error::rethrow_kept();
+        rethrow_kept();
         ADD_FAILURE() << "nothing was kept";
     } catch (const error::ESystemError& failure) {
         EXPECT_THAT(failure.description(), testing::StartsWith("Couldn't signal event: "));

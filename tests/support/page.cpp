@@ -1,9 +1,9 @@
 #include "support/page.h"
 
-#include "error/guard.h"
-#include "platform/main_window.h"
 #include "spec/base_entry.h"
 #include "support/user.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <map>
 #include <utility>
@@ -46,7 +46,7 @@ void note(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 
 LRESULT noted(WNDPROC own, HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     const auto go_on = [&] { return CallWindowProcA(own, window, message, wparam, lparam); };
-    return error::guarded(
+    return guarded(
         0,
         [&] {
             note(window, message, wparam, lparam);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// While it lives it is the main window (platform/main_window.h).
+/// While it lives it is the main window (window/main_handle.h).
 class StandInMainWindow {
 public:
     StandInMainWindow(int client_width, int client_height);

@@ -1,12 +1,12 @@
 #include "support/pump.h"
 
-#include "error/guard.h"
-#include "platform/main_window.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 void handle_message(MSG& message) {
     if (main_window == nullptr || !IsDialogMessageA(main_window, &message)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
-    error::rethrow_kept();
+    rethrow_kept();
 }

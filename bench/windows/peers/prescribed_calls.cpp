@@ -4,9 +4,9 @@
 #include "peers/bare_window.h"
 #include "peers/octets.h"
 #include "peers/servers.h"
-#include "platform/main_window.h"
 #include "seeded.h"
 #include "service/wait_window.h"
+#include "window/main_handle.h"
 
 #include <cstdlib>
 #include <cstring>

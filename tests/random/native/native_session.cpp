@@ -2,9 +2,9 @@
 
 #include "app/control_ids.h"
 #include "app/start_up.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/registry.h"
+#include "window/main_handle.h"
 
 #include <csignal>
 #include <cstdio>

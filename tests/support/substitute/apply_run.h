@@ -1,9 +1,9 @@
 #pragma once
 /// Runs the apply sequence over scripted services and the virtual clock.
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "service/apply.h"
 #include "support/fake_entry.h"
+#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 #include <ostream>

@@ -4,12 +4,12 @@
 #include "app/start_up.h"
 #include "error/exceptions.h"
 #include "net/socket.h"
-#include "platform/main_window.h"
 #include "platform/substitute/control.h"
 #include "support/loopback.h"
 #include "support/octets.h"
 #include "support/registry.h"
 #include "support/short_memory.h"
+#include "window/main_handle.h"
 
 #include <future>
 

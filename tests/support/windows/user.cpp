@@ -1,8 +1,8 @@
 #include "support/user.h"
 
-#include "error/guard.h"
 #include "support/pump.h"
 #include "support/windows/input.h"
+#include "window/guard.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -34,7 +34,7 @@ void run_next_step() {
     try {
         step();
     } catch (...) {
-        error::keep_current();
+        keep_current();
     }
     in_step = false;
 }

@@ -1,7 +1,7 @@
-#include "spec/controls.h"
+#include "window/controls.h"
 
-#include "error/guard.h"
-#include "platform/main_window.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <array>
 
@@ -11,7 +11,7 @@ HWND create_child(HWND parent, const ChildControl& description) {
     const HWND control = CreateWindowExA(description.extended_style, description.window_class,
                                          description.text, WS_CHILD | WS_VISIBLE | description.style, 0, 0, 1,
                                          1, parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
-    error::rethrow_kept();
+    rethrow_kept();
     if (control == nullptr)
         throw std::string(description.failure);
     SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);

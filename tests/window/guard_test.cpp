@@ -1,4 +1,4 @@
-#include "error/guard.h"
+#include "window/guard.h"
 
 #include <gmock/gmock.h>
 #include <string>
@@ -8,29 +8,29 @@ namespace {
 const auto kDefault = [] { return LRESULT{7}; };
 
 TEST(Guard, ReturnsWhatTheBodyReturns) {
-    EXPECT_EQ(error::guarded(
+    EXPECT_EQ(guarded(
                   -1, [] { return LRESULT{3}; }, kDefault),
               3);
-    EXPECT_FALSE(error::keeping());
-    error::rethrow_kept();
+    EXPECT_FALSE(keeping());
+    rethrow_kept();
 }
 
 TEST(Guard, KeepsAnExceptionAndDoesTheDefaultUntilItIsRethrown) {
-    EXPECT_EQ(error::guarded(
+    EXPECT_EQ(guarded(
                   -1, []() -> LRESULT { throw std::string("broken"); }, kDefault),
               -1);
-    EXPECT_TRUE(error::keeping());
-    EXPECT_EQ(error::guarded(
+    EXPECT_TRUE(keeping());
+    EXPECT_EQ(guarded(
                   -1, [] { return LRESULT{3}; }, kDefault),
               7);
     try {
-        error::rethrow_kept();
+        rethrow_kept();
         FAIL() << "nothing was thrown";
     } catch (const std::string& text) {
         EXPECT_EQ(text, "broken");
     }
-    EXPECT_FALSE(error::keeping());
-    EXPECT_EQ(error::guarded(
+    EXPECT_FALSE(keeping());
+    EXPECT_EQ(guarded(
                   -1, [] { return LRESULT{3}; }, kDefault),
               3);
 }

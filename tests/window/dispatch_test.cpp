@@ -1,4 +1,4 @@
-#include "platform/dispatch.h"
+#include "window/dispatch.h"
 
 #include "support/test_window.h"
 

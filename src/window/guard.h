@@ -7,8 +7,6 @@
 
 #include <exception>
 
-namespace error {
-
 /// True while an exception is kept; procedures then only do the default.
 bool keeping() noexcept;
 /// Keeps the exception being handled and wakes the message loop, which may be blocked inside the system.
@@ -31,5 +29,3 @@ LRESULT guarded(LRESULT failure, Body body, Fallback fallback) noexcept {
         return failure;
     }
 }
-
-} // namespace error

@@ -1,8 +1,7 @@
-#include "error/guard.h"
+#include "window/guard.h"
 
 #include <utility>
 
-namespace error {
 namespace {
 std::exception_ptr kept;
 }
@@ -22,5 +21,3 @@ void rethrow_kept() {
 }
 
 void forget_kept() noexcept { kept = nullptr; }
-
-} // namespace error
