@@ -88,14 +88,15 @@ class Commands(unittest.TestCase):
             self.assertLessEqual(set(re.findall(r"\b[a-z0-9]+_tests\b", " ".join(parts))), suites)
         self.check(look)
 
-    def test_options_of_the_sample_server_exist(self):
-        known = output_of(sys.executable, TOP / "examples/sample_server", "--help")
+    def test_options_of_the_examples_exist(self):
+        for example in ("examples/sample_server", "examples/probe"):
+            known = output_of(sys.executable, TOP / example, "--help")
 
-        def look(parts):
-            for option in parts if "examples/sample_server" in parts[:2] else []:
-                if option.startswith("--"):
-                    self.assertIn(option, known)
-        self.check(look)
+            def look(parts, example=example, known=known):
+                for option in parts if example in parts[:2] else []:
+                    if option.startswith("--"):
+                        self.assertIn(option, known)
+            self.check(look)
 
 
 class Scripts(unittest.TestCase):

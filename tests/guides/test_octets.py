@@ -35,6 +35,7 @@ def conversations():
         for line in block.splitlines():
             who, rest = line.split(None, 1)
             said[who].append(rest)
+        said["server"] = [" ".join(said["server"])]
         yield said
 
 
@@ -77,10 +78,18 @@ class Examples(unittest.TestCase):
                 self.assertEqual(rest, b"")
             self.assertEqual(len(said["agent"]) == 2, said["result"] == ["accepted"])
 
+    def test_what_other_agents_say(self):
+        for line, (version, domain) in zip(lines("wishes"), ((514, ""), (515, ""), (514, "d" * 130)), strict=True):
+            reader, rest = reader_of(bytes.fromhex(line))
+            wants = wire.read_client_wants(reader)
+            self.assertEqual((wants["version"], wants["domain"], rest), (version, domain, b""))
+
     def test_what_the_sample_server_says(self):
         said = {line for each in conversations() for line in each["server"]}
+        long_reason = [each["result"][0] for each in conversations()][3].partition(": ")[2]
+        self.assertGreaterEqual(len(long_reason), 128)
         for answer in (wire.server_offers(517), wire.server_offers(768), wire.negotiate_nack("no"),
-                       wire.server_offers(514, private_key=False)):
+                       wire.negotiate_nack(long_reason), wire.server_offers(514, private_key=False)):
             self.assertIn(answer.hex(" ").upper(), said)
 
     def test_tables_are_the_conversations(self):
