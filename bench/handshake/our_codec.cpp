@@ -1,11 +1,8 @@
 #include "handshake/handshake.h"
 
-#include "protocol/lengths.h"
+#include "protocol/heads.h"
 #include "protocol/messages.h"
-#include "protocol/numbers.h"
-#include "protocol/skipping.h"
-#include "protocol/strings.h"
-#include "protocol/tags.h"
+#include "protocol/values.h"
 
 namespace handshake {
 namespace {

@@ -6,7 +6,7 @@
 #include "error/trace.h"
 #include "net/socket.h"
 #include "spec/configurations.h"
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 #include "window/window_class.h"

@@ -1,11 +1,22 @@
 #include "error/text.h"
 
+#include "error/exceptions.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
 
 namespace {
+
+/// A `long` has 32 bits on Windows and 64 elsewhere.
+std::int32_t clamped(long value) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
 
 template <typename Number> std::string formatted(const char* format, Number value) {
     char buffer[128];
@@ -13,9 +24,9 @@ template <typename Number> std::string formatted(const char* format, Number valu
     return buffer;
 }
 
-/// The letter that follows the backslash, or 0 when the byte has no letter of its own.
-char escape_letter(char byte) {
-    switch (byte) {
+/// The letter that follows the backslash, or 0 when the character has no letter of its own.
+char escape_letter(char character) {
+    switch (character) {
     case '\a': return 'a';
     case '\b': return 'b';
     case '\t': return 't';
@@ -25,29 +36,29 @@ char escape_letter(char byte) {
     case '\r': return 'r';
     case '"':
     case '\'':
-    case '\\': return byte;
+    case '\\': return character;
     default: return 0;
     }
 }
 
-void append_escaped(std::string& quoted, char byte) {
-    if (const char letter = escape_letter(byte); letter != 0) {
+void append_escaped(std::string& quoted, char character) {
+    if (const char letter = escape_letter(character); letter != 0) {
         quoted += {'\\', letter};
-    } else if (const unsigned code = static_cast<unsigned char>(byte); code < ' ') {
+    } else if (const unsigned code = static_cast<unsigned char>(character); code < ' ') {
         quoted += formatted("\\%03o", code);
     } else {
-        quoted += byte;
+        quoted += character;
     }
 }
 
 constexpr std::array<std::uint32_t, 256> crc_table() {
     constexpr std::uint32_t polynomial = 0xEDB88320;
     std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
-        std::uint32_t remainder = byte;
+    for (std::uint32_t octet = 0; octet < table.size(); ++octet) {
+        std::uint32_t remainder = octet;
         for (int bit = 0; bit < 8; ++bit)
             remainder = (remainder >> 1) ^ ((remainder & 1) != 0 ? polynomial : 0);
-        table[byte] = remainder;
+        table[octet] = remainder;
     }
     return table;
 }
@@ -66,17 +77,35 @@ std::string port_text(std::uint16_t port) {
     return signed_number_text(static_cast<std::int16_t>(port), false);
 }
 
+std::int32_t parse_int(const std::string& text) {
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (end != text.c_str() + text.size())
+        throw error::EParseError("Error parsing: " + quote_string(text));
+    return clamped(value);
+}
+
+std::optional<std::int32_t> scan_int(const std::string& text) {
+    const char* first = text.c_str() + std::strspn(text.c_str(), " \t\n\v\f\r");
+    if (*first == '-' || *first == '+')
+        ++first;
+    // Runtimes differ in whether strtol tells that it converted something in "0x"; all give 0.
+    if (*first < '0' || *first > '9')
+        return std::nullopt;
+    return clamped(std::strtol(text.c_str(), nullptr, 0));
+}
+
 std::string to_lower(const std::string& text) {
     std::string lower = text;
-    for (char& byte : lower)
-        byte = static_cast<char>(std::tolower(static_cast<unsigned char>(byte)));
+    for (char& character : lower)
+        character = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
     return lower;
 }
 
 std::string quote_string(const std::string& text) {
     std::string quoted = "\"";
-    for (const char byte : text)
-        append_escaped(quoted, byte);
+    for (const char character : text)
+        append_escaped(quoted, character);
     return quoted + '"';
 }
 

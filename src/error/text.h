@@ -14,13 +14,6 @@ std::string signed_number_text(std::int32_t value, bool two_digits);
 /// How a port is shown: deliberately as a signed 16-bit number (65535 as -1), everywhere in the program.
 std::string port_text(std::uint16_t port);
 
-/// Each byte through the C library's tolower.
-std::string to_lower(const std::string& text);
-
-/// The text in double quotes; control characters, quotes and backslashes escaped as in C, all other bytes as
-/// they are.
-std::string quote_string(const std::string& text);
-
 /// strtol in base 10 over the whole text, bounded by the 32-bit limits. Empty text is 0. Throws
 /// error::EParseError when anything is left over.
 std::int32_t parse_int(const std::string& text);
@@ -29,6 +22,13 @@ std::int32_t parse_int(const std::string& text);
 /// decimal, up to the first character that does not fit; bounded by the 32-bit limits ("0x" alone is 0).
 /// Nothing when there is no digit to begin with.
 std::optional<std::int32_t> scan_int(const std::string& text);
+
+/// Each byte through the C library's tolower.
+std::string to_lower(const std::string& text);
+
+/// The text in double quotes; control characters, quotes and backslashes escaped as in C, all other bytes as
+/// they are.
+std::string quote_string(const std::string& text);
 
 /// Replaces `list` by the pieces of `text` between separators, in order; empty pieces only with `keep_empty`.
 void split_string(std::vector<std::string>& list, const std::string& text, char separator, bool keep_empty);

@@ -1,29 +1,40 @@
 #include "net/discovery.h"
 
 #include "error/messages.h"
-#include "net/address_block.h"
-#include "net/discovery_packet.h"
+#include "error/text.h"
+#include "net/address_text.h"
 #include "net/udp.h"
 
+namespace net {
 namespace {
 
 constexpr int passes = 3;
-constexpr int silence_seconds = 1;
 constexpr const char* out_of_memory = "Out of memory";
 
-/// The scan's socket, closed on every path.
-struct ScanSocket : Socket {
-    ScanSocket() = default;
-    ScanSocket(const ScanSocket&) = delete;
-    ScanSocket& operator=(const ScanSocket&) = delete;
-    ~ScanSocket() { udp_close(*this); }
-};
+constexpr std::uint32_t magic = 0x12345678;
+/// Both are sent, and the second is required in every answer; they carry no further meaning.
+constexpr std::uint32_t first_constant = 5153;
+constexpr std::uint32_t second_constant = 5;
+constexpr std::uint32_t kind_request = 1;
+constexpr std::uint32_t kind_answer = 2;
 
-const char* send_requests(Socket& socket, const net::Interface* networks, std::uint16_t port) {
-    const auto request = net::discovery_request();
-    for (const net::Interface* each = networks; each->name[0] != '\0'; ++each) {
-        if (const char* message = udp_send_to(socket, each->broadcast, port, request.data(), request.size()))
-            return message;
+void put_word(unsigned char* octets, std::uint32_t word) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+        *octets++ = static_cast<unsigned char>(word >> shift);
+}
+
+std::uint32_t word_at(const unsigned char* octets) {
+    std::uint32_t word = 0;
+    for (int i = 0; i < 4; ++i)
+        word = (word << 8) | octets[i];
+    return word;
+}
+
+const char* send_requests(Socket& socket, const Interface* networks, std::uint16_t port) {
+    const auto request = discovery_request();
+    for (const Interface* each = networks; each->name[0] != '\0'; ++each) {
+        if (const char* problem = udp_send_to(socket, each->broadcast, port, request.data(), request.size()))
+            return problem;
     }
     return nullptr;
 }
@@ -33,72 +44,91 @@ bool concerns_one_datagram(int code) {
     return code == WSAEMSGSIZE || code == WSAENETRESET || code == WSAECONNRESET;
 }
 
-const char* receive_answer(Socket& socket, net::AddressBlock& found) {
+const char* receive_answer(Socket& socket, AddressBlock& found) {
     unsigned char octets[4096];
     std::size_t length = sizeof octets;
     std::uint32_t sender = 0;
     std::uint16_t port = 0;
-    if (const char* message = udp_receive_from(socket, &sender, &port, octets, &length))
-        return concerns_one_datagram(WSAGetLastError()) ? nullptr : message;
-    if (length < net::shortest_answer) {
+    if (const char* problem = udp_receive_from(socket, &sender, &port, octets, &length))
+        return concerns_one_datagram(WSAGetLastError()) ? nullptr : problem;
+    if (length < shortest_answer) {
         // Formatted for whoever debugs this line; deliberately not reported.
         format_error("Message too short: %zu", length);
         return nullptr;
     }
-    if (net::is_discovery_answer(octets, length) && !found.add(sender))
+    if (is_discovery_answer(octets, length) && !found.add(sender))
         return out_of_memory;
     return nullptr;
 }
 
-const char* receive_answers(Socket& socket, net::AddressBlock& found) {
-    const auto end = GetTickCount64() + static_cast<std::uint64_t>(scan_pass_limit) * 1000;
-    while (socket_wait_readable(socket, silence_seconds) && GetTickCount64() < end) {
-        if (const char* message = receive_answer(socket, found))
-            return message;
+const char* receive_answers(Socket& socket, AddressBlock& found, const ScanWaits& waits) {
+    const auto end = GetTickCount64() + static_cast<std::uint64_t>(waits.pass) * 1000;
+    while (socket_wait_readable(socket, waits.silence) && GetTickCount64() < end) {
+        if (const char* problem = receive_answer(socket, found))
+            return problem;
     }
     return nullptr;
 }
 
-const char* run_passes(const net::Interface* networks, std::uint16_t port, net::AddressBlock& found) {
-    ScanSocket socket;
+const char* run_passes(const Interface* networks, std::uint16_t port, AddressBlock& found,
+                       const ScanWaits& waits) {
+    OwnedSocket<udp_close> socket;
     if (!udp_open(&socket))
         return "Could not create socket";
-    if (const char* message = udp_enable_broadcast(socket, true))
-        return message;
+    if (const char* problem = udp_enable_broadcast(socket, true))
+        return problem;
     for (int pass = 0; pass < passes; ++pass) {
-        if (const char* message = send_requests(socket, networks, port))
-            return message;
-        if (const char* message = receive_answers(socket, found))
-            return message;
+        if (const char* problem = send_requests(socket, networks, port))
+            return problem;
+        if (const char* problem = receive_answers(socket, found, waits))
+            return problem;
     }
     return nullptr;
 }
 
-const char* scan_into(net::AddressBlock& found, const net::Interface* networks, std::uint16_t port,
-                      char** found_servers) {
-    if (const char* message = run_passes(networks, port, found))
-        return message;
+const char* scan_into(AddressBlock& found, const Interface* networks, std::uint16_t port,
+                      char** found_servers, const ScanWaits& waits) {
+    if (const char* problem = run_passes(networks, port, found, waits))
+        return problem;
     *found_servers = found.finish();
     return *found_servers != nullptr ? nullptr : out_of_memory;
 }
 
 } // namespace
 
-const char* scan_servers(std::uint16_t port, char** found_servers) {
+std::array<unsigned char, 20> discovery_request() {
+    std::array<unsigned char, 20> request{};
+    put_word(&request[0], magic);
+    put_word(&request[4], first_constant);
+    put_word(&request[8], second_constant);
+    put_word(&request[12], kind_request);
+    put_word(&request[16], crc32(request.data(), 16));
+    return request;
+}
+
+bool is_discovery_answer(const unsigned char* octets, std::size_t length) {
+    return length >= shortest_answer && word_at(octets) == magic && word_at(octets + 8) == second_constant &&
+           word_at(octets + 12) == kind_answer;
+}
+
+const char* scan_networks(const Interface* networks, std::uint16_t port, char** found_servers,
+                          const ScanWaits& waits) {
+    *found_servers = nullptr;
+    AddressBlock found;
+    return found.open() ? scan_into(found, networks, port, found_servers, waits) : out_of_memory;
+}
+
+} // namespace net
+
+const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits) {
     if (found_servers == nullptr)
         return "found_servers must not be NULL";
     *found_servers = nullptr;
     net::AddressBlock found;
     if (!found.open())
-        return out_of_memory;
+        return net::out_of_memory;
     const net::InterfaceList networks = net::list_interfaces();
     if (networks == nullptr)
         return "No memory for small nic structure";
-    return scan_into(found, networks.get(), port, found_servers);
-}
-
-const char* net::scan_networks(const Interface* networks, std::uint16_t port, char** found_servers) {
-    *found_servers = nullptr;
-    AddressBlock found;
-    return found.open() ? scan_into(found, networks, port, found_servers) : out_of_memory;
+    return net::scan_into(found, networks.get(), port, found_servers, waits);
 }

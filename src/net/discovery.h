@@ -2,28 +2,57 @@
 /// Finds servers on the local networks: a broadcast on every IPv4 network, three times, and whoever answers
 /// is one.
 ///
-/// A pass goes on for as long as datagrams come less than a second apart, but no longer than
-/// `scan_pass_limit`: answers that never end must not hold the user's window for ever. What was found until
-/// then counts. Memory is bounded likewise, by the distinct senders that can answer in that time.
+/// A pass goes on for as long as datagrams come less than a second apart, but no longer than a minute:
+/// answers that never end must not hold the user's window for ever. What was found until then counts. Memory
+/// is bounded likewise, by the distinct senders that can answer in that time.
 ///
 /// A datagram that cannot be received (too large, or a note that a port is closed or that a packet's time to
 /// live is over) is dropped like one that is too short. Any other failure to receive ends the scan with its
 /// text, as a failure to send does.
+///
+/// The datagrams (all words are unsigned, 32 bits, in network byte order):
+///
+///     offset  request                          answer
+///     0       0x12345678                       0x12345678
+///     4       5153                             not examined
+///     8       5                                5
+///     12      1                                2
+///     16      CRC-32 of the 16 octets before   anything, or the datagram's end
 #include "net/interfaces.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
-/// How many seconds one pass may last at most. Only a test changes it.
-inline int scan_pass_limit = 60;
+namespace net {
+
+/// How long a scan listens, in seconds.
+struct ScanWaits {
+    int silence = 1; // a pass ends when nothing has come for so long,
+    int pass = 60;   // and when it has lasted so long
+};
+
+/// An answer is at least this long.
+inline constexpr std::size_t shortest_answer = 16;
+
+/// The octets of a request, which are always the same.
+std::array<unsigned char, 20> discovery_request();
+
+/// True when these octets are a server's answer. Who sent them is what counts, so nothing else is taken from
+/// them.
+bool is_discovery_answer(const unsigned char* octets, std::size_t length);
+
+} // namespace net
 
 /// Scans all networks of this machine at `port`. On success (null) `*found_servers` is the list of addresses,
 /// each ended by a zero byte, in the order of their first answers, ended by one more zero byte; the caller
 /// frees it with free(). On failure the text says why and `*found_servers` is null.
-const char* scan_servers(std::uint16_t port, char** found_servers);
+const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits = {});
 
 namespace net {
 
 /// The same on the given networks only.
-const char* scan_networks(const Interface* networks, std::uint16_t port, char** found_servers);
+const char* scan_networks(const Interface* networks, std::uint16_t port, char** found_servers,
+                          const ScanWaits& waits = {});
 
 } // namespace net

@@ -1,30 +1,115 @@
 #include "net/socket.h"
 
 #include "error/messages.h"
-#include "net/wait.h"
-#include "net/winsock_message.h"
 
 #include <algorithm>
 #include <limits>
 
 namespace {
 
+// How this layer ends its messages: the words of an error code and, in brackets, the code itself.
+
+/// `what` followed by "words (code)".
+const char* code_message(const char* what, int code) {
+    return format_error("%s%s (%d)", what, system_error_text(static_cast<DWORD>(code)), code);
+}
+
+/// The same with WSAGetLastError; to be called before anything else may change it.
+const char* last_error_message(const char* what) { return code_message(what, WSAGetLastError()); }
+
+/// The set that holds `handle` alone.
+fd_set only(SOCKET handle) {
+    fd_set set;
+    FD_ZERO(&set);
+    FD_SET(handle, &set);
+    return set;
+}
+
+/// `select` for reading; its result: 1 ready, 0 time over, -1 failed.
+int wait_readable(SOCKET handle, int seconds) {
+    fd_set set = only(handle);
+    timeval limit{seconds, 0};
+    return select(0, &set, nullptr, nullptr, &limit);
+}
+
+/// The same for writing.
+int wait_writable(SOCKET handle, int seconds) {
+    fd_set set = only(handle);
+    timeval limit{seconds, 0};
+    return select(0, nullptr, &set, nullptr, &limit);
+}
+
 /// Winsock counts in int; what does not fit is left for the next call.
 int winsock_size(std::size_t length) {
     return static_cast<int>(std::min<std::size_t>(length, std::numeric_limits<int>::max()));
 }
 
+const char* failed_connect(SOCKET handle) {
+    int code = 0;
+    int size = sizeof code;
+    if (getsockopt(handle, SOL_SOCKET, SO_ERROR, reinterpret_cast<char*>(&code), &size) != 0)
+        return last_error_message("Error retrieving connection status: ");
+    return code_message("Error connecting: ", code);
+}
+
+/// Waits until a connect that is under way has succeeded (null) or not.
+const char* wait_connected(SOCKET handle) {
+    fd_set writable = only(handle);
+    fd_set excepted = writable;
+    timeval limit{net::connect_timeout, 0};
+    const int ready = select(0, nullptr, &writable, &excepted, &limit);
+    if (ready == 0)
+        return "Connection timed out";
+    if (ready != 1)
+        return format_error("Error connecting: Select returned: %d", ready);
+    if (FD_ISSET(handle, &writable))
+        return nullptr;
+    if (!FD_ISSET(handle, &excepted))
+        return "Error connecting: Select returned, but socket isn't present";
+    return failed_connect(handle);
+}
+
+const char* set_modes(SOCKET handle, unsigned flags) {
+    ULONG nonblocking = (flags & net::connect_nonblocking) != 0 ? 1 : 0;
+    if (ioctlsocket(handle, FIONBIO, &nonblocking) != 0)
+        return last_error_message("Error setting socket to nonblocking: ");
+    // Written also when it is 0, which leaves Nagle's algorithm on.
+    const DWORD no_delay = (flags & net::connect_no_delay) != 0 ? 1 : 0;
+    if (setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&no_delay),
+                   sizeof no_delay) != 0)
+        return last_error_message("Error disabling Nagle: ");
+    return nullptr;
+}
+
+const char* connect_to(SOCKET handle, std::uint32_t address, std::uint16_t port) {
+    sockaddr_in peer{};
+    peer.sin_family = AF_INET;
+    peer.sin_port = htons(port);
+    peer.sin_addr.s_addr = address;
+    if (connect(handle, reinterpret_cast<const sockaddr*>(&peer), sizeof peer) == 0)
+        return nullptr;
+    if (WSAGetLastError() != WSAEWOULDBLOCK)
+        return last_error_message("Error connecting: ");
+    return wait_connected(handle);
+}
+
+/// For a socket that never became the caller's. The message, with the error's code, is complete by then.
+void drop(Socket& socket) {
+    if (socket.handle != INVALID_SOCKET)
+        closesocket(socket.handle);
+}
+
 } // namespace
 
 const char* net_startup() {
-    if (net_started)
+    if (net::started)
         return nullptr;
     WSADATA data{};
     if (const int code = WSAStartup(MAKEWORD(2, 0), &data); code != 0) {
         return format_error("Error with wsastartup: %s (%d)\n", system_error_text(static_cast<DWORD>(code)),
                             code);
     }
-    net_started = true;
+    net::started = true;
     return nullptr;
 }
 
@@ -46,6 +131,20 @@ const char* resolve_host(const char* name, std::uint32_t* address) {
     return nullptr;
 }
 
+const char* socket_connect(std::uint32_t address, std::uint16_t port, Socket* out, unsigned flags) {
+    *out = {};
+    net::OwnedSocket<drop> connecting;
+    connecting.handle = socket(AF_INET, SOCK_STREAM, 0);
+    if (connecting.handle == INVALID_SOCKET)
+        return last_error_message("Error creating socket: ");
+    if (const char* problem = set_modes(connecting.handle, flags))
+        return problem;
+    if (const char* problem = connect_to(connecting.handle, address, port))
+        return problem;
+    *out = connecting.release();
+    return nullptr;
+}
+
 const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
     const char* next = static_cast<const char*>(bytes);
     while (length != 0) {
@@ -53,12 +152,12 @@ const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
         const int sent = send(socket.handle, next, offered, 0);
         if (sent == SOCKET_ERROR) {
             if (WSAGetLastError() != WSAEWOULDBLOCK)
-                return net::last_error_message("Bad error without sleep happened in socket_send(): ");
-            const int ready = net::wait_writable(socket.handle, socket_io_timeout);
+                return last_error_message("Bad error without sleep happened in socket_send(): ");
+            const int ready = wait_writable(socket.handle, socket_io_timeout);
             if (ready == 0)
                 return "Timeout in socket_send()";
             if (ready != 1)
-                return net::last_error_message("Bad error after sleep happened in socket_send(): ");
+                return last_error_message("Bad error after sleep happened in socket_send(): ");
             continue;
         }
         if (sent > offered)
@@ -80,29 +179,27 @@ const char* socket_recv(Socket& socket, void* buffer, std::size_t capacity, std:
             return nullptr;
         }
         if (WSAGetLastError() != WSAEWOULDBLOCK)
-            return net::last_error_message("Bad error happened without sleep in socket_recv(): ");
-        const int ready = net::wait_readable(socket.handle, socket_io_timeout);
+            return last_error_message("Bad error happened without sleep in socket_recv(): ");
+        const int ready = wait_readable(socket.handle, socket_io_timeout);
         if (ready == 0)
             return "Timeout in socket_recv()";
         if (ready != 1)
-            return net::last_error_message("Bad error happened in socket_recv(): ");
+            return last_error_message("Bad error happened in socket_recv(): ");
     }
 }
 
 const char* socket_close(Socket& socket) {
     ULONG off = 0;
     if (ioctlsocket(socket.handle, FIONBIO, &off) != 0)
-        return net::last_error_message("socket_close: Error at ioctlsocket: ");
+        return last_error_message("socket_close: Error at ioctlsocket: ");
     shutdown(socket.handle, SD_BOTH);
     if (closesocket(socket.handle) != 0)
-        return net::last_error_message("Error closing socket: ");
+        return last_error_message("Error closing socket: ");
     socket.handle = INVALID_SOCKET;
     return nullptr;
 }
 
-bool socket_wait_readable(Socket& socket, int seconds) {
-    return net::wait_readable(socket.handle, seconds) == 1;
-}
+bool socket_wait_readable(Socket& socket, int seconds) { return wait_readable(socket.handle, seconds) == 1; }
 
 bool socket_local_address(Socket& socket, std::uint32_t* address, std::uint16_t* port) {
     sockaddr_in own{};

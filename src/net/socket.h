@@ -6,14 +6,21 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
-/// One socket of the system. It is not closed by itself: `socket_close` or `udp_close` does.
+/// One socket of the system. It is not closed by itself: `socket_close`, `udp_close` or an owner does.
 struct Socket {
     SOCKET handle = INVALID_SOCKET;
 };
 
-/// How many seconds one wait of `socket_send` and `socket_recv` may last. Only a test changes it.
+/// How many seconds one wait of `socket_send` and `socket_recv` may last. A program that has no window sets
+/// both limits once, as it starts; the window's program never does.
 inline int socket_io_timeout = 600;
+
+namespace net {
+
+/// How many seconds `socket_connect` may wait.
+inline int connect_timeout = 600;
 
 /// What `socket_connect` is told about the new socket.
 enum ConnectFlags : unsigned {
@@ -23,15 +30,30 @@ enum ConnectFlags : unsigned {
     connect_buffered = 4
 };
 
+/// A socket that is closed with `Close` unless somebody takes it over.
+template <auto Close> struct OwnedSocket : Socket {
+    OwnedSocket() = default;
+    OwnedSocket(const OwnedSocket&) = delete;
+    OwnedSocket& operator=(const OwnedSocket&) = delete;
+    ~OwnedSocket() { Close(*this); }
+
+    /// Hands the socket over.
+    Socket release() { return {std::exchange(handle, INVALID_SOCKET)}; }
+};
+
 /// True once the socket layer was started; only a test clears it.
-inline bool net_started = false;
+inline bool started = false;
+
+} // namespace net
+
 /// Starts the socket layer of the process, once; later calls do nothing.
 const char* net_startup();
 
 /// The address of `name`, a dotted address or a host's name (then its first).
 const char* resolve_host(const char* name, std::uint32_t* address);
 
-/// Connects `out`, waiting at most 600 seconds; `flags` of ConnectFlags. Leaves no socket open when it fails.
+/// Connects `out`, waiting no longer than `net::connect_timeout`; `flags` of net::ConnectFlags. Leaves no
+/// socket open when it fails.
 const char* socket_connect(std::uint32_t address, std::uint16_t port, Socket* out, unsigned flags);
 /// Sends all octets.
 const char* socket_send(Socket& socket, const void* bytes, std::size_t length);

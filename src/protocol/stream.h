@@ -9,24 +9,26 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 struct Stream {
     /// Reads exactly `count` octets. Flushes first when writes are pending; a count of 0 does nothing.
-    const char* (*read)(Stream* stream, void* buffer, std::size_t count);
+    const char* (*read)(Stream* stream, void* buffer, std::size_t count) = nullptr;
     /// Sends `count` octets at once: there is no send buffer.
-    const char* (*socket_write_buf)(Stream* stream, const void* bytes, std::size_t count);
-    const char* (*socket_flush)(Stream* stream);
+    const char* (*socket_write_buf)(Stream* stream, const void* bytes, std::size_t count) = nullptr;
+    /// Hands on what writes may have left behind; a TCP connection has nothing.
+    const char* (*socket_flush)(Stream* stream) = nullptr;
     /// True when octets (or the peer's close) can be read within `seconds`.
-    bool (*wait_readable)(Stream* stream, int seconds);
+    bool (*wait_readable)(Stream* stream, int seconds) = nullptr;
     /// Flushes what is pending, closes the connection and frees the record.
-    void (*close)(Stream* stream);
+    void (*close)(Stream* stream) = nullptr;
 
     /// Set by every write, cleared by a flush and by a completed read.
-    bool pending;
-    Socket socket;
+    bool pending = false;
+    Socket socket = {};
 
     /// Octets that are received and that nobody has read yet; both null in a stream that keeps none. Readers
-    /// take them through protocol/at_hand.h.
+    /// take them through the functions below.
     const std::uint8_t* next = nullptr;
     const std::uint8_t* end = nullptr;
     /// Memory in which writers may leave octets instead of writing them; both null in a stream that sends at
@@ -39,3 +41,35 @@ struct Stream {
 /// its own `close`. `flags` are those of `socket_connect`; the bit that marks a buffered stream is added. On
 /// failure `*stream` is null.
 const char* stream_open(Stream** stream, std::uint32_t address, std::uint16_t port, unsigned flags);
+
+// The octets and the room that a stream has at hand, used without a call through its record.
+
+/// How many octets can be taken. None while writes are pending: the stream's own `read` flushes first.
+inline std::size_t at_hand(const Stream* stream) {
+    return stream->pending ? 0 : static_cast<std::size_t>(stream->end - stream->next);
+}
+
+/// As the stream's own `read`.
+inline const char* read_octets(Stream* stream, void* buffer, std::size_t count) {
+    if (count == 0 || count > at_hand(stream))
+        return stream->read(stream, buffer, count);
+    std::memcpy(buffer, stream->next, count);
+    stream->next += count;
+    return nullptr;
+}
+
+inline const char* read_octet(Stream* stream, std::uint8_t* octet) {
+    if (at_hand(stream) == 0)
+        return stream->read(stream, octet, 1);
+    *octet = *stream->next++;
+    return nullptr;
+}
+
+/// As the stream's own `socket_write_buf`.
+inline const char* write_octets(Stream* stream, const void* bytes, std::size_t count) {
+    if (count > static_cast<std::size_t>(stream->room_end - stream->room))
+        return stream->socket_write_buf(stream, bytes, count);
+    std::memcpy(stream->room, bytes, count);
+    stream->room += count;
+    return nullptr;
+}

@@ -11,7 +11,7 @@
 #include "spec/server_list_entry.h"
 #include "spec/signal_event.h"
 #include "spec/string_entry.h"
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
 #pragma once
 /// A button that sets a named event, so that a running agent acts; it has no value.
 #include "spec/single_control_entry.h"
-#include "store/no_data_manipulator.h"
+#include "store/data_manipulator.h"
 
 #include <string>
 

@@ -1,7 +1,6 @@
 #include "store/common_reg_key.h"
 
-#include "store/registry_key_handle.h"
-#include "store/value_data.h"
+#include "store/registry_key.h"
 
 #include <algorithm>
 #include <cstring>
@@ -38,11 +37,11 @@ void CommonRegKey::write() {
     // A longer one fills the buffer and is written as 1,024 bytes without a terminator. The system, given a
     // string without one, looks at the byte behind and takes it along when it is zero; the value would then
     // have 1,025 bytes and read as empty. The buffer therefore has one byte more, which is not zero.
-    char buffer[kValueBufferSize + 1];
-    std::strncpy(buffer, value_.c_str(), kValueBufferSize);
-    buffer[kValueBufferSize] = '#';
-    const auto end = std::find(buffer, buffer + kValueBufferSize, '\0');
-    const auto size = std::min(static_cast<DWORD>(end - buffer) + 1, kValueBufferSize);
+    char buffer[value_buffer_size + 1];
+    std::strncpy(buffer, value_.c_str(), value_buffer_size);
+    buffer[value_buffer_size] = '#';
+    const auto end = std::find(buffer, buffer + value_buffer_size, '\0');
+    const auto size = std::min(static_cast<DWORD>(end - buffer) + 1, value_buffer_size);
     if (RegSetValueExA(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(buffer), size) !=
         ERROR_SUCCESS)
         throw "Cannot write key " + name;

@@ -14,3 +14,11 @@ protected:
     // Stores live as long as their entries, which nobody deletes through this base.
     ~DataManipulator() = default;
 };
+
+/// The store of an entry without data.
+class NoDataManipulator : public virtual DataManipulator {
+public:
+    void read() override {}
+    void write() override {}
+    bool changed() const override { return false; }
+};

@@ -1,6 +1,6 @@
 #include "store/delete_reg_key.h"
 
-#include "store/registry_key_handle.h"
+#include "store/registry_key.h"
 
 #include <utility>
 

@@ -3,12 +3,9 @@
 /// octet short is not read.
 #include "fuzz/input.h"
 #include "net/memory.h"
-#include "protocol/lengths.h"
+#include "protocol/heads.h"
 #include "protocol/messages.h"
-#include "protocol/numbers.h"
-#include "protocol/skipping.h"
-#include "protocol/strings.h"
-#include "protocol/tags.h"
+#include "protocol/values.h"
 #include "support/memory_stream.h"
 
 #include <functional>

@@ -2,8 +2,8 @@
 /// length (2 octets, most significant first) and its octets. The result must be what a plain reading of the
 /// rules gives.
 #include "fuzz/input.h"
-#include "net/address_block.h"
-#include "net/discovery_packet.h"
+#include "net/address_text.h"
+#include "net/discovery.h"
 
 #include <algorithm>
 #include <cstring>

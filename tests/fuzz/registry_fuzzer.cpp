@@ -5,7 +5,7 @@
 #include "platform/substitute/control.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 
 #include <map>
 #include <optional>

@@ -5,10 +5,9 @@
 //   conversation  what agent and server send, and the tool's result
 //   datagrams     the request, answers, and what is dropped
 #include "guides/guide.h"
-#include "net/discovery_packet.h"
+#include "net/discovery.h"
 #include "protocol/negotiation.h"
-#include "protocol/numbers.h"
-#include "protocol/strings.h"
+#include "protocol/values.h"
 #include "support/memory_stream.h"
 
 #include <cstdlib>

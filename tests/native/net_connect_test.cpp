@@ -27,13 +27,13 @@ protected:
 
 TEST_F(FailingConnect, ReportsAFailedStart) {
     substitute::fail_call("WSAStartup", 1, 10091);
-    net_started = false;
+    net::started = false;
     EXPECT_EQ(net_startup(), said("Error with wsastartup: ", 10091) + "\n");
-    EXPECT_FALSE(net_started);
+    EXPECT_FALSE(net::started);
 }
 
 TEST_F(FailingConnect, StartsTheSystemsSocketsOnce) {
-    net_started = false;
+    net::started = false;
     substitute::fail_call("WSAStartup");
     EXPECT_NE(net_startup(), nullptr);
     EXPECT_EQ(net_startup(), nullptr);

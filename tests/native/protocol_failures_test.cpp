@@ -76,7 +76,7 @@ TEST_F(ProtocolFailures, EveryReceiveNamesItsField) {
         // answered before makes the count of receives certain.
         loopback::Listener listener;
         Stream* stream = nullptr;
-        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking),
+        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), net::connect_nonblocking),
                     IsNull());
         const Handle agent = listener.accept();
         loopback::send_all(agent.get(), good_offer.substr(0, sent));
@@ -92,7 +92,8 @@ TEST_F(ProtocolFailures, EveryReceiveNamesItsField) {
 TEST_F(ProtocolFailures, AHandshakeTakesTwoSendsAndOneReceiveOfAnAnswerThatIsThere) {
     loopback::Listener listener;
     Stream* stream = nullptr;
-    ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking), IsNull());
+    ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), net::connect_nonblocking),
+                IsNull());
     const Handle agent = listener.accept();
     loopback::send_all(agent.get(), good_offer);
     ASSERT_TRUE(stream->wait_readable(stream, 20));
@@ -106,7 +107,7 @@ TEST_F(ProtocolFailures, AHandshakeTakesTwoSendsAndOneReceiveOfAnAnswerThatIsThe
 TEST_F(ProtocolFailures, ASilentServerIsWaitedForTenMinutes) {
     loopback::Listener silent;
     Stream* stream = nullptr;
-    ASSERT_THAT(stream_open(&stream, loopback::address(), silent.port(), connect_nonblocking), IsNull());
+    ASSERT_THAT(stream_open(&stream, loopback::address(), silent.port(), net::connect_nonblocking), IsNull());
     substitute::time_out_select();
     EXPECT_THAT(negotiate(stream, "web1", "", &status),
                 StrEq("Error receiving data: Timeout in socket_recv()"));
@@ -118,7 +119,7 @@ TEST_F(ProtocolFailures, ASilentServerIsWaitedForTenMinutes) {
 TEST_F(ProtocolFailures, AServerThatTakesNothingIsWaitedForTenMinutes) {
     loopback::Listener full;
     Stream* stream = nullptr;
-    ASSERT_THAT(stream_open(&stream, loopback::address(), full.port(), connect_nonblocking), IsNull());
+    ASSERT_THAT(stream_open(&stream, loopback::address(), full.port(), net::connect_nonblocking), IsNull());
     substitute::fail_call("send", 1, 10035);
     substitute::time_out_select();
     EXPECT_THAT(negotiate(stream, "web1", "", &status),

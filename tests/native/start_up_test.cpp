@@ -20,8 +20,8 @@ std::ptrdiff_t first_call(const std::string& function) {
 
 class NativeStartUp : public ProgramTest {
 protected:
-    NativeStartUp() { net_started = false; }
-    ~NativeStartUp() override { net_started = false; }
+    NativeStartUp() { net::started = false; }
+    ~NativeStartUp() override { net::started = false; }
 };
 
 TEST_F(NativeStartUp, WithoutSocketsThereIsOneBoxAndNoWindow) {
@@ -38,7 +38,7 @@ TEST_F(NativeStartUp, WithoutSocketsThereIsOneBoxAndNoWindow) {
     EXPECT_EQ(main_window, nullptr);
     EXPECT_EQ(substitute::call_count("RegisterClassExA"), 0);
     EXPECT_EQ(substitute::call_count("CreateWindowExA"), 0);
-    EXPECT_FALSE(net_started);
+    EXPECT_FALSE(net::started);
 }
 
 TEST_F(NativeStartUp, AsksForTheSystemsPartsBeforeAnyWindow) {
@@ -47,7 +47,7 @@ TEST_F(NativeStartUp, AsksForTheSystemsPartsBeforeAnyWindow) {
         EXPECT_EQ(substitute::com_initialized(), 1);
     });
     EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(net_started);
+    EXPECT_TRUE(net::started);
     EXPECT_LT(first_call("InitCommonControls"), first_call("CoInitialize"));
     EXPECT_LT(first_call("CoInitialize"), first_call("WSAStartup"));
     EXPECT_LT(first_call("WSAStartup"), first_call("RegisterClassExA"));

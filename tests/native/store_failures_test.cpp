@@ -1,7 +1,7 @@
 #include "platform/substitute/control.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 #include "support/clean_system.h"
 #include "support/registry.h"
 #include "support/thrown.h"

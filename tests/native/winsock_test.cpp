@@ -22,7 +22,7 @@ int high_descriptor(SOCKET handle) {
 TEST(WinsockSubstitute, WaitsForSocketsWithHighNumbers) {
     loopback::Peer peer([](loopback::Handle& connection) { loopback::send_all(connection.get(), "a"); });
     Socket low;
-    ASSERT_EQ(socket_connect(loopback::address(), peer.port(), &low, connect_nonblocking), nullptr);
+    ASSERT_EQ(socket_connect(loopback::address(), peer.port(), &low, net::connect_nonblocking), nullptr);
     const int number = high_descriptor(low.handle);
     if (number < 0)
         GTEST_SKIP() << "this process may not have 2000 descriptors";

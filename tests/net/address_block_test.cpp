@@ -1,4 +1,4 @@
-#include "net/address_block.h"
+#include "net/address_text.h"
 
 #include "platform/win32.h"
 #include "support/short_memory.h"

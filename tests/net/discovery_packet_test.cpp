@@ -1,4 +1,4 @@
-#include "net/discovery_packet.h"
+#include "net/discovery.h"
 
 #include <gmock/gmock.h>
 #include <string>

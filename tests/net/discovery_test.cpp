@@ -24,11 +24,10 @@ const std::string kRequest("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0
 class Discovery : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ(net_startup(), nullptr); }
-    void TearDown() override { scan_pass_limit = 60; }
 
     std::vector<std::string> scan(const DiscoveryServer& server) {
         char* found = nullptr;
-        EXPECT_EQ(net::scan_networks(networks_, server.port(), &found), nullptr);
+        EXPECT_EQ(net::scan_networks(networks_, server.port(), &found, waits_), nullptr);
         return servers_in(found);
     }
     const char* scan_failing(std::uint16_t port) {
@@ -39,6 +38,7 @@ protected:
         return message;
     }
 
+    net::ScanWaits waits_;
     /// One host only, so that nothing else on this machine is disturbed.
     net::Interface networks_[3]{
         {"no name(0)", loopback::address(), htonl(0xFFFFFFFF), loopback::address()}, {}, {}};
@@ -109,7 +109,7 @@ TEST_F(Discovery, BroadcastsOnEveryNetwork) {
 }
 
 TEST_F(Discovery, EndsThoughAnswersDoNot) {
-    scan_pass_limit = 1;
+    waits_.pass = 1;
     DiscoveryServer server(
         [](int) {
             return std::vector<Answer>{{1, "rubbish"}, {1, discovery_answer()}};

@@ -33,7 +33,7 @@ protected:
             closesocket(socket_.handle);
     }
 
-    void connect_to(std::uint16_t port, unsigned flags = connect_nonblocking) {
+    void connect_to(std::uint16_t port, unsigned flags = net::connect_nonblocking) {
         ASSERT_EQ(socket_connect(loopback::address(), port, &socket_, flags), nullptr);
     }
     std::string receive(std::size_t capacity) {
@@ -55,7 +55,7 @@ protected:
 TEST_F(SocketLayer, WaitsTenMinutesUnlessATestSaysOtherwise) { EXPECT_EQ(shipped_io_timeout, 600); }
 
 TEST_F(SocketLayer, StartsOnceAndSucceedsEverAfter) {
-    EXPECT_TRUE(net_started);
+    EXPECT_TRUE(net::started);
     EXPECT_EQ(net_startup(), nullptr);
 }
 
@@ -92,8 +92,9 @@ TEST_F(SocketLayer, ConnectsSendsAndReceives) {
 }
 
 TEST_F(SocketLayer, ReportsARefusedConnectAndLeavesNoSocket) {
-    EXPECT_THAT(socket_connect(loopback::address(), loopback::closed_port(), &socket_, connect_nonblocking),
-                StrEq(said("Error connecting: ", 10061)));
+    EXPECT_THAT(
+        socket_connect(loopback::address(), loopback::closed_port(), &socket_, net::connect_nonblocking),
+        StrEq(said("Error connecting: ", 10061)));
     EXPECT_EQ(socket_.handle, INVALID_SOCKET);
 }
 

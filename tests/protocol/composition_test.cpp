@@ -1,10 +1,7 @@
-#include "protocol/composition.h"
-
-#include "protocol/lengths.h"
 #include "protocol/messages.h"
-#include "protocol/numbers.h"
-#include "protocol/strings.h"
-#include "protocol/tags.h"
+
+#include "protocol/heads.h"
+#include "protocol/values.h"
 #include "support/memory_stream.h"
 
 #include <gmock/gmock.h>

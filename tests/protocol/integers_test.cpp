@@ -1,4 +1,4 @@
-#include "protocol/numbers.h"
+#include "protocol/values.h"
 
 #include "support/memory_stream.h"
 

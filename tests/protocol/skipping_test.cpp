@@ -1,4 +1,4 @@
-#include "protocol/skipping.h"
+#include "protocol/values.h"
 
 #include "support/memory_stream.h"
 

@@ -1,4 +1,4 @@
-#include "protocol/strings.h"
+#include "protocol/values.h"
 
 #include "net/memory.h"
 #include "support/memory_stream.h"

@@ -1,4 +1,4 @@
-#include "protocol/tags.h"
+#include "protocol/heads.h"
 
 #include "support/memory_stream.h"
 

@@ -1,7 +1,7 @@
 #include "protocol/stream.h"
 
 #include "net/memory.h"
-#include "protocol/tags.h"
+#include "protocol/heads.h"
 #include "support/loopback.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ class TcpStream : public testing::Test {
 protected:
     void SetUp() override {
         socket_io_timeout = 20;
-        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), connect_nonblocking),
+        ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), net::connect_nonblocking),
                     IsNull());
         peer = std::make_unique<loopback::Handle>(listener.accept());
     }
@@ -199,7 +199,7 @@ TEST_F(TcpStream, LeavesNagleOn) {
 
 TEST_F(TcpStream, HandsOnWhyItCouldNotConnect) {
     Stream* none = stream;
-    EXPECT_THAT(stream_open(&none, loopback::address(), loopback::closed_port(), connect_nonblocking),
+    EXPECT_THAT(stream_open(&none, loopback::address(), loopback::closed_port(), net::connect_nonblocking),
                 AllOf(StartsWith("Error connecting: "), EndsWith(" (10061)")));
     EXPECT_THAT(none, IsNull());
 }
@@ -207,7 +207,7 @@ TEST_F(TcpStream, HandsOnWhyItCouldNotConnect) {
 TEST_F(TcpStream, NeedsMemory) {
     net::resize_memory = [](void*, std::size_t) -> void* { return nullptr; };
     Stream* none = stream;
-    EXPECT_THAT(stream_open(&none, loopback::address(), listener.port(), connect_nonblocking),
+    EXPECT_THAT(stream_open(&none, loopback::address(), listener.port(), net::connect_nonblocking),
                 StrEq("Error allocating memory"));
     EXPECT_THAT(none, IsNull());
 }

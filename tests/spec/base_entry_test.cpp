@@ -1,6 +1,6 @@
 #include "spec/base_entry.h"
 
-#include "store/no_data_manipulator.h"
+#include "store/data_manipulator.h"
 #include "support/clean_system.h"
 #include "support/page.h"
 #include "support/thrown.h"

@@ -1,6 +1,6 @@
 #include "store/common_reg_key.h"
 
-#include "store/no_data_manipulator.h"
+#include "store/data_manipulator.h"
 #include "support/clean_system.h"
 #include "support/registry.h"
 #include "support/thrown.h"

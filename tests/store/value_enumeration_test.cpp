@@ -1,4 +1,4 @@
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 
 #include "support/clean_system.h"
 #include "support/registry.h"

@@ -24,10 +24,10 @@ protected:
         socket_io_timeout = shipped_io_timeout;
         EXPECT_EQ(substitute::open_sockets(), 0U) << "a socket was left open";
         substitute::reset();
-        net_started = false;
+        net::started = false;
     }
 
-    const char* connect_to(std::uint16_t port, unsigned flags = connect_nonblocking) {
+    const char* connect_to(std::uint16_t port, unsigned flags = net::connect_nonblocking) {
         return socket_connect(loopback::address(), port, &socket_, flags);
     }
     /// Connects to a peer of this test's.

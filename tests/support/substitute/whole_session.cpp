@@ -67,7 +67,7 @@ const std::map<std::string, WholeSession::Values>& WholeSession::values() {
 
 WholeSession::WholeSession(const Disturbance& disturbance, const std::string& server) {
     socket_io_timeout = 60;
-    net_started = false;
+    net::started = false;
     loopback::Listener listener;
     prepare(listener.port());
     add_steps();

@@ -1,5 +1,5 @@
 #pragma once
-/// The result of a scan while it grows: dotted addresses, each ended by a zero byte, in one block.
+/// Addresses (network byte order) as text: the dotted form of one, and a scan's list of them.
 #include "net/memory.h"
 
 #include <cstdint>
@@ -7,11 +7,15 @@
 
 namespace net {
 
+/// Writes the dotted form, which has at most 15 characters.
+void write_dotted(char (&text)[16], std::uint32_t address);
+
+/// The result of a scan while it grows: dotted addresses, each ended by a zero byte, in one block.
 class AddressBlock {
 public:
     /// Allocates the first 64 bytes; false without memory. To be called once, before all else.
     bool open();
-    /// Appends `address` (network byte order) unless it is there; false without memory.
+    /// Appends `address` unless it is there; false without memory.
     bool add(std::uint32_t address);
     /// Ends the list with one more zero byte and hands it over, to be freed with free(); null without memory.
     char* finish();

@@ -1,7 +1,6 @@
-#include "store/value_enumeration.h"
+#include "store/registry_key.h"
 
-#include "store/registry_key_handle.h"
-#include "store/value_data.h"
+#include <algorithm>
 
 namespace {
 
@@ -15,6 +14,16 @@ void add_value(std::map<std::string, std::string>& target, HKEY key, DWORD index
 }
 
 } // namespace
+
+std::optional<std::string> query_value_text(HKEY key, const char* name) {
+    char buffer[value_buffer_size];
+    DWORD size = value_buffer_size;
+    if (RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &size) !=
+        ERROR_SUCCESS)
+        return std::nullopt;
+    buffer[std::min(size, value_buffer_size - 1)] = '\0';
+    return buffer;
+}
 
 void enumerate_values(std::map<std::string, std::string>& target, HKEY root, const std::string& path) {
     const RegistryKeyHandle key(root, path, KEY_QUERY_VALUE);

@@ -1,7 +1,6 @@
-#include "net/address_block.h"
+#include "net/address_text.h"
 
-#include "net/dotted.h"
-
+#include <cstdio>
 #include <cstring>
 
 namespace net {
@@ -10,6 +9,13 @@ namespace {
 constexpr std::size_t first_capacity = 64;
 
 } // namespace
+
+void write_dotted(char (&text)[16], std::uint32_t address) {
+    // In memory the octets lie in the order in which they are written.
+    unsigned char octet[4];
+    std::memcpy(octet, &address, sizeof octet);
+    std::snprintf(text, sizeof text, "%d.%d.%d.%d", octet[0], octet[1], octet[2], octet[3]);
+}
 
 bool AddressBlock::open() { return grow(first_capacity); }
 

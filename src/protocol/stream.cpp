@@ -83,8 +83,12 @@ const char* stream_open(Stream** stream, std::uint32_t address, std::uint16_t po
     if (memory == nullptr)
         return "Error allocating memory";
     Stream* opened = new (memory) TcpStream;
-    *opened = {tcp_read, tcp_write, tcp_flush, tcp_wait_readable, tcp_close, false, {}};
-    if (const char* problem = socket_connect(address, port, &opened->socket, flags | connect_buffered)) {
+    *opened = {.read = tcp_read,
+               .socket_write_buf = tcp_write,
+               .socket_flush = tcp_flush,
+               .wait_readable = tcp_wait_readable,
+               .close = tcp_close};
+    if (const char* problem = socket_connect(address, port, &opened->socket, flags | net::connect_buffered)) {
         std::free(memory);
         return problem;
     }

@@ -1,0 +1,41 @@
+#pragma once
+/// Keys of the registry and the values below them, as text.
+#include "platform/win32.h"
+
+#include <map>
+#include <optional>
+#include <string>
+
+/// An open registry key; closes itself. False when it could not be opened.
+class RegistryKeyHandle {
+public:
+    RegistryKeyHandle(HKEY root, const std::string& path, REGSAM access) {
+        if (RegOpenKeyExA(root, path.c_str(), 0, access, &key_) != ERROR_SUCCESS)
+            key_ = nullptr;
+    }
+    ~RegistryKeyHandle() {
+        if (key_ != nullptr)
+            RegCloseKey(key_);
+    }
+    RegistryKeyHandle(const RegistryKeyHandle&) = delete;
+    RegistryKeyHandle& operator=(const RegistryKeyHandle&) = delete;
+
+    explicit operator bool() const { return key_ != nullptr; }
+    HKEY get() const { return key_; }
+
+private:
+    HKEY key_ = nullptr;
+};
+
+/// Values are read and written through buffers of this many bytes.
+inline constexpr DWORD value_buffer_size = 1024;
+
+/// A value's data of whatever type, as text up to its first zero byte and cut to 1,023 characters. Nothing
+/// when the value is missing or its data is longer than 1,024 bytes.
+std::optional<std::string> query_value_text(HKEY key, const char* name);
+
+/// Adds (name, data as text) for each value of the key `path` under `root` whose data, read up to its first
+/// zero byte, is not empty. Names already in `target` stay as they are. Values that cannot be read, among
+/// them those with a name over 1,023 or data over 1,024 bytes, are skipped. Throws a text when the key cannot
+/// be read.
+void enumerate_values(std::map<std::string, std::string>& target, HKEY root, const std::string& path);
