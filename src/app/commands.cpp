@@ -1,7 +1,7 @@
 #include "app/commands.h"
 
 #include "app/main_window_state.h"
-#include "protocol/connection_test.h"
+#include "app/test_connection.h"
 #include "service/apply.h"
 #include "spec/configurations.h"
 

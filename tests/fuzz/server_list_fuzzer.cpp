@@ -4,7 +4,7 @@
 #include "error/text.h"
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
-#include "protocol/server_item.h"
+#include "protocol/connection_test.h"
 
 #include <cstring>
 

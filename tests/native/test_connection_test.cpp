@@ -1,7 +1,7 @@
+#include "app/test_connection.h"
 #include "error/messages.h"
 #include "net/socket.h"
 #include "platform/substitute/control.h"
-#include "protocol/connection_test.h"
 #include "support/boxes.h"
 #include "support/loopback.h"
 #include "support/user.h"

@@ -1,0 +1,57 @@
+#include "app/test_connection.h"
+
+#include "error/text.h"
+#include "platform/win32.h"
+#include "protocol/connection_test.h"
+#include "service/wait_window.h"
+
+namespace {
+
+void warn(const std::string& text) {
+    MessageBoxA(nullptr, text.c_str(), "Error testing connection", MB_ICONEXCLAMATION);
+}
+
+/// Shows what the user sees of a test.
+class ShownTest : public ConnectionTestListener {
+public:
+    void trying(const std::string& host, std::uint16_t port) override {
+        wait_ = open_wait_window("Testing connection to server \"" + host + "\" at port " + port_text(port) +
+                                 ". Please be patient.");
+    }
+    void tried(const std::string& host, std::uint16_t port, const char* problem) override {
+        if (problem != nullptr)
+            add_failure("The connection to the server \"" + host + "\" at port " + port_text(port) +
+                        " failed. The reason was:\n\n" + problem);
+        close_wait_window(wait_);
+    }
+    void bad_port(const ServerItem& item) override {
+        warn("The server port \"" + item.port_text.value_or("") + "\" for the server \"" + item.host +
+             "\" cannot be parsed as a number. Please correct this before testing the connection.");
+    }
+    void show_result() const {
+        if (failures_.empty())
+            MessageBoxA(nullptr,
+                        "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able to "
+                        "check in, once started",
+                        "Connection test successful", MB_ICONINFORMATION);
+        else
+            warn(failures_);
+    }
+
+private:
+    void add_failure(const std::string& paragraph) {
+        failures_ += (failures_.empty() ? "" : "\n\n") + paragraph;
+    }
+
+    HWND wait_ = nullptr;
+    std::string failures_;
+};
+
+} // namespace
+
+void testConnection(const std::string& agent_name, const std::string& agent_domain,
+                    const std::string& server_list, std::uint16_t default_port) {
+    ShownTest shown;
+    if (test_servers(server_list, default_port, {agent_name, agent_domain}, shown))
+        shown.show_result();
+}
