@@ -4,44 +4,40 @@
 #include "app/keyboard.h"
 #include "app/main_window_state.h"
 #include "spec/configurations.h"
-#include "window/guard.h"
+#include "window/controls.h"
 
 #include <string>
 
 namespace {
 
-struct ControlKind {
-    int id;
-    DWORD extended_style;
-    const char* class_name;
-    const char* text;
-    DWORD style;
-    const char* failure;
-};
+constexpr Placement created_at{.width = 100, .height = 100};
 
-constexpr ControlKind kTree{kTreeId,
-                            WS_EX_CLIENTEDGE,
-                            "SysTreeView32",
-                            "",
-                            WS_CHILD | WS_VISIBLE | WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
-                                TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-                            "Unable to create tree view"};
-constexpr ControlKind kButtons[] = {
-    {kCloseId, 0, "Button", "", WS_CHILD | WS_VISIBLE | WS_GROUP | WS_TABSTOP,
-     "Unable to create cancel button"},
-    {kOkId, 0, "Button", "OK", WS_CHILD | WS_VISIBLE, "Unable to create ok button"},
-    {kTestConnectionId, 0, "Button", "Test Connection", WS_CHILD, "Unable to create test connection button"},
+constexpr ControlDescription tree_description{.window_class = "SysTreeView32",
+                                              .style = WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
+                                                       TVS_LINESATROOT | TVS_SHOWSELALWAYS,
+                                              .extended_style = WS_EX_CLIENTEDGE,
+                                              .identifier = kTreeId,
+                                              .placement = created_at,
+                                              .has_stock_font = false,
+                                              .failure = "Unable to create tree view"};
+constexpr ControlDescription button_descriptions[] = {
+    {.window_class = "Button",
+     .style = WS_GROUP | WS_TABSTOP,
+     .identifier = kCloseId,
+     .placement = created_at,
+     .failure = "Unable to create cancel button"},
+    {.window_class = "Button",
+     .text = "OK",
+     .identifier = kOkId,
+     .placement = created_at,
+     .failure = "Unable to create ok button"},
+    {.window_class = "Button",
+     .text = "Test Connection",
+     .hidden = true,
+     .identifier = kTestConnectionId,
+     .placement = created_at,
+     .failure = "Unable to create test connection button"},
 };
-
-HWND create(HWND window, const ControlKind& kind) {
-    const HWND control = CreateWindowExA(
-        kind.extended_style, kind.class_name, kind.text, kind.style, 0, 0, 100, 100, window,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(kind.id)), GetModuleHandleA(nullptr), nullptr);
-    rethrow_kept();
-    if (control == nullptr)
-        throw std::string(kind.failure);
-    return control;
-}
 
 /// Every configuration is asked, since asking also takes the shown page's values.
 bool any_configuration_has_changes() {
@@ -53,13 +49,11 @@ bool any_configuration_has_changes() {
 
 } // namespace
 
-HWND create_tree(HWND window) { return create(window, kTree); }
+HWND create_tree(HWND window) { return create_control(window, tree_description); }
 
 void create_buttons(HWND window) {
-    for (const ControlKind& kind : kButtons) {
-        const HWND button = create(window, kind);
-        SendMessageA(button, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
-    }
+    for (const ControlDescription& description : button_descriptions)
+        create_control(window, description);
 }
 
 void update_buttons(HWND window) {

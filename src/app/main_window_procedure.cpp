@@ -8,7 +8,6 @@
 #include "app/main_window_state.h"
 #include "app/window_layout.h"
 #include "spec/configurations.h"
-#include "window/controls.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 
@@ -81,7 +80,7 @@ LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
     }
 }
 
-LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT handle_main_window(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_CREATE: return on_create(window);
     case WM_SIZE: lay_out(window); return 0;
@@ -103,7 +102,5 @@ LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
 } // namespace
 
 LRESULT CALLBACK main_window_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return guarded(
-        message == WM_CREATE ? -1 : 0, [&] { return handle(window, message, wparam, lparam); },
-        [&] { return DefWindowProcA(window, message, wparam, lparam); });
+    return guarded_procedure<handle_main_window>(window, message, wparam, lparam);
 }

@@ -1,8 +1,8 @@
 #include "app/message_loop.h"
 
 #include "app/keyboard.h"
-#include "window/dispatch.h"
 #include "window/guard.h"
+#include "window/main_handle.h"
 
 int run_message_loop(HWND main) {
     MSG message{};

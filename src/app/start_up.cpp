@@ -7,6 +7,7 @@
 #include "net/socket.h"
 #include "spec/configurations.h"
 #include "store/registry_key.h"
+#include "window/boxes.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 #include "window/window_class.h"
@@ -20,7 +21,7 @@ namespace {
 constexpr char kClassName[] = "trconfigclass";
 
 void show_fatal(const std::string& text) {
-    MessageBoxA(nullptr, text.c_str(), "Error!", MB_OK | MB_ICONEXCLAMATION);
+    show_box({.text = text, .caption = "Error!", .style = MB_OK | MB_ICONEXCLAMATION});
 }
 
 void register_class(HINSTANCE instance) {

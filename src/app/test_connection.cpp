@@ -1,28 +1,30 @@
 #include "app/test_connection.h"
 
 #include "error/text.h"
-#include "platform/win32.h"
 #include "protocol/connection_test.h"
 #include "service/wait_window.h"
+#include "window/boxes.h"
+
+#include <optional>
 
 namespace {
 
 void warn(const std::string& text) {
-    MessageBoxA(nullptr, text.c_str(), "Error testing connection", MB_ICONEXCLAMATION);
+    show_box({.text = text, .caption = "Error testing connection", .style = MB_ICONEXCLAMATION});
 }
 
 /// Shows what the user sees of a test.
 class ShownTest : public ConnectionTestListener {
 public:
     void trying(const std::string& host, std::uint16_t port) override {
-        wait_ = open_wait_window("Testing connection to server \"" + host + "\" at port " + port_text(port) +
-                                 ". Please be patient.");
+        wait_.emplace("Testing connection to server \"" + host + "\" at port " + port_text(port) +
+                      ". Please be patient.");
     }
     void tried(const std::string& host, std::uint16_t port, const char* problem) override {
         if (problem != nullptr)
             add_failure("The connection to the server \"" + host + "\" at port " + port_text(port) +
                         " failed. The reason was:\n\n" + problem);
-        close_wait_window(wait_);
+        wait_->close();
     }
     void bad_port(const ServerItem& item) override {
         warn("The server port \"" + item.port_text.value_or("") + "\" for the server \"" + item.host +
@@ -30,10 +32,11 @@ public:
     }
     void show_result() const {
         if (failures_.empty())
-            MessageBoxA(nullptr,
-                        "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able to "
-                        "check in, once started",
-                        "Connection test successful", MB_ICONINFORMATION);
+            show_box({.text =
+                          "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
+                          "to check in, once started",
+                      .caption = "Connection test successful",
+                      .style = MB_ICONINFORMATION});
         else
             warn(failures_);
     }
@@ -43,7 +46,7 @@ private:
         failures_ += (failures_.empty() ? "" : "\n\n") + paragraph;
     }
 
-    HWND wait_ = nullptr;
+    std::optional<WaitWindow> wait_;
     std::string failures_;
 };
 

@@ -7,10 +7,6 @@
 
 namespace {
 
-void place(HWND window, int id, const Placement& where) {
-    SetWindowPos(GetDlgItem(window, id), nullptr, where.x, where.y, where.width, where.height, SWP_NOZORDER);
-}
-
 bool drags_left(WPARAM edge) { return edge == WMSZ_LEFT || edge == WMSZ_TOPLEFT || edge == WMSZ_BOTTOMLEFT; }
 bool drags_right(WPARAM edge) {
     return edge == WMSZ_RIGHT || edge == WMSZ_TOPRIGHT || edge == WMSZ_BOTTOMRIGHT;
@@ -43,14 +39,13 @@ void keep_minimum_size(WPARAM edge, RECT& proposed) {
 }
 
 void lay_out(HWND window) {
-    RECT client{};
-    GetClientRect(window, &client);
-    place(window, kTreeId, tree_placement(client));
+    const RECT client = client_rectangle(window);
+    place(GetDlgItem(window, kTreeId), tree_placement(client));
     for (const auto& [name, configuration] : configurations) {
         if (configuration->shown_entry != nullptr)
             configuration->shown_entry->layout(window);
     }
-    place(window, kOkId, ok_placement(client));
-    place(window, kCloseId, close_placement(client));
-    place(window, kTestConnectionId, test_connection_placement(client));
+    place(GetDlgItem(window, kOkId), ok_placement(client));
+    place(GetDlgItem(window, kCloseId), close_placement(client));
+    place(GetDlgItem(window, kTestConnectionId), test_connection_placement(client));
 }

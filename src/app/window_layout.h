@@ -1,11 +1,5 @@
 #pragma once
-#include "platform/win32.h"
-
-/// Where a control stands in its parent's client area, in pixels.
-struct Placement {
-    int x, y, width, height;
-    friend bool operator==(const Placement&, const Placement&) = default;
-};
+#include "window/controls.h"
 
 /// Places in a main window whose client rectangle is `client`.
 Placement tree_placement(const RECT& client);

@@ -1,8 +1,7 @@
 #include "service/agent_service.h"
 
 #include "service/wait_window.h"
-#include "window/dispatch.h"
-#include "window/guard.h"
+#include "window/boxes.h"
 #include "window/main_handle.h"
 
 #include <cstdio>
@@ -15,20 +14,7 @@ constexpr DWORD kPassMilliseconds = 10;
 constexpr int kPassesPerQuery = 100;
 
 int show(const std::string& text, const std::string& caption, UINT style) {
-    return MessageBoxA(main_window, text.c_str(), caption.c_str(), style);
-}
-
-/// One message a pass keeps the windows painted. A quit message goes back: it is for the program's own loop.
-void pump_one_message() {
-    MSG message{};
-    if (!PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        return;
-    if (message.message == WM_QUIT) {
-        PostQuitMessage(static_cast<int>(message.wParam));
-    } else {
-        dispatch_message(main_window, message);
-    }
-    rethrow_kept();
+    return show_box({.owner = main_window, .text = text, .caption = caption, .style = style});
 }
 
 } // namespace
@@ -63,10 +49,10 @@ void AgentService::offer_stop() {
 
 void AgentService::stop() {
     std::fputs("Stopping service\n", stderr);
-    const HWND wait_window = open_wait_window("Please wait while stopping service....");
+    WaitWindow wait_window("Please wait while stopping service....");
     const bool stopped =
         ControlService(service_.get(), SERVICE_CONTROL_STOP, &status_) != FALSE && wait_until_stopped();
-    close_wait_window(wait_window);
+    wait_window.close();
     if (!stopped) {
         show("Failed to stop service. You will have to restart the service manually, in order to effectuate "
              "the changes",
@@ -107,9 +93,9 @@ bool AgentService::user_agrees_to_start() const {
 }
 
 void AgentService::start() {
-    const HWND wait_window = open_wait_window("Please wait while starting service....");
+    WaitWindow wait_window("Please wait while starting service....");
     const bool started = StartServiceA(service_.get(), 0, nullptr) != FALSE;
-    close_wait_window(wait_window);
+    wait_window.close();
     if (!started) {
         show("The service could not be started. Please start the " + display_name_ + " service manually.",
              "Error starting service", MB_ICONERROR);

@@ -1,25 +1,27 @@
 #include "service/wait_window.h"
 
+#include "window/boxes.h"
+#include "window/controls.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 #include "window/window_class.h"
 
+#include <utility>
+
 namespace {
 
-constexpr char kClassName[] = "tavrin_service_win";
-constexpr int kWidth = 200;
-constexpr int kHeight = 75;
-constexpr int kMessageId = 106;
+constexpr char class_name[] = "tavrin_service_win";
+constexpr int window_width = 200;
+constexpr int window_height = 75;
+constexpr int message_identifier = 106;
 
 void create_message(HWND window, const char* text) {
-    RECT client{};
-    GetClientRect(window, &client);
-    const HWND message =
-        CreateWindowExA(0, "Edit", "", WS_CHILD | WS_VISIBLE | ES_READONLY | ES_MULTILINE | ES_CENTER, 0, 0,
-                        client.right, client.bottom, window, reinterpret_cast<HMENU>(INT_PTR{kMessageId}),
-                        GetModuleHandleA(nullptr), nullptr);
-    SetWindowTextA(message, text);
-    SendMessageA(message, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
+    const RECT client = client_rectangle(window);
+    create_control(window, {.window_class = "Edit",
+                            .text = text,
+                            .style = ES_READONLY | ES_MULTILINE | ES_CENTER,
+                            .identifier = message_identifier,
+                            .placement = {.width = client.right, .height = client.bottom}});
 }
 
 int line_height_of(HWND control) {
@@ -34,16 +36,16 @@ int line_height_of(HWND control) {
 }
 
 void centre_message(HWND window) {
-    const HWND message = GetDlgItem(window, kMessageId);
-    RECT client{};
-    GetClientRect(window, &client);
+    const HWND message = GetDlgItem(window, message_identifier);
+    const RECT client = client_rectangle(window);
     const int line_height = line_height_of(message);
     const int lines = static_cast<int>(SendMessageA(message, EM_GETLINECOUNT, 0, 0));
-    SetWindowPos(message, nullptr, 0, centred_text_top(client.top, client.bottom, lines, line_height),
-                 client.right, lines * line_height, SWP_NOZORDER);
+    place(message, {.y = centred_text_top(client.top, client.bottom, lines, line_height),
+                    .width = client.right,
+                    .height = lines * line_height});
 }
 
-LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+LRESULT handle_wait_window(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_CREATE:
         create_message(window,
@@ -55,28 +57,22 @@ LRESULT handle(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     }
 }
 
-LRESULT CALLBACK wait_window_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return guarded(
-        message == WM_CREATE ? -1 : 0, [&] { return handle(window, message, wparam, lparam); },
-        [&] { return DefWindowProcA(window, message, wparam, lparam); });
-}
-
 bool register_class_once() {
     const HINSTANCE instance = GetModuleHandleA(nullptr);
     WNDCLASSEXA registered{};
     registered.cbSize = sizeof registered;
-    return GetClassInfoExA(instance, kClassName, &registered) ||
-           register_window_class(instance, kClassName, wait_window_procedure);
+    return GetClassInfoExA(instance, class_name, &registered) ||
+           register_window_class(instance, class_name, guarded_procedure<handle_wait_window>);
 }
 
 HWND create_over_main_window(const std::string& text) {
     RECT main{};
     GetWindowRect(main_window, &main);
-    const int x = main.left + (main.right - main.left - kWidth) / 2;
-    const int y = main.top + (main.bottom - main.top - kHeight) / 2;
-    const HWND window = CreateWindowExA(WS_EX_DLGMODALFRAME, kClassName, "Tavrin Service Control",
-                                        WS_POPUP | WS_DLGFRAME, x, y, kWidth, kHeight, main_window, nullptr,
-                                        GetModuleHandleA(nullptr), const_cast<char*>(text.c_str()));
+    const int x = main.left + (main.right - main.left - window_width) / 2;
+    const int y = main.top + (main.bottom - main.top - window_height) / 2;
+    const HWND window = CreateWindowExA(
+        WS_EX_DLGMODALFRAME, class_name, "Tavrin Service Control", WS_POPUP | WS_DLGFRAME, x, y, window_width,
+        window_height, main_window, nullptr, GetModuleHandleA(nullptr), const_cast<char*>(text.c_str()));
     rethrow_kept();
     return window;
 }
@@ -97,10 +93,30 @@ void handle_posted_close(HWND window) {
     MSG close{};
     if (PeekMessageA(&close, window, WM_CLOSE, WM_CLOSE, PM_REMOVE))
         DispatchMessageA(&close);
-    rethrow_kept();
 }
 
-void show_failure(const char* text) { MessageBoxA(main_window, text, "Error!", MB_ICONEXCLAMATION); }
+void ask_to_close(HWND window) {
+    if (window != nullptr && PostMessageA(window, WM_CLOSE, 0, 0) && !is_main_window_disabled())
+        handle_posted_close(window);
+}
+
+HWND tell_failure(const char* text) {
+    show_box({.owner = main_window, .text = text, .caption = "Error!", .style = MB_ICONEXCLAMATION});
+    return nullptr;
+}
+
+/// Null after a failure, of which the user has been told.
+HWND open(const std::string& text) {
+    if (!register_class_once())
+        return tell_failure("Window Registration Failed!");
+    const HWND window = create_over_main_window(text);
+    if (window == nullptr)
+        return tell_failure("Error creating service window!");
+    ShowWindow(window, SW_SHOWNORMAL);
+    UpdateWindow(window);
+    show_what_is_drawn(window);
+    return window;
+}
 
 } // namespace
 
@@ -108,23 +124,11 @@ int centred_text_top(int client_top, int client_height, int lines, int line_heig
     return (client_height - lines * line_height - client_top) / 2;
 }
 
-HWND open_wait_window(const std::string& text) {
-    if (!register_class_once()) {
-        show_failure("Window Registration Failed!");
-        return nullptr;
-    }
-    const HWND window = create_over_main_window(text);
-    if (window == nullptr) {
-        show_failure("Error creating service window!");
-        return nullptr;
-    }
-    ShowWindow(window, SW_SHOWNORMAL);
-    UpdateWindow(window);
-    show_what_is_drawn(window);
-    return window;
-}
+WaitWindow::WaitWindow(const std::string& text) : window_(open(text)) {}
 
-void close_wait_window(HWND window) {
-    if (window != nullptr && PostMessageA(window, WM_CLOSE, 0, 0) && !is_main_window_disabled())
-        handle_posted_close(window);
+WaitWindow::~WaitWindow() { ask_to_close(window_); }
+
+void WaitWindow::close() {
+    ask_to_close(std::exchange(window_, nullptr));
+    rethrow_kept();
 }

@@ -3,14 +3,25 @@
 
 #include <string>
 
-/// Shows a small window, centred over the main window and painted at once, that says what a long step is
-/// doing. Returns its handle; null after a failure, of which the user has been told: the step goes on without
-/// the window.
-HWND open_wait_window(const std::string& text);
+/// A small window, centred over the main window and painted at once, that says what a long step is doing.
+class WaitWindow {
+public:
+    /// When the window cannot be shown, the user is told, and the step goes on without it.
+    explicit WaitWindow(const std::string& text);
+    WaitWindow(const WaitWindow&) = delete;
+    WaitWindow& operator=(const WaitWindow&) = delete;
+    /// Closes the window if that has not been done. Leaves what is thrown meanwhile to the next
+    /// `rethrow_kept`.
+    ~WaitWindow();
 
-/// Closes the window, and handles no other message meanwhile. While the main window is disabled it is only
-/// asked to close when messages are next handled. Null is allowed.
-void close_wait_window(HWND window);
+    /// Closes the window, and handles no other message meanwhile. While the main window is disabled it is
+    /// only asked to close when messages are next handled. Throws what a window procedure had to keep.
+    void close();
+
+private:
+    /// Null when the window could not be shown or was closed.
+    HWND window_;
+};
 
 /// Where a block of `lines` lines, each `line_height` pixels high, starts so that it stands in the middle
 /// between `client_top` and `client_height`. Negative for a text taller than its window.

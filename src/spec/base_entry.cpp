@@ -15,12 +15,6 @@ LRESULT route(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
                                           : found->second->handleMessage(window, message, wparam, lparam);
 }
 
-LRESULT CALLBACK group_box_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    return guarded(
-        0, [&] { return route(window, message, wparam, lparam); },
-        [&] { return DefWindowProcA(window, message, wparam, lparam); });
-}
-
 } // namespace
 
 void BaseEntry::select(HWND parent) {
@@ -45,26 +39,26 @@ void BaseEntry::deselect(HWND parent) {
 }
 
 void BaseEntry::create_group_box(HWND parent) {
-    group_box_ =
-        CreateWindowExA(0, "Button", std::string(title_).c_str(), WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 0, 0,
-                        0, 0, parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
-    rethrow_kept();
-    if (group_box_ == nullptr)
-        throw std::string("Unable to create group box");
+    group_box_ = create_control(parent, {.window_class = "Button",
+                                         .text = std::string(title_).c_str(),
+                                         .style = BS_GROUPBOX,
+                                         .placement = {},
+                                         .has_stock_font = false,
+                                         .failure = "Unable to create group box"});
     previous_procedure_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrA(group_box_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&group_box_procedure)));
+        SetWindowLongPtrA(group_box_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&guarded_procedure<route>)));
     entryByGroupBox.insert_or_assign(group_box_, this);
 }
 
 void BaseEntry::createControls(HWND parent) {
     create_group_box(parent);
-    const std::string help_text(help_text_);
-    help_static_ =
-        create_child(group_box_, {"Static", help_text.c_str(), 0, 0, "Unable to create help text static"});
+    help_static_ = create_control(group_box_, {.window_class = "Static",
+                                               .text = std::string(help_text_).c_str(),
+                                               .failure = "Unable to create help text static"});
 }
 
 void BaseEntry::destroyControls(HWND) {
-    destroy_child(help_static_);
+    destroy_control(help_static_);
     DestroyWindow(group_box_);
     entryByGroupBox.erase(group_box_);
     group_box_ = nullptr;
@@ -73,9 +67,9 @@ void BaseEntry::destroyControls(HWND) {
 void BaseEntry::layout(HWND parent) {
     const RECT window = client_rectangle(parent);
     const int half = window.right / 2;
-    place(group_box_, half + 10, 10, half - 20, window.bottom - 50);
+    place(group_box_, {.x = half + 10, .y = 10, .width = half - 20, .height = window.bottom - 50});
     const RECT page = client_rectangle(group_box_);
-    place(help_static_, 10, 20, page.right - 20, page.bottom - 60);
+    place(help_static_, {.x = 10, .y = 20, .width = page.right - 20, .height = page.bottom - 60});
 }
 
 LRESULT BaseEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

@@ -5,8 +5,13 @@
 #include <utility>
 
 namespace {
-constexpr PageControl checkbox{
-    {"Button", "Enabled", BS_AUTOCHECKBOX, 0, "Unable to create checkbox control"}, 25, 15, BN_CLICKED};
+constexpr PageControl checkbox{.child = {.window_class = "Button",
+                                         .text = "Enabled",
+                                         .style = BS_AUTOCHECKBOX,
+                                         .failure = "Unable to create checkbox control"},
+                               .above_bottom = 25,
+                               .height = 15,
+                               .edited = BN_CLICKED};
 }
 
 BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)

@@ -3,8 +3,13 @@
 #include <utility>
 
 namespace {
-constexpr PageControl checkbox{
-    {"Button", "Delete", BS_AUTOCHECKBOX, 0, "Unable to create checkbox delete control"}, 25, 15, BN_CLICKED};
+constexpr PageControl checkbox{.child = {.window_class = "Button",
+                                         .text = "Delete",
+                                         .style = BS_AUTOCHECKBOX,
+                                         .failure = "Unable to create checkbox delete control"},
+                               .above_bottom = 25,
+                               .height = 15,
+                               .edited = BN_CLICKED};
 }
 
 DeleteKey::DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text)

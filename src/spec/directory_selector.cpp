@@ -8,8 +8,14 @@
 
 namespace {
 
-constexpr TextAndButton folder_box{
-    "Unable to create dir box", "...", "Unable to create dir button", 60, 40, 30, 30, 20};
+constexpr TextAndButton folder_box{.text_box_failure = "Unable to create dir box",
+                                   .button_text = "...",
+                                   .button_failure = "Unable to create dir button",
+                                   .text_box_narrower = 60,
+                                   .button_from_right = 40,
+                                   .button_above_bottom = 30,
+                                   .button_width = 30,
+                                   .button_height = 20};
 
 using PathBuffer = std::array<char, MAX_PATH>;
 

@@ -9,8 +9,14 @@
 
 namespace {
 
-constexpr TextAndButton file_box{
-    "Unable to create file box", "...", "Unable to create file button", 60, 40, 30, 30, 20};
+constexpr TextAndButton file_box{.text_box_failure = "Unable to create file box",
+                                 .button_text = "...",
+                                 .button_failure = "Unable to create file button",
+                                 .text_box_narrower = 60,
+                                 .button_from_right = 40,
+                                 .button_above_bottom = 30,
+                                 .button_width = 30,
+                                 .button_height = 20};
 
 using PathBuffer = std::array<char, MAX_PATH>;
 

@@ -6,11 +6,13 @@
 
 namespace {
 
-constexpr PageControl number_box{
-    {"Edit", "", ES_NUMBER | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, "Unable to create integer entry control"},
-    30,
-    20,
-    EN_CHANGE};
+constexpr PageControl number_box{.child = {.window_class = "Edit",
+                                           .style = ES_NUMBER | ES_AUTOHSCROLL,
+                                           .extended_style = WS_EX_CLIENTEDGE,
+                                           .failure = "Unable to create integer entry control"},
+                                 .above_bottom = 30,
+                                 .height = 20,
+                                 .edited = EN_CHANGE};
 
 /// The decimal form of the number that `text` starts with, in C's notations; empty when there is none.
 std::string plain_decimal(const std::string& text) {

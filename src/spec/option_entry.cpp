@@ -1,5 +1,7 @@
 #include "spec/option_entry.h"
 
+#include "window/main_handle.h"
+
 #include <utility>
 
 namespace {
@@ -7,10 +9,12 @@ namespace {
 constexpr int opened_height = 140;
 constexpr int list_frame = 2;
 
-constexpr PageControl combo_box{{"ComboBox", "", CBS_DROPDOWNLIST, 0, "Unable to create combobox control"},
-                                30,
-                                opened_height,
-                                CBN_SELCHANGE};
+constexpr PageControl combo_box{.child = {.window_class = "ComboBox",
+                                          .style = CBS_DROPDOWNLIST,
+                                          .failure = "Unable to create combobox control"},
+                                .above_bottom = 30,
+                                .height = opened_height,
+                                .edited = CBN_SELCHANGE};
 
 /// The longest text, in bytes, that the list shows of an option.
 constexpr std::size_t longest_shown_option = 1023;

@@ -4,7 +4,7 @@
 #include "net/discovery.h"
 #include "service/wait_window.h"
 #include "spec/configuration.h"
-#include "window/guard.h"
+#include "window/boxes.h"
 #include "window/main_handle.h"
 
 #include <cstdint>
@@ -15,26 +15,29 @@
 
 namespace {
 
-constexpr TextAndButton server_box{
-    "Unable to create text entry box", "Scan", "Unable to create scan button", 75, 60, 32, 50, 22};
-
-void show_box(const std::string& text, const char* caption, UINT icon) {
-    MessageBoxA(main_window, text.c_str(), caption, MB_OK | icon);
-    rethrow_kept();
-}
+constexpr TextAndButton server_box{.text_box_failure = "Unable to create text entry box",
+                                   .button_text = "Scan",
+                                   .button_failure = "Unable to create scan button",
+                                   .text_box_narrower = 75,
+                                   .button_from_right = 60,
+                                   .button_above_bottom = 32,
+                                   .button_width = 50,
+                                   .button_height = 22};
 
 /// The servers found, as a list text. A failure is shown and finds none.
 std::string scan(std::uint16_t port) {
-    const HWND wait_window = open_wait_window("Scanning for Tavrin Servers running at port " +
-                                              port_text(port) + ". Please be patient.");
+    WaitWindow wait_window("Scanning for Tavrin Servers running at port " + port_text(port) +
+                           ". Please be patient.");
     char* block = nullptr;
     const char* const failure = scan_servers(port, &block);
     const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
     if (failure != nullptr) {
-        show_box(std::string("Error scanning for Tavrin Servers:\n\n") + failure,
-                 "Error scanning for Tavrin Servers", MB_ICONERROR);
+        show_box({.owner = main_window,
+                  .text = std::string("Error scanning for Tavrin Servers:\n\n") + failure,
+                  .caption = "Error scanning for Tavrin Servers",
+                  .style = MB_OK | MB_ICONERROR});
     }
-    close_wait_window(wait_window);
+    wait_window.close();
     return failure == nullptr ? join_found_servers(block) : std::string();
 }
 
@@ -49,8 +52,10 @@ void ServerListEntry::button_pressed() {
     std::string found = scan(port);
     // Deliberately also after a failed scan: its box comes first, this one second.
     if (found.empty()) {
-        show_box("No Tavrin Servers found at port " + port_text(port), "No Tavrin Servers Found",
-                 MB_ICONINFORMATION);
+        show_box({.owner = main_window,
+                  .text = "No Tavrin Servers found at port " + port_text(port),
+                  .caption = "No Tavrin Servers Found",
+                  .style = MB_OK | MB_ICONINFORMATION});
     } else {
         replace_value(std::move(found));
     }

@@ -1,13 +1,16 @@
 #include "spec/signal_event.h"
 
 #include "error/exceptions.h"
+#include "window/boxes.h"
 
 #include <utility>
 
 namespace {
 /// The failure text is deliberately that of the server list's button.
 constexpr PageControl execute_button{
-    {"Button", "Execute", 0, 0, "Unable to create scan button"}, 32, 22, never_reported};
+    .child = {.window_class = "Button", .text = "Execute", .failure = "Unable to create scan button"},
+    .above_bottom = 32,
+    .height = 22};
 } // namespace
 
 SignalEvent::SignalEvent(std::string event_name, std::string_view title, std::string_view help_text)
@@ -25,5 +28,5 @@ void SignalEvent::signal() const {
     if (!SetEvent(event))
         throw_system_error(GetLastError(), "Couldn't signal event");
     CloseHandle(event);
-    MessageBoxA(nullptr, "The action has been taken.", "Action taken", MB_ICONINFORMATION);
+    show_box({.text = "The action has been taken.", .caption = "Action taken", .style = MB_ICONINFORMATION});
 }

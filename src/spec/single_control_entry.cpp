@@ -1,5 +1,7 @@
 #include "spec/single_control_entry.h"
 
+#include "window/main_handle.h"
+
 #include <utility>
 
 SingleControlEntry::SingleControlEntry(std::string_view title, std::string_view help_text,
@@ -8,18 +10,19 @@ SingleControlEntry::SingleControlEntry(std::string_view title, std::string_view 
 
 void SingleControlEntry::createControls(HWND parent) {
     BaseEntry::createControls(parent);
-    control_ = create_child(group_box(), kind_.child);
+    control_ = create_control(group_box(), kind_.child);
 }
 
 void SingleControlEntry::destroyControls(HWND parent) {
-    destroy_child(control_);
+    destroy_control(control_);
     BaseEntry::destroyControls(parent);
 }
 
 void SingleControlEntry::layout(HWND parent) {
     BaseEntry::layout(parent);
     const RECT page = client_rectangle(group_box());
-    place(control_, 10, page.bottom - kind_.above_bottom, page.right - 20, kind_.height);
+    place(control_,
+          {.x = 10, .y = page.bottom - kind_.above_bottom, .width = page.right - 20, .height = kind_.height});
 }
 
 LRESULT SingleControlEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {

@@ -10,12 +10,12 @@ inline constexpr WORD never_reported = 0xFFFF;
 
 /// What tells one such kind from another.
 struct PageControl {
-    ChildControl child;
+    ControlDescription child;
     /// Distance of the control's upper edge from the page's lower edge, and the control's height, in pixels.
     int above_bottom;
     int height;
     /// The notification code by which the control reports that the user edited the value.
-    WORD edited;
+    WORD edited = never_reported;
 };
 
 class SingleControlEntry : public BaseEntry {

@@ -3,8 +3,13 @@
 #include <utility>
 
 namespace {
-constexpr PageControl text_box{
-    {"Edit", "", ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, "Unable to create text entry control"}, 30, 20, EN_CHANGE};
+constexpr PageControl text_box{.child = {.window_class = "Edit",
+                                         .style = ES_AUTOHSCROLL,
+                                         .extended_style = WS_EX_CLIENTEDGE,
+                                         .failure = "Unable to create text entry control"},
+                               .above_bottom = 30,
+                               .height = 20,
+                               .edited = EN_CHANGE};
 }
 
 StringEntry::StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)

@@ -1,6 +1,7 @@
 #include "spec/text_and_button_entry.h"
 
 #include "window/controls.h"
+#include "window/main_handle.h"
 
 #include <utility>
 
@@ -10,23 +11,29 @@ TextAndButtonEntry::TextAndButtonEntry(CommonRegKey binding, std::string_view ti
 
 void TextAndButtonEntry::createControls(HWND parent) {
     BaseEntry::createControls(parent);
-    text_box_ =
-        create_child(group_box(), {"Edit", "", ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, kind_.text_box_failure});
-    button_ = create_child(group_box(), {"Button", kind_.button_text, 0, 0, kind_.button_failure});
+    text_box_ = create_control(group_box(), {.window_class = "Edit",
+                                             .style = ES_AUTOHSCROLL,
+                                             .extended_style = WS_EX_CLIENTEDGE,
+                                             .failure = kind_.text_box_failure});
+    button_ = create_control(
+        group_box(), {.window_class = "Button", .text = kind_.button_text, .failure = kind_.button_failure});
 }
 
 void TextAndButtonEntry::destroyControls(HWND parent) {
-    destroy_child(button_);
-    destroy_child(text_box_);
+    destroy_control(button_);
+    destroy_control(text_box_);
     BaseEntry::destroyControls(parent);
 }
 
 void TextAndButtonEntry::layout(HWND parent) {
     BaseEntry::layout(parent);
     const RECT page = client_rectangle(group_box());
-    place(text_box_, 10, page.bottom - 30, page.right - kind_.text_box_narrower, 20);
-    place(button_, page.right - kind_.button_from_right, page.bottom - kind_.button_above_bottom,
-          kind_.button_width, kind_.button_height);
+    place(text_box_,
+          {.x = 10, .y = page.bottom - 30, .width = page.right - kind_.text_box_narrower, .height = 20});
+    place(button_, {.x = page.right - kind_.button_from_right,
+                    .y = page.bottom - kind_.button_above_bottom,
+                    .width = kind_.button_width,
+                    .height = kind_.button_height});
 }
 
 void TextAndButtonEntry::showValue() { SetWindowTextA(text_box_, value().c_str()); }

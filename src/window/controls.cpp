@@ -1,30 +1,31 @@
 #include "window/controls.h"
 
 #include "window/guard.h"
-#include "window/main_handle.h"
 
 #include <array>
 
-HMENU no_identifier() { return reinterpret_cast<HMENU>(static_cast<INT_PTR>(-1)); }
-
-HWND create_child(HWND parent, const ChildControl& description) {
-    const HWND control = CreateWindowExA(description.extended_style, description.window_class,
-                                         description.text, WS_CHILD | WS_VISIBLE | description.style, 0, 0, 1,
-                                         1, parent, no_identifier(), GetModuleHandleA(nullptr), nullptr);
+HWND create_control(HWND parent, const ControlDescription& description) {
+    const DWORD visible = description.hidden ? 0 : WS_VISIBLE;
+    const Placement& at = description.placement;
+    const HWND control = CreateWindowExA(
+        description.extended_style, description.window_class, description.text,
+        WS_CHILD | visible | description.style, at.x, at.y, at.width, at.height, parent,
+        reinterpret_cast<HMENU>(INT_PTR{description.identifier}), GetModuleHandleA(nullptr), nullptr);
     rethrow_kept();
-    if (control == nullptr)
+    if (control == nullptr && description.failure != nullptr)
         throw std::string(description.failure);
-    SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
+    if (description.has_stock_font)
+        SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
     return control;
 }
 
-void destroy_child(HWND& control) {
+void destroy_control(HWND& control) {
     DestroyWindow(control);
     control = nullptr;
 }
 
-void place(HWND control, int x, int y, int width, int height) {
-    SetWindowPos(control, nullptr, x, y, width, height, SWP_NOZORDER);
+void place(HWND control, const Placement& placement) {
+    SetWindowPos(control, nullptr, placement.x, placement.y, placement.width, placement.height, SWP_NOZORDER);
 }
 
 RECT client_rectangle(HWND window) {
@@ -43,8 +44,6 @@ std::string control_text(HWND control) {
     GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size()));
     return buffer.data();
 }
-
-void post_page_changed() { PostMessageA(main_window, page_changed_message, 0, 0); }
 
 bool reports(UINT message, WPARAM wparam, LPARAM lparam, HWND control, WORD notification) {
     return message == WM_COMMAND && reinterpret_cast<HWND>(lparam) == control &&

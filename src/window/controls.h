@@ -1,40 +1,53 @@
 #pragma once
-/// What the pages do with their controls.
+/// Child controls: how they come into being and go, where they stand, what they report.
 #include "platform/win32.h"
 
+#include <cstddef>
 #include <string>
 
-/// How a child control comes into being, and the text that is thrown when it does not.
-struct ChildControl {
-    const char* window_class;
-    const char* text;
-    DWORD style;
-    DWORD extended_style;
-    const char* failure;
+/// Where a control stands in its parent's client area, in pixels.
+struct Placement {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    friend bool operator==(const Placement&, const Placement&) = default;
 };
 
-/// No control of a page is looked up by its identifier.
-HMENU no_identifier();
-/// Creates a visible child of `parent` with the stock font; until it is placed it covers one pixel.
-HWND create_child(HWND parent, const ChildControl& description);
-/// Destroys the control and forgets its handle.
-void destroy_child(HWND& control);
+/// For a control that nobody looks up by its identifier.
+inline constexpr int no_identifier = -1;
 
-/// Moves the control within its parent, in pixels.
-void place(HWND control, int x, int y, int width, int height);
+/// How a child control comes into being.
+struct ControlDescription {
+    const char* window_class;
+    const char* text = "";
+    /// Beside WS_CHILD and, unless `hidden`, WS_VISIBLE.
+    DWORD style = 0;
+    DWORD extended_style = 0;
+    bool hidden = false;
+    int identifier = no_identifier;
+    /// Until it is laid out.
+    Placement placement{.width = 1, .height = 1};
+    bool has_stock_font = true;
+    /// The text that is thrown when there is no such control; null when the parent goes on without it.
+    const char* failure = nullptr;
+};
+
+HWND create_control(HWND parent, const ControlDescription& description);
+/// Destroys the control and forgets its handle.
+void destroy_control(HWND& control);
+
+/// Moves the control within its parent.
+void place(HWND control, const Placement& placement);
 RECT client_rectangle(HWND window);
 /// Draws the ground of buttons over the window's client area.
 void fill_ground(HWND window, HDC context);
 
-/// The longest text, in bytes, that a page takes from a control; what follows is cut.
+/// The longest text, in bytes, that is taken from a control; what follows is cut.
 inline constexpr std::size_t longest_taken_text = 1023;
 std::string control_text(HWND control);
 
-/// Posted to the main window, without parameters, after the user edited the value of the page shown.
-inline constexpr UINT page_changed_message = WM_APP + 1;
-void post_page_changed();
-
 /// True for a WM_COMMAND by which `control` reports `notification`.
 bool reports(UINT message, WPARAM wparam, LPARAM lparam, HWND control, WORD notification);
-/// True for a WM_COMMAND by which whatever button of the page reports that it was pressed.
+/// True for a WM_COMMAND by which whatever button of the parent reports that it was pressed.
 bool reports_press(UINT message, WPARAM wparam);

@@ -29,3 +29,11 @@ LRESULT guarded(LRESULT failure, Body body, Fallback fallback) noexcept {
         return failure;
     }
 }
+
+/// The window procedure whose body is `Handle`. Creation fails when that throws.
+template <LRESULT (*Handle)(HWND, UINT, WPARAM, LPARAM)>
+LRESULT CALLBACK guarded_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
+    return guarded(
+        message == WM_CREATE ? -1 : 0, [&] { return Handle(window, message, wparam, lparam); },
+        [&] { return DefWindowProcA(window, message, wparam, lparam); });
+}

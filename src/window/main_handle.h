@@ -1,6 +1,20 @@
 #pragma once
+/// What the rooms below app/ know of the main window.
 #include "platform/win32.h"
 
-/// The main window: owner of message boxes, receiver of the page-changed message, window of the keyboard
-/// navigation. Null before it is created and after start-up failed.
+/// Owner of message boxes and of the wait window, receiver of the page-changed message, window of the
+/// keyboard navigation. Null before it is created, after it is destroyed and after start-up failed.
 inline HWND main_window = nullptr;
+
+/// Posted to the main window, without parameters, after the user edited the value of the page shown.
+inline constexpr UINT page_changed_message = WM_APP + 1;
+void post_page_changed();
+
+/// Hands a retrieved message on as a dialog would: keyboard navigation of the window `navigated` first, then
+/// to the window that the message is for.
+void dispatch_message(HWND navigated, MSG& message);
+
+/// Handles one message, if one is waiting: between the steps of a long wait, it keeps the windows painted. A
+/// quit message goes back into the queue: it is for the program's own loop. Throws what a procedure had to
+/// keep.
+void pump_one_message();

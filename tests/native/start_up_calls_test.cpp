@@ -33,7 +33,7 @@ TEST_F(StartUpCalls, NoGhostTakesTheWindowsPlaceWhileTheProgramIsBusy) {
 }
 
 TEST_F(StartUpCalls, BothClassesHaveThePictureThatIsMadeForTheSmallIcon) {
-    then([] { DestroyWindow(open_wait_window("text")); });
+    then([] { const WaitWindow wait("text"); });
     EXPECT_EQ(run(), 0);
     for (const char* name : {"trconfigclass", "tavrin_service_win"}) {
         const WNDCLASSEXA details = class_of_name(name);

@@ -21,14 +21,14 @@ protected:
 
 /// Lines of the stock GUI font are 13 pixels high here, those of the font that a context has at first 16.
 TEST_F(WaitWindowFont, IsTheOneThatItsLinesAreMeasuredIn) {
-    const HWND opened = open_wait_window("one line");
-    EXPECT_EQ(client_size_of(GetDlgItem(opened, 106)).y, 13);
+    const WaitWindow wait("one line");
+    EXPECT_EQ(client_size_of(GetDlgItem(FindWindowA("tavrin_service_win", nullptr), 106)).y, 13);
 }
 
 TEST_F(WaitWindowFont, IsGivenBackWithItsContext) {
     const HGDIOBJ before = SelectObject(nullptr, nullptr);
     SelectObject(nullptr, before);
-    open_wait_window("text");
+    const WaitWindow wait("text");
     EXPECT_EQ(SelectObject(nullptr, before), before);
     EXPECT_GT(substitute::call_count("GetDC"), 0);
     EXPECT_EQ(substitute::call_count("ReleaseDC"), substitute::call_count("GetDC"));

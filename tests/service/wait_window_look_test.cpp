@@ -4,6 +4,7 @@
 #include "window/main_handle.h"
 
 #include <gmock/gmock.h>
+#include <optional>
 
 namespace {
 
@@ -12,17 +13,19 @@ protected:
     void SetUp() override {
         main_window = CreateWindowExA(0, "Static", "main", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 436,
                                       229, nullptr, nullptr, nullptr, nullptr);
-        window = open_wait_window("Please wait while stopping service....");
+        wait.emplace("Please wait while stopping service....");
+        window = FindWindowA("tavrin_service_win", "Tavrin Service Control");
         ASSERT_NE(window, nullptr);
         message = GetDlgItem(window, 106);
         ASSERT_NE(message, nullptr);
     }
     void TearDown() override {
-        DestroyWindow(window);
+        wait.reset();
         DestroyWindow(main_window);
         main_window = nullptr;
     }
 
+    std::optional<WaitWindow> wait;
     HWND window = nullptr;
     HWND message = nullptr;
 };

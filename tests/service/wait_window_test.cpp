@@ -1,4 +1,5 @@
 #include "service/wait_window.h"
+#include "support/page.h"
 #include "support/test_window.h"
 #include "support/thrown.h"
 #include "support/user.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-class WaitWindow : public CleanSystem {
+class WaitWindowLife : public CleanSystem {
 protected:
     void SetUp() override {
         main_window = CreateWindowExA(0, "Static", "main", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 437,
@@ -21,12 +22,19 @@ protected:
         DestroyWindow(main_window);
         main_window = nullptr;
     }
+
+    /// The one that was opened last, which the user has before him; null when it is none.
+    static HWND shown() {
+        const HWND window = GetActiveWindow();
+        return class_of(window) == "tavrin_service_win" ? window : nullptr;
+    }
 };
 
-TEST_F(WaitWindow, IsSmallCaptionedAndCentredOverTheMainWindow) {
+TEST_F(WaitWindowLife, IsSmallCaptionedAndCentredOverTheMainWindow) {
     RECT main{};
     GetWindowRect(main_window, &main);
-    const HWND window = open_wait_window("Please wait while stopping service....");
+    const WaitWindow wait("Please wait while stopping service....");
+    const HWND window = shown();
     ASSERT_NE(window, nullptr);
     RECT at{};
     GetWindowRect(window, &at);
@@ -36,11 +44,11 @@ TEST_F(WaitWindow, IsSmallCaptionedAndCentredOverTheMainWindow) {
     EXPECT_EQ(at.top, main.top + (main.bottom - main.top - 75) / 2);
     EXPECT_EQ(text_of(window), "Tavrin Service Control");
     EXPECT_TRUE(IsWindowVisible(window));
-    DestroyWindow(window);
 }
 
-TEST_F(WaitWindow, ShowsTheMessageInTheMiddleOfItsClientArea) {
-    const HWND window = open_wait_window("Please wait while starting service....");
+TEST_F(WaitWindowLife, ShowsTheMessageInTheMiddleOfItsClientArea) {
+    const WaitWindow wait("Please wait while starting service....");
+    const HWND window = shown();
     const HWND message = GetDlgItem(window, 106);
     ASSERT_NE(message, nullptr);
     EXPECT_EQ(text_of(message), "Please wait while starting service....");
@@ -54,26 +62,29 @@ TEST_F(WaitWindow, ShowsTheMessageInTheMiddleOfItsClientArea) {
     GetWindowRect(message, &placed);
     EXPECT_EQ(placed.right - placed.left, client.right);
     EXPECT_LT(placed.bottom - placed.top, client.bottom) << "as high as its lines, not as the window";
-    DestroyWindow(window);
 }
 
-TEST_F(WaitWindow, ClosesAtOnceAndPostsNoQuitMessage) {
-    const HWND window = open_wait_window("text");
-    close_wait_window(window);
+TEST_F(WaitWindowLife, ClosesAtOnceAndPostsNoQuitMessage) {
+    WaitWindow wait("text");
+    const HWND window = shown();
+    wait.close();
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(GetActiveWindow(), main_window);
     MSG message{};
     EXPECT_FALSE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
 }
 
-TEST_F(WaitWindow, LeavesAllOtherMessagesInTheQueueWhenItCloses) {
-    const HWND other = open_wait_window("other");
-    const HWND window = open_wait_window("text");
+TEST_F(WaitWindowLife, LeavesAllOtherMessagesInTheQueueWhenItCloses) {
+    WaitWindow first("other");
+    const HWND other = shown();
+    WaitWindow wait("text");
+    const HWND window = shown();
+    ASSERT_NE(window, other);
     PostMessageA(main_window, WM_CLOSE, 0, 0);
     PostMessageA(other, WM_CLOSE, 0, 0);
     PostMessageA(main_window, WM_APP + 7, 0, 0);
     PostQuitMessage(7);
-    close_wait_window(window);
+    wait.close();
     EXPECT_FALSE(IsWindow(window));
     EXPECT_TRUE(IsWindow(other));
     MSG message{};
@@ -82,14 +93,14 @@ TEST_F(WaitWindow, LeavesAllOtherMessagesInTheQueueWhenItCloses) {
     EXPECT_TRUE(PeekMessageA(&message, main_window, WM_APP + 7, WM_APP + 7, PM_REMOVE));
     EXPECT_TRUE(PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
     EXPECT_EQ(message.wParam, 7U);
-    DestroyWindow(other);
 }
 
 /// Else another program's window would become active: the main window cannot.
-TEST_F(WaitWindow, StaysOverADisabledMainWindowUntilMessagesAreHandled) {
+TEST_F(WaitWindowLife, StaysOverADisabledMainWindowUntilMessagesAreHandled) {
     EnableWindow(main_window, FALSE);
-    const HWND window = open_wait_window("text");
-    close_wait_window(window);
+    WaitWindow wait("text");
+    const HWND window = shown();
+    wait.close();
     EXPECT_TRUE(IsWindow(window));
     EnableWindow(main_window, TRUE);
     pump_messages();
@@ -106,20 +117,48 @@ LRESULT CALLBACK throw_when_activated(HWND window, UINT message, WPARAM wparam, 
 }
 
 /// What its owner throws when it becomes active again ends the step that the window stood for.
-TEST_F(WaitWindow, HandsOnWhatIsThrownWhileItCloses) {
-    const HWND window = open_wait_window("text");
+TEST_F(WaitWindowLife, HandsOnWhatIsThrownWhileItCloses) {
+    WaitWindow wait("text");
     SetWindowLongPtrA(main_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&throw_when_activated));
-    EXPECT_EQ(thrown_text([&] { close_wait_window(window); }), "thrown");
+    EXPECT_EQ(thrown_text([&] { wait.close(); }), "thrown");
     pump_messages();
 }
 
-TEST_F(WaitWindow, ClosingNoWindowDoesNothing) { close_wait_window(nullptr); }
+TEST_F(WaitWindowLife, LeavesToItsCallerWhatIsThrownWhileItGoesByItself) {
+    {
+        const WaitWindow wait("text");
+        SetWindowLongPtrA(main_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&throw_when_activated));
+    }
+    EXPECT_EQ(thrown_text([] { rethrow_kept(); }), "thrown");
+    pump_messages();
+}
 
-TEST_F(WaitWindow, OpensAgainAndAgain) {
+TEST_F(WaitWindowLife, GoesWithAStepThatThrows) {
+    HWND window = nullptr;
+    const auto step = [&] {
+        const WaitWindow wait("text");
+        window = shown();
+        throw std::string("broken");
+    };
+    EXPECT_EQ(thrown_text(step), "broken");
+    EXPECT_NE(window, nullptr);
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_F(WaitWindowLife, ClosesOnceOnly) {
+    WaitWindow wait("text");
+    wait.close();
+    const WaitWindow other("other");
+    wait.close();
+    EXPECT_TRUE(IsWindow(shown()));
+}
+
+TEST_F(WaitWindowLife, OpensAgainAndAgain) {
     for (int i = 0; i < 3; ++i) {
-        const HWND window = open_wait_window("text");
+        WaitWindow wait("text");
+        const HWND window = shown();
         ASSERT_NE(window, nullptr);
-        close_wait_window(window);
+        wait.close();
         EXPECT_FALSE(IsWindow(window));
     }
 }

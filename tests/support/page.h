@@ -1,8 +1,8 @@
 #pragma once
 /// What tests of the pages need: a window that stands in for the main window, and a look at its controls.
-#include "app/window_layout.h"
 #include "platform/win32.h"
 #include "support/test_window.h"
+#include "window/controls.h"
 
 #include <functional>
 #include <ostream>

@@ -64,10 +64,10 @@ bool try_server(int number) {
 }
 
 bool try_server_with_window(int number) {
-    const HWND wait = open_wait_window("Testing connection to server \"" + servers.address(number) +
-                                       "\" at port " + std::to_string(servers.port) + ". Please be patient.");
+    WaitWindow wait("Testing connection to server \"" + servers.address(number) + "\" at port " +
+                    std::to_string(servers.port) + ". Please be patient.");
     const bool good = try_server(number);
-    close_wait_window(wait);
+    wait.close();
     return good;
 }
 

@@ -1,4 +1,4 @@
-#include "window/dispatch.h"
+#include "window/main_handle.h"
 
 #include "support/test_window.h"
 

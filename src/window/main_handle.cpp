@@ -1,0 +1,27 @@
+#include "window/main_handle.h"
+
+#include "window/guard.h"
+
+void post_page_changed() { PostMessageA(main_window, page_changed_message, 0, 0); }
+
+void dispatch_message(HWND navigated, MSG& message) {
+    if (IsDialogMessageA(navigated, &message))
+        return;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+}
+
+void pump_one_message() {
+    MSG message{};
+    const bool waiting = PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != FALSE;
+    // What other threads send is handled while the queue is asked.
+    rethrow_kept();
+    if (!waiting)
+        return;
+    if (message.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(message.wParam));
+    } else {
+        dispatch_message(main_window, message);
+    }
+    rethrow_kept();
+}
