@@ -114,7 +114,8 @@ void check_datagram(const std::string& line) {
 TEST(ProtocolGuide, EveryExampleIsTrueOfTheTool) {
     int checked = 0;
     for (const Fence& fence : fences_of("protocol.md")) {
-        ASSERT_THAT(fence.label, AnyOf("elements", "wishes", "conversation", "datagrams", "sh", "text")) << fence.line;
+        ASSERT_THAT(fence.label, AnyOf("elements", "wishes", "conversation", "datagrams", "sh", "text"))
+            << fence.line;
         if (fence.label == "sh" || fence.label == "text" || fence.label == "wishes")
             continue;
         ++checked;

@@ -5,6 +5,7 @@
 //   tree      what the tool shows of the file above
 //   message   the texts that it shows of the file above, one a line; whatever throws them
 //   subspec   one entry of the type that the heading names
+//   nsis      wxs      for installers; test_installer_snippets.py compiles them
 #include "guides/guide.h"
 #include "spec/configuration.h"
 #include "spec/spec_parser.h"
@@ -157,7 +158,8 @@ TEST_F(SpecFilesGuide, EveryFileLeadsToWhatTheGuideSays) {
 
 TEST_F(SpecFilesGuide, HasNoBlockThatNoTestReads) {
     for (const Fence& fence : fences_of("spec-files.md")) {
-        EXPECT_THAT(fence.label, AnyOf("spec", "stored", "tree", "message", "subspec", "bat"))
+        EXPECT_THAT(fence.label,
+                    AnyOf("spec", "stored", "tree", "message", "subspec", "bat", "sh", "nsis", "wxs"))
             << "line " << fence.line;
     }
 }
