@@ -6,6 +6,8 @@ import unittest
 from guide import GUIDES, TOP, prose
 
 LARGEST_PICTURES = 300 * 1024
+# The place that hosts the repository has its releases there.
+HOSTED = {"../../releases"}
 
 
 def anchor_of(heading):
@@ -26,6 +28,8 @@ class Links(unittest.TestCase):
         for guide in GUIDES:
             for link in links(guide):
                 name, _, anchor = link.partition("#")
+                if link in HOSTED:
+                    continue
                 target = (guide.parent / name) if name else guide
                 with self.subTest(guide=guide.name, link=link):
                     self.assertTrue(target.is_file())
@@ -38,8 +42,12 @@ class Links(unittest.TestCase):
                 self.assertEqual(len(headings), len(anchors(guide)), guide.name)
 
     def test_every_guide_is_found_from_the_readme(self):
-        readme = {(TOP / link.partition("#")[0]).resolve() for link in links(TOP / "README.md")}
-        self.assertEqual([guide.name for guide in GUIDES[1:] if guide not in readme], [])
+        found, new = set(), {TOP / "README.md"}
+        while new:
+            found |= new
+            new = {(guide.parent / link.partition("#")[0]).resolve() for guide in new for link in links(guide)}
+            new = (new & set(GUIDES)) - found
+        self.assertEqual([guide.name for guide in GUIDES if guide not in found], [])
 
     def test_every_picture_is_shown(self):
         shown = {(guide.parent / link).resolve() for guide in GUIDES for link in links(guide)}
