@@ -1,6 +1,5 @@
 #pragma once
-/// Where discovery gets its memory, which goes to callers that free() it. Only a test changes it, to let
-/// memory run out on any platform.
+/// Memory that changes hands: who takes it over frees it with free().
 #include <cstddef>
 #include <cstdlib>
 
@@ -8,7 +7,9 @@ namespace net {
 
 using ResizeMemory = void* (*)(void* block, std::size_t size);
 
-/// By realloc's rules: a null `block` allocates, a null result means that `block` is as it was.
+/// By realloc's rules: a null `block` allocates, a null result means that `block` is as it was. Only tests
+/// change it, to let memory run out on any platform; to replace realloc itself the linker would have to
+/// replace malloc too, which compilers call in its place, and with it all other memory.
 inline ResizeMemory resize_memory = std::realloc;
 
 /// For std::unique_ptr.
