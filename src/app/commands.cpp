@@ -1,14 +1,14 @@
 #include "app/commands.h"
 
+#include "app/apply_changes.h"
 #include "app/main_window_state.h"
 #include "app/test_connection.h"
-#include "service/apply.h"
 #include "spec/configurations.h"
 
 void apply_and_close(HWND window) {
     EnableWindow(window, FALSE);
     for (const auto& [name, configuration] : configurations)
-        apply(*configuration);
+        apply_changes(*configuration);
     DestroyWindow(window);
 }
 

@@ -1,110 +1,91 @@
 #include "service/agent_service.h"
 
-#include "service/wait_window.h"
-#include "window/boxes.h"
-#include "window/main_handle.h"
-
-#include <cstdio>
-#include <utility>
+using std::chrono::milliseconds;
 
 namespace {
-
-constexpr int kStopPasses = 6000;
-constexpr DWORD kPassMilliseconds = 10;
-constexpr int kPassesPerQuery = 100;
-
-int show(const std::string& text, const std::string& caption, UINT style) {
-    return show_box({.owner = main_window, .text = text, .caption = caption, .style = style});
-}
-
+constexpr milliseconds pass_length(10);
+constexpr int passes_per_query = 100;
 } // namespace
 
-AgentService::AgentService(std::string display_name, const std::string& service_name)
-    : display_name_(std::move(display_name)),
-      manager_(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) {
-    if (!manager_)
-        return;
-    service_ = ServiceHandle(OpenServiceA(manager_.get(), service_name.c_str(), SERVICE_ALL_ACCESS));
-    if (!service_) {
-        std::fputs("Unable to find agent service\n", stderr);
-        manager_ = ServiceHandle();
+AgentService::AgentService(const std::string& name, RestartDialogue& dialogue)
+    : dialogue_(dialogue), manager_(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) {
+    if (!manager_) {
+        absence_ = {ServiceTrouble::unreachable, GetLastError()};
         return;
     }
-    found_ = query();
+    service_ = ServiceHandle(OpenServiceA(manager_.get(), name.c_str(), SERVICE_ALL_ACCESS));
+    if (!service_) {
+        absence_ = {ServiceTrouble::unknown, GetLastError()};
+        manager_ = ServiceHandle();
+    } else if (!query()) {
+        absence_ = {ServiceTrouble::unreachable, GetLastError()};
+    }
 }
 
 bool AgentService::query() { return QueryServiceStatus(service_.get(), &status_) != FALSE; }
 
-void AgentService::offer_stop() {
+void AgentService::offer_stop(milliseconds limit) {
+    if (absence_)
+        return dialogue_.tell(absence_->trouble, absence_->code);
     if (is_stopped())
         return;
-    restart_agreed_ = show("The " + display_name_ +
-                               " Service is currently started. In order for the changes to be effectuated, "
-                               "the service will have to "
-                               "be restarted. Do you wish to do this now?",
-                           "Restart " + display_name_ + " Service?", MB_YESNO | MB_ICONQUESTION) == IDYES;
-    if (restart_agreed_)
-        stop();
+    restart_agreed_ = dialogue_.agrees_to_restart();
+    if (!restart_agreed_)
+        return;
+    Failure failure;
+    dialogue_.while_stopping([&] { failure = stop(limit); });
+    if (failure)
+        dialogue_.tell(ServiceTrouble::not_stopped, *failure);
 }
 
-void AgentService::stop() {
-    std::fputs("Stopping service\n", stderr);
-    WaitWindow wait_window("Please wait while stopping service....");
-    const bool stopped =
-        ControlService(service_.get(), SERVICE_CONTROL_STOP, &status_) != FALSE && wait_until_stopped();
-    wait_window.close();
-    if (!stopped) {
-        show("Failed to stop service. You will have to restart the service manually, in order to effectuate "
-             "the changes",
-             "Stopping service failed", MB_ICONERROR);
+AgentService::Failure AgentService::stop(milliseconds limit) {
+    if (!ControlService(service_.get(), SERVICE_CONTROL_STOP, &status_))
+        return GetLastError();
+    return wait_until(limit, [this] { return is_stopped(); });
+}
+
+template <typename Done> AgentService::Failure AgentService::wait_until(milliseconds limit, Done done) {
+    for (auto passes = limit / pass_length; !done() && passes >= 1;) {
+        --passes;
+        Sleep(static_cast<DWORD>(pass_length.count()));
+        if (passes % passes_per_query == 0 && !query())
+            return GetLastError();
+        dialogue_.pass();
     }
+    return done() ? Failure() : Failure(DWORD{0});
 }
 
-bool AgentService::wait_until_stopped() {
-    for (int counter = kStopPasses; !is_stopped() && counter >= 1;) {
-        --counter;
-        Sleep(kPassMilliseconds);
-        if (counter % kPassesPerQuery == 0 && !query())
-            return false;
-        pump_one_message();
-    }
-    return is_stopped();
-}
-
-void AgentService::offer_start() {
+void AgentService::offer_start(milliseconds limit) {
     if (!service_)
         return;
-    if (query() && is_stopped()) {
-        if (restart_agreed_ || user_agrees_to_start())
-            start();
-        return;
-    }
-    // Deliberately said also to a user who declined the restart and whose service simply kept running.
-    if (found_) {
-        show("The service could not be automatically restarted. Please start the " + display_name_ +
-                 " service manually.",
-             "Error restarting service", MB_ICONERROR);
+    const bool known = query();
+    const DWORD code = known ? 0 : GetLastError();
+    if (known && is_stopped()) {
+        if (restart_agreed_ || dialogue_.agrees_to_start())
+            start_telling(limit);
+    } else if (!absence_) {
+        dialogue_.tell(ServiceTrouble::not_restarted, code);
     }
 }
 
-bool AgentService::user_agrees_to_start() const {
-    return show("The " + display_name_ + " service is stopped. Do you want to start it?",
-                "Start " + display_name_ + " service?", MB_YESNO | MB_ICONQUESTION) == IDYES;
+void AgentService::start_telling(milliseconds limit) {
+    Failure failure;
+    dialogue_.while_starting([&] { failure = start(limit); });
+    if (failure)
+        dialogue_.tell(ServiceTrouble::not_started, *failure);
 }
 
-void AgentService::start() {
-    WaitWindow wait_window("Please wait while starting service....");
-    const bool started = StartServiceA(service_.get(), 0, nullptr) != FALSE;
-    wait_window.close();
-    if (!started) {
-        show("The service could not be started. Please start the " + display_name_ + " service manually.",
-             "Error starting service", MB_ICONERROR);
-    }
+AgentService::Failure AgentService::start(milliseconds limit) {
+    if (!StartServiceA(service_.get(), 0, nullptr))
+        return GetLastError();
+    return limit == milliseconds::zero() ? Failure() : wait_while_starting(limit);
 }
 
-void AgentService::ask_for_manual_restart() const {
-    show("You have changed the configuration of the " + display_name_ +
-             ". In order for these changes to be effectuated, you will have to restart the " + display_name_ +
-             " service manually.",
-         "Service must be restarted manually", MB_ICONEXCLAMATION);
+/// A service that gives up while it starts is stopped again and says why.
+AgentService::Failure AgentService::wait_while_starting(milliseconds limit) {
+    if (!query())
+        return GetLastError();
+    if (const Failure failure = wait_until(limit, [this] { return !is_starting(); }))
+        return failure;
+    return is_stopped() ? Failure(status_.dwWin32ExitCode) : Failure();
 }

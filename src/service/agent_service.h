@@ -1,37 +1,46 @@
 #pragma once
+#include "service/restart_dialogue.h"
 #include "service/service_handle.h"
 
+#include <chrono>
+#include <optional>
 #include <string>
 
-/// The service of one configuration, as far as the apply sequence deals with it: opened once, asked, stopped,
-/// started again. `display_name` is the configuration's name, which every message to the user carries.
+/// A service, as far as the apply sequence deals with it: opened once, asked, stopped, started again.
 class AgentService {
 public:
-    AgentService(std::string display_name, const std::string& service_name);
+    AgentService(const std::string& name, RestartDialogue& dialogue);
 
-    /// The service was opened and answered with its state. If not, it can be neither stopped nor started
-    /// here.
-    bool found() const { return found_; }
-    /// Stops the service if it runs and the user agrees.
-    void offer_stop();
-    /// After the values were written: starts a stopped service again (asking, unless the user agreed to a
-    /// restart before), or says that the user has to do it.
-    void offer_start();
-    /// Says that the service has to be restarted by hand, for want of a service to control.
-    void ask_for_manual_restart() const;
+    /// Stops the service if it runs and the dialogue agrees. Tells when that fails, or when the service can
+    /// be neither stopped nor started here.
+    void offer_stop(std::chrono::milliseconds limit);
+    /// After the values were written: starts a stopped service again (asking, unless a restart was agreed to
+    /// before), or tells that somebody else has to do it. Waits until it runs, unless `limit` is zero.
+    void offer_start(std::chrono::milliseconds limit);
 
 private:
+    /// The system's code of the call that failed; 0 when the time ran out. Nothing after success.
+    using Failure = std::optional<DWORD>;
+
+    struct Absence {
+        ServiceTrouble trouble;
+        DWORD code;
+    };
+
     bool query();
     bool is_stopped() const { return status_.dwCurrentState == SERVICE_STOPPED; }
-    void stop();
-    bool wait_until_stopped();
-    bool user_agrees_to_start() const;
-    void start();
+    bool is_starting() const { return status_.dwCurrentState == SERVICE_START_PENDING; }
+    Failure stop(std::chrono::milliseconds limit);
+    Failure start(std::chrono::milliseconds limit);
+    Failure wait_while_starting(std::chrono::milliseconds limit);
+    template <typename Done> Failure wait_until(std::chrono::milliseconds limit, Done done);
+    void start_telling(std::chrono::milliseconds limit);
 
-    std::string display_name_;
+    RestartDialogue& dialogue_;
     ServiceHandle manager_;
     ServiceHandle service_;
     SERVICE_STATUS status_{};
-    bool found_ = false;
+    /// Why there is no service to control; nothing when there is one that told its state.
+    std::optional<Absence> absence_;
     bool restart_agreed_ = false;
 };

@@ -2,30 +2,13 @@
 
 #include "service/agent_service.h"
 
-namespace {
-
-void write_changed_entries(Configuration& configuration) {
-    for (const auto& [item, entry] : configuration.entry_items) {
-        if (entry->changed())
-            entry->write();
-    }
-    configuration.changed_entries.clear();
-}
-
-} // namespace
-
-void apply(Configuration& configuration) {
-    // Without a service nothing is read from the controls again: the values of the last button update stand.
-    if (configuration.serviceName.empty() || !configuration.has_changes()) {
-        write_changed_entries(configuration);
+void apply(const Changes& changes, RestartDialogue& dialogue) {
+    if (changes.service_name.empty() || !changes.any()) {
+        changes.write();
         return;
     }
-    AgentService service(configuration.name, configuration.serviceName);
-    if (service.found()) {
-        service.offer_stop();
-    } else {
-        service.ask_for_manual_restart();
-    }
-    write_changed_entries(configuration);
-    service.offer_start();
+    AgentService service(changes.service_name, dialogue);
+    service.offer_stop(changes.stop_limit);
+    changes.write();
+    service.offer_start(changes.start_limit);
 }

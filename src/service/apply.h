@@ -1,8 +1,25 @@
 #pragma once
-#include "spec/configuration.h"
+#include "service/restart_dialogue.h"
 
-/// Writes what changed in `configuration` and, when it names a service, restarts that service around the
-/// writing, asking first. Trouble with the service is told in message boxes and never keeps the values from
-/// being written. Throws the store's text when a value cannot be written; the values written before it stay
-/// written.
-void apply(Configuration& configuration);
+#include <chrono>
+#include <functional>
+#include <string>
+
+/// What is to be written, and the service that has to notice it.
+struct Changes {
+    /// Empty: there is none. Then nothing is asked or told.
+    std::string service_name;
+    /// Whether there are any; asked once, and only when there is a service.
+    std::function<bool()> any;
+    /// Writes them. Called in any case, and whatever has become of the service; what it throws passes
+    /// through.
+    std::function<void()> write;
+    /// How long a stopping service is waited for.
+    std::chrono::milliseconds stop_limit = std::chrono::minutes(1);
+    /// How long a started one is waited for until it runs; zero: not at all.
+    std::chrono::milliseconds start_limit = std::chrono::milliseconds(0);
+};
+
+/// Writes the changes and, when there are any and a service, restarts that service around the writing, as far
+/// as `dialogue` agrees.
+void apply(const Changes& changes, RestartDialogue& dialogue);

@@ -47,14 +47,14 @@ TEST_F(Apply, WritesInAscendingOrderOfTreeItems) {
     configuration.entry_items = {{reinterpret_cast<HTREEITEM>(30), &first},
                                  {reinterpret_cast<HTREEITEM>(10), &second},
                                  {reinterpret_cast<HTREEITEM>(20), &third}};
-    apply(configuration);
+    apply_changes(configuration);
     EXPECT_THAT(order, ElementsAre("second", "third", "first"));
 }
 
 TEST_F(Apply, EntriesWithoutTreeItemsAreNeverWritten) {
     configuration.entry_items.clear();
     configuration.serviceName.clear();
-    apply(configuration);
+    apply_changes(configuration);
     EXPECT_EQ(first.writes, 0);
 }
 
@@ -148,7 +148,7 @@ TEST_F(Apply, AFailedWriteKeepsWhatWasWrittenBeforeAndStartsNothing) {
     agent({.state = SERVICE_STOPPED});
     third.on_write = [] { throw std::string("Cannot write key third"); };
     try {
-        apply(configuration);
+        apply_changes(configuration);
         FAIL() << "nothing was thrown";
     } catch (const std::string& text) {
         EXPECT_EQ(text, "Cannot write key third");

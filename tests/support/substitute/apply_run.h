@@ -1,7 +1,7 @@
 #pragma once
 /// Runs the apply sequence over scripted services and the virtual clock.
 #include "platform/substitute/control.h"
-#include "service/apply.h"
+#include "app/apply_changes.h"
 #include "support/fake_entry.h"
 #include "window/main_handle.h"
 
@@ -76,7 +76,7 @@ protected:
     std::vector<Box> boxes_after_apply(const std::vector<int>& answers = {}) {
         for (const int answer : answers)
             substitute::answer_next_box(answer);
-        apply(configuration);
+        apply_changes(configuration);
         std::vector<Box> boxes;
         for (const substitute::ShownBox& box : substitute::shown_boxes()) {
             EXPECT_EQ(box.owner, main_window);

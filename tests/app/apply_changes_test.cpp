@@ -1,6 +1,6 @@
 // The apply sequence as far as a machine without the agent's service can show it; tests/native/apply_test.cpp
 // has every branch over scripted services.
-#include "service/apply.h"
+#include "app/apply_changes.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"
 #include "support/fake_entry.h"
@@ -21,7 +21,7 @@ protected:
     }
 
     void expect_manual_restart() {
-        apply(configuration);
+        apply_changes(configuration);
         ASSERT_EQ(boxes.seen().size(), 1u);
         EXPECT_EQ(boxes.seen()[0].caption, "Service must be restarted manually");
         EXPECT_EQ(boxes.seen()[0].text,
@@ -36,7 +36,7 @@ protected:
 };
 
 TEST_F(ApplyWithoutService, WritesInSilenceWhenNoneIsNamed) {
-    apply(configuration);
+    apply_changes(configuration);
     EXPECT_TRUE(boxes.seen().empty());
     EXPECT_EQ(entry.writes, 1);
     EXPECT_TRUE(configuration.changed_entries.empty());
