@@ -1,9 +1,9 @@
 #include "parse/settings.h"
 #include "spec/boolean_entry.h"
+#include "spec/building.h"
 #include "spec/configuration.h"
 #include "spec/directory_selector.h"
 #include "spec/integer_entry.h"
-#include "spec/spec_parser.h"
 #include "spec/string_entry.h"
 
 namespace parse {
@@ -32,7 +32,7 @@ std::string description(const Configuration& configuration) {
 
 void from_text(const std::string& text, std::string* described) {
     Configuration configuration(false);
-    parse_spec(configuration, "Agent", text);
+    build_configuration(configuration, "Agent", text, show_spec_error);
     if (described != nullptr)
         *described = description(configuration);
 }
@@ -46,7 +46,7 @@ void from_file(const std::string& path, std::string* described) {
 std::size_t memory(const std::string& text) {
     const std::size_t before = allocated();
     Configuration configuration(false);
-    parse_spec(configuration, "Agent", text);
+    build_configuration(configuration, "Agent", text, show_spec_error);
     return allocated() - before;
 }
 

@@ -1,6 +1,6 @@
 #include "spec/boolean_entry.h"
 
-#include "error/text.h"
+#include "spec/value_text.h"
 
 #include <utility>
 
@@ -18,11 +18,9 @@ BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view title, std::st
     : SingleControlEntry(title, help_text, checkbox), CommonRegKey(std::move(binding)) {}
 
 void BooleanEntry::showValue() {
-    const bool on = to_lower(value()) == "true";
-    SendMessageA(control(), BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED, 0);
+    SendMessageA(control(), BM_SETCHECK, means_checked(value()) ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
 void BooleanEntry::takeValue() {
-    const bool on = SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED;
-    set_value(on ? "true" : "false");
+    set_value(checked_text(SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED));
 }

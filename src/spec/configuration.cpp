@@ -2,6 +2,18 @@
 
 #include "error/exceptions.h"
 #include "error/text.h"
+#include "spec/building.h"
+#include "window/boxes.h"
+
+Configuration::Configuration(const std::string& registry_value_name, const std::string& path,
+                             bool connection_test_only)
+    : connectionTestOnly(connection_test_only) {
+    std::optional<std::string> file = read_spec_file(path);
+    if (!file && connectionTestOnly)
+        throw "Unable to open file: " + path;
+    if (file)
+        build_configuration(*this, registry_value_name, std::move(*file), show_spec_error);
+}
 
 BaseEntry& Configuration::entry_by_title(const std::string& title) const {
     for (const Group& group : groups) {
@@ -37,4 +49,8 @@ bool Configuration::has_changes() const {
     if (shown_entry != nullptr)
         shown_entry->takeValue();
     return (shown_entry != nullptr && shown_entry->changed()) || !changed_entries.empty();
+}
+
+void show_spec_error(const SpecError& error) {
+    show_box({.text = error.text, .caption = "Error", .style = MB_OK | MB_ICONERROR});
 }

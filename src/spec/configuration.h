@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+struct SpecError;
+
 class Configuration {
 public:
     /// Reads and parses the spec file at `path`; `registry_value_name` becomes the name of an old-syntax
@@ -18,7 +20,7 @@ public:
     /// Throws a text (std::string) when the file cannot be parsed or a value's key cannot be read; with
     /// `connection_test_only` also when the file cannot be opened.
     Configuration(const std::string& registry_value_name, const std::string& path, bool connection_test_only);
-    /// A configuration without name and groups, for parse_spec to fill.
+    /// A configuration without name and groups, for build_configuration to fill.
     explicit Configuration(bool connection_test_only) : connectionTestOnly(connection_test_only) {}
     Configuration(const Configuration&) = delete;
     Configuration& operator=(const Configuration&) = delete;
@@ -64,3 +66,6 @@ public:
     std::string server_list_title;
     std::string default_port_title;
 };
+
+/// Shows an error of a spec file that the tool goes on in spite of.
+void show_spec_error(const SpecError& error);

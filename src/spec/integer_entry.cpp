@@ -1,6 +1,6 @@
 #include "spec/integer_entry.h"
 
-#include "error/text.h"
+#include "spec/value_text.h"
 
 #include <utility>
 
@@ -14,17 +14,11 @@ constexpr PageControl number_box{.child = {.window_class = "Edit",
                                  .height = 20,
                                  .edited = EN_CHANGE};
 
-/// The decimal form of the number that `text` starts with, in C's notations; empty when there is none.
-std::string plain_decimal(const std::string& text) {
-    const auto number = scan_int(text);
-    return number ? std::to_string(*number) : std::string();
-}
-
 } // namespace
 
 IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
     : SingleControlEntry(title, help_text, number_box), CommonRegKey(std::move(binding)) {}
 
-void IntegerEntry::showValue() { SetWindowTextA(control(), plain_decimal(value()).c_str()); }
+void IntegerEntry::showValue() { SetWindowTextA(control(), integer_text(value()).c_str()); }
 
-void IntegerEntry::takeValue() { set_value(plain_decimal(control_text(control()))); }
+void IntegerEntry::takeValue() { set_value(integer_text(control_text(control()))); }

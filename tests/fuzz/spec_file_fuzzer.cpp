@@ -2,8 +2,8 @@
 /// standard stream, line by line, with a key that can be read only where the registry has one.
 #include "fuzz/input.h"
 #include "platform/substitute/control.h"
+#include "spec/building.h"
 #include "spec/configuration.h"
-#include "spec/spec_parser.h"
 #include "support/spec_text.h"
 
 #include <sstream>

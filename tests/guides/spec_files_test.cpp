@@ -7,8 +7,8 @@
 //   subspec   one entry of the type that the heading names
 //   nsis      wxs      for installers; test_installer_snippets.py compiles them
 #include "guides/guide.h"
+#include "spec/building.h"
 #include "spec/configuration.h"
-#include "spec/spec_parser.h"
 #include "support/boxes.h"
 #include "support/page.h"
 #include "support/registry.h"
@@ -99,7 +99,8 @@ protected:
         Outcome outcome;
         Configuration configuration(false);
         const Boxes boxes;
-        std::string thrown = thrown_text([&] { parse_spec(configuration, "Legacy", file); });
+        std::string thrown =
+            thrown_text([&] { build_configuration(configuration, "Legacy", file, show_spec_error); });
         if (thrown == kNothing) {
             outcome.tree = tree_of(configuration);
             if (outcome.tree.find("\"Scan\"") != std::string::npos)
@@ -187,7 +188,8 @@ TEST_F(SpecFilesGuide, EveryTypeHasTheEntryThatTheGuideShows) {
         if (fence.label != "subspec")
             continue;
         Configuration configuration(false);
-        parse_spec(configuration, "", std::string(agent_key) + "\nExample\n!All\n" + fence.text);
+        build_configuration(configuration, "", std::string(agent_key) + "\nExample\n!All\n" + fence.text,
+                            show_spec_error);
         const auto& entries = configuration.groups.at(0).entries;
         EXPECT_EQ(configuration.offersConnectionTest, entries.empty()) << fence.heading;
         EXPECT_EQ(configuration.groups.size(), 1U) << fence.heading;

@@ -6,13 +6,13 @@ from guide import TOP, fences
 
 GUIDE = (TOP / "docs/spec-files.md").read_text()
 SECTIONS = dict(re.findall(r"^### `(\w+)`\n(.*?)(?=^#)", GUIDE, re.M | re.S))
-KINDS = (TOP / "src/spec/entry_kinds.cpp").read_text()
+KINDS = (TOP / "src/spec/spec_text.h").read_text()
 SAMPLE = (TOP / "examples/spec_files/agent.spec").read_text()
 
 
 class Types(unittest.TestCase):
     def test_every_type_has_a_section(self):
-        types = re.findall(r'^    \{"(\w+)", .*(?:true|false)\},$', KINDS, re.M)
+        types = re.findall(r'^    \{\.type = "(\w+)"', KINDS, re.M)
         self.assertEqual(sorted(SECTIONS), sorted(set(types) - {"string"}))
 
     def test_every_section_has_one_picture_and_one_entry_of_the_sample(self):

@@ -1,7 +1,7 @@
 // What the guides say of opening a page: the tables with the columns page, stored, shown and OK writes.
 #include "guides/guide.h"
+#include "spec/building.h"
 #include "spec/configuration.h"
-#include "spec/spec_parser.h"
 #include "support/boxes.h"
 #include "support/page.h"
 #include "support/registry.h"
@@ -74,8 +74,9 @@ protected:
     /// A configuration with one entry of the type.
     void describe(const std::string& type) {
         configuration.groups.clear();
-        parse_spec(configuration, "",
-                   std::string(looked_at_key) + "\nExample\n!All\n$Value\nValue\nHelp.\n" + type);
+        build_configuration(configuration, "",
+                            std::string(looked_at_key) + "\nExample\n!All\n$Value\nValue\nHelp.\n" + type,
+                            show_spec_error);
     }
     BaseEntry& entry() { return *configuration.groups.at(0).entries.at(0); }
 
@@ -139,7 +140,9 @@ TEST_F(ValuesInGuides, AnEditedValueBecomesAText) {
 
 TEST_F(ValuesInGuides, AnEmptyValueNameIsTheKeysDefaultValue) {
     set_text(looked_at_key, "", "default");
-    parse_spec(configuration, "", std::string(looked_at_key) + "\nExample\n!All\n$Value\n\nHelp.\nString");
+    build_configuration(configuration, "",
+                        std::string(looked_at_key) + "\nExample\n!All\n$Value\n\nHelp.\nString",
+                        show_spec_error);
     entry().select(main.window());
     EXPECT_EQ(shown_in(main.controls().at(1)), "`default`");
     entry().deselect(main.window());
@@ -147,8 +150,10 @@ TEST_F(ValuesInGuides, AnEmptyValueNameIsTheKeysDefaultValue) {
 
 TEST_F(ValuesInGuides, AByteOrderMarkBelongsToTheKey) {
     try {
-        parse_spec(configuration, "",
-                   "\xEF\xBB\xBF" + std::string(looked_at_key) + "\nExample\n!All\n$A\nA\nHelp.\nString");
+        build_configuration(configuration, "",
+                            "\xEF\xBB\xBF" + std::string(looked_at_key) +
+                                "\nExample\n!All\n$A\nA\nHelp.\nString",
+                            show_spec_error);
         FAIL() << "the key was found";
     } catch (const std::string& text) {
         EXPECT_EQ(text, "Cannot open path \"\xEF\xBB\xBF" + std::string(looked_at_key) + "\" for reading");

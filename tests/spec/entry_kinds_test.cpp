@@ -1,4 +1,4 @@
-#include "spec/entry_kinds.h"
+#include "spec/spec_text.h"
 
 #include "spec/test_key.h"
 #include "support/page.h"

@@ -1,4 +1,4 @@
-#include "spec/spec_file.h"
+#include "spec/spec_text.h"
 
 #include "spec/configuration.h"
 #include "support/scratch_folder.h"

@@ -2,6 +2,7 @@
 
 #include "error/trace.h"
 #include "spec/boolean_entry.h"
+#include "spec/building.h"
 #include "spec/delete_key.h"
 #include "spec/directory_selector.h"
 #include "spec/file_selector.h"
@@ -9,7 +10,6 @@
 #include "spec/option_entry.h"
 #include "spec/server_list_entry.h"
 #include "spec/signal_event.h"
-#include "spec/spec_parser.h"
 #include "spec/string_entry.h"
 #include "support/thrown.h"
 
@@ -57,7 +57,7 @@ void listen(const char* format, std::va_list arguments) {
 
 std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test_only) {
     auto configuration = std::make_unique<Configuration>(connection_test_only);
-    parse_spec(*configuration, "From registry", std::string(text));
+    build_configuration(*configuration, "From registry", std::string(text), show_spec_error);
     return configuration;
 }
 

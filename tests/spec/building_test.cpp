@@ -1,4 +1,4 @@
-#include "spec/spec_parser.h"
+#include "spec/building.h"
 
 #include "spec/test_key.h"
 #include "support/boxes.h"
@@ -15,11 +15,11 @@ using testing::IsEmpty;
 const std::string new_head = "\\" + kTestKey + "\nAgent\n";
 const std::string old_head = "\\" + kTestKey + "\n";
 
-class SpecParser : public SpecKeyTest {};
+class Building : public SpecKeyTest {};
 
 // ---- head of the file
 
-TEST_F(SpecParser, AnEmptyFileIsANewFileWithoutAnything) {
+TEST_F(Building, AnEmptyFileIsANewFileWithoutAnything) {
     const TraceLog log;
     const auto parsed = parse("");
     EXPECT_EQ(parsed->registryPath, "");
@@ -30,7 +30,7 @@ TEST_F(SpecParser, AnEmptyFileIsANewFileWithoutAnything) {
     EXPECT_THAT(TraceLog::lines(), ElementsAre("Reading new file\n"));
 }
 
-TEST_F(SpecParser, AFreshConfigurationHasNoBookkeeping) {
+TEST_F(Building, AFreshConfigurationHasNoBookkeeping) {
     const auto parsed = parse("");
     EXPECT_THAT(parsed->entry_items, IsEmpty());
     EXPECT_THAT(parsed->node_items, IsEmpty());
@@ -41,7 +41,7 @@ TEST_F(SpecParser, AFreshConfigurationHasNoBookkeeping) {
               "");
 }
 
-TEST_F(SpecParser, OnlyLeadingBackslashesOfTheRegistryPathAreRemoved) {
+TEST_F(Building, OnlyLeadingBackslashesOfTheRegistryPathAreRemoved) {
     EXPECT_EQ(parse("\\\\SOFTWARE\\X\nAgent\n")->registryPath, "SOFTWARE\\X");
     EXPECT_EQ(parse("SOFTWARE\\\\X\\\nAgent\n")->registryPath, "SOFTWARE\\\\X\\");
     EXPECT_EQ(parse("\\\\\\\nAgent\n")->registryPath, "");
@@ -49,7 +49,7 @@ TEST_F(SpecParser, OnlyLeadingBackslashesOfTheRegistryPathAreRemoved) {
     EXPECT_EQ(parse("\\X")->registryPath, "X");
 }
 
-TEST_F(SpecParser, TheSecondLineOfANewFileIsItsName) {
+TEST_F(Building, TheSecondLineOfANewFileIsItsName) {
     const TraceLog log;
     EXPECT_EQ(parse("X\nAgent settings \r\n")->name, "Agent settings ");
     EXPECT_EQ(parse("X\n\n")->name, "");
@@ -58,7 +58,7 @@ TEST_F(SpecParser, TheSecondLineOfANewFileIsItsName) {
                 ElementsAre("Reading new file\n", "Reading new file\n", "Reading new file\n"));
 }
 
-TEST_F(SpecParser, AnOldFileIsCalledLikeItsRegistryValue) {
+TEST_F(Building, AnOldFileIsCalledLikeItsRegistryValue) {
     const TraceLog log;
     const auto parsed = parse(old_head + "!General\n");
     EXPECT_EQ(parsed->name, "From registry");
@@ -67,7 +67,7 @@ TEST_F(SpecParser, AnOldFileIsCalledLikeItsRegistryValue) {
     EXPECT_THAT(TraceLog::lines(), ElementsAre("Reading old file\n"));
 }
 
-TEST_F(SpecParser, AnOldFileMayStartWithSubspecs) {
+TEST_F(Building, AnOldFileMayStartWithSubspecs) {
     const TraceLog log;
     const auto parsed = parse(old_head + "$A\nA\nhelp of A\n");
     EXPECT_EQ(parsed->name, "From registry");
@@ -77,18 +77,18 @@ TEST_F(SpecParser, AnOldFileMayStartWithSubspecs) {
 
 // ---- group level
 
-TEST_F(SpecParser, GroupsStandInFileOrderAndAreNeverMerged) {
+TEST_F(Building, GroupsStandInFileOrderAndAreNeverMerged) {
     const auto parsed = parse(new_head + "!B\n!A\n\n\n!B\n!\n");
     EXPECT_EQ(describe(*parsed), "!B\n!A\n!B\n!\n");
 }
 
-TEST_F(SpecParser, TheFirstOtherLineAtGroupLevelIsTheServiceName) {
+TEST_F(Building, TheFirstOtherLineAtGroupLevelIsTheServiceName) {
     EXPECT_EQ(parse(new_head + "\n\r\nAgentService\n!G\n")->serviceName, "AgentService");
     EXPECT_EQ(parse(new_head + "!G\n\nAgentService")->serviceName, "AgentService");
     EXPECT_EQ(parse(old_head + "!G\n\n AgentService \n")->serviceName, " AgentService ");
 }
 
-TEST_F(SpecParser, TheSecondOtherLineAtGroupLevelIsAnError) {
+TEST_F(Building, TheSecondOtherLineAtGroupLevelIsAnError) {
     EXPECT_EQ(parse_failure(new_head + "Service\nSecond line\n"),
               "Parse error: line \"Second line\" not group start");
     EXPECT_EQ(parse_failure(old_head + "!G\nService\n\nSecond\tline \n!H\n"),
@@ -96,13 +96,13 @@ TEST_F(SpecParser, TheSecondOtherLineAtGroupLevelIsAnError) {
     EXPECT_EQ(parse_failure(new_head + "Service\n \n", true), "Parse error: line \" \" not group start");
 }
 
-TEST_F(SpecParser, ASubspecAtGroupLevelOfANewFileIsTakenForTheServiceName) {
+TEST_F(Building, ASubspecAtGroupLevelOfANewFileIsTakenForTheServiceName) {
     const auto parsed = parse(new_head + "!G\n$A\nA\nhelp\nString\n\n$B\n");
     EXPECT_EQ(parsed->serviceName, "$B");
     EXPECT_EQ(parse_failure(new_head + "Service\n!G\n\n$B\n"), "Parse error: line \"$B\" not group start");
 }
 
-TEST_F(SpecParser, EveryRunOfSubspecsOutsideAGroupGetsItsOwnUnnamedGroup) {
+TEST_F(Building, EveryRunOfSubspecsOutsideAGroupGetsItsOwnUnnamedGroup) {
     const TraceLog log;
     const auto parsed = parse(old_head + "$A\nA\nhelp\n$B\nB\nhelp\nString\n\n$C\nC\nhelp\n!G\n$D\nD\nhelp\n"
                                          "Integer\n\n$E\nE\nhelp\n");
@@ -114,7 +114,7 @@ TEST_F(SpecParser, EveryRunOfSubspecsOutsideAGroupGetsItsOwnUnnamedGroup) {
                                                "No groups in file\n", "No groups in file\n"));
 }
 
-TEST_F(SpecParser, LineEndsReadAlike) {
+TEST_F(Building, LineEndsReadAlike) {
     const std::string with_feeds = new_head + "Service\n!G\n$A\nA\nhelp\nString\n\n!H\n";
     std::string with_returns;
     for (const char c : with_feeds)
@@ -129,37 +129,37 @@ TEST_F(SpecParser, LineEndsReadAlike) {
 
 // ---- subspecs
 
-TEST_F(SpecParser, TitlesAndHelpTextsAreTakenAsTheyStand) {
+TEST_F(Building, TitlesAndHelpTextsAreTakenAsTheyStand) {
     const auto parsed =
         parse(new_head + "!! G \n$$ A\t\nA\n  \xE4\xF6 \"help\" %s\nString\n$\nB\n\nString\n");
     EXPECT_EQ(describe(*parsed), "!! G \nString|$ A\t|  \xE4\xF6 \"help\" %s\nString||\n");
 }
 
-TEST_F(SpecParser, AZeroByteInALineIsKept) {
+TEST_F(Building, AZeroByteInALineIsKept) {
     const auto parsed = parse("X\nA\0B\n!G\0H\n"s);
     EXPECT_EQ(parsed->name, "A\0B"s);
     EXPECT_EQ(parsed->groups.at(0).name, "G\0H"s);
 }
 
-TEST_F(SpecParser, AnOldSubspecOfThreeLinesIsAnInteger) {
+TEST_F(Building, AnOldSubspecOfThreeLinesIsAnInteger) {
     EXPECT_EQ(describe(*parse(old_head + "$Port\nPort\nTCP port\n$Name\nName\nhelp\nstring\n")),
               "!\nInteger|Port|TCP port\nString|Name|help\n");
     EXPECT_EQ(describe(*parse(old_head + "!G\n$Port\nPort\nTCP port\n!H\n")),
               "!G\nInteger|Port|TCP port\n!H\n");
 }
 
-TEST_F(SpecParser, AnOldSubspecCutOffAtTheEndOfTheFileIsAnInteger) {
+TEST_F(Building, AnOldSubspecCutOffAtTheEndOfTheFileIsAnInteger) {
     EXPECT_EQ(describe(*parse(old_head + "$Port\nPort\nhelp")), "!\nInteger|Port|help\n");
     EXPECT_EQ(describe(*parse(old_head + "$Port\nPort\n")), "!\nInteger|Port|\n");
     EXPECT_EQ(describe(*parse(old_head + "!G\n$Port")), "!G\nInteger|Port|\n");
 }
 
-TEST_F(SpecParser, SubspecLinesOfANewFileAreTakenWhateverTheyStartWith) {
+TEST_F(Building, SubspecLinesOfANewFileAreTakenWhateverTheyStartWith) {
     EXPECT_EQ(describe(*parse(new_head + "!G\n$A\n$value\n!help\nString\n$B\n!v\n$h\nString\n")),
               "!G\nString|A|!help\nString|B|$h\n");
 }
 
-TEST_F(SpecParser, TheConnectionTestThrowsOnUnknownTypes) {
+TEST_F(Building, TheConnectionTestThrowsOnUnknownTypes) {
     EXPECT_EQ(parse_failure(new_head + "!G\n$A title\nA\nhelp\nReal\n", true),
               "Unknown type: \"Real\", for subspec A title");
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nhelp\nBoolean \n", true),
@@ -171,7 +171,7 @@ TEST_F(SpecParser, TheConnectionTestThrowsOnUnknownTypes) {
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nhelp\n", true), "Unknown type: \"\", for subspec A");
 }
 
-TEST_F(SpecParser, AnUnknownTypeIsShownAndSkipped) {
+TEST_F(Building, AnUnknownTypeIsShownAndSkipped) {
     const Boxes boxes;
     const auto parsed = parse(new_head + "!G\n$A title\nA\nhelp\nReal\n$B\nB\nhelp\nBoolean \n"
                                          "$C\nC\nhelp\nString\n$D\n");
@@ -187,7 +187,22 @@ TEST_F(SpecParser, AnUnknownTypeIsShownAndSkipped) {
     }
 }
 
-TEST_F(SpecParser, AGroupStartInPlaceOfATypeIsSwallowed) {
+TEST_F(Building, TellsUnknownTypesToWhomItWasHanded) {
+    const Boxes no_box;
+    Configuration configuration(false);
+    std::vector<std::string> told;
+    build_configuration(configuration, "", new_head + "!G\n$A\nA\nh\nReal\n$B\nB\nh\nString\n$C\n",
+                        [&](const SpecError& error) {
+                            told.push_back(std::to_string(error.line) + ": " + error.text + ", " +
+                                           std::to_string(configuration.groups.at(0).entries.size()));
+                        });
+    EXPECT_THAT(told, ElementsAre("7: Unknown type: \"Real\", for subspec A, 0",
+                                  "12: Unknown type: \"\", for subspec C, 1"));
+    EXPECT_EQ(describe(configuration), "!G\nString|B|h\n");
+    EXPECT_THAT(no_box.seen(), IsEmpty());
+}
+
+TEST_F(Building, AGroupStartInPlaceOfATypeIsSwallowed) {
     const Boxes boxes;
     const auto parsed = parse(new_head + "!G1\n$Port\nPort\nTCP port\n!G2\n$Name\nName\nhelp\nString\n");
     EXPECT_EQ(describe(*parsed), "!G1\nString|Name|help\n");
@@ -195,7 +210,7 @@ TEST_F(SpecParser, AGroupStartInPlaceOfATypeIsSwallowed) {
     EXPECT_EQ(boxes.seen()[0].text, "Unknown type: \"!G2\", for subspec Port");
 }
 
-TEST_F(SpecParser, ABlankFourthLineOfAnOldSubspecIsAType) {
+TEST_F(Building, ABlankFourthLineOfAnOldSubspecIsAType) {
     EXPECT_EQ(parse_failure(old_head + "$A\nA\nhelp\n\n", true), "Unknown type: \"\", for subspec A");
 }
 
@@ -215,7 +230,7 @@ const std::string every_type = "!G\n"
                                "$L\nL\nh\nServerList\n"
                                "$T\nT\nh\nConnectionTest\nname\ndomain\nlist\nport\n";
 
-TEST_F(SpecParser, EveryTypeHasItsEntry) {
+TEST_F(Building, EveryTypeHasItsEntry) {
     const auto parsed = parse(new_head + every_type);
     EXPECT_EQ(describe(*parsed), "!G\nString|S|h\nString|s|h\nInteger|I|h\nBoolean|B|h\nOptions|O|h\n"
                                  "Options|C|h\nRemoveKey|R|h\nSignalEvent|E|h\nDirectory|D|h\nFile|F|h\n"
@@ -224,7 +239,7 @@ TEST_F(SpecParser, EveryTypeHasItsEntry) {
     EXPECT_FALSE(parsed->connectionTestOnly);
 }
 
-TEST_F(SpecParser, TheConnectionTestNeedsTheServerListOnly) {
+TEST_F(Building, TheConnectionTestNeedsTheServerListOnly) {
     delete_key(kTestKey);
     const auto parsed = parse(new_head + every_type, true);
     EXPECT_EQ(describe(*parsed), "!G\nServerList|L|h\n");
@@ -233,7 +248,7 @@ TEST_F(SpecParser, TheConnectionTestNeedsTheServerListOnly) {
     EXPECT_EQ(parsed->server_list_title, "list");
 }
 
-TEST_F(SpecParser, AKeyThatCannotBeReadEndsTheParse) {
+TEST_F(Building, AKeyThatCannotBeReadEndsTheParse) {
     delete_key(kTestKey);
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nh\nString\n"),
               "Cannot open path \"SOFTWARE\\TavrinTests\" for reading");
