@@ -1,7 +1,7 @@
 // What a person does in the window, with few entries and with many. The whole program runs, over the
 // substitute; the person is a step of its message loop. What the program does must be what it would do for a
 // person.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "app/start_up.h"
 #include "platform/substitute/control.h"
 #include "spec/configurations.h"
@@ -58,7 +58,7 @@ void expect(bool good, const char* what) {
         throw std::runtime_error(what);
 }
 
-HWND tree() { return GetDlgItem(main_window, kTreeId); }
+HWND tree() { return GetDlgItem(main_window, tree_id); }
 HTREEITEM next(WPARAM relation, HTREEITEM item) {
     return reinterpret_cast<HTREEITEM>(
         SendMessageA(tree(), TVM_GETNEXTITEM, relation, reinterpret_cast<LPARAM>(item)));
@@ -102,7 +102,7 @@ void press_keys(benchmark::State& state) {
     const HWND target = edit();
     SendMessageA(target, WM_CHAR, 'x', 0);
     handle_messages();
-    expect(IsWindowEnabled(GetDlgItem(main_window, kOkId)) != FALSE, "a key press makes no change");
+    expect(IsWindowEnabled(GetDlgItem(main_window, ok_id)) != FALSE, "a key press makes no change");
     SendMessageA(target, WM_CHAR, '\b', 0);
     handle_messages();
     for (auto _ : state) {

@@ -1,8 +1,7 @@
 #include "app/start_up.h"
 
-#include "app/main_window_procedure.h"
-#include "app/message_loop.h"
-#include "app/window_layout.h"
+#include "app/focus.h"
+#include "app/main_window.h"
 #include "error/trace.h"
 #include "net/socket.h"
 #include "spec/configurations.h"
@@ -10,7 +9,6 @@
 #include "window/boxes.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
-#include "window/window_class.h"
 
 #include <map>
 #include <memory>
@@ -18,42 +16,11 @@
 
 namespace {
 
-constexpr char kClassName[] = "trconfigclass";
-
 void show_fatal(const std::string& text) {
     show_box({.text = text, .caption = "Error!", .style = MB_OK | MB_ICONEXCLAMATION});
 }
 
-void register_class(HINSTANCE instance) {
-    if (!register_window_class(instance, kClassName, main_window_procedure))
-        throw std::string("Window Registration Failed!");
-}
-
-void create_main_window(HINSTANCE instance, int show_command) {
-    main_window =
-        CreateWindowExA(0, kClassName, "Tavrin Configuration", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                        CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, instance, nullptr);
-    rethrow_kept();
-    if (main_window == nullptr)
-        throw std::string("Window Creation Failed!");
-    trace("Created Window\n");
-    ShowWindow(main_window, show_command);
-    rethrow_kept();
-    trace("Showed Window\n");
-    UpdateWindow(main_window);
-    rethrow_kept();
-    trace("Updated Window\n");
-}
-
-int start_and_run(HINSTANCE instance, int show_command) {
-    register_class(instance);
-    load_configurations();
-    create_main_window(instance, show_command);
-    return run_message_loop(main_window);
-}
-
-} // namespace
-
+/// Builds one configuration for each spec file that the registry lists. Throws the text of whatever is fatal.
 void load_configurations() {
     std::map<std::string, std::string> spec_files;
     enumerate_values(spec_files, HKEY_LOCAL_MACHINE, "SOFTWARE\\Tavrin\\TRConfig");
@@ -65,14 +32,38 @@ void load_configurations() {
     }
 }
 
+/// Handles messages until the quit message and returns its value; 0 when no message can be retrieved. Throws
+/// what a window procedure had to keep.
+int run_message_loop(HWND main) {
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+        rethrow_kept();
+        if (!handle_key(main, message))
+            dispatch_message(main, message);
+        rethrow_kept();
+    }
+    rethrow_kept();
+    // A failed retrieval ends the loop as well, and leaves some other message in the record.
+    return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
+}
+
+int start_and_run(HINSTANCE instance, int show_command) {
+    register_main_window_class(instance);
+    load_configurations();
+    open_main_window(instance, show_command);
+    return run_message_loop(main_window);
+}
+
+} // namespace
+
 int run_program(HINSTANCE instance, int show_command) {
     // The steps that block take longer than Windows' patience; a ghost in the window's place would hide what
     // the wait window says.
     DisableProcessWindowsGhosting();
     InitCommonControls();
     CoInitialize(nullptr);
-    if (const char* const failure = net_startup()) {
-        show_fatal(std::string("Error initializing socket subsystem: ") + failure);
+    if (const char* const problem = net_startup()) {
+        show_fatal(std::string("Error initializing socket subsystem: ") + problem);
         return 1;
     }
     // Only a thrown text is fatal in words; whatever else is thrown ends the program abnormally, on purpose.

@@ -1,9 +1,6 @@
 #pragma once
 #include "platform/win32.h"
 
-/// Builds one configuration for each spec file that the registry lists. Throws the text of whatever is fatal.
-void load_configurations();
-
 /// The whole program: start-up, main window, message loop. Returns the exit code: the quit message's value,
 /// or 1 after a fatal error, which the user has been shown.
 int run_program(HINSTANCE instance, int show_command);

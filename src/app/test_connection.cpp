@@ -58,3 +58,14 @@ void testConnection(const std::string& agent_name, const std::string& agent_doma
     if (test_servers(server_list, default_port, {agent_name, agent_domain}, shown))
         shown.show_result();
 }
+
+void testConnection(const Configuration& configuration) {
+    if (configuration.shown_entry != nullptr)
+        configuration.shown_entry->takeValue();
+    const std::string agent_name = configuration.text_by_title(configuration.agent_name_title);
+    const std::string agent_domain = configuration.text_by_title(configuration.agent_domain_title);
+    const std::string server_list = configuration.text_by_title(configuration.server_list_title);
+    const auto default_port =
+        static_cast<std::uint16_t>(configuration.integer_by_title(configuration.default_port_title));
+    testConnection(agent_name, agent_domain, server_list, default_port);
+}

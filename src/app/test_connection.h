@@ -1,4 +1,6 @@
 #pragma once
+#include "spec/configuration.h"
+
 #include <cstdint>
 #include <string>
 
@@ -8,3 +10,8 @@
 /// address.
 void testConnection(const std::string& agent_name, const std::string& agent_domain,
                     const std::string& server_list, std::uint16_t default_port);
+
+/// Takes the values of the page that `configuration` shows, gathers the test's parameters from the entries
+/// that its spec file names, and runs the test. Throws a text when an entry is missing, holds no text value
+/// or, for the port, no decimal number.
+void testConnection(const Configuration& configuration);

@@ -1,4 +1,4 @@
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "window/main_handle.h"
@@ -21,8 +21,8 @@ LRESULT CALLBACK note_text_and_paint(HWND button, UINT message, WPARAM wparam, L
     const LRESULT result = CallWindowProcA(close_button, button, message, wparam, lparam);
     if (message == WM_SETTEXT && texts.size() < too_often) {
         texts.emplace_back(reinterpret_cast<const char*>(lparam));
-        NMHDR header{button, static_cast<UINT_PTR>(kCloseId), custom_draw};
-        SendMessageA(main_window, WM_NOTIFY, static_cast<WPARAM>(kCloseId),
+        NMHDR header{button, static_cast<UINT_PTR>(close_id), custom_draw};
+        SendMessageA(main_window, WM_NOTIFY, static_cast<WPARAM>(close_id),
                      reinterpret_cast<LPARAM>(&header));
     }
     return result;
@@ -36,7 +36,7 @@ protected:
     }
     static void watch_close_button() {
         close_button = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
-            control(kCloseId), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&note_text_and_paint)));
+            control(close_id), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&note_text_and_paint)));
     }
 };
 

@@ -1,5 +1,4 @@
-#include "app/control_ids.h"
-#include "app/main_window_procedure.h"
+#include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "window/main_handle.h"
@@ -32,7 +31,7 @@ protected:
         set_text(kAgentKey, "Colour", "blue");
         set_text(kAgentKey, "Number", "42");
         then([node] { select(node); });
-        then([] { SetFocus(control(kTreeId)); });
+        then([] { SetFocus(control(tree_id)); });
         then(leave_and_return);
         then([] { SetFocus(page_controls().at(0)); });
     }
@@ -53,8 +52,8 @@ protected:
     }
     void expect_buttons(const char* close_text, bool ok_enabled) {
         then([=] {
-            EXPECT_EQ(text_of(control(kCloseId)), close_text);
-            EXPECT_EQ(IsWindowEnabled(control(kOkId)) != FALSE, ok_enabled);
+            EXPECT_EQ(text_of(control(close_id)), close_text);
+            EXPECT_EQ(IsWindowEnabled(control(ok_id)) != FALSE, ok_enabled);
         });
     }
     void expect_text(const std::string& text) {
@@ -68,7 +67,7 @@ TEST_F(LeavingAFocusedPage, KeepsWhatWasTyped) {
     leave_and_come_back("Name");
     expect_text("xweb1");
     expect_buttons("Cancel", true);
-    then([] { SendMessageA(control(kOkId), BM_CLICK, 0, 0); });
+    then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "xweb1");
 }
@@ -126,20 +125,20 @@ TEST_F(LeavingAFocusedPage, OfPortsWithoutPortsDoesNotEndTheProgram) {
 TEST_F(LeavingAFocusedPage, GivesTheFocusToTheTree) {
     open("Name");
     then([] { select("Plain"); });
-    then([] { EXPECT_EQ(GetFocus(), control(kTreeId)); });
+    then([] { EXPECT_EQ(GetFocus(), control(tree_id)); });
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(LeavingAFocusedPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
     open("Name");
-    then([] { SetFocus(control(kTestConnectionId)); });
-    then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
+    then([] { SetFocus(control(test_connection_id)); });
+    then([] { SendMessageA(control(test_connection_id), BM_CLICK, 0, 0); });
     then([&] { EXPECT_THAT(boxes.seen(), SizeIs(1)); });
-    then([] { EXPECT_EQ(GetFocus(), control(kTestConnectionId)); });
+    then([] { EXPECT_EQ(GetFocus(), control(test_connection_id)); });
     then([] { select("Plain"); });
     then([] {
-        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
-        EXPECT_EQ(GetFocus(), control(kTreeId));
+        EXPECT_FALSE(IsWindowVisible(control(test_connection_id)));
+        EXPECT_EQ(GetFocus(), control(tree_id));
     });
     EXPECT_EQ(run(), 0);
 }
@@ -147,11 +146,11 @@ TEST_F(LeavingAFocusedPage, AHiddenTestConnectionDoesNotKeepTheFocus) {
 TEST_F(LeavingAFocusedPage, AnOkThatIsDisabledDoesNotKeepTheFocus) {
     open("Name");
     then([] { type_text("x"); });
-    then([] { SetFocus(control(kOkId)); });
+    then([] { SetFocus(control(ok_id)); });
     then([] { SetWindowTextA(page_controls().at(0), "web1"); });
     then([] {
-        EXPECT_FALSE(IsWindowEnabled(control(kOkId)));
-        EXPECT_EQ(GetFocus(), control(kTreeId));
+        EXPECT_FALSE(IsWindowEnabled(control(ok_id)));
+        EXPECT_EQ(GetFocus(), control(tree_id));
     });
     EXPECT_EQ(run(), 0);
 }
@@ -188,7 +187,7 @@ TEST_F(LeavingTheWindow, TheTreeGetsTheFocusForAControlThatIsGone) {
         DestroyWindow(other);
         SetFocus(main_window);
     });
-    then([] { EXPECT_EQ(GetFocus(), control(kTreeId)); });
+    then([] { EXPECT_EQ(GetFocus(), control(tree_id)); });
     EXPECT_EQ(run(), 0);
 }
 
@@ -210,8 +209,8 @@ public:
 private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
         if (message == WM_CREATE) {
-            NMHDR header{window, kTreeId, NM_SETFOCUS};
-            SendMessageA(GetParent(window), WM_NOTIFY, kTreeId, reinterpret_cast<LPARAM>(&header));
+            NMHDR header{window, tree_id, NM_SETFOCUS};
+            SendMessageA(GetParent(window), WM_NOTIFY, tree_id, reinterpret_cast<LPARAM>(&header));
         }
         return DefWindowProcA(window, message, wparam, lparam);
     }

@@ -1,4 +1,4 @@
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "spec/configurations.h"
 #include "support/program.h"
 #include "support/registry.h"
@@ -22,8 +22,8 @@ protected:
         then([=] {
             EXPECT_EQ(page(), nullptr);
             EXPECT_EQ(configurations.at("Agent")->text_by_title(title), value);
-            EXPECT_EQ(text_of(control(kCloseId)), "Close");
-            EXPECT_FALSE(IsWindowEnabled(control(kOkId)));
+            EXPECT_EQ(text_of(control(close_id)), "Close");
+            EXPECT_FALSE(IsWindowEnabled(control(ok_id)));
         });
     }
 };
@@ -50,8 +50,8 @@ TEST_F(LeavingAPage, ForTheConfigurationKeepsAnEdit) {
     then([] { select("Agent"); });
     then([] {
         EXPECT_EQ(configurations.at("Agent")->text_by_title("Flag"), "false");
-        EXPECT_EQ(text_of(control(kCloseId)), "Cancel");
-        EXPECT_TRUE(IsWindowEnabled(control(kOkId)));
+        EXPECT_EQ(text_of(control(close_id)), "Cancel");
+        EXPECT_TRUE(IsWindowEnabled(control(ok_id)));
     });
     EXPECT_EQ(run(), 0);
 }

@@ -1,4 +1,4 @@
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "window/main_handle.h"
@@ -24,8 +24,8 @@ constexpr char kTitles[] = "Name\nDomain\nList\nDefault port\n";
 class MainWindow : public ProgramTest {
 protected:
     void expect_buttons(const char* close_text, bool ok_enabled) {
-        EXPECT_EQ(text_of(control(kCloseId)), close_text);
-        EXPECT_EQ(IsWindowEnabled(control(kOkId)) != FALSE, ok_enabled);
+        EXPECT_EQ(text_of(control(close_id)), close_text);
+        EXPECT_EQ(IsWindowEnabled(control(ok_id)) != FALSE, ok_enabled);
     }
     static void edit(const std::string& text) { SetWindowTextA(page_controls().at(0), text.c_str()); }
     static void press(int id) { SendMessageA(control(id), BM_CLICK, 0, 0); }
@@ -45,9 +45,9 @@ TEST_F(MainWindow, ShowsConfigurationsGroupsAndEntriesAsATree) {
 TEST_F(MainWindow, NothingIsSelectedOrExpandedAtFirst) {
     spec_file("A", kPlain);
     then([] {
-        EXPECT_EQ(SendMessageA(control(kTreeId), TVM_GETNEXTITEM, TVGN_CARET, 0), 0);
+        EXPECT_EQ(SendMessageA(control(tree_id), TVM_GETNEXTITEM, TVGN_CARET, 0), 0);
         EXPECT_EQ(page(), nullptr);
-        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
+        EXPECT_FALSE(IsWindowVisible(control(test_connection_id)));
     });
     EXPECT_EQ(run(), 0);
 }
@@ -111,7 +111,7 @@ TEST_F(MainWindow, OkWritesWhatChangedAndNothingElse) {
     set_text(kAgentKey, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
-    then([] { press(kOkId); });
+    then([] { press(ok_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web2");
     EXPECT_EQ(raw_value(kAgentKey, "Domain"), std::nullopt);
@@ -126,7 +126,7 @@ TEST_F(MainWindow, OkWritesTheEntriesOfEveryConfiguration) {
     then([] { edit("web2"); });
     then([] { select("Colour"); });
     then([] { edit("green"); });
-    then([] { press(kOkId); });
+    then([] { press(ok_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web2");
     EXPECT_EQ(stored("Colour"), "green");
@@ -147,7 +147,7 @@ TEST_F(MainWindow, CancelWritesNothing) {
     set_text(kAgentKey, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
-    then([] { press(kCloseId); });
+    then([] { press(close_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web1");
 }
@@ -161,7 +161,7 @@ TEST_F(MainWindow, AKeyThatVanishedBeforeOkIsFatalAndKeepsWhatWasWrittenBefore) 
     then([] { select("Colour"); });
     then([] { edit("green"); });
     then([] { delete_key("SOFTWARE\\TavrinTests\\Other"); });
-    then([] { press(kOkId); });
+    then([] { press(ok_id); });
     EXPECT_EQ(run(), 1);
     ASSERT_EQ(boxes.seen().size(), 1u);
     EXPECT_EQ(boxes.seen()[0].text, "Cannot open path \"SOFTWARE\\TavrinTests\\Other\" for writing");
@@ -183,10 +183,10 @@ TEST_F(MainWindow, ControlsStandWhereTheLayoutSays) {
             EXPECT_EQ(at.right - at.left, width) << id;
             EXPECT_EQ(at.bottom - at.top, height) << id;
         };
-        expect_at(kTreeId, 10, 10, client.right / 2 - 20, client.bottom - 50);
-        expect_at(kOkId, client.right - 170, client.bottom - 30, 80, 25);
-        expect_at(kCloseId, client.right - 85, client.bottom - 30, 80, 25);
-        expect_at(kTestConnectionId, 5, client.bottom - 30, 120, 25);
+        expect_at(tree_id, 10, 10, client.right / 2 - 20, client.bottom - 50);
+        expect_at(ok_id, client.right - 170, client.bottom - 30, 80, 25);
+        expect_at(close_id, client.right - 85, client.bottom - 30, 80, 25);
+        expect_at(test_connection_id, 5, client.bottom - 30, 120, 25);
         const RECT box = place_of(page());
         EXPECT_EQ(box.left, client.right / 2 + 10);
         EXPECT_EQ(box.right - box.left, client.right / 2 - 20);
@@ -223,7 +223,7 @@ TEST_F(MainWindow, DraggingItTooSmallMovesTheEdgeBack) {
 TEST_F(MainWindow, TestConnectionIsShownForNodesOfAConfigurationThatOffersIt) {
     spec_file("A", kPlain);
     spec_file("B", kTested);
-    const auto offered = [] { return IsWindowVisible(control(kTestConnectionId)) != FALSE; };
+    const auto offered = [] { return IsWindowVisible(control(test_connection_id)) != FALSE; };
     then([] { select("Tested"); });
     then([&] { EXPECT_TRUE(offered()); });
     then([] { select("Agent name"); });
@@ -237,7 +237,7 @@ TEST_F(MainWindow, TestConnectionIsShownForNodesOfAConfigurationThatOffersIt) {
 
 TEST_F(MainWindow, CommandsWithANotificationCodeAreNotTheButtons) {
     spec_file("A", kPlain);
-    then([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(kCloseId, 1), 0); });
+    then([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(close_id, 1), 0); });
     then([] { EXPECT_TRUE(IsWindow(main_window)); });
     EXPECT_EQ(run(), 0);
 }
@@ -246,7 +246,7 @@ TEST_F(MainWindow, TheConnectionTestOfAnEmptyServerListSucceeds) {
     spec_file("B", std::string(kTested) + kTitles);
     set_text(kAgentKey, "Port", "5000");
     then([] { select("Tested"); });
-    then([] { press(kTestConnectionId); });
+    then([] { press(test_connection_id); });
     EXPECT_EQ(run(), 0);
     ASSERT_EQ(boxes.seen().size(), 1u);
     EXPECT_EQ(boxes.seen()[0].caption, "Connection test successful");
@@ -257,7 +257,7 @@ TEST_F(MainWindow, TheConnectionTestUsesTheShownPagesEdit) {
     set_text(kAgentKey, "Port", "5000");
     then([] { select("List"); });
     then([] { edit("localhost:x"); });
-    then([] { press(kTestConnectionId); });
+    then([] { press(test_connection_id); });
     EXPECT_EQ(run(), 0);
     ASSERT_EQ(boxes.seen().size(), 1u);
     EXPECT_EQ(boxes.seen()[0].text,
@@ -271,7 +271,7 @@ protected:
         spec_file("A", std::string(kTested) + titles);
         set_text(kAgentKey, "Port", "50x");
         then([] { select("Tested"); });
-        then([] { press(kTestConnectionId); });
+        then([] { press(test_connection_id); });
         EXPECT_EQ(run(), 1);
         ASSERT_EQ(boxes.seen().size(), 1u);
         EXPECT_EQ(boxes.seen()[0].text, text);

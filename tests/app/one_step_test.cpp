@@ -1,5 +1,5 @@
 // What happens before the program's loop has had a turn.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
 
@@ -27,7 +27,7 @@ TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
     spec_file("A", kEdited);
     set_text(kAgentKey, "Port", "5000");
     then([] { select("List"); });
-    then_edit_and_press("localhost:x", kTestConnectionId);
+    then_edit_and_press("localhost:x", test_connection_id);
     EXPECT_EQ(run(), 0);
     ASSERT_EQ(boxes.seen().size(), 1U);
     EXPECT_EQ(boxes.seen()[0].text,
@@ -40,7 +40,7 @@ TEST_F(OneStep, OkOfAConfigurationWithoutServiceWritesWhatTheLastUpdateTook) {
     set_text(kAgentKey, "Name", "web1");
     then([] { select("Name"); });
     then([] { SetWindowTextA(page_controls().at(0), "web2"); });
-    then_edit_and_press("web3", kOkId);
+    then_edit_and_press("web3", ok_id);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
 }
@@ -53,8 +53,8 @@ TEST_F(OneStep, APageThatIsLeftAtOnceKeepsWhatWasJustTyped) {
         SetWindowTextA(page_controls().at(0), "web2");
         select("All");
     });
-    then([] { EXPECT_EQ(text_of(control(kCloseId)), "Cancel"); });
-    then([] { SendMessageA(control(kOkId), BM_CLICK, 0, 0); });
+    then([] { EXPECT_EQ(text_of(control(close_id)), "Cancel"); });
+    then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
 }

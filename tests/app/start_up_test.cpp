@@ -1,6 +1,6 @@
 #include "app/start_up.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "error/exceptions.h"
 #include "error/trace.h"
 #include "spec/configurations.h"
@@ -175,7 +175,7 @@ TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {
     then([] { select("T"); });
     then([] { SetWindowTextA(page_controls().at(0), "new"); });
     const RefusingClass refusing("Edit", 2);
-    boxes.while_shown([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(kOkId, BN_CLICKED), 0); });
+    boxes.while_shown([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(ok_id, BN_CLICKED), 0); });
     then([] { select("U"); });
     expect_fatal("Unable to create dir box");
     EXPECT_EQ(text_value(kAgentKey, "V"), "old");

@@ -1,4 +1,4 @@
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "support/page.h"
 #include "support/program.h"
 #include "window/main_handle.h"
@@ -28,25 +28,25 @@ TEST_F(WindowStyles, OfTheMainWindow) {
 
 TEST_F(WindowStyles, OfTheTree) {
     then([] {
-        expect_style(control(kTreeId),
+        expect_style(control(tree_id),
                      WS_CHILD | WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
                          TVS_SHOWSELALWAYS,
                      WS_EX_CLIENTEDGE);
-        EXPECT_TRUE(IsWindowVisible(control(kTreeId)));
+        EXPECT_TRUE(IsWindowVisible(control(tree_id)));
     });
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(WindowStyles, OfTheButtons) {
     then([] {
-        expect_style(control(kCloseId), WS_CHILD | WS_GROUP | WS_TABSTOP, 0);
-        expect_style(control(kOkId), WS_CHILD, 0);
-        expect_style(control(kTestConnectionId), WS_CHILD, 0);
-        EXPECT_EQ(text_of(control(kOkId)), "OK");
-        EXPECT_EQ(text_of(control(kTestConnectionId)), "Test Connection");
-        EXPECT_TRUE(IsWindowVisible(control(kCloseId)));
-        EXPECT_TRUE(IsWindowVisible(control(kOkId)));
-        EXPECT_FALSE(IsWindowVisible(control(kTestConnectionId)));
+        expect_style(control(close_id), WS_CHILD | WS_GROUP | WS_TABSTOP, 0);
+        expect_style(control(ok_id), WS_CHILD, 0);
+        expect_style(control(test_connection_id), WS_CHILD, 0);
+        EXPECT_EQ(text_of(control(ok_id)), "OK");
+        EXPECT_EQ(text_of(control(test_connection_id)), "Test Connection");
+        EXPECT_TRUE(IsWindowVisible(control(close_id)));
+        EXPECT_TRUE(IsWindowVisible(control(ok_id)));
+        EXPECT_FALSE(IsWindowVisible(control(test_connection_id)));
     });
     EXPECT_EQ(run(), 0);
 }
@@ -63,7 +63,7 @@ TEST_F(WindowStyles, EveryControlHasItsNumber) {
 
 TEST_F(WindowStyles, EveryButtonHasTheSystemsFont) {
     then([] {
-        for (const int id : {kCloseId, kOkId, kTestConnectionId})
+        for (const int id : {close_id, ok_id, test_connection_id})
             EXPECT_EQ(font_of(control(id)), static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT))) << id;
     });
     EXPECT_EQ(run(), 0);

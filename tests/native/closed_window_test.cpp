@@ -1,5 +1,5 @@
 // The main window is closed from outside while the apply sequence waits for the service.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "platform/substitute/control.h"
 #include "support/program.h"
 #include "support/registry.h"
@@ -31,7 +31,7 @@ protected:
         then([this] {
             boxes.answer(IDYES);
             substitute::when_peeked([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
-            SendMessageA(control(kOkId), BM_CLICK, 0, 0);
+            SendMessageA(control(ok_id), BM_CLICK, 0, 0);
         });
         EXPECT_EQ(run(), 0);
         EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");

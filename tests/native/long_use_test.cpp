@@ -1,6 +1,6 @@
 // Long use over the substitute: what is open at the end is what was open when everything had been done once,
 // and under AddressSanitizer nothing allocated is lost.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "platform/substitute/control.h"
 #include "support/loopback.h"
 #include "support/program.h"
@@ -108,7 +108,7 @@ protected:
     }
     void test_the_connection(int times) {
         for (int time = 0; time < times; ++time)
-            then([] { SendMessageA(control(kTestConnectionId), BM_CLICK, 0, 0); });
+            then([] { SendMessageA(control(test_connection_id), BM_CLICK, 0, 0); });
     }
     void scan(int times) {
         then([] { select("Servers"); });

@@ -1,5 +1,5 @@
 // The whole program while the agent's service stops.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "platform/substitute/control.h"
 #include "support/program.h"
 #include "support/registry.h"
@@ -23,7 +23,7 @@ protected:
         substitute::set_service("TavrinAgent", {.stop_time = 2000});
         then([] { select("Name"); });
         then([] { SetWindowTextA(page_controls().at(0), "web2"); });
-        then([] { SendMessageA(control(kOkId), BM_CLICK, 0, 0); });
+        then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     }
     /// Runs once, in the middle of the wait.
     static void while_stopping(std::function<void()> step) {

@@ -1,6 +1,6 @@
 #include "random/player.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 
 #include <algorithm>
 
@@ -41,7 +41,7 @@ bool presses(int key) { return key == VK_RETURN || key == VK_SPACE; }
 
 } // namespace
 
-HWND Player::tree() const { return GetDlgItem(desk_.window(), kTreeId); }
+HWND Player::tree() const { return GetDlgItem(desk_.window(), tree_id); }
 HWND Player::button(int id) const { return GetDlgItem(desk_.window(), id); }
 HTREEITEM Player::caret() const { return next_item(tree(), TVGN_CARET, nullptr); }
 
@@ -90,9 +90,9 @@ void Player::play(const Step& step) {
     case Action::background: click_background(); break;
     case Action::key: press_key(step); break;
     case Action::text: type(step); break;
-    case Action::test: click_button(kTestConnectionId, "Test Connection"); break;
-    case Action::ok: click_button(kOkId, "OK"); break;
-    case Action::close: click_button(kCloseId, "Close"); break;
+    case Action::test: click_button(test_connection_id, "Test Connection"); break;
+    case Action::ok: click_button(ok_id, "OK"); break;
+    case Action::close: click_button(close_id, "Close"); break;
     case Action::leave:
         note("leaves for another program and comes back");
         keep_focus();
@@ -223,11 +223,11 @@ void Player::click_control(const Step& step) {
 void Player::press(HWND pressed) {
     if (!is_usable(pressed))
         return;
-    if (pressed == button(kOkId))
+    if (pressed == button(ok_id))
         end_ = End::applied;
-    if (pressed == button(kCloseId))
+    if (pressed == button(close_id))
         end_ = End::discarded;
-    if (pressed == button(kTestConnectionId) && selected_ != nullptr)
+    if (pressed == button(test_connection_id) && selected_ != nullptr)
         failure_ = model_.test_failure(*selected_->file);
     if (is_scan(pressed) && selected_ != nullptr)
         failure_ = model_.scan_failure(*selected_->file);
@@ -370,15 +370,15 @@ std::string Player::look_at_value(const Page& page) {
 
 std::string Player::look_at_buttons() const {
     const bool changes = model_.has_changes();
-    const std::string text = desk_.text_of(button(kCloseId));
+    const std::string text = desk_.text_of(button(close_id));
     // Before the first update the button has no text yet, and OK is as it was made.
     const bool not_yet = caret_ == nullptr && text.empty();
     if (!not_yet && text != (changes ? "Cancel" : "Close"))
         return "the button says \"" + text + "\" while " + (changes ? "something" : "nothing") + " differs";
-    if (!not_yet && (IsWindowEnabled(button(kOkId)) != 0) != changes)
+    if (!not_yet && (IsWindowEnabled(button(ok_id)) != 0) != changes)
         return std::string("OK is ") + (changes ? "disabled" : "enabled");
     const bool offered = selected_ != nullptr && selected_->file->test_titles.has_value();
-    if ((IsWindowVisible(button(kTestConnectionId)) != 0) != offered)
+    if ((IsWindowVisible(button(test_connection_id)) != 0) != offered)
         return std::string("Test Connection is ") + (offered ? "hidden" : "shown");
     return "";
 }

@@ -1,6 +1,6 @@
 #include "support/program.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "app/start_up.h"
 #include "spec/configurations.h"
 #include "support/registry.h"
@@ -13,7 +13,7 @@ namespace {
 
 HTREEITEM next_item(WPARAM which, HTREEITEM from) {
     return reinterpret_cast<HTREEITEM>(
-        SendMessageA(control(kTreeId), TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(from)));
+        SendMessageA(control(tree_id), TVM_GETNEXTITEM, which, reinterpret_cast<LPARAM>(from)));
 }
 
 std::string item_text(HTREEITEM from) {
@@ -23,7 +23,7 @@ std::string item_text(HTREEITEM from) {
     wanted.hItem = from;
     wanted.pszText = text;
     wanted.cchTextMax = sizeof text;
-    SendMessageA(control(kTreeId), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&wanted));
+    SendMessageA(control(tree_id), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&wanted));
     return text;
 }
 
@@ -89,7 +89,7 @@ HTREEITEM item(const std::string& text) {
 }
 
 void select(const std::string& text) {
-    SendMessageA(control(kTreeId), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item(text)));
+    SendMessageA(control(tree_id), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item(text)));
 }
 
 HWND page() {

@@ -1,4 +1,4 @@
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "driver/program.h"
 #include "driver/seed.h"
 #include "driver/work.h"
@@ -34,8 +34,8 @@ std::vector<Tester> testers(const Servers& servers, const std::string& old_progr
 double time_of(const Tester& tester) {
     Program tool(tester.command_line);
     if (tester.has_entries)
-        e2e::RemoteTree(tool.control(kTreeId), tool.process()).select({"Agent", "Servers", "Name"});
-    return tool.click_for_box(kTestConnectionId, seeded::success_caption);
+        e2e::RemoteTree(tool.control(tree_id), tool.process()).select({"Agent", "Servers", "Name"});
+    return tool.click_for_box(test_connection_id, seeded::success_caption);
 }
 
 } // namespace

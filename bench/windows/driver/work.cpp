@@ -1,6 +1,6 @@
 #include "driver/work.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "driver/private_memory.h"
 #include "driver/program.h"
 #include "driver/seed.h"
@@ -26,7 +26,7 @@ void expect(bool good, const std::string& what) {
 /// The configuration, its groups and its entries.
 void expect_items(const Program& shown, int entries) {
     const int groups = (entries + seeded::entries_per_group - 1) / seeded::entries_per_group;
-    expect(e2e::send(shown.control(kTreeId), TVM_GETCOUNT) == 1 + groups + entries,
+    expect(e2e::send(shown.control(tree_id), TVM_GETCOUNT) == 1 + groups + entries,
            "the tree does not hold every entry");
 }
 
@@ -45,7 +45,7 @@ HWND edit_of_page(HWND window) {
 }
 
 void change_every_value(const Program& tool) {
-    const HWND tree = tool.control(kTreeId);
+    const HWND tree = tool.control(tree_id);
     int number = 0;
     HTREEITEM group = next(tree, TVGN_CHILD, next(tree, TVGN_ROOT, nullptr));
     for (; group != nullptr; group = next(tree, TVGN_NEXT, group)) {
@@ -104,7 +104,7 @@ void measure_ok(Samples& samples, int runs) {
     constexpr int entries = 1'000;
     const Seed seed(entries);
     const auto add = [&](const char* name, Program& tool) {
-        samples.add("OK, 1000 changed values", name, "s", tool.click_and_end(kOkId));
+        samples.add("OK, 1000 changed values", name, "s", tool.click_and_end(ok_id));
         expect(seed.is_changed(), std::string(name) + " did not write every value");
         seed.reset_values();
     };

@@ -1,6 +1,6 @@
 #include "peers/bare_window.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 
 namespace {
 
@@ -17,23 +17,23 @@ void create(HWND window) {
     const HWND tree = add(window, WS_EX_CLIENTEDGE, WC_TREEVIEWA, "",
                           WS_VISIBLE | WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
                               TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-                          {10, 10, 190, 140}, kTreeId);
+                          {10, 10, 190, 140}, tree_id);
     if (shown->fill != nullptr)
         shown->fill(tree);
     const HWND buttons[] = {
-        add(window, 0, "Button", "Close", WS_VISIBLE | WS_GROUP | WS_TABSTOP, {335, 160, 80, 25}, kCloseId),
-        add(window, 0, "Button", "OK", WS_VISIBLE, {250, 160, 80, 25}, kOkId),
-        add(window, 0, "Button", "Test Connection", 0, {5, 160, 120, 25}, kTestConnectionId)};
+        add(window, 0, "Button", "Close", WS_VISIBLE | WS_GROUP | WS_TABSTOP, {335, 160, 80, 25}, close_id),
+        add(window, 0, "Button", "OK", WS_VISIBLE, {250, 160, 80, 25}, ok_id),
+        add(window, 0, "Button", "Test Connection", 0, {5, 160, 120, 25}, test_connection_id)};
     for (const HWND button : buttons)
         SendMessageA(button, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
 }
 
 LRESULT command(HWND window, WORD id) {
-    if (id == kTestConnectionId) {
+    if (id == test_connection_id) {
         shown->test();
         return 0;
     }
-    if (id == kOkId)
+    if (id == ok_id)
         shown->write();
     DestroyWindow(window);
     return 0;

@@ -1,6 +1,6 @@
 #include "random/native/native_session.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "app/start_up.h"
 #include "platform/substitute/control.h"
 #include "support/registry.h"
@@ -150,13 +150,13 @@ std::string NativeSession::text_of(HTREEITEM item) {
     wanted.hItem = item;
     wanted.pszText = text;
     wanted.cchTextMax = sizeof text;
-    SendMessageA(control(kTreeId), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&wanted));
+    SendMessageA(control(tree_id), TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&wanted));
     return text;
 }
 
 bool NativeSession::find(HTREEITEM item, RECT& text_place) {
     *reinterpret_cast<HTREEITEM*>(&text_place) = item;
-    return SendMessageA(control(kTreeId), TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text_place)) != 0;
+    return SendMessageA(control(tree_id), TVM_GETITEMRECT, TRUE, reinterpret_cast<LPARAM>(&text_place)) != 0;
 }
 
 void NativeSession::leave_and_return() {

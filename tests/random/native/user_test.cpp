@@ -1,5 +1,5 @@
 // A user who does whatever comes to mind, over the substitute.
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "random/native/native_session.h"
 
 #include <gmock/gmock.h>
@@ -87,7 +87,7 @@ TEST(RandomUser, NoticesALostTextAndSaysShortlyHow) {
 TEST(RandomUser, NoticesButtonsThatSayTheWrongThing) {
     const auto lie = [](std::size_t step) {
         if (step == 5)
-            SetWindowTextA(control(kCloseId), "Abort");
+            SetWindowTextA(control(close_id), "Abort");
     };
     EXPECT_THAT(NativeSession::play(1, steps_of(1, kSteps), lie).fault,
                 HasSubstr("the button says \"Abort\""));

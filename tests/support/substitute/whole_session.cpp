@@ -1,6 +1,6 @@
 #include "support/substitute/whole_session.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "app/start_up.h"
 #include "error/exceptions.h"
 #include "net/socket.h"
@@ -112,9 +112,9 @@ void WholeSession::add_steps() {
     visit("Level", [](HWND list) { SendMessageA(list, CB_SETCURSEL, 1, 0); });
     for (const char* pushed : {"Flag", "Folder", "File", "Signal", "Forget", "Servers"})
         visit(pushed, [](HWND button) { SendMessageA(button, BM_CLICK, 0, 0); });
-    then([] { push(kTestConnectionId); });
+    then([] { push(test_connection_id); });
     then([] { SetWindowPos(main_window, nullptr, 0, 0, 600, 400, SWP_NOZORDER | SWP_NOMOVE); });
-    then([] { push(kOkId); });
+    then([] { push(ok_id); });
     // A window that could not be closed is closed again.
     for (int attempt = 0; attempt < 3; ++attempt)
         then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
@@ -123,7 +123,7 @@ void WholeSession::add_steps() {
 /// Selects the entry and, when its page came up, acts on the page's last control.
 void WholeSession::visit(const char* title, void (*act)(HWND)) {
     then([title] {
-        const HWND tree = see([] { return control(kTreeId); });
+        const HWND tree = see([] { return control(tree_id); });
         const HTREEITEM found = see([title] { return item(title); });
         SendMessageA(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(found));
     });

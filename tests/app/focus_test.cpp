@@ -1,6 +1,6 @@
-#include "app/keyboard.h"
+#include "app/focus.h"
 
-#include "app/control_ids.h"
+#include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "support/test_window.h"
@@ -22,7 +22,7 @@ protected:
         spec_file("A", kSpec + more);
         set_text(kAgentKey, "Name", "web1");
         set_text(kAgentKey, "Flag", "true");
-        then([] { SetFocus(control(kTreeId)); });
+        then([] { SetFocus(control(tree_id)); });
         then([node] { select(node); });
     }
     void then_press(int key, bool with_shift = false) {
@@ -44,9 +44,9 @@ TEST_F(Keyboard, TabGoesFromTheTreeThroughThePageToCloseAndRoundWhileOkIsDisable
     then_press(VK_TAB);
     then_focus_is(page_control(0));
     then_press(VK_TAB);
-    then_focus_is(main_control(kCloseId));
+    then_focus_is(main_control(close_id));
     then_press(VK_TAB);
-    then_focus_is(main_control(kTreeId));
+    then_focus_is(main_control(tree_id));
     EXPECT_EQ(run(), 0);
 }
 
@@ -58,29 +58,29 @@ TEST_F(Keyboard, TabStopsAtTestConnectionAndOkWhenTheyCanBeUsed) {
     then_press(VK_TAB);
     then_focus_is(page_control(1));
     then_press(VK_TAB);
-    then_focus_is(main_control(kTestConnectionId));
+    then_focus_is(main_control(test_connection_id));
     then_press(VK_TAB);
-    then_focus_is(main_control(kOkId));
+    then_focus_is(main_control(ok_id));
     then_press(VK_TAB);
-    then_focus_is(main_control(kCloseId));
+    then_focus_is(main_control(close_id));
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, ShiftTabGoesBack) {
     open("Name");
     then_press(VK_TAB, true);
-    then_focus_is(main_control(kCloseId));
+    then_focus_is(main_control(close_id));
     then_press(VK_TAB, true);
     then_focus_is(page_control(0));
     then_press(VK_TAB, true);
-    then_focus_is(main_control(kTreeId));
+    then_focus_is(main_control(tree_id));
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, ADisabledControlIsPassedOver) {
     open("Gone");
     then_press(VK_TAB);
-    then_focus_is(main_control(kCloseId));
+    then_focus_is(main_control(close_id));
     EXPECT_EQ(run(), 0);
 }
 
@@ -88,7 +88,7 @@ TEST_F(Keyboard, TheFirstTabReachesTheTree) {
     spec_file("A", kSpec);
     then([] { SetFocus(main_window); });
     then_press(VK_TAB);
-    then_focus_is(main_control(kTreeId));
+    then_focus_is(main_control(tree_id));
     EXPECT_EQ(run(), 0);
 }
 
@@ -105,7 +105,7 @@ TEST_F(Keyboard, SpaceTogglesACheckbox) {
     then_press(VK_TAB);
     then_press(VK_SPACE);
     then([] { EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_UNCHECKED); });
-    then([] { EXPECT_EQ(text_of(control(kCloseId)), "Cancel"); });
+    then([] { EXPECT_EQ(text_of(control(close_id)), "Cancel"); });
     EXPECT_EQ(run(), 0);
 }
 
@@ -114,7 +114,7 @@ TEST_F(Keyboard, TheWholeEditNeedsNoMouse) {
     then_press(VK_TAB);
     then([] { type_text("db7"); });
     then_press(VK_TAB);
-    then_focus_is(main_control(kOkId));
+    then_focus_is(main_control(ok_id));
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
@@ -126,7 +126,7 @@ TEST_F(Keyboard, SpaceOnCloseWritesNothing) {
     then([] { type_text("db7"); });
     then_press(VK_TAB);
     then_press(VK_TAB);
-    then_focus_is(main_control(kCloseId));
+    then_focus_is(main_control(close_id));
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "web1");
@@ -137,10 +137,10 @@ TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
     set_text(kAgentKey, "Name", "");
     then_press(VK_TAB);
     then_press(VK_TAB);
-    then_focus_is(main_control(kTestConnectionId));
+    then_focus_is(main_control(test_connection_id));
     then_press(VK_SPACE);
     then([&] { EXPECT_EQ(boxes.seen().size(), 1u); });
-    then_focus_is(main_control(kTestConnectionId));
+    then_focus_is(main_control(test_connection_id));
     EXPECT_EQ(run(), 0);
 }
 
@@ -149,7 +149,7 @@ TEST_F(Keyboard, EnterPressesTheButtonThatHasTheFocus) {
     then_press(VK_TAB);
     then([] { type_text("db7"); });
     then_press(VK_TAB);
-    then_focus_is(main_control(kOkId));
+    then_focus_is(main_control(ok_id));
     then_press(VK_RETURN);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
@@ -172,7 +172,7 @@ TEST_F(Keyboard, EnterElsewhereDoesNothing) {
         then_focus_is(page_control(0));
         then_press(VK_RETURN);
         then_focus_is(page_control(0));
-        then([] { EXPECT_EQ(text_of(control(kCloseId)), "Close"); });
+        then([] { EXPECT_EQ(text_of(control(close_id)), "Close"); });
     }
     EXPECT_EQ(run(), 0);
     EXPECT_TRUE(boxes.seen().empty());
@@ -181,10 +181,10 @@ TEST_F(Keyboard, EnterElsewhereDoesNothing) {
 TEST_F(Keyboard, EnterHeldDownPressesOnce) {
     open("Name", kConnectionTest);
     set_text(kAgentKey, "Name", "");
-    then([] { SetFocus(control(kTestConnectionId)); });
+    then([] { SetFocus(control(test_connection_id)); });
     then([&] {
         MSG enter{};
-        enter.hwnd = control(kTestConnectionId);
+        enter.hwnd = control(test_connection_id);
         enter.message = WM_KEYDOWN;
         enter.wParam = VK_RETURN;
         enter.lParam = 1;
@@ -203,16 +203,16 @@ TEST_F(Keyboard, ArrowsMoveNothingOnButtonsAndCheckBoxes) {
         then([] { SetFocus(page_controls().at(0)); });
         then_press(key);
         then_focus_is(page_control(0));
-        then([] { SetFocus(control(kTestConnectionId)); });
+        then([] { SetFocus(control(test_connection_id)); });
         then_press(key);
-        then_focus_is(main_control(kTestConnectionId));
-        then([] { SetFocus(control(kCloseId)); });
+        then_focus_is(main_control(test_connection_id));
+        then([] { SetFocus(control(close_id)); });
         then_press(key);
-        then_focus_is(main_control(kCloseId));
+        then_focus_is(main_control(close_id));
     }
     then([] {
         EXPECT_EQ(SendMessageA(page_controls().at(0), BM_GETCHECK, 0, 0), BST_CHECKED);
-        EXPECT_EQ(text_of(control(kCloseId)), "Close");
+        EXPECT_EQ(text_of(control(close_id)), "Close");
     });
     EXPECT_EQ(run(), 0);
 }
@@ -223,7 +223,7 @@ TEST_F(Keyboard, ArrowsGoToTheControlsThatUseThem) {
     then_press(VK_RIGHT);
     then([] { type_text("x"); });
     then([] { EXPECT_EQ(text_of(page_controls().at(0)), "web1x"); });
-    then([] { SetFocus(control(kTreeId)); });
+    then([] { SetFocus(control(tree_id)); });
     then_press(VK_DOWN);
     then([] { EXPECT_EQ(text_of(page()), "Folder"); });
     EXPECT_EQ(run(), 0);

@@ -1,5 +1,17 @@
 #pragma once
+/// The main window's own controls, the tree and the buttons: how they are made and where they stand.
 #include "window/controls.h"
+
+/// Assistive and test programs find the controls by these identifiers.
+inline constexpr int tree_id = 101;
+inline constexpr int close_id = 103;
+inline constexpr int ok_id = 104;
+inline constexpr int test_connection_id = 105;
+
+/// Creates the tree and, once that is filled, the buttons. Throw the text that names the control that could
+/// not be created.
+HWND create_tree(HWND window);
+void create_buttons(HWND window);
 
 /// Places in a main window whose client rectangle is `client`.
 Placement tree_placement(const RECT& client);
@@ -8,8 +20,8 @@ Placement close_placement(const RECT& client);
 Placement test_connection_placement(const RECT& client);
 
 /// The smallest main window, frame included, in pixels; also its first size.
-inline constexpr int kMinimumWidth = 436;
-inline constexpr int kMinimumHeight = 229;
+inline constexpr int minimum_width = 436;
+inline constexpr int minimum_height = 229;
 
 /// Makes the rectangle that the user is dragging by `edge` (WMSZ_LEFT and its siblings) at least as large as
 /// the minimum, by moving the dragged edge back.

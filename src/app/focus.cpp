@@ -1,9 +1,9 @@
-#include "app/keyboard.h"
+#include "app/focus.h"
 
-#include "app/control_ids.h"
-#include "app/main_window_state.h"
+#include "app/main_window_controls.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -19,6 +19,20 @@ void add_stop(std::vector<HWND>& stops, HWND control) {
 void add_children(std::vector<HWND>& stops, HWND parent) {
     for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
         add_stop(stops, child);
+}
+
+/// The controls that Tab visits, in order.
+std::vector<HWND> focus_stops(HWND window) {
+    std::vector<HWND> stops;
+    const HWND tree = GetDlgItem(window, tree_id);
+    add_stop(stops, tree);
+    for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (child != tree)
+            add_children(stops, child);
+    }
+    for (const int id : {test_connection_id, ok_id, close_id})
+        add_stop(stops, GetDlgItem(window, id));
+    return stops;
 }
 
 /// As in a dialog, an edit control that is reached by Tab has its whole text selected.
@@ -56,19 +70,6 @@ bool wants_arrows(HWND control) { return (dialog_code(control) & (DLGC_WANTARROW
 
 } // namespace
 
-std::vector<HWND> focus_stops(HWND window) {
-    std::vector<HWND> stops;
-    const HWND tree = GetDlgItem(window, kTreeId);
-    add_stop(stops, tree);
-    for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-        if (child != tree)
-            add_children(stops, child);
-    }
-    for (const int id : {kTestConnectionId, kOkId, kCloseId})
-        add_stop(stops, GetDlgItem(window, id));
-    return stops;
-}
-
 bool handle_key(HWND window, const MSG& message) {
     if (message.message != WM_KEYDOWN || (message.hwnd != window && !IsChild(window, message.hwnd)))
         return false;
@@ -83,26 +84,20 @@ bool handle_key(HWND window, const MSG& message) {
     }
 }
 
-void remember_focus(HWND window, HWND control) {
-    if (IsChild(window, control))
-        main_window_state.left_focus = control;
-}
-
-void restore_focus(HWND window) {
-    const HWND left = main_window_state.left_focus;
+void restore_focus(HWND window, HWND left) {
     if (left == nullptr)
         return;
     const bool still_there = IsChild(window, left) && is_usable(left);
-    SetFocus(still_there ? left : GetDlgItem(window, kTreeId));
+    SetFocus(still_there ? left : GetDlgItem(window, tree_id));
 }
 
 void move_focus_off(HWND window, HWND control) {
     if (GetFocus() == control)
-        SetFocus(GetDlgItem(window, kTreeId));
+        SetFocus(GetDlgItem(window, tree_id));
 }
 
 void move_focus_off_page(HWND window) {
     const HWND focus = GetFocus();
     if (IsChild(window, focus) && GetParent(focus) != window)
-        SetFocus(GetDlgItem(window, kTreeId));
+        SetFocus(GetDlgItem(window, tree_id));
 }

@@ -1,4 +1,4 @@
-#include "app/window_layout.h"
+#include "app/main_window_controls.h"
 
 #include <gmock/gmock.h>
 #include <ostream>

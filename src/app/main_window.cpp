@@ -1,0 +1,192 @@
+#include "app/main_window.h"
+
+#include "app/apply_changes.h"
+#include "app/focus.h"
+#include "app/group_tree.h"
+#include "app/main_window_controls.h"
+#include "app/test_connection.h"
+#include "error/trace.h"
+#include "spec/configurations.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
+#include "window/window_class.h"
+
+#include <string>
+
+namespace {
+
+constexpr char class_name[] = "trconfigclass";
+
+/// What the main window remembers between messages; begins anew with each main window.
+struct State {
+    /// The configuration whose node is selected, if it offers a connection test.
+    Configuration* tested = nullptr;
+    /// What the buttons show. True at first, so that the first update without changes writes "Close".
+    bool changed = true;
+    /// The control that had the keyboard focus when the window itself or another one last got it.
+    HWND left_focus = nullptr;
+    /// Tree and buttons are all there. Before, there is nothing to bring in step with anything.
+    bool complete = false;
+};
+
+State state;
+
+LRESULT on_create(HWND window) {
+    state = {};
+    const HWND tree = create_tree(window);
+    for (const auto& [name, configuration] : configurations)
+        fill_tree(*configuration, tree);
+    create_buttons(window);
+    state.complete = true;
+    // The first update is not left to the tree's first notification, whose time differs between systems.
+    PostMessageA(window, page_changed_message, 0, 0);
+    return 0;
+}
+
+/// The window may be closed from outside while a step is under way that goes on, such as the apply sequence:
+/// what that step still does finds the values in the stores and no owner for its boxes.
+LRESULT on_destroy(HWND window) {
+    state.complete = false;
+    for (const auto& [name, configuration] : configurations)
+        leave_page(*configuration, window);
+    main_window = nullptr;
+    PostQuitMessage(0);
+    return 0;
+}
+
+/// Every configuration is asked, since asking also takes the shown page's values.
+bool any_configuration_has_changes() {
+    bool changed = false;
+    for (const auto& [name, configuration] : configurations)
+        changed = configuration->has_changes() || changed;
+    return changed;
+}
+
+/// Brings OK and Close/Cancel in step with whether any configuration has unsaved changes.
+LRESULT update_buttons(HWND window) {
+    const bool changed = any_configuration_has_changes();
+    if (changed == state.changed)
+        return 0;
+    // First of all: a button with a theme is painted within each change, and tells this window, which asks
+    // again.
+    state.changed = changed;
+    const HWND ok = GetDlgItem(window, ok_id);
+    if (!changed)
+        move_focus_off(window, ok);
+    EnableWindow(ok, changed ? TRUE : FALSE);
+    SetWindowTextA(GetDlgItem(window, close_id), changed ? "Cancel" : "Close");
+    return 0;
+}
+
+void offer_connection_test(HWND window, Configuration& selected) {
+    const bool offered = selected.offersConnectionTest;
+    const HWND button = GetDlgItem(window, test_connection_id);
+    if (!offered)
+        move_focus_off(window, button);
+    ShowWindow(button, offered ? SW_SHOW : SW_HIDE);
+    state.tested = offered ? &selected : nullptr;
+}
+
+void on_selection(HWND window, HWND tree) {
+    const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    move_focus_off_page(window);
+    for (const auto& [name, configuration] : configurations) {
+        if (select_item(*configuration, window, item))
+            offer_connection_test(window, *configuration);
+    }
+}
+
+LRESULT on_notify(HWND window, const NMHDR& header) {
+    if (!state.complete)
+        return 0;
+    if (header.idFrom == tree_id && header.code == TVN_SELCHANGEDA)
+        on_selection(window, header.hwndFrom);
+    return update_buttons(window);
+}
+
+LRESULT on_ok(HWND window) {
+    EnableWindow(window, FALSE);
+    for (const auto& [name, configuration] : configurations)
+        apply_changes(*configuration);
+    DestroyWindow(window);
+    return 0;
+}
+
+LRESULT on_test_connection() {
+    if (state.tested != nullptr)
+        testConnection(*state.tested);
+    return 0;
+}
+
+LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
+    const bool pressed = HIWORD(wparam) == BN_CLICKED;
+    switch (pressed ? LOWORD(wparam) : 0) {
+    case close_id: DestroyWindow(window); return 0;
+    case ok_id: return on_ok(window);
+    case test_connection_id: return on_test_connection();
+    default: return DefWindowProcA(window, WM_COMMAND, wparam, lparam);
+    }
+}
+
+void remember_focus(HWND window, HWND control) {
+    if (IsChild(window, control))
+        state.left_focus = control;
+}
+
+LRESULT on_activation(HWND window, WPARAM wparam, LPARAM lparam) {
+    if (LOWORD(wparam) == WA_INACTIVE)
+        remember_focus(window, GetFocus());
+    return DefWindowProcA(window, WM_ACTIVATE, wparam, lparam);
+}
+
+/// The window itself has no use for the focus. It comes with it from a control when the window is restored,
+/// and from elsewhere when the user comes back.
+LRESULT on_focus(HWND window, HWND loser) {
+    remember_focus(window, loser);
+    restore_focus(window, state.left_focus);
+    return 0;
+}
+
+LRESULT on_sizing(WPARAM edge, RECT& proposed) {
+    keep_minimum_size(edge, proposed);
+    return TRUE;
+}
+
+LRESULT handle_main_window(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_CREATE: return on_create(window);
+    case WM_SIZE: lay_out(window); return 0;
+    case WM_SIZING: return on_sizing(wparam, *reinterpret_cast<RECT*>(lparam));
+    case WM_NOTIFY: return on_notify(window, *reinterpret_cast<const NMHDR*>(lparam));
+    case WM_COMMAND: return on_command(window, wparam, lparam);
+    case page_changed_message: return update_buttons(window);
+    case WM_ACTIVATE: return on_activation(window, wparam, lparam);
+    case WM_SETFOCUS: return on_focus(window, reinterpret_cast<HWND>(wparam));
+    case WM_CLOSE: DestroyWindow(window); return 0;
+    case WM_DESTROY: return on_destroy(window);
+    default: return DefWindowProcA(window, message, wparam, lparam);
+    }
+}
+
+} // namespace
+
+void register_main_window_class(HINSTANCE instance) {
+    if (!register_window_class(instance, class_name, guarded_procedure<handle_main_window>))
+        throw std::string("Window Registration Failed!");
+}
+
+void open_main_window(HINSTANCE instance, int show_command) {
+    main_window =
+        CreateWindowExA(0, class_name, "Tavrin Configuration", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+                        CW_USEDEFAULT, minimum_width, minimum_height, nullptr, nullptr, instance, nullptr);
+    rethrow_kept();
+    if (main_window == nullptr)
+        throw std::string("Window Creation Failed!");
+    trace("Created Window\n");
+    ShowWindow(main_window, show_command);
+    rethrow_kept();
+    trace("Showed Window\n");
+    UpdateWindow(main_window);
+    rethrow_kept();
+    trace("Updated Window\n");
+}
