@@ -1,10 +1,8 @@
 #include "parse/settings.h"
-#include "spec/boolean_entry.h"
 #include "spec/building.h"
 #include "spec/configuration.h"
-#include "spec/directory_selector.h"
-#include "spec/integer_entry.h"
-#include "spec/string_entry.h"
+#include "spec/selectors.h"
+#include "spec/value_entries.h"
 
 namespace parse {
 namespace {
@@ -32,7 +30,7 @@ std::string description(const Configuration& configuration) {
 
 void from_text(const std::string& text, std::string* described) {
     Configuration configuration(false);
-    build_configuration(configuration, "Agent", text, show_spec_error);
+    build_settings(configuration, "Agent", text, show_spec_error);
     if (described != nullptr)
         *described = description(configuration);
 }
@@ -46,7 +44,7 @@ void from_file(const std::string& path, std::string* described) {
 std::size_t memory(const std::string& text) {
     const std::size_t before = allocated();
     Configuration configuration(false);
-    build_configuration(configuration, "Agent", text, show_spec_error);
+    build_settings(configuration, "Agent", text, show_spec_error);
     return allocated() - before;
 }
 

@@ -4,7 +4,7 @@
 #include "app/main_window_controls.h"
 #include "app/start_up.h"
 #include "platform/substitute/control.h"
-#include "spec/configurations.h"
+#include "spec/configuration.h"
 #include "window/main_handle.h"
 
 #include <benchmark/benchmark.h>

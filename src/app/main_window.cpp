@@ -6,7 +6,7 @@
 #include "app/main_window_controls.h"
 #include "app/test_connection.h"
 #include "error/trace.h"
-#include "spec/configurations.h"
+#include "spec/configuration.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 #include "window/window_class.h"

@@ -4,7 +4,7 @@
 #include "app/main_window.h"
 #include "error/trace.h"
 #include "net/socket.h"
-#include "spec/configurations.h"
+#include "spec/configuration.h"
 #include "store/registry_key.h"
 #include "window/boxes.h"
 #include "window/guard.h"

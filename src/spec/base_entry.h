@@ -5,9 +5,12 @@
 /// reaches the entry.
 #include "platform/win32.h"
 #include "store/data_manipulator.h"
+#include "window/controls.h"
 
 #include <map>
+#include <memory>
 #include <string_view>
+#include <utility>
 
 /// Every concrete entry derives from this class and from exactly one store class, which realises the shared
 /// DataManipulator. There is no virtual destructor: entries live until the process ends, and who owns one
@@ -60,3 +63,53 @@ private:
 
 /// Routes the messages of the group boxes to the entries whose pages they frame.
 inline std::map<HWND, BaseEntry*> entryByGroupBox;
+
+/// Destroys an entry as the kind that it was made as.
+struct EntryDeleter {
+    void operator()(BaseEntry* entry) const { destroy(entry); }
+
+    void (*destroy)(BaseEntry*) = nullptr;
+};
+
+using OwnedEntry = std::unique_ptr<BaseEntry, EntryDeleter>;
+
+/// Makes an entry of the kind `Entry`.
+template <typename Entry, typename... Arguments> OwnedEntry make_entry(Arguments&&... arguments) {
+    return {new Entry(std::forward<Arguments>(arguments)...),
+            {[](BaseEntry* entry) { delete static_cast<Entry*>(entry); }}};
+}
+
+/// For a control that has no value to edit.
+inline constexpr WORD never_reported = 0xFFFF;
+
+/// What tells one such kind from another.
+struct PageControl {
+    ControlDescription child;
+    /// Distance of the control's upper edge from the page's lower edge, and the control's height, in pixels.
+    int above_bottom;
+    int height;
+    /// The notification code by which the control reports that the user edited the value.
+    WORD edited = never_reported;
+};
+
+/// The page of every kind of entry that has one control below the help text.
+class SingleControlEntry : public BaseEntry {
+public:
+    /// `kind` must outlive the entry.
+    SingleControlEntry(std::string_view title, std::string_view help_text, const PageControl& kind);
+
+    void createControls(HWND parent) override;
+    void destroyControls(HWND parent) override;
+    void layout(HWND parent) override;
+    LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
+
+protected:
+    ~SingleControlEntry() = default;
+
+    /// Null while the page is not shown.
+    HWND control() const { return control_; }
+
+private:
+    const PageControl& kind_;
+    HWND control_ = nullptr;
+};

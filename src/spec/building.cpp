@@ -1,16 +1,12 @@
 #include "spec/building.h"
 
 #include "error/trace.h"
-#include "spec/boolean_entry.h"
-#include "spec/configuration.h"
-#include "spec/delete_key.h"
-#include "spec/directory_selector.h"
-#include "spec/file_selector.h"
-#include "spec/integer_entry.h"
+#include "spec/actions.h"
 #include "spec/option_entry.h"
+#include "spec/selectors.h"
 #include "spec/server_list_entry.h"
-#include "spec/signal_event.h"
-#include "spec/string_entry.h"
+#include "spec/settings.h"
+#include "spec/value_entries.h"
 #include "store/registry_key.h"
 
 #include <algorithm>
@@ -27,46 +23,45 @@ OwnedEntry entry_of(const Declaration& declaration, First first, More&&... more)
                              std::forward<More>(more)...);
 }
 
-CommonRegKey binding(const Declaration& declaration, const Configuration& configuration) {
-    return {HKEY_LOCAL_MACHINE, configuration.registryPath, declaration.value_name.text,
-            !configuration.connectionTestOnly};
+CommonRegKey binding(const Declaration& declaration, const Settings& target) {
+    return {HKEY_LOCAL_MACHINE, target.registryPath, declaration.value_name.text, !target.connectionTestOnly};
 }
 
-template <typename Entry> OwnedEntry build_value(const Declaration& declaration, Configuration& target) {
+template <typename Entry> OwnedEntry build_value(const Declaration& declaration, Settings& target) {
     return entry_of<Entry>(declaration, binding(declaration, target));
 }
 
-OwnedEntry build_options(const Declaration& declaration, Configuration& target) {
+OwnedEntry build_options(const Declaration& declaration, Settings& target) {
     std::vector<std::string> options;
     for (const SpecLine& line : declaration.further)
         options.emplace_back(line.text);
     return entry_of<OptionEntry>(declaration, binding(declaration, target), std::move(options));
 }
 
-OwnedEntry build_serial_port(const Declaration& declaration, Configuration& target) {
+OwnedEntry build_serial_port(const Declaration& declaration, Settings& target) {
     return entry_of<OptionEntry>(declaration, binding(declaration, target), serial_ports());
 }
 
-OwnedEntry build_delete_key(const Declaration& declaration, Configuration& target) {
+OwnedEntry build_delete_key(const Declaration& declaration, Settings& target) {
     std::string path = target.registryPath + "\\" + std::string(declaration.value_name.text);
     return entry_of<DeleteKey>(declaration, DeleteRegKey(HKEY_LOCAL_MACHINE, std::move(path)));
 }
 
-OwnedEntry build_signal(const Declaration& declaration, Configuration&) {
+OwnedEntry build_signal(const Declaration& declaration, Settings&) {
     return entry_of<SignalEvent>(declaration, std::string(declaration.value_name.text));
 }
 
-OwnedEntry build_file(const Declaration& declaration, Configuration& target) {
+OwnedEntry build_file(const Declaration& declaration, Settings& target) {
     const bool has_extension = !declaration.further.empty();
     std::string extension(has_extension ? declaration.further.front().text : std::string_view());
     return entry_of<FileSelector>(declaration, binding(declaration, target), std::move(extension));
 }
 
-OwnedEntry build_server_list(const Declaration& declaration, Configuration& target) {
+OwnedEntry build_server_list(const Declaration& declaration, Settings& target) {
     return entry_of<ServerListEntry>(declaration, binding(declaration, target), target);
 }
 
-OwnedEntry set_up_connection_test(const Declaration& declaration, Configuration& target) {
+OwnedEntry set_up_connection_test(const Declaration& declaration, Settings& target) {
     target.offersConnectionTest = true;
     target.agent_name_title = declaration.further[0].text;
     target.agent_domain_title = declaration.further[1].text;
@@ -84,7 +79,7 @@ OwnedEntry set_up_connection_test(const Declaration& declaration, Configuration&
 struct EntryBuilder {
     std::string_view type;
     /// Makes the entry; none when the declaration only tells the configuration something.
-    OwnedEntry (*build)(const Declaration&, Configuration&);
+    OwnedEntry (*build)(const Declaration&, Settings&);
     /// Also built when the configuration serves the connection test only.
     bool for_connection_test = false;
 };
@@ -116,7 +111,7 @@ const EntryBuilder& builder_of(const EntryKind& kind) { return entry_builders[&k
 /// Takes what a spec file says, statement by statement.
 class Builder {
 public:
-    Builder(Configuration& target, const SpecErrorReport& unknown_type_found)
+    Builder(Settings& target, const SpecErrorReport& unknown_type_found)
         : target_(target), unknown_type_found_(unknown_type_found) {}
 
     void take_head(const SpecReader& reader, const std::string& registry_value_name);
@@ -128,7 +123,7 @@ public:
 private:
     void take_unknown(const Declaration& declaration) const;
 
-    Configuration& target_;
+    Settings& target_;
     const SpecErrorReport& unknown_type_found_;
 };
 
@@ -165,8 +160,8 @@ void Builder::take_unknown(const Declaration& declaration) const {
 
 } // namespace
 
-void build_configuration(Configuration& target, const std::string& registry_value_name, std::string text,
-                         const SpecErrorReport& unknown_type_found) {
+void build_settings(Settings& target, const std::string& registry_value_name, std::string text,
+                    const SpecErrorReport& unknown_type_found) {
     target.spec_text = std::move(text);
     SpecReader reader(target.spec_text);
     Builder builder(target, unknown_type_found);

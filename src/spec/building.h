@@ -1,12 +1,12 @@
 #pragma once
-/// Makes a configuration's groups and entries of what a spec file says.
+/// Makes groups and entries of what a spec file says.
 #include "spec/spec_text.h"
 
 #include <functional>
 #include <string>
 #include <vector>
 
-class Configuration;
+class Settings;
 
 /// Is told of an error that does not end the building.
 using SpecErrorReport = std::function<void(const SpecError&)>;
@@ -15,8 +15,8 @@ using SpecErrorReport = std::function<void(const SpecError&)>;
 /// becomes the name of an old file's configuration. An unknown type is told to `unknown_type_found`, unless
 /// the configuration serves the connection test only. Throws a text (std::string) on every other error, and
 /// at the first.
-void build_configuration(Configuration& target, const std::string& registry_value_name, std::string text,
-                         const SpecErrorReport& unknown_type_found);
+void build_settings(Settings& target, const std::string& registry_value_name, std::string text,
+                    const SpecErrorReport& unknown_type_found);
 
 /// The machine's serial ports, in byte-wise order; none when the registry does not list them.
 std::vector<std::string> serial_ports();

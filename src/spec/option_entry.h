@@ -1,6 +1,6 @@
 #pragma once
 /// A choice from a fixed list of texts; each is at once what the user sees and what is stored.
-#include "spec/single_control_entry.h"
+#include "spec/base_entry.h"
 #include "store/common_reg_key.h"
 
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include "error/text.h"
 #include "net/discovery.h"
 #include "service/wait_window.h"
-#include "spec/configuration.h"
+#include "spec/settings.h"
 #include "window/boxes.h"
 #include "window/main_handle.h"
 
@@ -44,11 +44,11 @@ std::string scan(std::uint16_t port) {
 } // namespace
 
 ServerListEntry::ServerListEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                                 const Configuration& configuration)
-    : TextAndButtonEntry(std::move(binding), title, help_text, server_box), configuration_(configuration) {}
+                                 const Settings& settings)
+    : TextAndButtonEntry(std::move(binding), title, help_text, server_box), settings_(settings) {}
 
 void ServerListEntry::button_pressed() {
-    const auto port = static_cast<std::uint16_t>(configuration_.integer_by_title("Port"));
+    const auto port = static_cast<std::uint16_t>(settings_.integer_by_title("Port"));
     std::string found = scan(port);
     // Deliberately also after a failed scan: its box comes first, this one second.
     if (found.empty()) {

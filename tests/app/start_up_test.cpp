@@ -3,7 +3,7 @@
 #include "app/main_window_controls.h"
 #include "error/exceptions.h"
 #include "error/trace.h"
-#include "spec/configurations.h"
+#include "spec/configuration.h"
 #include "support/program.h"
 #include "support/refusing_class.h"
 #include "support/registry.h"

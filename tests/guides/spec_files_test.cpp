@@ -100,7 +100,7 @@ protected:
         Configuration configuration(false);
         const Boxes boxes;
         std::string thrown =
-            thrown_text([&] { build_configuration(configuration, "Legacy", file, show_spec_error); });
+            thrown_text([&] { build_settings(configuration, "Legacy", file, show_spec_error); });
         if (thrown == kNothing) {
             outcome.tree = tree_of(configuration);
             if (outcome.tree.find("\"Scan\"") != std::string::npos)
@@ -188,8 +188,8 @@ TEST_F(SpecFilesGuide, EveryTypeHasTheEntryThatTheGuideShows) {
         if (fence.label != "subspec")
             continue;
         Configuration configuration(false);
-        build_configuration(configuration, "", std::string(agent_key) + "\nExample\n!All\n" + fence.text,
-                            show_spec_error);
+        build_settings(configuration, "", std::string(agent_key) + "\nExample\n!All\n" + fence.text,
+                       show_spec_error);
         const auto& entries = configuration.groups.at(0).entries;
         EXPECT_EQ(configuration.offersConnectionTest, entries.empty()) << fence.heading;
         EXPECT_EQ(configuration.groups.size(), 1U) << fence.heading;

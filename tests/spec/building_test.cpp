@@ -191,11 +191,11 @@ TEST_F(Building, TellsUnknownTypesToWhomItWasHanded) {
     const Boxes no_box;
     Configuration configuration(false);
     std::vector<std::string> told;
-    build_configuration(configuration, "", new_head + "!G\n$A\nA\nh\nReal\n$B\nB\nh\nString\n$C\n",
-                        [&](const SpecError& error) {
-                            told.push_back(std::to_string(error.line) + ": " + error.text + ", " +
-                                           std::to_string(configuration.groups.at(0).entries.size()));
-                        });
+    build_settings(configuration, "", new_head + "!G\n$A\nA\nh\nReal\n$B\nB\nh\nString\n$C\n",
+                   [&](const SpecError& error) {
+                       told.push_back(std::to_string(error.line) + ": " + error.text + ", " +
+                                      std::to_string(configuration.groups.at(0).entries.size()));
+                   });
     EXPECT_THAT(told, ElementsAre("7: Unknown type: \"Real\", for subspec A, 0",
                                   "12: Unknown type: \"\", for subspec C, 1"));
     EXPECT_EQ(describe(configuration), "!G\nString|B|h\n");

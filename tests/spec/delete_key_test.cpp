@@ -1,4 +1,4 @@
-#include "spec/delete_key.h"
+#include "spec/actions.h"
 #include "spec/one_value_test.h"
 
 #include <gmock/gmock.h>

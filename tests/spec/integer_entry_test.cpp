@@ -1,5 +1,5 @@
-#include "spec/integer_entry.h"
 #include "spec/one_value_test.h"
+#include "spec/value_entries.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,5 @@
-#include "spec/directory_selector.h"
-#include "spec/file_selector.h"
 #include "spec/one_value_test.h"
+#include "spec/selectors.h"
 #include "support/dialogs.h"
 
 #include <gmock/gmock.h>

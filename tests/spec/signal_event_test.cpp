@@ -1,4 +1,4 @@
-#include "spec/signal_event.h"
+#include "spec/actions.h"
 
 #include "error/exceptions.h"
 #include "support/boxes.h"

@@ -1,9 +1,7 @@
-#include "spec/text_and_button_entry.h"
+#include "spec/selectors.h"
 
+#include "spec/base_entry.h"
 #include "spec/configuration.h"
-#include "spec/directory_selector.h"
-#include "spec/file_selector.h"
-#include "spec/group.h"
 #include "spec/one_value_test.h"
 #include "spec/server_list_entry.h"
 

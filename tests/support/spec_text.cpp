@@ -1,16 +1,12 @@
 #include "support/spec_text.h"
 
 #include "error/trace.h"
-#include "spec/boolean_entry.h"
+#include "spec/actions.h"
 #include "spec/building.h"
-#include "spec/delete_key.h"
-#include "spec/directory_selector.h"
-#include "spec/file_selector.h"
-#include "spec/integer_entry.h"
 #include "spec/option_entry.h"
+#include "spec/selectors.h"
 #include "spec/server_list_entry.h"
-#include "spec/signal_event.h"
-#include "spec/string_entry.h"
+#include "spec/value_entries.h"
 #include "support/thrown.h"
 
 #include <array>
@@ -57,7 +53,7 @@ void listen(const char* format, std::va_list arguments) {
 
 std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test_only) {
     auto configuration = std::make_unique<Configuration>(connection_test_only);
-    build_configuration(*configuration, "From registry", std::string(text), show_spec_error);
+    build_settings(*configuration, "From registry", std::string(text), show_spec_error);
     return configuration;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
-/// The page of every kind of entry that has a text box, which holds the value, and a button beside it, which
-/// finds one.
+/// The entries whose value is typed or found: a text box and a button beside it.
 #include "spec/base_entry.h"
 #include "store/common_reg_key.h"
 
 #include <string>
+#include <string_view>
 
 /// What tells one such kind from another; distances and sizes in pixels.
 struct TextAndButton {
@@ -20,6 +20,8 @@ struct TextAndButton {
     int button_height;
 };
 
+/// The page of every kind of entry that has a text box, which holds the value, and a button beside it, which
+/// finds one.
 class TextAndButtonEntry : public BaseEntry, public CommonRegKey {
 public:
     /// `kind` must outlive the entry.
@@ -47,4 +49,26 @@ private:
     const TextAndButton& kind_;
     HWND text_box_ = nullptr;
     HWND button_ = nullptr;
+};
+
+/// A folder, typed or picked with the shell's folder browser.
+class DirectorySelector final : public TextAndButtonEntry {
+public:
+    DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text);
+
+private:
+    void button_pressed() override;
+};
+
+/// A file, typed or picked with the open-file dialog, which offers the files of one extension.
+class FileSelector final : public TextAndButtonEntry {
+public:
+    /// `extension` has no dot; empty for files of every name.
+    FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
+                 std::string extension);
+
+private:
+    void button_pressed() override;
+
+    std::string extension_;
 };

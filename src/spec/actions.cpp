@@ -1,4 +1,4 @@
-#include "spec/signal_event.h"
+#include "spec/actions.h"
 
 #include "error/exceptions.h"
 #include "window/boxes.h"
@@ -6,12 +6,36 @@
 #include <utility>
 
 namespace {
+
+constexpr PageControl delete_box{.child = {.window_class = "Button",
+                                           .text = "Delete",
+                                           .style = BS_AUTOCHECKBOX,
+                                           .failure = "Unable to create checkbox delete control"},
+                                 .above_bottom = 25,
+                                 .height = 15,
+                                 .edited = BN_CLICKED};
+
 /// The failure text is deliberately that of the server list's button.
 constexpr PageControl execute_button{
     .child = {.window_class = "Button", .text = "Execute", .failure = "Unable to create scan button"},
     .above_bottom = 32,
     .height = 22};
+
 } // namespace
+
+DeleteKey::DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, delete_box), DeleteRegKey(std::move(binding)) {}
+
+void DeleteKey::showValue() {
+    EnableWindow(control(), exists() ? TRUE : FALSE);
+    if (exists())
+        SendMessageA(control(), BM_SETCHECK, delete_requested() ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+void DeleteKey::takeValue() {
+    if (exists())
+        request_delete(SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED);
+}
 
 SignalEvent::SignalEvent(std::string event_name, std::string_view title, std::string_view help_text)
     : SingleControlEntry(title, help_text, execute_button), event_name_(std::move(event_name)) {}
