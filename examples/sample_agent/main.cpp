@@ -10,7 +10,7 @@
 
 namespace {
 
-const char kUsage[] =
+const char usage[] =
     "sample_agent install [OPTION...]   installs the service; start it with: net start NAME\n"
     "sample_agent remove [--name NAME]  stops and removes it\n"
     "\n"
@@ -136,13 +136,13 @@ int main(int count, char** arguments) {
         return run_service(arguments[2]);
     for (char** rest = arguments + 2; count > 2 && *rest;)
         if (!take_option(rest, options)) {
-            std::fputs(kUsage, stderr);
+            std::fputs(usage, stderr);
             return 2;
         }
     if (command == "install")
         return install(options);
     if (command == "remove")
         return remove(options);
-    std::fputs(kUsage, stderr);
+    std::fputs(usage, stderr);
     return 2;
 }

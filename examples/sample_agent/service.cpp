@@ -40,11 +40,11 @@ void note_settings() {
 
 /// All access to the event, for SYSTEM, as which the service runs, and for administrators, as whom the tool
 /// runs. By default SYSTEM lets nobody else signal what it creates.
-constexpr char kAccess[] = "D:(A;;0x1F0003;;;SY)(A;;0x1F0003;;;BA)";
+constexpr char access[] = "D:(A;;0x1F0003;;;SY)(A;;0x1F0003;;;BA)";
 
 HANDLE create_awaited_event() {
     SECURITY_ATTRIBUTES attributes = {sizeof attributes, nullptr, FALSE};
-    if (!ConvertStringSecurityDescriptorToSecurityDescriptorA(kAccess, SDDL_REVISION_1,
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorA(access, SDDL_REVISION_1,
                                                               &attributes.lpSecurityDescriptor, nullptr))
         note("the event's access was not set");
     const HANDLE event = CreateEventA(&attributes, FALSE, FALSE, behaviour.event.c_str());

@@ -4,7 +4,7 @@
 
 namespace {
 
-const char kAgentKey[] = "SOFTWARE\\Tavrin\\Agent";
+const char agent_key[] = "SOFTWARE\\Tavrin\\Agent";
 
 std::string parameters_key(const std::string& service) {
     return "SYSTEM\\CurrentControlSet\\Services\\" + service + "\\Parameters";
@@ -59,4 +59,4 @@ bool write_behaviour(const std::string& service, const Behaviour& behaviour) {
            write_number(key, "FailStart", behaviour.fail_start ? 1 : 0);
 }
 
-std::string read_agent_value(const std::string& name) { return read_text(kAgentKey, name.c_str()); }
+std::string read_agent_value(const std::string& name) { return read_text(agent_key, name.c_str()); }

@@ -14,19 +14,19 @@ bool udp_open(Socket* out) {
 }
 
 const char* udp_enable_broadcast(Socket& socket, bool on) {
-    static char message[128];
+    static char problem[128];
     const DWORD value = on ? 1 : 0;
     if (setsockopt(socket.handle, SOL_SOCKET, SO_BROADCAST, reinterpret_cast<const char*>(&value),
                    sizeof value) == 0)
         return nullptr;
     // It has nothing to do with receiving, but this wording is deliberate: users and their helpers know it.
-    std::snprintf(message, sizeof message, "UDP receive failed");
-    return message;
+    std::snprintf(problem, sizeof problem, "UDP receive failed");
+    return problem;
 }
 
 const char* udp_send_to(Socket& socket, std::uint32_t address, std::uint16_t port, const void* bytes,
                         std::size_t length) {
-    static char message[256];
+    static char problem[256];
     sockaddr_in target{};
     target.sin_family = AF_INET;
     target.sin_port = htons(port);
@@ -38,20 +38,20 @@ const char* udp_send_to(Socket& socket, std::uint32_t address, std::uint16_t por
     // A network that is down just now must not spoil the others.
     if (code == WSAENETUNREACH || code == WSAEHOSTUNREACH)
         return nullptr;
-    std::snprintf(message, sizeof message, "UDP send failed error code %i", code);
-    return message;
+    std::snprintf(problem, sizeof problem, "UDP send failed error code %i", code);
+    return problem;
 }
 
 const char* udp_receive_from(Socket& socket, std::uint32_t* address, std::uint16_t* port, void* buffer,
                              std::size_t* length) {
-    static char message[128];
+    static char problem[128];
     sockaddr_in sender{};
     int size = sizeof sender;
     const int count = recvfrom(socket.handle, static_cast<char*>(buffer), winsock_length(*length), 0,
                                reinterpret_cast<sockaddr*>(&sender), &size);
     if (count == SOCKET_ERROR) {
-        std::snprintf(message, sizeof message, "UDP receive failed (%d)", static_cast<int>(GetLastError()));
-        return message;
+        std::snprintf(problem, sizeof problem, "UDP receive failed (%d)", static_cast<int>(GetLastError()));
+        return problem;
     }
     *address = sender.sin_addr.s_addr;
     *port = ntohs(sender.sin_port);

@@ -12,7 +12,7 @@ struct TcpStream : Stream {
     std::uint8_t received[2048]; // more than any answer with fields that are known
 };
 
-// A socket has nothing to flush, so this never fails; another kind of connection may.
+/// A socket has nothing to flush, so this never fails; another kind of connection may.
 const char* flush_socket(Socket&) { return nullptr; }
 
 const char* tcp_flush(Stream* stream) {
@@ -22,7 +22,7 @@ const char* tcp_flush(Stream* stream) {
     return nullptr;
 }
 
-// Waits for one octet and takes all that have come: never for more than the next reader needs.
+/// Waits for one octet and takes all that have come: never for more than the next reader needs.
 const char* receive(TcpStream* stream) {
     std::size_t count = 0;
     if (const char* problem = socket_recv(stream->socket, stream->received, sizeof stream->received, &count))

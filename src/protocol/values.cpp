@@ -55,7 +55,7 @@ const char* discard(Stream* stream, std::uint32_t count) {
     return nullptr;
 }
 
-// Behind an identifier: goes into an indefinite element, drops the contents of a definite one.
+/// Behind an identifier: goes into an indefinite element, drops the contents of a definite one.
 const char* enter_or_discard(Stream* stream, std::uint64_t* depth) {
     std::uint32_t length = 0;
     bool indefinite = false;
@@ -67,7 +67,7 @@ const char* enter_or_discard(Stream* stream, std::uint64_t* depth) {
     return nullptr;
 }
 
-// Behind the identifier of an end of contents, whose length can only be 0.
+/// Behind the identifier of an end of contents, whose length can only be 0.
 const char* read_end(Stream* stream, const char* not_terminated) {
     std::uint32_t length = 0;
     bool indefinite = false;

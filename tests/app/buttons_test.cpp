@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr char kOneText[] = "SOFTWARE\\TavrinTests\\Agent\nPlain\n!All\n$Agent name\nName\nh\nString\n";
+constexpr char one_text[] = "SOFTWARE\\TavrinTests\\Agent\nPlain\n!All\n$Agent name\nName\nh\nString\n";
 constexpr UINT custom_draw = 0U - 12U; // what a button with a theme tells its parent whenever it is painted
 constexpr std::size_t too_often = 5;
 
@@ -41,8 +41,8 @@ protected:
 };
 
 TEST_F(Buttons, ThatArePaintedWhileTheyChangeAreChangedOnce) {
-    spec_file("A", kOneText);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", one_text);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { watch_close_button(); });
     then([] { SetWindowTextA(page_controls().at(0), "web2"); });

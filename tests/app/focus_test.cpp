@@ -10,18 +10,18 @@
 
 namespace {
 
-constexpr char kSpec[] =
+constexpr char spec_text[] =
     "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
     "!All\n$Name\nName\nh\nString\n$Folder\nFolder\nh\nDirectory\n$Flag\nFlag\nh\nBoolean\n"
     "$Gone\nNoSuchKey\nh\nRemoveKey\n";
-constexpr char kConnectionTest[] = "$Test\n\nh\nConnectionTest\nName\nName\nName\nName\n";
+constexpr char connection_test[] = "$Test\n\nh\nConnectionTest\nName\nName\nName\nName\n";
 
 class Keyboard : public ProgramTest {
 protected:
     void open(const std::string& node, const std::string& more = "") {
-        spec_file("A", kSpec + more);
-        set_text(kAgentKey, "Name", "web1");
-        set_text(kAgentKey, "Flag", "true");
+        spec_file("A", spec_text + more);
+        set_text(agent_key, "Name", "web1");
+        set_text(agent_key, "Flag", "true");
         then([] { SetFocus(control(tree_id)); });
         then([node] { select(node); });
     }
@@ -51,7 +51,7 @@ TEST_F(Keyboard, TabGoesFromTheTreeThroughThePageToCloseAndRoundWhileOkIsDisable
 }
 
 TEST_F(Keyboard, TabStopsAtTestConnectionAndOkWhenTheyCanBeUsed) {
-    open("Folder", kConnectionTest);
+    open("Folder", connection_test);
     then_press(VK_TAB);
     then_focus_is(page_control(0));
     then([] { type_text("x"); });
@@ -85,7 +85,7 @@ TEST_F(Keyboard, ADisabledControlIsPassedOver) {
 }
 
 TEST_F(Keyboard, TheFirstTabReachesTheTree) {
-    spec_file("A", kSpec);
+    spec_file("A", spec_text);
     then([] { SetFocus(main_window); });
     then_press(VK_TAB);
     then_focus_is(main_control(tree_id));
@@ -117,7 +117,7 @@ TEST_F(Keyboard, TheWholeEditNeedsNoMouse) {
     then_focus_is(main_control(ok_id));
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
+    EXPECT_EQ(text_value(agent_key, "Name"), "db7");
 }
 
 TEST_F(Keyboard, SpaceOnCloseWritesNothing) {
@@ -129,12 +129,12 @@ TEST_F(Keyboard, SpaceOnCloseWritesNothing) {
     then_focus_is(main_control(close_id));
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "web1");
+    EXPECT_EQ(text_value(agent_key, "Name"), "web1");
 }
 
 TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
-    open("Name", kConnectionTest);
-    set_text(kAgentKey, "Name", "");
+    open("Name", connection_test);
+    set_text(agent_key, "Name", "");
     then_press(VK_TAB);
     then_press(VK_TAB);
     then_focus_is(main_control(test_connection_id));
@@ -152,7 +152,7 @@ TEST_F(Keyboard, EnterPressesTheButtonThatHasTheFocus) {
     then_focus_is(main_control(ok_id));
     then_press(VK_RETURN);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "db7");
+    EXPECT_EQ(text_value(agent_key, "Name"), "db7");
 }
 
 TEST_F(Keyboard, EnterPressesAButtonOfThePage) {
@@ -179,8 +179,8 @@ TEST_F(Keyboard, EnterElsewhereDoesNothing) {
 }
 
 TEST_F(Keyboard, EnterHeldDownPressesOnce) {
-    open("Name", kConnectionTest);
-    set_text(kAgentKey, "Name", "");
+    open("Name", connection_test);
+    set_text(agent_key, "Name", "");
     then([] { SetFocus(control(test_connection_id)); });
     then([&] {
         MSG enter{};
@@ -198,7 +198,7 @@ TEST_F(Keyboard, EnterHeldDownPressesOnce) {
 }
 
 TEST_F(Keyboard, ArrowsMoveNothingOnButtonsAndCheckBoxes) {
-    open("Flag", kConnectionTest);
+    open("Flag", connection_test);
     for (const int key : {VK_LEFT, VK_UP, VK_RIGHT, VK_DOWN}) {
         then([] { SetFocus(page_controls().at(0)); });
         then_press(key);

@@ -11,25 +11,25 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 /// An empty server list: the test connects to nobody and shows its box at once.
-constexpr char kEveryKind[] =
+constexpr char every_kind[] =
     "SOFTWARE\\TavrinTests\\Agent\nTested\n"
     "!All\n$Name\nName\nh\nString\n$Number\nNumber\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
     "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Modem\nModem\nh\nCOM\n$Folder\nFolder\nh\nDirectory\n"
     "$Servers\nServers\nh\nServerList\n$Port\nPort\nh\nInteger\n$Domain\nDomain\nh\nString\n"
     "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
-constexpr char kUntested[] = "SOFTWARE\\TavrinTests\\Agent\nUntested\n!Else\n$Plain\nPlain\nh\nString\n";
+constexpr char untested[] = "SOFTWARE\\TavrinTests\\Agent\nUntested\n!Else\n$Plain\nPlain\nh\nString\n";
 
 /// A page is left while one of its controls has the focus, after a box has sent the focus away and back.
 class LeavingAFocusedPage : public ProgramTest {
 protected:
     void open(const std::string& node) {
-        spec_file("A", kEveryKind);
-        spec_file("B", kUntested);
+        spec_file("A", every_kind);
+        spec_file("B", untested);
         for (const char* const name : {"Name", "Folder"})
-            set_text(kAgentKey, name, "web1");
-        set_text(kAgentKey, "Flag", "true");
-        set_text(kAgentKey, "Colour", "blue");
-        set_text(kAgentKey, "Number", "42");
+            set_text(agent_key, name, "web1");
+        set_text(agent_key, "Flag", "true");
+        set_text(agent_key, "Colour", "blue");
+        set_text(agent_key, "Number", "42");
         then([node] { select(node); });
         then([] { SetFocus(control(tree_id)); });
         then(leave_and_return);
@@ -69,7 +69,7 @@ TEST_F(LeavingAFocusedPage, KeepsWhatWasTyped) {
     expect_buttons("Cancel", true);
     then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "xweb1");
+    EXPECT_EQ(text_value(agent_key, "Name"), "xweb1");
 }
 
 TEST_F(LeavingAFocusedPage, KeepsATypedFolder) {

@@ -7,16 +7,16 @@
 
 namespace {
 
-constexpr char kLeft[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
-                         "!All\n$Flag\nFlag\nh\nBoolean\n$Level\nLevel\nh\nOptions\nlow\nhigh\n";
+constexpr char left_spec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
+                             "!All\n$Flag\nFlag\nh\nBoolean\n$Level\nLevel\nh\nOptions\nlow\nhigh\n";
 
 /// A page is taken down when a node without a page is clicked; what it showed stays.
 class LeavingAPage : public ProgramTest {
 protected:
     /// Shows the page of `title`, clicks the group node and looks at the value and the buttons.
     void expect_unchanged(const std::string& title, const std::string& value) {
-        spec_file("A", kLeft);
-        set_text(kAgentKey, title, value);
+        spec_file("A", left_spec);
+        set_text(agent_key, title, value);
         then([=] { select(title); });
         then([] { select("All"); });
         then([=] {
@@ -43,8 +43,8 @@ TEST_F(LeavingAPage, ForAGroupKeepsAChoiceAndTheButtonSaysClose) {
 }
 
 TEST_F(LeavingAPage, ForTheConfigurationKeepsAnEdit) {
-    spec_file("A", kLeft);
-    set_text(kAgentKey, "Flag", "true");
+    spec_file("A", left_spec);
+    set_text(agent_key, "Flag", "true");
     then([] { select("Flag"); });
     then([] { SendMessageA(page_controls().at(0), BM_CLICK, 0, 0); });
     then([] { select("Agent"); });

@@ -31,12 +31,12 @@ struct Drag {
 };
 
 /// 200 by 100: 236 too narrow, 129 too low.
-constexpr RECT kTooSmall{100, 100, 300, 200};
+constexpr RECT too_small{100, 100, 300, 200};
 
 class TooSmallDrag : public testing::TestWithParam<Drag> {};
 
 TEST_P(TooSmallDrag, MovesTheDraggedEdgeBack) {
-    RECT proposed = kTooSmall;
+    RECT proposed = too_small;
     keep_minimum_size(GetParam().edge, proposed);
     EXPECT_EQ(proposed.left, GetParam().expected.left);
     EXPECT_EQ(proposed.top, GetParam().expected.top);

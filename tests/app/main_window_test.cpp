@@ -10,16 +10,15 @@ namespace {
 using testing::IsEmpty;
 
 /// Three text values and a number in two groups; no service.
-constexpr char kPlain[] =
+constexpr char plain[] =
     "SOFTWARE\\TavrinTests\\Agent\nPlain\n"
     "!Identity\n$Agent name\nName\nThe name.\nString\n$Agent domain\nDomain\nThe domain.\nString\n"
     "!Servers\n$Server list\nList\nThe servers.\nServerList\n$Port\nPort\nThe port.\nInteger\n";
-constexpr char kTested[] =
-    "SOFTWARE\\TavrinTests\\Agent\nTested\n"
-    "!All\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$List\nList\nh\nString\n"
-    "$Default port\nPort\nh\nString\n$Gone\nSub\nh\nRemoveKey\n"
-    "$Test\n\nh\nConnectionTest\n";
-constexpr char kTitles[] = "Name\nDomain\nList\nDefault port\n";
+constexpr char tested[] = "SOFTWARE\\TavrinTests\\Agent\nTested\n"
+                          "!All\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$List\nList\nh\nString\n"
+                          "$Default port\nPort\nh\nString\n$Gone\nSub\nh\nRemoveKey\n"
+                          "$Test\n\nh\nConnectionTest\n";
+constexpr char title_pool[] = "Name\nDomain\nList\nDefault port\n";
 
 class MainWindow : public ProgramTest {
 protected:
@@ -29,11 +28,11 @@ protected:
     }
     static void edit(const std::string& text) { SetWindowTextA(page_controls().at(0), text.c_str()); }
     static void press(int id) { SendMessageA(control(id), BM_CLICK, 0, 0); }
-    static std::string stored(const std::string& name) { return text_value(kAgentKey, name); }
+    static std::string stored(const std::string& name) { return text_value(agent_key, name); }
 };
 
 TEST_F(MainWindow, ShowsConfigurationsGroupsAndEntriesAsATree) {
-    spec_file("B", kPlain);
+    spec_file("B", plain);
     spec_file("A", "SOFTWARE\\TavrinTests\\Agent\n$First\nF\nh\n$Second\nS\nh\n!Named\n$Third\nT\nh\n");
     std::string tree;
     then([&] { tree = tree_text(); });
@@ -43,7 +42,7 @@ TEST_F(MainWindow, ShowsConfigurationsGroupsAndEntriesAsATree) {
 }
 
 TEST_F(MainWindow, NothingIsSelectedOrExpandedAtFirst) {
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     then([] {
         EXPECT_EQ(SendMessageA(control(tree_id), TVM_GETNEXTITEM, TVGN_CARET, 0), 0);
         EXPECT_EQ(page(), nullptr);
@@ -53,8 +52,8 @@ TEST_F(MainWindow, NothingIsSelectedOrExpandedAtFirst) {
 }
 
 TEST_F(MainWindow, SelectingAnEntryShowsItsPageAndLeavesTheButtonsAtClose) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([&] {
         ASSERT_NE(page(), nullptr);
@@ -67,8 +66,8 @@ TEST_F(MainWindow, SelectingAnEntryShowsItsPageAndLeavesTheButtonsAtClose) {
 }
 
 TEST_F(MainWindow, AnEditTurnsCloseIntoCancelAndUndoingItTurnsItBack) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
     then([&] { expect_buttons("Cancel", true); });
@@ -78,8 +77,8 @@ TEST_F(MainWindow, AnEditTurnsCloseIntoCancelAndUndoingItTurnsItBack) {
 }
 
 TEST_F(MainWindow, AChangedEntryThatWasLeftKeepsTheButtonsAndIsUndoneOnItsPage) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
     then([] { select("Agent domain"); });
@@ -95,7 +94,7 @@ TEST_F(MainWindow, AChangedEntryThatWasLeftKeepsTheButtonsAndIsUndoneOnItsPage) 
 }
 
 TEST_F(MainWindow, SelectingAGroupOrARootTakesThePageDown) {
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     then([] { select("Port"); });
     then([] { EXPECT_NE(page(), nullptr); });
     then([] { select("Servers"); });
@@ -107,20 +106,20 @@ TEST_F(MainWindow, SelectingAGroupOrARootTakesThePageDown) {
 }
 
 TEST_F(MainWindow, OkWritesWhatChangedAndNothingElse) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
     then([] { press(ok_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web2");
-    EXPECT_EQ(raw_value(kAgentKey, "Domain"), std::nullopt);
-    EXPECT_EQ(raw_value(kAgentKey, "Port"), std::nullopt);
+    EXPECT_EQ(raw_value(agent_key, "Domain"), std::nullopt);
+    EXPECT_EQ(raw_value(agent_key, "Port"), std::nullopt);
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
 TEST_F(MainWindow, OkWritesTheEntriesOfEveryConfiguration) {
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nOther\n!G\n$Colour\nColour\nh\nString\n");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
@@ -133,8 +132,8 @@ TEST_F(MainWindow, OkWritesTheEntriesOfEveryConfiguration) {
 }
 
 TEST_F(MainWindow, ClosingInAnyWayWritesNothing) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
     then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
@@ -143,8 +142,8 @@ TEST_F(MainWindow, ClosingInAnyWayWritesNothing) {
 }
 
 TEST_F(MainWindow, CancelWritesNothing) {
-    spec_file("A", kPlain);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", plain);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
     then([] { press(close_id); });
@@ -154,7 +153,7 @@ TEST_F(MainWindow, CancelWritesNothing) {
 
 TEST_F(MainWindow, AKeyThatVanishedBeforeOkIsFatalAndKeepsWhatWasWrittenBefore) {
     make_key("SOFTWARE\\TavrinTests\\Other");
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     spec_file("B", "SOFTWARE\\TavrinTests\\Other\nZ\n!G\n$Colour\nColour\nh\nString\n");
     then([] { select("Agent name"); });
     then([] { edit("web2"); });
@@ -170,7 +169,7 @@ TEST_F(MainWindow, AKeyThatVanishedBeforeOkIsFatalAndKeepsWhatWasWrittenBefore) 
 }
 
 TEST_F(MainWindow, ControlsStandWhereTheLayoutSays) {
-    spec_file("A", kTested);
+    spec_file("A", tested);
     then([] { SetWindowPos(main_window, nullptr, 0, 0, 700, 400, SWP_NOZORDER | SWP_NOMOVE); });
     then([] { select("Name"); });
     then([] {
@@ -195,7 +194,7 @@ TEST_F(MainWindow, ControlsStandWhereTheLayoutSays) {
 }
 
 TEST_F(MainWindow, ThePageFollowsTheWindowsSize) {
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     then([] { select("Port"); });
     then([] { SetWindowPos(main_window, nullptr, 0, 0, 900, 500, SWP_NOZORDER | SWP_NOMOVE); });
     then([] {
@@ -221,8 +220,8 @@ TEST_F(MainWindow, DraggingItTooSmallMovesTheEdgeBack) {
 }
 
 TEST_F(MainWindow, TestConnectionIsShownForNodesOfAConfigurationThatOffersIt) {
-    spec_file("A", kPlain);
-    spec_file("B", kTested);
+    spec_file("A", plain);
+    spec_file("B", tested);
     const auto offered = [] { return IsWindowVisible(control(test_connection_id)) != FALSE; };
     then([] { select("Tested"); });
     then([&] { EXPECT_TRUE(offered()); });
@@ -236,15 +235,15 @@ TEST_F(MainWindow, TestConnectionIsShownForNodesOfAConfigurationThatOffersIt) {
 }
 
 TEST_F(MainWindow, CommandsWithANotificationCodeAreNotTheButtons) {
-    spec_file("A", kPlain);
+    spec_file("A", plain);
     then([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(close_id, 1), 0); });
     then([] { EXPECT_TRUE(IsWindow(main_window)); });
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(MainWindow, TheConnectionTestOfAnEmptyServerListSucceeds) {
-    spec_file("B", std::string(kTested) + kTitles);
-    set_text(kAgentKey, "Port", "5000");
+    spec_file("B", std::string(tested) + title_pool);
+    set_text(agent_key, "Port", "5000");
     then([] { select("Tested"); });
     then([] { press(test_connection_id); });
     EXPECT_EQ(run(), 0);
@@ -253,8 +252,8 @@ TEST_F(MainWindow, TheConnectionTestOfAnEmptyServerListSucceeds) {
 }
 
 TEST_F(MainWindow, TheConnectionTestUsesTheShownPagesEdit) {
-    spec_file("B", std::string(kTested) + kTitles);
-    set_text(kAgentKey, "Port", "5000");
+    spec_file("B", std::string(tested) + title_pool);
+    set_text(agent_key, "Port", "5000");
     then([] { select("List"); });
     then([] { edit("localhost:x"); });
     then([] { press(test_connection_id); });
@@ -268,8 +267,8 @@ TEST_F(MainWindow, TheConnectionTestUsesTheShownPagesEdit) {
 class FailedLookup : public MainWindow {
 protected:
     void expect_fatal(const std::string& titles, const std::string& text) {
-        spec_file("A", std::string(kTested) + titles);
-        set_text(kAgentKey, "Port", "50x");
+        spec_file("A", std::string(tested) + titles);
+        set_text(agent_key, "Port", "50x");
         then([] { select("Tested"); });
         then([] { press(test_connection_id); });
         EXPECT_EQ(run(), 1);
@@ -289,7 +288,7 @@ TEST_F(FailedLookup, OfAnEntryWithoutATextValueEndsTheProgram) {
 }
 
 TEST_F(FailedLookup, OfAPortThatIsNoNumberEndsTheProgram) {
-    expect_fatal(kTitles, "Error reading value: Error parsing: \"50x\"");
+    expect_fatal(title_pool, "Error reading value: Error parsing: \"50x\"");
 }
 
 } // namespace

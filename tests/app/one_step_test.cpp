@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr char kEdited[] =
+constexpr char edited[] =
     "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
     "!All\n$Name\nName\nh\nString\n$List\nList\nh\nServerList\n$Port\nPort\nh\nInteger\n"
     "$Test\n\nh\nConnectionTest\nName\nName\nList\nPort\n";
@@ -24,8 +24,8 @@ protected:
 };
 
 TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
-    spec_file("A", kEdited);
-    set_text(kAgentKey, "Port", "5000");
+    spec_file("A", edited);
+    set_text(agent_key, "Port", "5000");
     then([] { select("List"); });
     then_edit_and_press("localhost:x", test_connection_id);
     EXPECT_EQ(run(), 0);
@@ -36,18 +36,18 @@ TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
 }
 
 TEST_F(OneStep, OkOfAConfigurationWithoutServiceWritesWhatTheLastUpdateTook) {
-    spec_file("A", kEdited);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", edited);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Name"); });
     then([] { SetWindowTextA(page_controls().at(0), "web2"); });
     then_edit_and_press("web3", ok_id);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
+    EXPECT_EQ(text_value(agent_key, "Name"), "web2");
 }
 
 TEST_F(OneStep, APageThatIsLeftAtOnceKeepsWhatWasJustTyped) {
-    spec_file("A", kEdited);
-    set_text(kAgentKey, "Name", "web1");
+    spec_file("A", edited);
+    set_text(agent_key, "Name", "web1");
     then([] { select("Name"); });
     then([] {
         SetWindowTextA(page_controls().at(0), "web2");
@@ -56,7 +56,7 @@ TEST_F(OneStep, APageThatIsLeftAtOnceKeepsWhatWasJustTyped) {
     then([] { EXPECT_EQ(text_of(control(close_id)), "Cancel"); });
     then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
+    EXPECT_EQ(text_value(agent_key, "Name"), "web2");
 }
 
 class QuitValue : public ProgramTest {};

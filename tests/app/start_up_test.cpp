@@ -43,7 +43,7 @@ protected:
 };
 
 TEST_F(StartUp, WithoutItsRegistryKeySaysSoAndEndsWithOneAndNoWindow) {
-    delete_key(kListKey);
+    delete_key(list_key);
     expect_fatal("Cannot read out SOFTWARE\\Tavrin\\TRConfig");
     EXPECT_EQ(main_window, nullptr);
 }
@@ -57,7 +57,7 @@ TEST_F(StartUp, WithoutValuesOpensAnEmptyTree) {
 }
 
 TEST_F(StartUp, AValueWithoutDataIsNoConfiguration) {
-    set_text(kListKey, "Empty", "");
+    set_text(list_key, "Empty", "");
     then([] { EXPECT_THAT(configurations, IsEmpty()); });
     EXPECT_EQ(run(), 0);
 }
@@ -101,7 +101,7 @@ TEST_F(StartUp, ConfigurationsStandInByteOrderOfTheirNames) {
 }
 
 TEST_F(StartUp, AMissingSpecFileIsPassedOverInSilence) {
-    set_text(kListKey, "Gone", "no_such_folder/no_such.spec");
+    set_text(list_key, "Gone", "no_such_folder/no_such.spec");
     spec_file("There", "SOFTWARE\\TavrinTests\\Agent\nThere\n!G\n");
     std::string tree;
     then([&] { tree = tree_text(); });
@@ -171,14 +171,14 @@ TEST_F(StartUp, ATextThrownWhileTheWindowIsFirstShownIsFatalAtOnce) {
 
 TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {
     spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\n!G\n$T\nV\nHelp\nString\n$U\nW\nHelp\nDirectory\n");
-    set_text(kAgentKey, "V", "old");
+    set_text(agent_key, "V", "old");
     then([] { select("T"); });
     then([] { SetWindowTextA(page_controls().at(0), "new"); });
     const RefusingClass refusing("Edit", 2);
     boxes.while_shown([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(ok_id, BN_CLICKED), 0); });
     then([] { select("U"); });
     expect_fatal("Unable to create dir box");
-    EXPECT_EQ(text_value(kAgentKey, "V"), "old");
+    EXPECT_EQ(text_value(agent_key, "V"), "old");
 }
 
 } // namespace

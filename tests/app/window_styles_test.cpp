@@ -8,12 +8,12 @@
 namespace {
 
 /// What the system itself sets and clears in a window's style as time goes on.
-constexpr LONG_PTR kOfSystem = WS_VISIBLE | WS_CLIPSIBLINGS | WS_DISABLED;
+constexpr LONG_PTR of_system = WS_VISIBLE | WS_CLIPSIBLINGS | WS_DISABLED;
 
 class WindowStyles : public ProgramTest {
 protected:
     static void expect_style(HWND window, LONG_PTR style, LONG_PTR extended_style) {
-        EXPECT_EQ(style_of(window) & ~kOfSystem, style) << text_of(window);
+        EXPECT_EQ(style_of(window) & ~of_system, style) << text_of(window);
         EXPECT_EQ(extended_style_of(window) & WS_EX_CLIENTEDGE, extended_style) << text_of(window);
     }
 };

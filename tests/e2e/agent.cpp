@@ -9,9 +9,9 @@
 namespace e2e {
 namespace {
 
-constexpr char kServiceName[] = "TavrinAgent";
-constexpr char kSampleKey[] = "SOFTWARE\\Tavrin";
-constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
+constexpr char service_name[] = "TavrinAgent";
+constexpr char sample_key[] = "SOFTWARE\\Tavrin";
+constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
 
 std::string notes_path() { return environment("TEMP") + "\\sample_agent_notes.txt"; }
 
@@ -22,7 +22,7 @@ class AgentService {
 public:
     AgentService()
         : manager(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_CONNECT)),
-          service(OpenServiceA(manager, kServiceName, SERVICE_QUERY_STATUS | SERVICE_START)) {}
+          service(OpenServiceA(manager, service_name, SERVICE_QUERY_STATUS | SERVICE_START)) {}
     ~AgentService() {
         if (service)
             CloseServiceHandle(service);
@@ -40,9 +40,9 @@ private:
 } // namespace
 
 void seed_registry() {
-    delete_key(kSampleKey);
+    delete_key(sample_key);
     run("regedit.exe /S " + environment("TAVRIN_SEED"));
-    if (read_value(kListKey, "Agent").empty())
+    if (read_value(list_key, "Agent").empty())
         throw std::runtime_error("the sample did not get into the registry");
 }
 
@@ -72,8 +72,8 @@ void use_spec_file(const std::string& name, const std::string& lines) {
     file.close();
     if (!file)
         throw std::runtime_error("cannot write " + path);
-    delete_key(kListKey);
-    write_value(kListKey, name, path);
+    delete_key(list_key);
+    write_value(list_key, name, path);
 }
 
 void install_agent(const std::string& options) {

@@ -6,12 +6,12 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 
-constexpr char kRestartCaption[] = "Restart Tavrin Agent Service?";
-constexpr char kRestartText[] = "The Tavrin Agent Service is currently started. In order for the changes to "
+constexpr char restart_caption[] = "Restart Tavrin Agent Service?";
+constexpr char restart_text[] = "The Tavrin Agent Service is currently started. In order for the changes to "
                                 "be effectuated, the service will "
                                 "have to be restarted. Do you wish to do this now?";
-constexpr char kStartCaption[] = "Start Tavrin Agent service?";
-constexpr char kStartText[] = "The Tavrin Agent service is stopped. Do you want to start it?";
+constexpr char start_caption[] = "Start Tavrin Agent service?";
+constexpr char start_text[] = "The Tavrin Agent service is stopped. Do you want to start it?";
 
 /// Applies one change, the agent's name, while the agent is in one state or another.
 class Apply : public Sample {
@@ -19,10 +19,10 @@ protected:
     /// Changes the name to "web2" and presses OK.
     void change_and_press_ok(Tool& tool) {
         bring_to_front(tool.window());
-        tool.select(kAgentName);
+        tool.select(agent_name);
         replace_text(tool.page("Agent name").controls[0], "web2");
         tool.expect_changes(true);
-        tool.press(kOk);
+        tool.press(ok_id);
     }
 
     void expect_box(Tool& tool, const std::string& caption, const std::string& text, int answer) {
@@ -34,7 +34,7 @@ protected:
 
     void expect_written(Tool& tool) {
         EXPECT_EQ(tool.exit_code(), 0u);
-        EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web2");
+        EXPECT_EQ(read_value(agent_key, "AgentName"), "web2");
     }
 };
 
@@ -54,9 +54,9 @@ TEST_F(Apply, StoppedServiceIsStartedWhenTheUserWantsIt) {
     Tool tool;
     change_and_press_ok(tool);
     const Box box = tool.box();
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web2") << "values are written before the question";
-    EXPECT_EQ(box.caption, kStartCaption);
-    EXPECT_EQ(box.text, kStartText);
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web2") << "values are written before the question";
+    EXPECT_EQ(box.caption, start_caption);
+    EXPECT_EQ(box.text, start_text);
     box.press(IDYES);
     expect_written(tool);
     expect_agent(SERVICE_RUNNING);
@@ -67,7 +67,7 @@ TEST_F(Apply, StoppedServiceStaysStoppedWhenTheUserWantsIt) {
     install_agent();
     Tool tool;
     change_and_press_ok(tool);
-    expect_box(tool, kStartCaption, kStartText, IDNO);
+    expect_box(tool, start_caption, start_text, IDNO);
     expect_written(tool);
     EXPECT_EQ(agent_state(), static_cast<DWORD>(SERVICE_STOPPED));
     EXPECT_EQ(agent_notes(), "");
@@ -79,11 +79,11 @@ TEST_F(Apply, RunningServiceIsRestartedWithTheNewValue) {
     Tool tool;
     change_and_press_ok(tool);
     const Box box = tool.box();
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web1")
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web1")
         << "nothing is written before the service has stopped";
     EXPECT_FALSE(IsWindowEnabled(tool.window()));
-    EXPECT_EQ(box.caption, kRestartCaption);
-    EXPECT_EQ(box.text, kRestartText);
+    EXPECT_EQ(box.caption, restart_caption);
+    EXPECT_EQ(box.text, restart_text);
     box.press(IDYES);
     expect_written(tool);
     expect_agent(SERVICE_RUNNING);
@@ -99,7 +99,7 @@ TEST_F(Apply, DeclinedRestartWritesAndSaysThatNothingWasRestarted) {
     start_agent();
     Tool tool;
     change_and_press_ok(tool);
-    expect_box(tool, kRestartCaption, kRestartText, IDNO);
+    expect_box(tool, restart_caption, restart_text, IDNO);
     expect_box(
         tool, "Error restarting service",
         "The service could not be automatically restarted. Please start the Tavrin Agent service manually.",
@@ -115,7 +115,7 @@ TEST_F(Apply, SlowStopShowsTheWaitWindow) {
     Tool tool;
     change_and_press_ok(tool);
     const HWND main_window = tool.window();
-    expect_box(tool, kRestartCaption, kRestartText, IDYES);
+    expect_box(tool, restart_caption, restart_text, IDYES);
     const HWND waiting = tool.wait_window();
     EXPECT_EQ(text_of(waiting), "Tavrin Service Control");
     EXPECT_EQ(text_of(GetDlgItem(waiting, 106)), "Please wait while stopping service....");
@@ -127,7 +127,7 @@ TEST_F(Apply, SlowStopShowsTheWaitWindow) {
     EXPECT_EQ(area.bottom - area.top, 75);
     EXPECT_EQ(area.left, around.left + (around.right - around.left - 200) / 2);
     EXPECT_EQ(area.top, around.top + (around.bottom - around.top - 75) / 2);
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web1");
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web1");
     expect_written(tool);
     expect_agent(SERVICE_RUNNING);
 }
@@ -137,7 +137,7 @@ TEST_F(Apply, RefusedStopIsReportedAndTheValueWritten) {
     start_agent();
     Tool tool;
     change_and_press_ok(tool);
-    expect_box(tool, kRestartCaption, kRestartText, IDYES);
+    expect_box(tool, restart_caption, restart_text, IDYES);
     expect_box(
         tool, "Stopping service failed",
         "Failed to stop service. You will have to restart the service manually, in order to effectuate the "
@@ -159,7 +159,7 @@ TEST_F(Apply, ServiceNameLongerThanTheSystemAllowsIsAbsent) {
     tool.select({"Long", "All", "Agent name"});
     replace_text(tool.page("Agent name").controls[0], "web2");
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     expect_box(
         tool, "Service must be restarted manually",
         "You have changed the configuration of the Long. In order for these changes to be effectuated, you "
@@ -172,7 +172,7 @@ TEST_F(Apply, FailedStartIsReported) {
     install_agent("--fail-start");
     Tool tool;
     change_and_press_ok(tool);
-    expect_box(tool, kStartCaption, kStartText, IDYES);
+    expect_box(tool, start_caption, start_text, IDYES);
     expect_box(tool, "Error starting service",
                "The service could not be started. Please start the Tavrin Agent service manually.", IDOK);
     expect_written(tool);
@@ -185,7 +185,7 @@ TEST_F(Apply, FailedStartAfterAStopIsReported) {
     install_agent("--fail-start");
     Tool tool;
     change_and_press_ok(tool);
-    expect_box(tool, kRestartCaption, kRestartText, IDYES);
+    expect_box(tool, restart_caption, restart_text, IDYES);
     expect_box(tool, "Error starting service",
                "The service could not be started. Please start the Tavrin Agent service manually.", IDOK);
     expect_written(tool);
@@ -199,7 +199,7 @@ TEST_F(Apply, ServiceOfAnUnchangedConfigurationIsLeftAlone) {
     tool.select({"Tray Icon", "Tray icon", "Show icon"});
     toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_EQ(agent_state(), static_cast<DWORD>(SERVICE_RUNNING));
     EXPECT_THAT(agent_notes(), EndsWith("started\n"));

@@ -5,8 +5,8 @@
 namespace e2e {
 namespace {
 
-const std::vector<TreePath> kPages = {
-    kAgentName,
+const std::vector<TreePath> pages = {
+    agent_name,
     {"Tavrin Agent", "Identity", "Data folder"},
     {"Tavrin Agent", "Identity", "Log file"},
     {"Tavrin Agent", "Servers", "Server list"},
@@ -18,7 +18,7 @@ const std::vector<TreePath> kPages = {
     {"Tavrin Agent", "Maintenance", "Forget the servers' certificates"},
     {"Legacy Agent", "Retries"},
 };
-const TreePath kChoice = {"Tavrin Agent", "Measuring", "Detail"};
+const TreePath choice_page = {"Tavrin Agent", "Measuring", "Detail"};
 
 /// A control as others see it: its class and text, and where it stands in the main window, in pixels.
 struct Placed {
@@ -46,7 +46,7 @@ void add_controls(std::vector<Placed>& found, HWND main_window, HWND parent) {
 
 std::vector<Placed> controls_of_every_page(Tool& tool) {
     std::vector<Placed> found;
-    for (const TreePath& path : kPages) {
+    for (const TreePath& path : pages) {
         tool.select(path);
         add_controls(found, tool.window(), tool.window());
     }
@@ -55,7 +55,7 @@ std::vector<Placed> controls_of_every_page(Tool& tool) {
 
 /// Only version 6 lets a list box say how many choices it drops down.
 LRESULT choices_dropped_down(Tool& tool) {
-    tool.select(kChoice);
+    tool.select(choice_page);
     return send(tool.page("Detail").controls[0], CB_GETMINVISIBLE);
 }
 
@@ -116,7 +116,7 @@ TEST_F(Controls, StandInTheSamePlacesInBothVersions) {
     const std::vector<Placed> placed = controls_of_every_page(newer);
     Tool older(without_version_6());
     EXPECT_EQ(controls_of_every_page(older), placed);
-    EXPECT_GT(placed.size(), 6 * kPages.size());
+    EXPECT_GT(placed.size(), 6 * pages.size());
 }
 
 } // namespace

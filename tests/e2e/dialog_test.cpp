@@ -3,8 +3,8 @@
 namespace e2e {
 namespace {
 
-const TreePath kFolder = {"Tavrin Agent", "Identity", "Data folder"};
-const TreePath kFile = {"Tavrin Agent", "Identity", "Log file"};
+const TreePath folder_page = {"Tavrin Agent", "Identity", "Data folder"};
+const TreePath file_page = {"Tavrin Agent", "Identity", "Log file"};
 
 /// The system's own dialogs, opened from the pages of folders and files.
 class Dialog : public Sample {};
@@ -16,7 +16,7 @@ void wait_for_end_of(HWND dialog) {
 TEST_F(Dialog, FolderBrowserOpensAtTheFolderAndGivesIt) {
     Tool tool;
     bring_to_front(tool.window());
-    tool.select(kFolder);
+    tool.select(folder_page);
     const HWND edit = tool.page("Data folder").controls[0];
     replace_text(edit, "c:\\WINDOWS");
     tool.press_on_page("Data folder", "...");
@@ -31,7 +31,7 @@ TEST_F(Dialog, FolderBrowserOpensAtTheFolderAndGivesIt) {
 
 TEST_F(Dialog, CancelledFolderBrowserChangesNothing) {
     Tool tool;
-    tool.select(kFolder);
+    tool.select(folder_page);
     tool.press_on_page("Data folder", "...");
     const HWND browser = tool.dialog("Browse for Folder");
     PostMessageA(GetDlgItem(browser, IDCANCEL), BM_CLICK, 0, 0);
@@ -42,7 +42,7 @@ TEST_F(Dialog, CancelledFolderBrowserChangesNothing) {
 
 TEST_F(Dialog, ChosenFileBecomesTheValueAndIsWritten) {
     Tool tool;
-    tool.select(kFile);
+    tool.select(file_page);
     tool.press_on_page("Log file", "...");
     const HWND dialog = tool.dialog("File selection...");
     bring_to_front(dialog);
@@ -52,15 +52,15 @@ TEST_F(Dialog, ChosenFileBecomesTheValueAndIsWritten) {
     wait_for_end_of(dialog);
     EXPECT_EQ(text_of(tool.page("Log file").controls[0]), "C:\\windows\\win.ini");
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     tool.box().press(IDOK); // no agent is installed
     EXPECT_EQ(tool.exit_code(), 0u);
-    EXPECT_EQ(read_value(kAgentKey, "LogFile"), "C:\\windows\\win.ini");
+    EXPECT_EQ(read_value(agent_key, "LogFile"), "C:\\windows\\win.ini");
 }
 
 TEST_F(Dialog, CancelledFileDialogChangesNothing) {
     Tool tool;
-    tool.select(kFile);
+    tool.select(file_page);
     tool.press_on_page("Log file", "...");
     const HWND dialog = tool.dialog("File selection...");
     PostMessageA(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);

@@ -9,7 +9,7 @@ class Edit : public Sample {};
 
 TEST_F(Edit, PageShowsTitleHelpAndValue) {
     Tool tool;
-    tool.select(kAgentName);
+    tool.select(agent_name);
     const Page page = tool.page("Agent name");
     EXPECT_EQ(page.help,
               "The name under which this machine appears on the Tavrin Servers. Leave it empty to use "
@@ -22,17 +22,17 @@ TEST_F(Edit, PageShowsTitleHelpAndValue) {
 TEST_F(Edit, ButtonsFollowTheEditAndItsUndoing) {
     Tool tool;
     bring_to_front(tool.window());
-    tool.select(kAgentName);
+    tool.select(agent_name);
     tool.expect_changes(false);
     const HWND edit = tool.page("Agent name").controls[0];
     replace_text(edit, "web2");
     tool.expect_changes(true);
     tool.select({"Tavrin Agent", "Servers", "Port"});
     tool.expect_changes(true);
-    tool.select(kAgentName);
+    tool.select(agent_name);
     replace_text(tool.page("Agent name").controls[0], "web1");
     tool.expect_changes(false);
-    tool.press(kClose);
+    tool.press(close_id);
     EXPECT_EQ(tool.exit_code(), 0u);
 }
 
@@ -40,7 +40,7 @@ TEST_F(Edit, ButtonsFollowTheEditAndItsUndoing) {
 TEST_F(Edit, QuickClicksEachTakeTheFocus) {
     Tool tool;
     bring_to_front(tool.window());
-    tool.select(kAgentName);
+    tool.select(agent_name);
     const HWND edit = tool.page("Agent name").controls[0];
     for (int times = 1; times <= 5; ++times) {
         click(edit);
@@ -52,7 +52,7 @@ TEST_F(Edit, QuickClicksEachTakeTheFocus) {
 
 TEST_F(Edit, GroupNodesShowNoPage) {
     Tool tool;
-    tool.select(kAgentName);
+    tool.select(agent_name);
     tool.tree().select({"Tavrin Agent", "Identity"});
     wait_for("no page", [&] { return !tool.shows_page(); });
 }
@@ -67,7 +67,7 @@ TEST_F(Edit, OkWritesWhatTheRegistryToolThenShows) {
     press_key(VK_DOWN);
     press_key(VK_RETURN);
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_THAT(run("reg.exe query HKLM\\SOFTWARE\\Tavrin\\Appearance /v Language"),
                 HasSubstr("Language    REG_SZ    Dansk"));
@@ -98,7 +98,7 @@ TEST_F(Edit, EveryConfigurationIsWrittenAndNothingElse) {
     tool.select({"Tray Icon", "Tray icon", "Show icon"});
     toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_EQ(read_value("SOFTWARE\\Tavrin\\Legacy", "Proxy"), "proxy:3128");
     EXPECT_EQ(read_value("SOFTWARE\\Tavrin\\Legacy", "StartDelay"), "0x10");
@@ -118,15 +118,15 @@ class Discarding : public Sample, public testing::WithParamInterface<bool> {};
 TEST_P(Discarding, WritesNothing) {
     Tool tool;
     bring_to_front(tool.window());
-    tool.select(kAgentName);
+    tool.select(agent_name);
     replace_text(tool.page("Agent name").controls[0], "discarded");
     tool.expect_changes(true);
     if (GetParam())
-        tool.press(kClose);
+        tool.press(close_id);
     else
         PostMessageA(tool.window(), WM_SYSCOMMAND, SC_CLOSE, 0);
     EXPECT_EQ(tool.exit_code(), 0u);
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web1");
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web1");
 }
 
 INSTANTIATE_TEST_SUITE_P(By, Discarding, testing::Bool(), [](const auto& instance) {
@@ -139,7 +139,7 @@ TEST_F(Edit, ForgottenKeyIsDeleted) {
     tool.select({"Tavrin Agent", "Maintenance", "Forget the servers' certificates"});
     toggle(tool.page("Forget the servers' certificates").controls[0]);
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     const Box box = tool.box(); // no agent is installed
     EXPECT_EQ(box.caption, "Service must be restarted manually");
     box.press(IDOK);
@@ -156,7 +156,7 @@ TEST_F(Edit, KeyThatVanishesBeforeOkEndsTheProgramAndKeepsWhatWasWritten) {
     toggle(tool.page("Show icon").controls[0]);
     tool.expect_changes(true);
     delete_key("SOFTWARE\\Tavrin\\Appearance");
-    tool.press(kOk);
+    tool.press(ok_id);
     const Box box = tool.box();
     EXPECT_EQ(box.caption, "Error!");
     EXPECT_EQ(box.text, "Cannot open path \"SOFTWARE\\Tavrin\\Appearance\" for writing");

@@ -5,8 +5,8 @@
 namespace e2e {
 namespace {
 
-const TreePath kMeasure = {"Tavrin Agent", "Maintenance", "Measure now"};
-constexpr char kEventName[] = "Global\\TavrinAgentMeasure";
+const TreePath measure = {"Tavrin Agent", "Maintenance", "Measure now"};
+constexpr char event_name[] = "Global\\TavrinAgentMeasure";
 
 class Event : public Sample {};
 
@@ -37,7 +37,7 @@ std::string access_to(HANDLE event) {
 TEST_F(Event, OfTheAgentLetsAdministratorsIn) {
     install_agent();
     start_agent();
-    const HANDLE event = OpenEventA(READ_CONTROL, FALSE, kEventName);
+    const HANDLE event = OpenEventA(READ_CONTROL, FALSE, event_name);
     ASSERT_NE(event, nullptr);
     EXPECT_EQ(access_to(event), "D:(A;;0x1f0003;;;SY)(A;;0x1f0003;;;BA)");
     CloseHandle(event);
@@ -47,7 +47,7 @@ TEST_F(Event, EachPressReachesTheRunningAgentOnce) {
     install_agent();
     start_agent();
     Tool tool;
-    tool.select(kMeasure);
+    tool.select(measure);
     for (std::size_t presses = 1; presses <= 2; ++presses) {
         tool.press_on_page("Measure now", "Execute");
         const Box box = tool.box();
@@ -57,24 +57,24 @@ TEST_F(Event, EachPressReachesTheRunningAgentOnce) {
         wait_for("the agent's note", [&] { return signals_noted() == presses; });
     }
     tool.expect_changes(false);
-    tool.press(kClose);
+    tool.press(close_id);
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_EQ(signals_noted(), 2u);
 }
 
 TEST_F(Event, NobodyNeedsToListen) {
     Tool tool;
-    tool.select(kMeasure);
+    tool.select(measure);
     tool.press_on_page("Measure now", "Execute");
     EXPECT_EQ(tool.box().caption, "Action taken");
 }
 
 /// Something else than an event has the name, so that no event of that name can be made.
 TEST_F(Event, FailedSignalEndsTheProgramAbnormally) {
-    const HANDLE mutex = CreateMutexA(nullptr, FALSE, kEventName);
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, event_name);
     ASSERT_NE(mutex, nullptr);
     Tool tool;
-    tool.select(kMeasure);
+    tool.select(measure);
     tool.press_on_page("Measure now", "Execute");
     const DWORD code = tool.exit_code();
     EXPECT_NE(code, 0u);

@@ -11,10 +11,10 @@
 
 namespace e2e {
 
-constexpr char kAgentKey[] = "SOFTWARE\\Tavrin\\Agent";
-constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
+constexpr char agent_key[] = "SOFTWARE\\Tavrin\\Agent";
+constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
 
-const TreePath kAgentName = {"Tavrin Agent", "Identity", "Agent name"};
+const TreePath agent_name = {"Tavrin Agent", "Identity", "Agent name"};
 
 class Sample : public testing::Test {
 protected:

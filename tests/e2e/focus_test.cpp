@@ -9,7 +9,7 @@ protected:
     void edit_the_name(Tool& tool) {
         window = tool.window();
         bring_to_front(window);
-        tool.select(kAgentName);
+        tool.select(agent_name);
         edit = tool.page("Agent name").controls[0];
         click(edit);
         expect_focus(edit, "the name");
@@ -49,17 +49,17 @@ TEST_F(FocusReturns, FromAnotherProgramsWindow) {
 }
 
 TEST_F(FocusReturns, FromABoxThatTestConnectionShowed) {
-    write_value(kAgentKey, "ServerList", "");
+    write_value(agent_key, "ServerList", "");
     Tool tool;
     edit_the_name(tool);
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     tool.box().press(IDOK);
-    expect_focus(tool.control(kTestConnection), "Test Connection");
+    expect_focus(tool.control(test_connection), "Test Connection");
     press_key(VK_RETURN);
     tool.box().press(IDOK);
-    expect_focus(tool.control(kTestConnection), "Test Connection");
+    expect_focus(tool.control(test_connection), "Test Connection");
     tool.tree().select({"Tray Icon", "Tray icon", "Language"});
-    expect_focus(tool.control(kTree), "the tree, since Test Connection is hidden");
+    expect_focus(tool.control(tree_id), "the tree, since Test Connection is hidden");
 }
 
 /// A page that is left by a click into the tree still has the focus when the tree reports the new selection.
@@ -72,7 +72,7 @@ TEST_F(FocusReturns, ToThePageThatWasLeftWithItsValueAsTyped) {
     expect_typing_goes_on();
     tool.tree().select({"Tray Icon", "Tray icon", "Language"});
     tool.page("Language");
-    tool.select(kAgentName);
+    tool.select(agent_name);
     EXPECT_EQ(text_of(tool.page("Agent name").controls[0]), "web1x");
     tool.expect_changes(true);
 }
@@ -85,12 +85,12 @@ TEST_F(FocusReturns, NoMoreWhenTheWindowIsClosedWhileTheAgentStops) {
     edit_the_name(tool);
     replace_text(edit, "web2");
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
     tool.box().press(IDYES);
     tool.wait_window();
     PostMessageA(window, WM_CLOSE, 0, 0);
     EXPECT_EQ(tool.exit_code(), 0u);
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web2");
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web2");
     expect_agent(SERVICE_RUNNING);
 }
 

@@ -10,7 +10,7 @@ protected:
         window = tool.window();
         bring_to_front(window);
         press_key(VK_TAB);
-        expect_focus(tool.control(kTree), "the tree");
+        expect_focus(tool.control(tree_id), "the tree");
     }
 
     void expect_focus(HWND control, const std::string& what) {
@@ -29,7 +29,7 @@ protected:
 
     /// Walks the tree with the arrow keys from its first item to the item of a path.
     void walk_to(Tool& tool, const TreePath& path) {
-        expect_focus(tool.control(kTree), "the tree");
+        expect_focus(tool.control(tree_id), "the tree");
         const RemoteTree tree = tool.tree();
         const std::string first = tree.texts().front();
         press_key(VK_HOME);
@@ -65,19 +65,19 @@ TEST_F(Keyboard, TabGoesRoundInOrderAndBack) {
     tool.expect_changes(false);
     tab_to(page.controls[0], "the list");
     tab_to(page.controls[1], "Scan");
-    tab_to(tool.control(kTestConnection), "Test Connection");
-    tab_to(tool.control(kClose), "Close, since OK is disabled");
-    tab_to(tool.control(kTree), "the tree");
-    tab_back_to(tool.control(kClose), "Close");
-    tab_back_to(tool.control(kTestConnection), "Test Connection");
+    tab_to(tool.control(test_connection), "Test Connection");
+    tab_to(tool.control(close_id), "Close, since OK is disabled");
+    tab_to(tool.control(tree_id), "the tree");
+    tab_back_to(tool.control(close_id), "Close");
+    tab_back_to(tool.control(test_connection), "Test Connection");
     tab_back_to(page.controls[1], "Scan");
     tab_back_to(page.controls[0], "the list");
     type("x");
     tool.expect_changes(true);
-    tab_back_to(tool.control(kTree), "the tree");
-    tab_back_to(tool.control(kClose), "Cancel");
-    tab_back_to(tool.control(kOk), "OK");
-    tab_back_to(tool.control(kTestConnection), "Test Connection");
+    tab_back_to(tool.control(tree_id), "the tree");
+    tab_back_to(tool.control(close_id), "Cancel");
+    tab_back_to(tool.control(ok_id), "OK");
+    tab_back_to(tool.control(test_connection), "Test Connection");
 }
 
 TEST_F(Keyboard, HiddenTestConnectionIsPassedOver) {
@@ -87,12 +87,12 @@ TEST_F(Keyboard, HiddenTestConnectionIsPassedOver) {
     const HWND box = tool.page("Show icon").controls[0];
     tool.expect_changes(false);
     tab_to(box, "the check box");
-    tab_to(tool.control(kClose), "Close");
+    tab_to(tool.control(close_id), "Close");
     tab_back_to(box, "the check box");
     press_key(VK_SPACE);
     tool.expect_changes(true);
-    tab_to(tool.control(kOk), "OK");
-    tab_to(tool.control(kClose), "Cancel");
+    tab_to(tool.control(ok_id), "OK");
+    tab_to(tool.control(close_id), "Cancel");
     press_key(VK_SPACE);
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_EQ(read_value("SOFTWARE\\Tavrin\\Appearance", "ShowIcon"), "true");
@@ -103,7 +103,7 @@ TEST_F(Keyboard, TheWholeJob) {
     start_agent();
     Tool tool;
     start(tool);
-    walk_to(tool, kAgentName);
+    walk_to(tool, agent_name);
     const HWND edit = tool.page("Agent name").controls[0];
     tab_to(edit, "the name");
     press_key(VK_HOME);
@@ -112,20 +112,20 @@ TEST_F(Keyboard, TheWholeJob) {
     wait_for("the typed name", [&] { return text_of(edit) == "Web server 2, \"new\""; });
     tool.expect_changes(true);
 
-    tab_back_to(tool.control(kTree), "the tree");
+    tab_back_to(tool.control(tree_id), "the tree");
     walk_to(tool, {"Tavrin Agent", "Measuring", "Detail"});
     tab_to(tool.page("Detail").controls[0], "the choices");
     press_key(VK_DOWN);
 
-    tab_to(tool.control(kTestConnection), "Test Connection");
-    tab_to(tool.control(kOk), "OK");
+    tab_to(tool.control(test_connection), "Test Connection");
+    tab_to(tool.control(ok_id), "OK");
     press_key(VK_SPACE);
     const Box question = tool.box();
     EXPECT_EQ(question.caption, "Restart Tavrin Agent Service?");
     press_key(VK_SPACE);
     EXPECT_EQ(tool.exit_code(), 0u);
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "Web server 2, \"new\"");
-    EXPECT_EQ(read_value(kAgentKey, "Detail"), "everything");
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "Web server 2, \"new\"");
+    EXPECT_EQ(read_value(agent_key, "Detail"), "everything");
     expect_agent(SERVICE_RUNNING);
     EXPECT_THAT(agent_notes(), testing::HasSubstr("setting AgentName=Web server 2, \"new\""));
 }

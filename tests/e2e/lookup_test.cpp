@@ -31,7 +31,7 @@ TEST_F(Lookup, MissingTitleEndsTheProgram) {
     use("Servers", "Port");
     Tool tool;
     tool.select({"Agent", "All", "Agent name"});
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     expect_fatal(tool, "Did not find anything with the title \"Servers\"");
 }
 
@@ -39,16 +39,16 @@ TEST_F(Lookup, TitleOfAnEntryWithoutAValueEndsTheProgram) {
     use("Measure", "Port");
     Tool tool;
     tool.select({"Agent", "All", "Agent name"});
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     expect_fatal(tool, "Found title, but it is not a CommonRegKey");
 }
 
 TEST_F(Lookup, PortThatIsNoNumberEndsTheProgram) {
     use("Server list", "Port");
-    write_value(kAgentKey, "Port", "many");
+    write_value(agent_key, "Port", "many");
     Tool tool;
     tool.select({"Agent", "All", "Agent name"});
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     expect_fatal(tool, "Error reading value: Error parsing: \"many\"");
 }
 
@@ -67,7 +67,7 @@ TEST_F(Lookup, FailureDuringAMessageFromAnotherProcessEndsTheProgramToo) {
     use("Servers", "Port");
     Tool tool;
     tool.select({"Agent", "All", "Agent name"});
-    send(tool.window(), WM_COMMAND, kTestConnection, reinterpret_cast<LPARAM>(tool.control(kTestConnection)));
+    send(tool.window(), WM_COMMAND, test_connection, reinterpret_cast<LPARAM>(tool.control(test_connection)));
     expect_fatal(tool, "Did not find anything with the title \"Servers\"");
 }
 

@@ -9,10 +9,10 @@ namespace {
 
 using testing::HasSubstr;
 
-const TreePath kServerList = {"Tavrin Agent", "Servers", "Server list"};
+const TreePath server_list = {"Tavrin Agent", "Servers", "Server list"};
 
-constexpr char kSuccess[] = "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
-                            "to check in, once started";
+constexpr char success[] = "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
+                           "to check in, once started";
 
 /// What a sample server of the stage has printed.
 std::string printed_by(const std::string& server) {
@@ -30,10 +30,10 @@ protected:
     }
 
     void expect_test(const std::string& servers, const std::string& caption, const std::string& text) {
-        write_value(kAgentKey, "ServerList", servers);
+        write_value(agent_key, "ServerList", servers);
         Tool tool;
-        tool.select(kServerList);
-        tool.press(kTestConnection);
+        tool.select(server_list);
+        tool.press(test_connection);
         const Box box = tool.box();
         EXPECT_EQ(box.caption, caption);
         EXPECT_EQ(box.text, text);
@@ -43,14 +43,14 @@ protected:
 };
 
 TEST_F(Network, AcceptedEverywhere) {
-    expect_test("10.9.0.2,10.9.1.9:5000", "Connection test successful", kSuccess);
+    expect_test("10.9.0.2,10.9.1.9:5000", "Connection test successful", success);
     EXPECT_THAT(printed_by("accept"),
                 HasSubstr("wants: version 514, name \"web1\", domain \"example\", id \"\", "
                           "hasMasterKey hasHallmark testing"));
     EXPECT_THAT(printed_by("accept"), HasSubstr("said goodbye"));
 }
 
-TEST_F(Network, EmptyListIsASuccess) { expect_test(",,", "Connection test successful", kSuccess); }
+TEST_F(Network, EmptyListIsASuccess) { expect_test(",,", "Connection test successful", success); }
 
 TEST_F(Network, TwoFailuresAreListedInOrder) {
     expect_test("10.9.0.2:5003,10.9.0.2,10.9.0.2:5001", "Error testing connection",
@@ -76,50 +76,50 @@ TEST_F(Network, PortThatIsNoNumberStopsTheTest) {
 }
 
 TEST_F(Network, EmptyNameIsReplacedByTheAddressOfTheConnection) {
-    write_value(kAgentKey, "AgentName", "");
-    expect_test("10.9.1.9", "Connection test successful", kSuccess);
+    write_value(agent_key, "AgentName", "");
+    expect_test("10.9.1.9", "Connection test successful", success);
     EXPECT_THAT(printed_by("accept"), HasSubstr("wants: version 514, name \"10.9.1.1\""));
 }
 
 TEST_F(Network, TestUsesWhatIsTypedAndNotYetSaved) {
-    write_value(kAgentKey, "ServerList", "10.9.0.2");
+    write_value(agent_key, "ServerList", "10.9.0.2");
     Tool tool;
     bring_to_front(tool.window());
-    tool.select(kAgentName);
+    tool.select(agent_name);
     replace_text(tool.page("Agent name").controls[0], "typed just now");
     tool.expect_changes(true);
-    tool.press(kTestConnection);
-    EXPECT_EQ(tool.box().text, kSuccess);
+    tool.press(test_connection);
+    EXPECT_EQ(tool.box().text, success);
     EXPECT_THAT(printed_by("accept"), HasSubstr("name \"typed just now\""));
-    EXPECT_EQ(read_value(kAgentKey, "AgentName"), "web1");
+    EXPECT_EQ(read_value(agent_key, "AgentName"), "web1");
 }
 
 TEST_F(Network, WaitWindowStandsWhileAServerThinks) {
-    write_value(kAgentKey, "ServerList", "10.9.0.2:5004");
+    write_value(agent_key, "ServerList", "10.9.0.2:5004");
     Tool tool;
-    tool.select(kServerList);
-    tool.press(kTestConnection);
+    tool.select(server_list);
+    tool.press(test_connection);
     EXPECT_EQ(text_of(tool.wait_window()), "Tavrin Service Control");
     EXPECT_EQ(tool.box().caption, "Connection test successful");
 }
 
 TEST_F(Network, ScanReplacesTheListWithWhoAnswered) {
     Tool tool;
-    tool.select(kServerList);
+    tool.select(server_list);
     tool.expect_changes(false);
     tool.press_on_page("Server list", "Scan");
     tool.expect_changes(true);
     const std::string found = text_of(tool.page("Server list").controls[0]);
     EXPECT_TRUE(found == "10.9.0.2,10.9.1.9" || found == "10.9.1.9,10.9.0.2") << found;
-    EXPECT_EQ(read_value(kAgentKey, "ServerList"), "127.0.0.1");
+    EXPECT_EQ(read_value(agent_key, "ServerList"), "127.0.0.1");
     EXPECT_THAT(printed_by("accept"), HasSubstr("10.9.0.1"));
     EXPECT_THAT(printed_by("accept"), HasSubstr("looks for servers"));
 }
 
 TEST_F(Network, ScanThatFindsNobodyKeepsTheList) {
-    write_value(kAgentKey, "Port", "5001");
+    write_value(agent_key, "Port", "5001");
     Tool tool;
-    tool.select(kServerList);
+    tool.select(server_list);
     tool.press_on_page("Server list", "Scan");
     const Box box = tool.box();
     EXPECT_EQ(box.caption, "No Tavrin Servers Found");

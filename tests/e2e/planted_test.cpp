@@ -5,7 +5,7 @@
 namespace e2e {
 namespace {
 
-const TreePath kNamedServers = {"Tavrin Agent", "Servers", "Server list"};
+const TreePath named_servers = {"Tavrin Agent", "Servers", "Server list"};
 
 /// A folder with a program and a planted DLL, and a system that is told to take such DLLs where it finds
 /// them: unlike Windows, Wine would prefer its own.
@@ -18,7 +18,7 @@ protected:
     }
     ~Planted() override {
         std::filesystem::remove_all(folder_);
-        RegDeleteTreeA(HKEY_CURRENT_USER, kOverrides);
+        RegDeleteTreeA(HKEY_CURRENT_USER, overrides);
     }
 
     static std::filesystem::path built(const std::string& file) { return program_folder() + "\\" + file; }
@@ -27,13 +27,13 @@ protected:
     std::string beside(const std::string& program) {
         const std::string name = "beside_planted.exe";
         std::filesystem::copy_file(built(program), folder_ / name);
-        allow_planted(kOverrides);
+        allow_planted(overrides);
         return "\"" + (folder_ / name).string() + "\"";
     }
     bool planted_was_loaded() const { return std::filesystem::exists(folder_ / "iphlpapi.dll.loaded"); }
 
 private:
-    static constexpr char kOverrides[] = "Software\\Wine\\AppDefaults\\beside_planted.exe\\DllOverrides";
+    static constexpr char overrides[] = "Software\\Wine\\AppDefaults\\beside_planted.exe\\DllOverrides";
 
     static void allow_planted(const char* key) {
         const char order[] = "native,builtin";
@@ -46,7 +46,7 @@ private:
 
 TEST_F(Planted, IsLoadedByACarelessProgram) {
     Process careless(beside("tests\\careless.exe"));
-    EXPECT_EQ(careless.exit_code(kLimit), 1U);
+    EXPECT_EQ(careless.exit_code(limit), 1U);
     EXPECT_TRUE(planted_was_loaded());
 }
 
@@ -54,7 +54,7 @@ TEST_F(Planted, IsNotLoadedByTheTool) {
     if (environment("TAVRIN_STAGE").empty())
         GTEST_SKIP() << "no sample servers: run through script/isolated tests/e2e/stage";
     Tool tool(beside("tavrinconfig.exe"));
-    tool.select(kNamedServers);
+    tool.select(named_servers);
     tool.press_on_page("Server list", "Scan"); // asks for the networks
     tool.expect_changes(true);
     EXPECT_FALSE(planted_was_loaded());

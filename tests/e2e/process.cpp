@@ -54,7 +54,7 @@ Process::Process(const std::string& command_line) : output_path(temporary_path()
 Process::~Process() {
     if (running())
         TerminateProcess(information.hProcess, 99);
-    WaitForSingleObject(information.hProcess, kLimit * 1000);
+    WaitForSingleObject(information.hProcess, limit * 1000);
     CloseHandle(information.hThread);
     CloseHandle(information.hProcess);
     DeleteFileA(output_path.c_str());

@@ -6,12 +6,12 @@
 namespace e2e {
 namespace {
 
-constexpr int kTextSize = 1024;
+constexpr int text_size = 1024;
 
 /// What TVM_GETITEMA and TVM_GETITEMRECT read and fill, laid out in the other process' memory.
 struct ItemBlock {
     TVITEMA item;
-    char text[kTextSize];
+    char text[text_size];
     union {
         HTREEITEM asked;
         RECT place;
@@ -62,12 +62,12 @@ std::string RemoteTree::text(HTREEITEM item) const {
     block.item.mask = TVIF_TEXT | TVIF_HANDLE;
     block.item.hItem = item;
     block.item.pszText = remote.get()->text;
-    block.item.cchTextMax = kTextSize;
+    block.item.cchTextMax = text_size;
     remote.write(block);
     if (!send(tree, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(remote.get())))
         throw std::runtime_error("the tree has no such item");
     remote.read(block);
-    block.text[kTextSize - 1] = '\0';
+    block.text[text_size - 1] = '\0';
     return block.text;
 }
 

@@ -20,10 +20,10 @@ public:
 
     HICON icon(const char* name) const { return LoadIconA(module, name); }
     HICON small_icon() const {
-        return static_cast<HICON>(LoadImageA(module, "tavrin", IMAGE_ICON, kSmall, kSmall, LR_DEFAULTCOLOR));
+        return static_cast<HICON>(LoadImageA(module, "tavrin", IMAGE_ICON, small, small, LR_DEFAULTCOLOR));
     }
 
-    static constexpr int kSmall = 16;
+    static constexpr int small = 16;
 
 private:
     HMODULE module;
@@ -49,7 +49,7 @@ using Picture = std::vector<Dot>;
 
 /// What a small icon shows on a ground of one colour.
 Picture drawn_on(HICON icon, int ground) {
-    constexpr int size = ProgramFile::kSmall;
+    constexpr int size = ProgramFile::small;
     const HDC screen = GetDC(nullptr);
     const HDC context = CreateCompatibleDC(screen);
     const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
@@ -130,7 +130,7 @@ TEST_F(Startup, ShowsTheSmallIconsOwnPictureInTheCaption) {
 }
 
 TEST_F(Startup, MissingKeyEndsTheProgram) {
-    delete_key(kListKey);
+    delete_key(list_key);
     Tool tool;
     const Box box = tool.box();
     EXPECT_EQ(box.caption, "Error!");
@@ -142,20 +142,20 @@ TEST_F(Startup, MissingKeyEndsTheProgram) {
 
 TEST_F(Startup, KeyWithoutPathsShowsAnEmptyTree) {
     for (const char* name : {"Agent", "Appearance", "Legacy Agent", "Legacy Archive"})
-        delete_value(kListKey, name);
-    write_value(kListKey, "Nothing", "");
-    write_value(kListKey, "Missing", "C:\\no such folder\\no.spec");
+        delete_value(list_key, name);
+    write_value(list_key, "Nothing", "");
+    write_value(list_key, "Missing", "C:\\no such folder\\no.spec");
     Tool tool;
     EXPECT_THAT(tool.tree().texts(), IsEmpty());
-    tool.press(kClose);
+    tool.press(close_id);
     EXPECT_EQ(tool.exit_code(), 0u);
 }
 
 TEST_F(Startup, SecondConfigurationOfTheSameNameIsNotShown) {
     use_spec_file("First", "SOFTWARE\\Tavrin\\Agent\nAgent\n!One\n$Port\nPort\nThe port.\nInteger\n");
-    const std::string first = read_value(kListKey, "First");
+    const std::string first = read_value(list_key, "First");
     use_spec_file("Second", "SOFTWARE\\Tavrin\\Agent\nAgent\n!Two\n$Port\nPort\nThe port.\nInteger\n");
-    write_value(kListKey, "First", first);
+    write_value(list_key, "First", first);
     Tool tool;
     EXPECT_THAT(tool.tree().texts(), ElementsAre("Agent", "  One", "    Port"));
 }

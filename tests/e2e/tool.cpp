@@ -7,9 +7,9 @@
 namespace e2e {
 namespace {
 
-constexpr char kMainClass[] = "trconfigclass";
-constexpr char kBoxClass[] = "#32770";
-constexpr char kWaitClass[] = "tavrin_service_win";
+constexpr char main_class[] = "trconfigclass";
+constexpr char box_class[] = "#32770";
+constexpr char wait_class[] = "tavrin_service_win";
 
 bool is_frame(HWND child) {
     return is_class(child, "Button") && (GetWindowLongA(child, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX;
@@ -67,11 +67,11 @@ HWND Tool::find(const char* window_class, const std::string& caption) const {
 
 HWND Tool::window() {
     HWND found = nullptr;
-    wait_for("the main window", [&] { return (found = find(kMainClass)) != nullptr; });
+    wait_for("the main window", [&] { return (found = find(main_class)) != nullptr; });
     return found;
 }
 
-bool Tool::has_window() const { return find(kMainClass) != nullptr; }
+bool Tool::has_window() const { return find(main_class) != nullptr; }
 
 HWND Tool::control(Control id) {
     const HWND found = GetDlgItem(window(), id);
@@ -80,7 +80,7 @@ HWND Tool::control(Control id) {
     return found;
 }
 
-RemoteTree Tool::tree() { return {control(kTree), process.handle()}; }
+RemoteTree Tool::tree() { return {control(tree_id), process.handle()}; }
 
 void Tool::select(const TreePath& path) {
     tree().select(path);
@@ -117,8 +117,8 @@ void Tool::press_on_page(const std::string& title, const std::string& button) {
 }
 
 void Tool::expect_changes(bool changes) {
-    const HWND ok = control(kOk);
-    const HWND close = control(kClose);
+    const HWND ok = control(ok_id);
+    const HWND close = control(close_id);
     wait_for(changes ? "the button Cancel" : "the button Close", [&] {
         return (IsWindowEnabled(ok) != FALSE) == changes && text_of(close) == (changes ? "Cancel" : "Close");
     });
@@ -127,7 +127,7 @@ void Tool::expect_changes(bool changes) {
 Box Tool::box() {
     Box found = {};
     wait_for("a message box", [&] {
-        found.window = find(kBoxClass);
+        found.window = find(box_class);
         return found.window && !message_of(found.window).empty();
     });
     found.caption = text_of(found.window);
@@ -137,16 +137,16 @@ Box Tool::box() {
 
 HWND Tool::dialog(const std::string& caption) {
     HWND found = nullptr;
-    wait_for("the dialog " + caption, [&] { return (found = find(kBoxClass, caption)) != nullptr; });
+    wait_for("the dialog " + caption, [&] { return (found = find(box_class, caption)) != nullptr; });
     return found;
 }
 
 HWND Tool::wait_window() {
     HWND found = nullptr;
-    wait_for("the wait window", [&] { return (found = find(kWaitClass)) != nullptr; });
+    wait_for("the wait window", [&] { return (found = find(wait_class)) != nullptr; });
     return found;
 }
 
-bool Tool::shows_wait_window() const { return find(kWaitClass) != nullptr; }
+bool Tool::shows_wait_window() const { return find(wait_class) != nullptr; }
 
 } // namespace e2e

@@ -10,7 +10,7 @@
 namespace e2e {
 
 /// The main window's controls.
-enum Control { kTree = 101, kClose = 103, kOk = 104, kTestConnection = 105 };
+enum Control { tree_id = 101, close_id = 103, ok_id = 104, test_connection = 105 };
 
 /// A message box of the program.
 struct Box {

@@ -8,11 +8,11 @@
 namespace e2e {
 
 /// Seconds after which something that was waited for counts as missing.
-constexpr int kLimit = 30;
+constexpr int limit = 30;
 
 /// Waits until `condition` holds; throws std::runtime_error that names `what` when it does not in time.
 template <typename Condition>
-void wait_for(const std::string& what, Condition condition, int seconds = kLimit) {
+void wait_for(const std::string& what, Condition condition, int seconds = limit) {
     const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(seconds) * 1000;
     while (!condition()) {
         if (GetTickCount64() > end)

@@ -6,7 +6,7 @@ namespace e2e {
 
 LRESULT send(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     DWORD_PTR result = 0;
-    if (!SendMessageTimeoutA(window, message, wparam, lparam, SMTO_NORMAL, kLimit * 1000, &result))
+    if (!SendMessageTimeoutA(window, message, wparam, lparam, SMTO_NORMAL, limit * 1000, &result))
         throw std::runtime_error("no answer to message " + std::to_string(message) + ": error " +
                                  std::to_string(GetLastError()));
     return static_cast<LRESULT>(result);

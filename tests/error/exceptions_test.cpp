@@ -9,15 +9,15 @@ namespace {
 using namespace error;
 
 template <typename Derived, typename Base>
-constexpr bool kPlainlyDerived = std::is_convertible_v<Derived*, Base*>;
+constexpr bool plainly_derived = std::is_convertible_v<Derived*, Base*>;
 
 TEST(Exceptions, FormOneFamily) {
     static_assert(std::is_abstract_v<Exception> && std::has_virtual_destructor_v<Exception>);
-    static_assert(kPlainlyDerived<ESystemError, Exception> && kPlainlyDerived<EParseError, Exception>);
-    static_assert(kPlainlyDerived<EFileNotFoundError, ESystemError>);
-    static_assert(kPlainlyDerived<EFileExistsError, ESystemError>);
-    static_assert(!kPlainlyDerived<EParseError, ESystemError>);
-    static_assert(!kPlainlyDerived<EFileExistsError, EFileNotFoundError>);
+    static_assert(plainly_derived<ESystemError, Exception> && plainly_derived<EParseError, Exception>);
+    static_assert(plainly_derived<EFileNotFoundError, ESystemError>);
+    static_assert(plainly_derived<EFileExistsError, ESystemError>);
+    static_assert(!plainly_derived<EParseError, ESystemError>);
+    static_assert(!plainly_derived<EFileExistsError, EFileNotFoundError>);
 }
 
 TEST(Exceptions, TellDescriptionThenMessageWithNothingBetween) {

@@ -9,8 +9,8 @@ namespace {
 
 using testing::Optional;
 
-constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
 std::string parse_failure(const std::string& text) {
     try {
@@ -56,13 +56,13 @@ TEST(ParseInt, CountsWhatStandsBehindAZeroByteAsLeft) {
 }
 
 TEST(ParseInt, StopsAtThe32BitLimits) {
-    EXPECT_EQ(parse_int("2147483647"), kHighest);
-    EXPECT_EQ(parse_int("2147483648"), kHighest);
-    EXPECT_EQ(parse_int("4294967296"), kHighest);
-    EXPECT_EQ(parse_int("99999999999999999999999"), kHighest);
-    EXPECT_EQ(parse_int("-2147483648"), kLowest);
-    EXPECT_EQ(parse_int("-2147483649"), kLowest);
-    EXPECT_EQ(parse_int("-99999999999999999999999"), kLowest);
+    EXPECT_EQ(parse_int("2147483647"), highest);
+    EXPECT_EQ(parse_int("2147483648"), highest);
+    EXPECT_EQ(parse_int("4294967296"), highest);
+    EXPECT_EQ(parse_int("99999999999999999999999"), highest);
+    EXPECT_EQ(parse_int("-2147483648"), lowest);
+    EXPECT_EQ(parse_int("-2147483649"), lowest);
+    EXPECT_EQ(parse_int("-99999999999999999999999"), lowest);
 }
 
 TEST(ScanInt, ReadsTheThreeBases) {
@@ -98,16 +98,16 @@ TEST(ScanInt, ConvertsNothingWithoutADigit) {
 }
 
 TEST(ScanInt, StopsAtThe32BitLimits) {
-    EXPECT_THAT(scan_int("2147483647"), Optional(kHighest));
-    EXPECT_THAT(scan_int("2147483648"), Optional(kHighest));
-    EXPECT_THAT(scan_int("99999999999999999999999"), Optional(kHighest));
-    EXPECT_THAT(scan_int("-2147483648"), Optional(kLowest));
-    EXPECT_THAT(scan_int("-2147483649"), Optional(kLowest));
-    EXPECT_THAT(scan_int("0x7FFFFFFF"), Optional(kHighest));
-    EXPECT_THAT(scan_int("0x80000000"), Optional(kHighest));
-    EXPECT_THAT(scan_int("0xFFFFFFFF"), Optional(kHighest));
-    EXPECT_THAT(scan_int("-0xFFFFFFFFFFFFFFFFFF"), Optional(kLowest));
-    EXPECT_THAT(scan_int("037777777777"), Optional(kHighest));
+    EXPECT_THAT(scan_int("2147483647"), Optional(highest));
+    EXPECT_THAT(scan_int("2147483648"), Optional(highest));
+    EXPECT_THAT(scan_int("99999999999999999999999"), Optional(highest));
+    EXPECT_THAT(scan_int("-2147483648"), Optional(lowest));
+    EXPECT_THAT(scan_int("-2147483649"), Optional(lowest));
+    EXPECT_THAT(scan_int("0x7FFFFFFF"), Optional(highest));
+    EXPECT_THAT(scan_int("0x80000000"), Optional(highest));
+    EXPECT_THAT(scan_int("0xFFFFFFFF"), Optional(highest));
+    EXPECT_THAT(scan_int("-0xFFFFFFFFFFFFFFFFFF"), Optional(lowest));
+    EXPECT_THAT(scan_int("037777777777"), Optional(highest));
 }
 
 } // namespace

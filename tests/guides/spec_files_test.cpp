@@ -23,7 +23,7 @@ namespace {
 using testing::AnyOf;
 
 /// What thrown_text gives when nothing was thrown.
-constexpr char kNothing[] = "nothing thrown";
+constexpr char nothing[] = "nothing thrown";
 constexpr char agent_key[] = "SOFTWARE\\Example\\Agent";
 constexpr char legacy_key[] = "SOFTWARE\\Example\\Legacy";
 
@@ -101,14 +101,14 @@ protected:
         const Boxes boxes;
         std::string thrown =
             thrown_text([&] { build_settings(configuration, "Legacy", file, show_spec_error); });
-        if (thrown == kNothing) {
+        if (thrown == nothing) {
             outcome.tree = tree_of(configuration);
             if (outcome.tree.find("\"Scan\"") != std::string::npos)
                 thrown = thrown_text([&] { configuration.integer_by_title("Port"); });
         }
         for (const SeenBox& box : boxes.seen())
             outcome.messages += box.text + "\n";
-        if (thrown != kNothing)
+        if (thrown != nothing)
             outcome.messages += thrown + "\n";
         return outcome;
     }

@@ -9,8 +9,9 @@
 
 namespace {
 
-constexpr char kFirst[] = "SOFTWARE\\TavrinTests\\Agent\nFirst\nTavrinAgent\n!All\n$Name\nName\nh\nString\n";
-constexpr char kSecond[] =
+constexpr char first_spec[] =
+    "SOFTWARE\\TavrinTests\\Agent\nFirst\nTavrinAgent\n!All\n$Name\nName\nh\nString\n";
+constexpr char second_spec[] =
     "SOFTWARE\\TavrinTests\\Agent\nSecond\nNoSuchService\n!All\n$Flag\nFlag\nh\nBoolean\n"
     "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Text\nText\nh\nString\n";
 
@@ -18,11 +19,11 @@ class ClosedWhileStopping : public ProgramTest {
 protected:
     void SetUp() override {
         substitute::set_service("TavrinAgent", {.stop_time = 2000});
-        spec_file("A", kFirst);
-        spec_file("B", kSecond);
-        set_text(kAgentKey, "Name", "web1");
-        set_text(kAgentKey, "Flag", "true");
-        set_text(kAgentKey, "Colour", "green");
+        spec_file("A", first_spec);
+        spec_file("B", second_spec);
+        set_text(agent_key, "Name", "web1");
+        set_text(agent_key, "Flag", "true");
+        set_text(agent_key, "Colour", "green");
         then([] { select("Name"); });
         then([] { SetWindowTextA(page_controls().at(0), "web2"); });
     }
@@ -34,7 +35,7 @@ protected:
             SendMessageA(control(ok_id), BM_CLICK, 0, 0);
         });
         EXPECT_EQ(run(), 0);
-        EXPECT_EQ(text_value(kAgentKey, "Name"), "web2");
+        EXPECT_EQ(text_value(agent_key, "Name"), "web2");
         EXPECT_EQ(substitute::service_state("TavrinAgent"), static_cast<DWORD>(SERVICE_RUNNING));
         EXPECT_EQ(main_window, nullptr);
     }
@@ -46,19 +47,19 @@ TEST_F(ClosedWhileStopping, ATextOfTheNextConfigurationIsWrittenAsTheUserLeftIt)
     then([] { select("Text"); });
     then([] { SetWindowTextA(page_controls().at(0), "some text"); });
     close_while_stopping();
-    EXPECT_EQ(text_value(kAgentKey, "Text"), "some text");
+    EXPECT_EQ(text_value(agent_key, "Text"), "some text");
 }
 
 TEST_F(ClosedWhileStopping, ATickOfTheNextConfigurationStays) {
     then([] { select("Flag"); });
     close_while_stopping();
-    EXPECT_EQ(text_value(kAgentKey, "Flag"), "true");
+    EXPECT_EQ(text_value(agent_key, "Flag"), "true");
 }
 
 TEST_F(ClosedWhileStopping, AChoiceOfTheNextConfigurationStays) {
     then([] { select("Colour"); });
     close_while_stopping();
-    EXPECT_EQ(text_value(kAgentKey, "Colour"), "green");
+    EXPECT_EQ(text_value(agent_key, "Colour"), "green");
 }
 
 TEST_F(ClosedWhileStopping, WhatIsStillToBeSaidHasNoOwner) {

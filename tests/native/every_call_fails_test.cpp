@@ -20,7 +20,7 @@ using testing::AnyOf;
 using Texts = std::vector<std::string>;
 
 /// Beginnings of what the program says when nothing fails, and whenever it gets that far.
-const Texts kUndisturbed = {
+const Texts undisturbed = {
     "The action has been taken.",
     "No Tavrin Servers found at port ",
     "All the Tavrin Servers accepted the settings. ",
@@ -28,7 +28,7 @@ const Texts kUndisturbed = {
 };
 
 /// Words within what the program says about a failed call. What is not listed here is passed over in silence.
-const std::map<std::string, Texts> kOnFailure = {
+const std::map<std::string, Texts> texts_on_failure = {
     {"connect", {"\n\nError connecting: Connection refused."}},
     {"ControlService",
      {"Failed to stop service. You will have to restart the service manually",
@@ -70,9 +70,9 @@ const std::map<std::string, Texts> kOnFailure = {
 };
 
 /// Said when no scan came before the connection test, which then meets the silence meant for the scan.
-constexpr char kSilence[] = "The reason was:\n\nConnection timed out";
+constexpr char silence[] = "The reason was:\n\nConnection timed out";
 
-const Texts kOutOfMemory = {
+const Texts out_of_memory = {
     "Error scanning for Tavrin Servers:\n\nOut of memory",
     "Error scanning for Tavrin Servers:\n\nNo memory for small nic structure",
     "The reason was:\n\nError allocating memory",
@@ -90,7 +90,7 @@ void expect_values_old_or_new(const std::string& failed) {
     const bool box_is_empty = failed == "SetWindowTextA" || failed == "GetWindowTextA";
     for (const auto& [name, values] : WholeSession::values()) {
         const std::string instead = box_is_empty ? "" : values.old_text;
-        EXPECT_THAT(text_value(kAgentKey, name), AnyOf(values.old_text, values.new_text, instead)) << name;
+        EXPECT_THAT(text_value(agent_key, name), AnyOf(values.old_text, values.new_text, instead)) << name;
     }
 }
 
@@ -98,7 +98,7 @@ void expect_values_old_or_new(const std::string& failed) {
 void expect_ended_properly(const WholeSession& session) {
     const std::string failed = session.failed_call();
     if (failed == "CreateEventA" || failed == "SetEvent") {
-        EXPECT_EQ(session.exit_code(), WholeSession::kAbnormal);
+        EXPECT_EQ(session.exit_code(), WholeSession::abnormal);
     } else {
         EXPECT_THAT(session.exit_code(), AnyOf(0, 1));
     }
@@ -119,21 +119,21 @@ void expect_sound(const WholeSession& session, const Texts& on_failure) {
     expect_handles_closed(session.failed_call());
     expect_values_old_or_new(session.failed_call());
     for (const SeenBox& box : session.seen()) {
-        EXPECT_TRUE(holds_one_of(box.text, kUndisturbed) || holds_one_of(box.text, on_failure) ||
-                    box.text.ends_with(kSilence))
+        EXPECT_TRUE(holds_one_of(box.text, undisturbed) || holds_one_of(box.text, on_failure) ||
+                    box.text.ends_with(silence))
             << box.caption << ": " << box.text;
     }
 }
 
 Texts texts_for(const std::string& function) {
-    const auto found = kOnFailure.find(function);
-    return found == kOnFailure.end() ? Texts{} : found->second;
+    const auto found = texts_on_failure.find(function);
+    return found == texts_on_failure.end() ? Texts{} : found->second;
 }
 
 void expect_everything_saved() {
     for (const auto& [name, values] : WholeSession::values())
-        EXPECT_EQ(text_value(kAgentKey, name), values.new_text);
-    EXPECT_FALSE(key_exists(kAgentKey + "\\Certificates"));
+        EXPECT_EQ(text_value(agent_key, name), values.new_text);
+    EXPECT_FALSE(key_exists(agent_key + "\\Certificates"));
     EXPECT_EQ(substitute::service_counts("TavrinAgent").starts, 1);
 }
 
@@ -177,9 +177,9 @@ void let_memory_run_out(bool for_good, const std::string& answer, const Texts& o
         SCOPED_TRACE("request " + std::to_string(nth));
         reached = session.memory_requests() >= nth;
         Texts texts = on_answer;
-        texts.insert(texts.end(), kOutOfMemory.begin(), kOutOfMemory.end());
+        texts.insert(texts.end(), out_of_memory.begin(), out_of_memory.end());
         expect_sound(session, texts);
-        for (const std::string& text : kOutOfMemory) {
+        for (const std::string& text : out_of_memory) {
             for (const SeenBox& box : session.seen()) {
                 if (holds_one_of(box.text, {text}))
                     said.insert(text);
@@ -196,7 +196,7 @@ TEST(EveryCallFails, NoShortageOfMemoryCrashesHangsLeaksOrLosesAValue) {
         let_memory_run_out(for_good, refusing_server, {"The reason was:\n\nTavrin Server rejected us: no"},
                            said);
     }
-    EXPECT_THAT(said, testing::UnorderedElementsAreArray(kOutOfMemory));
+    EXPECT_THAT(said, testing::UnorderedElementsAreArray(out_of_memory));
 }
 
 } // namespace

@@ -67,18 +67,18 @@ std::ostream& operator<<(std::ostream& out, const Open& open) {
 
 class LongUse : public ProgramTest {
 protected:
-    static constexpr int kFirst = 100;
-    static constexpr int kSwitches = 10000;
-    static constexpr int kTests = 1000;
-    static constexpr int kScans = 100;
-    static constexpr int kBoxes = 1000;
+    static constexpr int first_count = 100;
+    static constexpr int switch_count = 10000;
+    static constexpr int test_count = 1000;
+    static constexpr int scan_count = 100;
+    static constexpr int box_count = 1000;
 
     void prepare() {
         substitute::record_calls(false);
         substitute::keep_datagrams();
-        make_key(kAgentKey + "\\Certificates");
-        set_text(kAgentKey, "Servers", "127.0.0.1");
-        set_text(kAgentKey, "Port", std::to_string(server.port()));
+        make_key(agent_key + "\\Certificates");
+        set_text(agent_key, "Servers", "127.0.0.1");
+        set_text(agent_key, "Port", std::to_string(server.port()));
         spec_file("Agent", "SOFTWARE\\TavrinTests\\Agent\nAgent\n!Values\n"
                            "$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$Port\nPort\nh\nInteger\n"
                            "$Flag\nFlag\nh\nBoolean\n$Level\nLevel\nh\nOptions\nlow\nhigh\n"
@@ -90,11 +90,11 @@ protected:
 
     /// Goes from page to page and edits the first control of each.
     void switch_pages(int times) {
-        static constexpr const char* kTitles[] = {"Name",   "Domain", "Flag",   "Values", "Level",
-                                                  "Folder", "File",   "Forget", "Modem"};
+        static constexpr const char* title_pool[] = {"Name",   "Domain", "Flag",   "Values", "Level",
+                                                     "Folder", "File",   "Forget", "Modem"};
         for (int time = 0; time < times; ++time) {
             then([time] {
-                select(kTitles[static_cast<std::size_t>(time) % std::size(kTitles)]);
+                select(title_pool[static_cast<std::size_t>(time) % std::size(title_pool)]);
                 if (page())
                     edit(page_controls().front(), time);
             });
@@ -128,22 +128,22 @@ protected:
         then([] { select("Name"); });
     }
 
-    BusyServer server{kFirst + kTests};
+    BusyServer server{first_count + test_count};
 };
 
 TEST_F(LongUse, LeavesNothingOpen) {
     prepare();
     Open before = {};
     Open after = {};
-    switch_pages(kFirst);
-    test_the_connection(kFirst);
-    scan(kFirst);
-    open_and_close_boxes(kFirst);
+    switch_pages(first_count);
+    test_the_connection(first_count);
+    scan(first_count);
+    open_and_close_boxes(first_count);
     then([&] { before = open_now(); });
-    switch_pages(kSwitches);
-    test_the_connection(kTests);
-    scan(kScans);
-    open_and_close_boxes(kBoxes);
+    switch_pages(switch_count);
+    test_the_connection(test_count);
+    scan(scan_count);
+    open_and_close_boxes(box_count);
     then([&] { after = open_now(); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(after, before);
@@ -151,9 +151,9 @@ TEST_F(LongUse, LeavesNothingOpen) {
     std::map<std::string, int> seen;
     for (const SeenBox& box : boxes.seen())
         ++seen[box.caption];
-    EXPECT_EQ(seen, (std::map<std::string, int>{{"Connection test successful", kFirst + kTests},
-                                                {"No Tavrin Servers Found", kFirst + kScans},
-                                                {"Action taken", kFirst + kBoxes}}));
+    EXPECT_EQ(seen, (std::map<std::string, int>{{"Connection test successful", first_count + test_count},
+                                                {"No Tavrin Servers Found", first_count + scan_count},
+                                                {"Action taken", first_count + box_count}}));
 }
 
 } // namespace

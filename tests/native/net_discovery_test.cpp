@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StrEq;
 
-const std::string kRequest("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0\xF1\xB3\x4C", 20);
+const std::string request_octets("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0\xF1\xB3\x4C", 20);
 
 DWORD ip(unsigned a, unsigned b, unsigned c, unsigned d) { return htonl(a << 24 | b << 16 | c << 8 | d); }
 
@@ -73,7 +73,7 @@ TEST_F(NativeDiscovery, SendsToEveryNetworkInEachPass) {
     EXPECT_THAT(substitute::select_waits(), ElementsAre(1, 1, 1));
     for (const auto& each : substitute::kept_datagrams()) {
         EXPECT_EQ(each.port, 5151);
-        EXPECT_EQ(each.octets, kRequest);
+        EXPECT_EQ(each.octets, request_octets);
     }
 }
 
@@ -84,23 +84,23 @@ TEST_F(NativeDiscovery, BroadcastsOnTheLoopbackNetwork) {
         },
         DiscoveryServer::hears_broadcasts);
     EXPECT_THAT(scan(server.port()), ElementsAre("127.0.0.2"));
-    EXPECT_THAT(server.requests(), ElementsAre(kRequest, kRequest, kRequest));
+    EXPECT_THAT(server.requests(), ElementsAre(request_octets, request_octets, request_octets));
 }
 
-constexpr DWORD kEverybody = 0xFFFFFFFF;
+constexpr DWORD everybody = 0xFFFFFFFF;
 
 TEST_F(NativeDiscovery, AsksEverybodyWithoutNetworks) {
     substitute::set_interfaces({});
     keep_requests();
     EXPECT_THAT(scan(), IsEmpty());
-    EXPECT_THAT(targets(), ElementsAre(kEverybody, kEverybody, kEverybody));
+    EXPECT_THAT(targets(), ElementsAre(everybody, everybody, everybody));
 }
 
 TEST_F(NativeDiscovery, AsksEverybodyWhenTheTableCannotBeRead) {
     substitute::fail_call("GetIpAddrTable");
     keep_requests();
     EXPECT_THAT(scan(), IsEmpty());
-    EXPECT_THAT(targets(), ElementsAre(kEverybody, kEverybody, kEverybody));
+    EXPECT_THAT(targets(), ElementsAre(everybody, everybody, everybody));
     EXPECT_EQ(substitute::call_count("GetIpAddrTable"), 1);
 }
 
@@ -109,7 +109,7 @@ TEST_F(NativeDiscovery, AsksEverybodyWhenTheLargerTableCannotBeRead) {
     substitute::fail_call("GetIpAddrTable", 2);
     keep_requests();
     EXPECT_THAT(scan(), IsEmpty());
-    EXPECT_THAT(targets(), ElementsAre(kEverybody, kEverybody, kEverybody));
+    EXPECT_THAT(targets(), ElementsAre(everybody, everybody, everybody));
     EXPECT_EQ(substitute::call_count("GetIpAddrTable"), 2);
 }
 
@@ -120,7 +120,7 @@ TEST_F(NativeDiscovery, AsksEverybodyWithoutMemoryForTheTable) {
         keep_requests();
         const ShortMemory memory(request, true);
         EXPECT_THAT(scan(), IsEmpty());
-        EXPECT_THAT(targets(), ElementsAre(kEverybody, kEverybody, kEverybody)) << request;
+        EXPECT_THAT(targets(), ElementsAre(everybody, everybody, everybody)) << request;
     }
 }
 
@@ -251,7 +251,7 @@ TEST_F(NativeDiscovery, ListsOnlyTheSendersOfAnswers) {
                                    {4, changed_answer(3)},
                                    {5, changed_answer(11)},
                                    {6, changed_answer(15)},
-                                   {7, kRequest},
+                                   {7, request_octets},
                                    {8, good + std::string(4081, 'x')}, // one octet too large to receive
                                    {9, good + std::string(4080, 'x')},
                                    {10, changed_answer(7)},

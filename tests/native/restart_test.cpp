@@ -122,7 +122,7 @@ TEST_F(Restart, TellsWhatWasRefused) {
 }
 
 TEST_F(Restart, WaitsAsLongAsItsCallerWants) {
-    agent({.stop_time = substitute::kNever});
+    agent({.stop_time = substitute::never});
     changes.stop_limit = milliseconds(1500);
     const std::uint64_t start = substitute::clock_now();
     EXPECT_THAT(events(),
@@ -139,14 +139,14 @@ TEST_F(Restart, WaitsUntilTheServiceRunsIfItsCallerWants) {
 }
 
 TEST_F(Restart, TellsOfAServiceThatDoesNotComeToRun) {
-    agent({.start_time = substitute::kNever});
+    agent({.start_time = substitute::never});
     changes.start_limit = milliseconds(3000);
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 0"));
 }
 
 TEST_F(Restart, CanBeGivenUp) {
-    agent({.stop_time = substitute::kNever});
+    agent({.stop_time = substitute::never});
     notes.given_up_at = 7;
     EXPECT_EQ(thrown_text([&] { events(); }), "given up");
     EXPECT_THAT(notes.events, ElementsAre("restart?", "stopping"));

@@ -71,7 +71,7 @@ TEST_F(ScriptedServices, StopAndStartByTheClock) {
 
 TEST_F(ScriptedServices, MayStopForever) {
     ServiceScript script;
-    script.stop_time = substitute::kNever;
+    script.stop_time = substitute::never;
     install(script);
     EXPECT_TRUE(stop());
     substitute::advance_clock(1'000'000'000);

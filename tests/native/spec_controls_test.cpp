@@ -14,7 +14,7 @@
 
 namespace {
 
-CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, kTestKey, "Value", false}; }
+CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", false}; }
 
 const Configuration nobody(true);
 
@@ -36,7 +36,7 @@ const Kind kinds[] = {
      [] { return make_entry<BooleanEntry>(binding(), "t", "h"); },
      {"Unable to create checkbox control"}},
     {"DeleteKey",
-     [] { return make_entry<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, kTestKey), "t", "h"); },
+     [] { return make_entry<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, test_key), "t", "h"); },
      {"Unable to create checkbox delete control"}},
     {"Option",
      [] { return make_entry<OptionEntry>(binding(), "t", "h", std::vector<std::string>{"a"}); },
@@ -104,8 +104,8 @@ class PageCost : public CleanSystem {
 protected:
     /// The calls that it takes to show the last of so many entries, ask for changes and leave it.
     std::vector<std::string> calls_with(int entries) {
-        set_text(kTestKey, "V", "value");
-        std::string text = "\\" + kTestKey + "\nAgent\n!G\n";
+        set_text(test_key, "V", "value");
+        std::string text = "\\" + test_key + "\nAgent\n!G\n";
         for (int i = 0; i < entries; ++i)
             text += "$Title\nV\nhelp\nString\n";
         const auto configuration = parse(text);
@@ -120,7 +120,7 @@ protected:
         return made;
     }
 
-    PageCost() { make_key(kTestKey); }
+    PageCost() { make_key(test_key); }
     StandInMainWindow main{436, 229};
 };
 

@@ -24,7 +24,7 @@ protected:
         entry.select(main.window());
         type(main.control(1), typed);
     }
-    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, kTestKey, "Value", false}; }
+    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", false}; }
 
     StandInMainWindow main{436, 229};
     DirectorySelector directory{binding(), "Title", "Help"};

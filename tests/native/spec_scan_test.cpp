@@ -23,11 +23,11 @@ protected:
 
     void show(const std::string& port) {
         substitute::set_interfaces({{loopback_address(), 0xFFFFFFFF}});
-        make_key(kTestKey);
-        set_text(kTestKey, "List", "old:1");
-        set_text(kTestKey, "Port", port);
+        make_key(test_key);
+        set_text(test_key, "List", "old:1");
+        set_text(test_key, "Port", port);
         configuration =
-            parse("\\" + kTestKey + "\nAgent\n!G\n$L\nList\nh\nServerList\n$Port\nPort\nh\nInteger\n");
+            parse("\\" + test_key + "\nAgent\n!G\n$L\nList\nh\nServerList\n$Port\nPort\nh\nInteger\n");
         configuration->entry_by_title("L").select(main.window());
         main.page_changes();
     }
@@ -63,7 +63,7 @@ TEST_F(Scan, ReplacesTheListByTheServersFound) {
     EXPECT_EQ(main.page_changes(), 1);
     EXPECT_TRUE(boxes.seen().empty());
     EXPECT_EQ(wait_text(), "no wait window");
-    EXPECT_EQ(text_value(kTestKey, "List"), "old:1");
+    EXPECT_EQ(text_value(test_key, "List"), "old:1");
 }
 
 TEST_F(Scan, LeavesTheListAloneWhenNobodyAnswers) {

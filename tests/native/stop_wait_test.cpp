@@ -12,14 +12,14 @@ namespace {
 using testing::Each;
 using testing::SizeIs;
 
-constexpr char kSpec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n"
-                         "!All\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n";
+constexpr char spec_text[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n"
+                             "!All\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n";
 
 class StopWait : public ProgramTest {
 protected:
     StopWait() {
-        spec_file("A", kSpec);
-        set_text(kAgentKey, "Name", "web1");
+        spec_file("A", spec_text);
+        set_text(agent_key, "Name", "web1");
         substitute::set_service("TavrinAgent", {.stop_time = 2000});
         then([] { select("Name"); });
         then([] { SetWindowTextA(page_controls().at(0), "web2"); });
@@ -32,7 +32,7 @@ protected:
             step();
         });
     }
-    static std::string stored() { return text_value(kAgentKey, "Name"); }
+    static std::string stored() { return text_value(agent_key, "Name"); }
 };
 
 TEST_F(StopWait, TheMainWindowIsDisabledAllTheWhile) {

@@ -42,7 +42,7 @@ TEST(WinsockSubstitute, CountsOnlyTheSocketsOfTheThreadThatIsWatched) {
 }
 
 TEST(WinsockSubstitute, LetsTimePassOnTheClockAloneWhileNobodyWillSend) {
-    constexpr int kDay = 86'400;
+    constexpr int day = 86'400;
     substitute::reset();
     const loopback::Handle peer(socket(AF_INET, SOCK_DGRAM, 0));
     const sockaddr_in any = loopback::endpoint(loopback::address(), 0);
@@ -63,11 +63,11 @@ TEST(WinsockSubstitute, LetsTimePassOnTheClockAloneWhileNobodyWillSend) {
         return true;
     });
     const std::uint64_t start = substitute::clock_now();
-    EXPECT_TRUE(socket_wait_readable(own, kDay));
-    EXPECT_LT(substitute::clock_now() - start, kDay * 1000ULL);
+    EXPECT_TRUE(socket_wait_readable(own, day));
+    EXPECT_LT(substitute::clock_now() - start, day * 1000ULL);
     const std::uint64_t then = substitute::clock_now();
-    EXPECT_FALSE(socket_wait_readable(own, kDay));
-    EXPECT_EQ(substitute::clock_now() - then, kDay * 1000ULL);
+    EXPECT_FALSE(socket_wait_readable(own, day));
+    EXPECT_EQ(substitute::clock_now() - then, day * 1000ULL);
     EXPECT_TRUE(udp_close(own));
     substitute::reset();
 }

@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StrEq;
 
-const std::string kRequest("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0\xF1\xB3\x4C", 20);
+const std::string request_octets("\x12\x34\x56\x78\0\0\x14\x21\0\0\0\x05\0\0\0\x01\xF0\xF1\xB3\x4C", 20);
 
 /// Every scan here is of the loopback network alone.
 class Discovery : public testing::Test {
@@ -47,7 +47,7 @@ protected:
 TEST_F(Discovery, AsksThreeTimesAndListsWhoAnswered) {
     DiscoveryServer server([](int) { return std::vector<Answer>{{1, discovery_answer()}}; });
     EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
-    EXPECT_THAT(server.requests(), ElementsAre(kRequest, kRequest, kRequest));
+    EXPECT_THAT(server.requests(), ElementsAre(request_octets, request_octets, request_octets));
 }
 
 TEST_F(Discovery, FindsNobodyWhereNobodyAnswers) {
@@ -76,7 +76,7 @@ TEST_F(Discovery, DropsWhatIsNoAnswer) {
                                    {1, changed_answer(3)},
                                    {1, changed_answer(11)},
                                    {1, changed_answer(15)},
-                                   {1, kRequest}};
+                                   {1, request_octets}};
     });
     EXPECT_THAT(scan(server), IsEmpty());
 }
@@ -105,7 +105,7 @@ TEST_F(Discovery, BroadcastsOnEveryNetwork) {
         DiscoveryServer::hears_broadcasts);
     EXPECT_THAT(scan(server), ElementsAre("127.0.0.1"));
     EXPECT_EQ(server.requests().size(), 6U);
-    EXPECT_THAT(server.requests(), Each(kRequest));
+    EXPECT_THAT(server.requests(), Each(request_octets));
 }
 
 TEST_F(Discovery, EndsThoughAnswersDoNot) {

@@ -6,7 +6,7 @@ namespace {
 
 using testing::Values;
 
-constexpr DWORD kFlags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+constexpr DWORD format_flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
 
 struct CodeText {
     DWORD code;
@@ -20,7 +20,8 @@ class SystemTexts : public testing::TestWithParam<CodeText> {};
 TEST_P(SystemTexts, AreThese) {
     char buffer[256] = "untouched";
     SetLastError(0);
-    const DWORD length = FormatMessageA(kFlags, nullptr, GetParam().code, 0, buffer, sizeof buffer, nullptr);
+    const DWORD length =
+        FormatMessageA(format_flags, nullptr, GetParam().code, 0, buffer, sizeof buffer, nullptr);
     if (*GetParam().text == '\0') {
         EXPECT_EQ(length, 0U);
         EXPECT_EQ(GetLastError(), DWORD{ERROR_MR_MID_NOT_FOUND});
@@ -82,10 +83,10 @@ TEST(FormatMessage, FailsWhereTheTextDoesNotFit) {
     // "Access denied." with its line end has 16 characters.
     char buffer[32] = "untouched";
     SetLastError(0);
-    EXPECT_EQ(FormatMessageA(kFlags, nullptr, ERROR_ACCESS_DENIED, 0, buffer, 16, nullptr), 0U);
+    EXPECT_EQ(FormatMessageA(format_flags, nullptr, ERROR_ACCESS_DENIED, 0, buffer, 16, nullptr), 0U);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
     EXPECT_STREQ(buffer, "untouched");
-    EXPECT_EQ(FormatMessageA(kFlags, nullptr, ERROR_ACCESS_DENIED, 0, buffer, 17, nullptr), 16U);
+    EXPECT_EQ(FormatMessageA(format_flags, nullptr, ERROR_ACCESS_DENIED, 0, buffer, 17, nullptr), 16U);
 }
 
 TEST(FormatMessage, FailsWithoutASource) {

@@ -5,7 +5,7 @@
 
 namespace {
 
-const char* const kName = "TavrinTestsEvent";
+const char* const event_name = "TavrinTestsEvent";
 
 HANDLE create(const char* name, BOOL manual_reset = FALSE, BOOL signalled = FALSE) {
     return CreateEventA(nullptr, manual_reset, signalled, name);
@@ -18,11 +18,11 @@ class Events : public CleanSystem {};
 
 TEST_F(Events, HaveOneNameForAll) {
     SetLastError(7);
-    const HANDLE mine = create(kName);
+    const HANDLE mine = create(event_name);
     EXPECT_EQ(GetLastError(), 0U);
-    const HANDLE theirs = create(kName, TRUE, TRUE);
+    const HANDLE theirs = create(event_name, TRUE, TRUE);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS});
-    const HANDLE opened = OpenEventA(SYNCHRONIZE, FALSE, kName);
+    const HANDLE opened = OpenEventA(SYNCHRONIZE, FALSE, event_name);
     EXPECT_FALSE(is_signalled(theirs)) << "it is the first one, which was not signalled";
     EXPECT_TRUE(SetEvent(mine));
     EXPECT_TRUE(is_signalled(opened));
@@ -32,7 +32,7 @@ TEST_F(Events, HaveOneNameForAll) {
 }
 
 TEST_F(Events, CountManySignalsAsOne) {
-    const HANDLE event = create(kName);
+    const HANDLE event = create(event_name);
     SetEvent(event);
     SetEvent(event);
     EXPECT_TRUE(is_signalled(event));
@@ -41,7 +41,7 @@ TEST_F(Events, CountManySignalsAsOne) {
 }
 
 TEST_F(Events, StaySignalledWithManualReset) {
-    const HANDLE event = create(kName, TRUE, TRUE);
+    const HANDLE event = create(event_name, TRUE, TRUE);
     EXPECT_TRUE(is_signalled(event));
     EXPECT_TRUE(is_signalled(event));
     EXPECT_TRUE(ResetEvent(event));
@@ -50,17 +50,17 @@ TEST_F(Events, StaySignalledWithManualReset) {
 }
 
 TEST_F(Events, AreGoneWithTheirLastHandle) {
-    CloseHandle(create(kName, TRUE, TRUE));
+    CloseHandle(create(event_name, TRUE, TRUE));
     SetLastError(0);
-    EXPECT_EQ(OpenEventA(EVENT_ALL_ACCESS, FALSE, kName), nullptr);
+    EXPECT_EQ(OpenEventA(EVENT_ALL_ACCESS, FALSE, event_name), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    const HANDLE event = create(kName);
+    const HANDLE event = create(event_name);
     EXPECT_FALSE(is_signalled(event));
     CloseHandle(event);
 }
 
 TEST_F(Events, AreNamedWithCase) {
-    const HANDLE event = create(kName);
+    const HANDLE event = create(event_name);
     EXPECT_EQ(OpenEventA(EVENT_ALL_ACCESS, FALSE, "TAVRINTESTSEVENT"), nullptr);
     CloseHandle(event);
 }
@@ -81,7 +81,7 @@ TEST_F(Events, KnowTheNameSpaces) {
     const HANDLE global = create("Global\\TavrinTestsEvent", FALSE, TRUE);
     const HANDLE local = create("Local\\TavrinTestsEvent");
     EXPECT_FALSE(is_signalled(local));
-    const HANDLE same = create(kName);
+    const HANDLE same = create(event_name);
     SetEvent(same);
     EXPECT_TRUE(is_signalled(local));
     EXPECT_TRUE(is_signalled(global));
@@ -101,12 +101,12 @@ TEST_F(Events, RefuseImpossibleNames) {
 }
 
 TEST_F(Events, AllowWhatTheyWereOpenedFor) {
-    const HANDLE event = create(kName);
-    const HANDLE waiter = OpenEventA(SYNCHRONIZE, FALSE, kName);
+    const HANDLE event = create(event_name);
+    const HANDLE waiter = OpenEventA(SYNCHRONIZE, FALSE, event_name);
     SetLastError(0);
     EXPECT_FALSE(SetEvent(waiter));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
-    const HANDLE setter = OpenEventA(EVENT_MODIFY_STATE, FALSE, kName);
+    const HANDLE setter = OpenEventA(EVENT_MODIFY_STATE, FALSE, event_name);
     SetLastError(0);
     EXPECT_EQ(WaitForSingleObject(setter, 0), DWORD{WAIT_FAILED});
     EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
@@ -117,7 +117,7 @@ TEST_F(Events, AllowWhatTheyWereOpenedFor) {
 }
 
 TEST_F(Events, ClosedAreInvalid) {
-    const HANDLE event = create(kName);
+    const HANDLE event = create(event_name);
     CloseHandle(event);
     for (const HANDLE handle : {event, HANDLE{nullptr}}) {
         SetLastError(0);
@@ -133,7 +133,7 @@ TEST_F(Events, ClosedAreInvalid) {
 }
 
 TEST_F(Events, EndAWaitByTheClock) {
-    const HANDLE event = create(kName);
+    const HANDLE event = create(event_name);
     const auto before = GetTickCount64();
     EXPECT_EQ(WaitForSingleObject(event, 20), DWORD{WAIT_TIMEOUT});
     EXPECT_GE(GetTickCount64(), before + 10) << "the system's ticks are coarse";

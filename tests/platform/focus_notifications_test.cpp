@@ -12,11 +12,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::map<int, std::string> kTreeCodes{{static_cast<int>(NM_CLICK), "click"},
+const std::map<int, std::string> tree_codes{{static_cast<int>(NM_CLICK), "click"},
                                             {static_cast<int>(NM_SETFOCUS), "focus"},
                                             {static_cast<int>(NM_KILLFOCUS), "no focus"},
-                                            {kChanging, "changing"},
-                                            {kChanged, "changed"},
+                                            {selection_changing, "changing"},
+                                            {selection_changed, "changed"},
                                             {static_cast<int>(TVN_ITEMEXPANDINGA), "expanding"},
                                             {static_cast<int>(TVN_ITEMEXPANDEDA), "expanded"}};
 
@@ -89,8 +89,8 @@ private:
     }
     /// The records are gone, but their codes were kept.
     void describe_tree(std::vector<std::string>& lines) {
-        const auto code = kTreeCodes.find(notifications(tree).at(static_cast<std::size_t>(heard_trees++)));
-        if (code != kTreeCodes.end())
+        const auto code = tree_codes.find(notifications(tree).at(static_cast<std::size_t>(heard_trees++)));
+        if (code != tree_codes.end())
             lines.push_back("tree " + code->second);
     }
     std::string name(HWND control) const {

@@ -18,13 +18,13 @@ LSTATUS delete_status(const std::string& path) { return RegDeleteKeyA(HKEY_LOCAL
 
 HKEY open_test_key(REGSAM access) {
     HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, kTestKey.c_str(), 0, access, &key), ERROR_SUCCESS);
+    EXPECT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, test_key.c_str(), 0, access, &key), ERROR_SUCCESS);
     return key;
 }
 
 class RegistryKeys : public CleanSystem {
 protected:
-    RegistryKeys() { make_key(kTestKey); }
+    RegistryKeys() { make_key(test_key); }
 };
 
 TEST_F(RegistryKeys, AreFoundWithoutCase) {
@@ -33,8 +33,8 @@ TEST_F(RegistryKeys, AreFoundWithoutCase) {
 }
 
 TEST_F(RegistryKeys, AreNotFoundWhenMissing) {
-    EXPECT_EQ(open_status(kTestKey + "\\Missing"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(open_status(kTestKey + "\\Missing\\Deeper"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(open_status(test_key + "\\Missing"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(open_status(test_key + "\\Missing\\Deeper"), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(open_status("SOFTWARE/TavrinTests"), ERROR_FILE_NOT_FOUND);
 }
 
@@ -47,7 +47,7 @@ TEST_F(RegistryKeys, TolerateBackslashesInTheMiddleAndAtTheEndOnly) {
     EXPECT_EQ(open_status("\\"), ERROR_BAD_PATHNAME);
     EXPECT_EQ(delete_status("\\SOFTWARE\\TavrinTests"), ERROR_BAD_PATHNAME);
     EXPECT_EQ(delete_status("SOFTWARE\\\\TavrinTests\\"), ERROR_SUCCESS);
-    EXPECT_FALSE(key_exists(kTestKey));
+    EXPECT_FALSE(key_exists(test_key));
 }
 
 TEST_F(RegistryKeys, OpenedByTheEmptyPathAreTheSameKey) {
@@ -62,7 +62,7 @@ TEST_F(RegistryKeys, OpenedByTheEmptyPathAreTheSameKey) {
 TEST_F(RegistryKeys, AreMadeWithThoseAboveThem) {
     HKEY key = nullptr;
     DWORD disposition = 0;
-    const std::string path = kTestKey + "\\A\\B";
+    const std::string path = test_key + "\\A\\B";
     EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
                               &disposition),
               ERROR_SUCCESS);
@@ -79,8 +79,8 @@ TEST_F(RegistryKeys, AreMadeWithThoseAboveThem) {
 }
 
 TEST_F(RegistryKeys, ListTheirSubkeysWithTheCaseOfTheirCreation) {
-    make_key(kTestKey + "\\Alpha");
-    make_key(kTestKey + "\\ALPHA");
+    make_key(test_key + "\\Alpha");
+    make_key(test_key + "\\ALPHA");
     HKEY key = open_test_key(KEY_READ);
     char name[64];
     DWORD size = sizeof name;
@@ -94,26 +94,26 @@ TEST_F(RegistryKeys, ListTheirSubkeysWithTheCaseOfTheirCreation) {
 }
 
 TEST_F(RegistryKeys, WithSubkeysAreNotDeleted) {
-    make_key(kTestKey + "\\Parent\\Child");
-    EXPECT_EQ(delete_status(kTestKey + "\\Parent"), ERROR_ACCESS_DENIED);
-    EXPECT_TRUE(key_exists(kTestKey + "\\Parent"));
-    EXPECT_EQ(delete_status(kTestKey + "\\Parent\\Child"), ERROR_SUCCESS);
-    EXPECT_EQ(delete_status(kTestKey + "\\parent"), ERROR_SUCCESS);
-    EXPECT_FALSE(key_exists(kTestKey + "\\Parent"));
-    EXPECT_EQ(delete_status(kTestKey + "\\Parent"), ERROR_FILE_NOT_FOUND);
+    make_key(test_key + "\\Parent\\Child");
+    EXPECT_EQ(delete_status(test_key + "\\Parent"), ERROR_ACCESS_DENIED);
+    EXPECT_TRUE(key_exists(test_key + "\\Parent"));
+    EXPECT_EQ(delete_status(test_key + "\\Parent\\Child"), ERROR_SUCCESS);
+    EXPECT_EQ(delete_status(test_key + "\\parent"), ERROR_SUCCESS);
+    EXPECT_FALSE(key_exists(test_key + "\\Parent"));
+    EXPECT_EQ(delete_status(test_key + "\\Parent"), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(RegistryKeys, WithSubkeysAreDeletedAsATree) {
-    make_key(kTestKey + "\\Parent\\Child");
-    set_text(kTestKey + "\\Parent\\Child", "v", "text");
-    EXPECT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, (kTestKey + "\\Parent").c_str()), ERROR_SUCCESS);
-    EXPECT_FALSE(key_exists(kTestKey + "\\Parent"));
-    EXPECT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, (kTestKey + "\\Parent").c_str()), ERROR_FILE_NOT_FOUND);
+    make_key(test_key + "\\Parent\\Child");
+    set_text(test_key + "\\Parent\\Child", "v", "text");
+    EXPECT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, (test_key + "\\Parent").c_str()), ERROR_SUCCESS);
+    EXPECT_FALSE(key_exists(test_key + "\\Parent"));
+    EXPECT_EQ(RegDeleteTreeA(HKEY_LOCAL_MACHINE, (test_key + "\\Parent").c_str()), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(RegistryKeys, DeletedWhileOpenRefuseEverythingButToBeClosed) {
     HKEY key = open_test_key(KEY_ALL_ACCESS);
-    EXPECT_EQ(delete_status(kTestKey), ERROR_SUCCESS);
+    EXPECT_EQ(delete_status(test_key), ERROR_SUCCESS);
     DWORD count = 0;
     EXPECT_EQ(RegQueryValueExA(key, "v", nullptr, nullptr, nullptr, nullptr), ERROR_KEY_DELETED);
     EXPECT_EQ(RegSetValueExA(key, "v", 0, REG_SZ, reinterpret_cast<const BYTE*>("x"), 2), ERROR_KEY_DELETED);

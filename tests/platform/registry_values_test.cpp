@@ -13,8 +13,8 @@ using testing::Optional;
 class RegistryValues : public CleanSystem {
 protected:
     RegistryValues() {
-        make_key(kTestKey);
-        RegOpenKeyExA(HKEY_LOCAL_MACHINE, kTestKey.c_str(), 0, KEY_ALL_ACCESS, &key_);
+        make_key(test_key);
+        RegOpenKeyExA(HKEY_LOCAL_MACHINE, test_key.c_str(), 0, KEY_ALL_ACCESS, &key_);
     }
     ~RegistryValues() override { RegCloseKey(key_); }
 
@@ -48,12 +48,12 @@ TEST_F(RegistryValues, KeepBytesOfEveryTypeAndLength) {
         for (const std::size_t length : {0U, 1U, 1022U, 1023U, 1024U, 1025U}) {
             SCOPED_TRACE(testing::Message() << "type " << type << ", " << length << " bytes");
             const std::string letters(length, 'a');
-            set_value(kTestKey, "v", type, letters);
-            EXPECT_THAT(raw_value(kTestKey, "v"), Optional(RawValue{type, letters}));
+            set_value(test_key, "v", type, letters);
+            EXPECT_THAT(raw_value(test_key, "v"), Optional(RawValue{type, letters}));
             if (length > 0) {
                 const std::string terminated = letters.substr(1) + '\0';
-                set_value(kTestKey, "v", type, terminated);
-                EXPECT_THAT(raw_value(kTestKey, "v"), Optional(RawValue{type, terminated}));
+                set_value(test_key, "v", type, terminated);
+                EXPECT_THAT(raw_value(test_key, "v"), Optional(RawValue{type, terminated}));
             }
         }
     }
@@ -61,27 +61,27 @@ TEST_F(RegistryValues, KeepBytesOfEveryTypeAndLength) {
 
 TEST_F(RegistryValues, OfStringTypesAreTerminatedWhereThereIsRoom) {
     for (const DWORD type : {REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ}) {
-        set_value(kTestKey, "v", type, "abc");
+        set_value(test_key, "v", type, "abc");
         EXPECT_EQ(query(key_, "v", 5), (Answer{ERROR_SUCCESS, type, 3, std::string("abc\0##", 6)}));
         EXPECT_EQ(query(key_, "v", 3), (Answer{ERROR_SUCCESS, type, 3, "abc#"}));
-        set_value(kTestKey, "v", type, std::string("ab\0", 3));
+        set_value(test_key, "v", type, std::string("ab\0", 3));
         EXPECT_EQ(query(key_, "v", 5), (Answer{ERROR_SUCCESS, type, 3, std::string("ab\0###", 6)}));
     }
-    set_value(kTestKey, "v", REG_BINARY, "abc");
+    set_value(test_key, "v", REG_BINARY, "abc");
     EXPECT_EQ(query(key_, "v", 5), (Answer{ERROR_SUCCESS, REG_BINARY, 3, "abc###"}));
-    set_value(kTestKey, "v", REG_SZ, "");
+    set_value(test_key, "v", REG_SZ, "");
     EXPECT_EQ(query(key_, "v", 2), (Answer{ERROR_SUCCESS, REG_SZ, 0, "###"}));
 }
 
 TEST_F(RegistryValues, TooLongForTheBufferTellTheirSizeAndCopyNothing) {
-    set_value(kTestKey, "v", REG_BINARY, "abcd");
+    set_value(test_key, "v", REG_BINARY, "abcd");
     EXPECT_EQ(query(key_, "v", 3), (Answer{ERROR_MORE_DATA, REG_BINARY, 4, "####"}));
     EXPECT_EQ(query(key_, "v", 4), (Answer{ERROR_SUCCESS, REG_BINARY, 4, "abcd#"}));
     EXPECT_EQ(query(key_, "v", 0), (Answer{ERROR_MORE_DATA, REG_BINARY, 4, "#"}));
 }
 
 TEST_F(RegistryValues, AnswerWithoutABuffer) {
-    set_value(kTestKey, "v", REG_DWORD, "abcd");
+    set_value(test_key, "v", REG_DWORD, "abcd");
     DWORD type = 0;
     DWORD size = 99;
     BYTE data[4];
@@ -94,21 +94,21 @@ TEST_F(RegistryValues, AnswerWithoutABuffer) {
 
 TEST_F(RegistryValues, TakeAlongAZeroBehindAnUnterminatedString) {
     RegSetValueExA(key_, "text", 0, REG_SZ, reinterpret_cast<const BYTE*>("abc"), 3);
-    EXPECT_THAT(raw_value(kTestKey, "text"), Optional(RawValue{REG_SZ, std::string("abc\0", 4)}));
+    EXPECT_THAT(raw_value(test_key, "text"), Optional(RawValue{REG_SZ, std::string("abc\0", 4)}));
     RegSetValueExA(key_, "raw", 0, REG_BINARY, reinterpret_cast<const BYTE*>("abc"), 3);
-    EXPECT_THAT(raw_value(kTestKey, "raw"), Optional(RawValue{REG_BINARY, "abc"}));
+    EXPECT_THAT(raw_value(test_key, "raw"), Optional(RawValue{REG_BINARY, "abc"}));
 }
 
 TEST_F(RegistryValues, KeepBytesAbove127AndZerosInside) {
     const std::string bytes("\x80\xE4\0\xFF\x01z", 6);
-    set_value(kTestKey, "v", REG_SZ, bytes + '\0');
-    EXPECT_THAT(raw_value(kTestKey, "v"), Optional(RawValue{REG_SZ, bytes + '\0'}));
+    set_value(test_key, "v", REG_SZ, bytes + '\0');
+    EXPECT_THAT(raw_value(test_key, "v"), Optional(RawValue{REG_SZ, bytes + '\0'}));
 }
 
 TEST_F(RegistryValues, AreNamedWithoutCaseAndKeepTheCaseOfTheirFirstName) {
-    set_text(kTestKey, "Port", "1");
-    set_text(kTestKey, "PORT", "2");
-    EXPECT_EQ(text_value(kTestKey, "port"), "2");
+    set_text(test_key, "Port", "1");
+    set_text(test_key, "PORT", "2");
+    EXPECT_EQ(text_value(test_key, "port"), "2");
     char name[16];
     DWORD size = sizeof name;
     EXPECT_EQ(RegEnumValueA(key_, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
@@ -118,23 +118,23 @@ TEST_F(RegistryValues, AreNamedWithoutCaseAndKeepTheCaseOfTheirFirstName) {
 }
 
 TEST_F(RegistryValues, MayHaveNoName) {
-    set_text(kTestKey, "", "default");
-    EXPECT_EQ(text_value(kTestKey, ""), "default");
+    set_text(test_key, "", "default");
+    EXPECT_EQ(text_value(test_key, ""), "default");
     DWORD size = 0;
     EXPECT_EQ(RegQueryValueExA(key_, nullptr, nullptr, nullptr, nullptr, &size), ERROR_SUCCESS);
     EXPECT_EQ(size, 8U);
 }
 
 TEST_F(RegistryValues, AreMissingUntilWrittenAndAfterDeletion) {
-    EXPECT_EQ(raw_value(kTestKey, "v"), std::nullopt);
+    EXPECT_EQ(raw_value(test_key, "v"), std::nullopt);
     EXPECT_EQ(RegDeleteValueA(key_, "v"), ERROR_FILE_NOT_FOUND);
-    set_text(kTestKey, "u", "1");
-    set_text(kTestKey, "v", "2");
-    set_text(kTestKey, "w", "3");
+    set_text(test_key, "u", "1");
+    set_text(test_key, "v", "2");
+    set_text(test_key, "w", "3");
     EXPECT_EQ(RegDeleteValueA(key_, "V"), ERROR_SUCCESS);
-    EXPECT_EQ(raw_value(kTestKey, "v"), std::nullopt);
-    EXPECT_EQ(text_value(kTestKey, "u"), "1");
-    EXPECT_EQ(text_value(kTestKey, "w"), "3");
+    EXPECT_EQ(raw_value(test_key, "v"), std::nullopt);
+    EXPECT_EQ(text_value(test_key, "u"), "1");
+    EXPECT_EQ(text_value(test_key, "w"), "3");
 }
 
 TEST_F(RegistryValues, AreRefusedWithoutDataOrWithAnEndlessName) {
@@ -147,8 +147,8 @@ TEST_F(RegistryValues, AreRefusedWithoutDataOrWithAnEndlessName) {
 }
 
 TEST_F(RegistryValues, AreCountedAndListed) {
-    set_text(kTestKey, "one", "1");
-    set_text(kTestKey, "two", "22");
+    set_text(test_key, "one", "1");
+    set_text(test_key, "two", "22");
     DWORD count = 0;
     DWORD longest_name = 0;
     EXPECT_EQ(RegQueryInfoKeyA(key_, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count,
@@ -174,7 +174,7 @@ TEST_F(RegistryValues, AreCountedAndListed) {
 }
 
 TEST_F(RegistryValues, AreListedOnlyWhereNameAndDataFit) {
-    set_text(kTestKey, "four", "1");
+    set_text(test_key, "four", "1");
     char name[16];
     DWORD name_size = 4;
     EXPECT_EQ(RegEnumValueA(key_, 0, name, &name_size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);

@@ -6,16 +6,16 @@
 
 namespace {
 
-const char* const kService = "TavrinTestsService";
+const char* const service_name = "TavrinTestsService";
 
 class Services : public CleanSystem {
 protected:
     Services() : manager_(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS)) {
-        install_broken_service(kService);
+        install_broken_service(service_name);
     }
     ~Services() override {
         CloseServiceHandle(manager_);
-        remove_service(kService);
+        remove_service(service_name);
     }
     SC_HANDLE open(const char* name, DWORD access = SERVICE_ALL_ACCESS) const {
         SetLastError(0);
@@ -55,7 +55,7 @@ TEST_F(Services, AreRefusedByImpossibleNames) {
 }
 
 TEST_F(Services, TellTheirState) {
-    const SC_HANDLE service = open(kService);
+    const SC_HANDLE service = open(service_name);
     EXPECT_TRUE(QueryServiceStatus(service, &status_));
     EXPECT_EQ(status_.dwCurrentState, DWORD{SERVICE_STOPPED});
     EXPECT_EQ(status_.dwServiceType, DWORD{SERVICE_WIN32_OWN_PROCESS});
@@ -64,7 +64,7 @@ TEST_F(Services, TellTheirState) {
 }
 
 TEST_F(Services, ThatAreStoppedCannotBeStopped) {
-    const SC_HANDLE service = open(kService);
+    const SC_HANDLE service = open(service_name);
     EXPECT_EQ(error_of([&] { return ControlService(service, SERVICE_CONTROL_STOP, &status_); }),
               DWORD{ERROR_SERVICE_NOT_ACTIVE});
     EXPECT_EQ(status_.dwCurrentState, DWORD{SERVICE_STOPPED});
@@ -72,18 +72,18 @@ TEST_F(Services, ThatAreStoppedCannotBeStopped) {
 }
 
 TEST_F(Services, WhoseProgramIsMissingFailToStart) {
-    const SC_HANDLE service = open(kService);
+    const SC_HANDLE service = open(service_name);
     EXPECT_EQ(error_of([&] { return StartServiceA(service, 0, nullptr); }), DWORD{ERROR_FILE_NOT_FOUND});
     CloseServiceHandle(service);
 }
 
 TEST_F(Services, AllowWhatTheyWereOpenedFor) {
-    const SC_HANDLE reader = open(kService, SERVICE_QUERY_STATUS);
+    const SC_HANDLE reader = open(service_name, SERVICE_QUERY_STATUS);
     EXPECT_EQ(error_of([&] { return StartServiceA(reader, 0, nullptr); }), DWORD{ERROR_ACCESS_DENIED});
     EXPECT_EQ(error_of([&] { return ControlService(reader, SERVICE_CONTROL_STOP, &status_); }),
               DWORD{ERROR_ACCESS_DENIED});
     CloseServiceHandle(reader);
-    const SC_HANDLE stopper = open(kService, SERVICE_STOP);
+    const SC_HANDLE stopper = open(service_name, SERVICE_STOP);
     EXPECT_EQ(error_of([&] { return QueryServiceStatus(stopper, &status_); }), DWORD{ERROR_ACCESS_DENIED});
     CloseServiceHandle(stopper);
 }
@@ -93,7 +93,7 @@ TEST_F(Services, NeedAHandleOfTheirOwn) {
     EXPECT_EQ(error_of([&] { return QueryServiceStatus(manager_, &status_); }), DWORD{ERROR_INVALID_HANDLE});
     EXPECT_EQ(error_of([&] { return CloseServiceHandle(nullptr); }), DWORD{ERROR_INVALID_HANDLE});
     SetLastError(0);
-    EXPECT_EQ(OpenServiceA(nullptr, kService, SERVICE_ALL_ACCESS), nullptr);
+    EXPECT_EQ(OpenServiceA(nullptr, service_name, SERVICE_ALL_ACCESS), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
 }
 

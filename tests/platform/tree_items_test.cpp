@@ -88,7 +88,7 @@ TEST_F(TreeItems, DeletingTheSelectedItemSelectsAnother) {
     notified();
     SendMessageA(tree, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(second));
     EXPECT_EQ(selected(), group) << "there is no sibling behind it";
-    EXPECT_THAT(notified(), ElementsAre(kChanging, kChanged));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing, selection_changed));
 }
 
 TEST_F(TreeItems, DeletingTheRootEmptiesTheTree) {

@@ -15,7 +15,7 @@ TEST_F(TreeSelection, ASelectionIsAnnouncedAndReported) {
     fill();
     EXPECT_NE(select(first), 0);
     EXPECT_EQ(selected(), first);
-    EXPECT_THAT(notified(), ElementsAre(kChanging, kChanged));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing, selection_changed));
     EXPECT_NE(select(first), 0);
     EXPECT_THAT(notified(), IsEmpty()) << "it was selected already";
 }
@@ -66,14 +66,14 @@ TEST_F(TreeSelection, TheParentMayRefuseASelection) {
     };
     EXPECT_EQ(select(second), 0);
     EXPECT_EQ(selected(), first);
-    EXPECT_THAT(notified(), ElementsAre(kChanging));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing));
 }
 
 TEST_F(TreeSelection, TheFirstFocusSelectsTheFirstItem) {
     fill();
     SetFocus(tree);
     EXPECT_EQ(selected(), root);
-    EXPECT_THAT(notified(), ElementsAre(kChanging, kChanged));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing, selection_changed));
     EXPECT_THAT(notifications(tree), Contains(static_cast<int>(NM_SETFOCUS)));
     SetFocus(window);
     EXPECT_THAT(notifications(tree), Contains(static_cast<int>(NM_KILLFOCUS)));
@@ -145,7 +145,7 @@ TEST_F(TreeSelection, KeysReportLikeOtherSelections) {
     notified();
     press_key(VK_DOWN);
     pump_messages();
-    EXPECT_THAT(notified(), ElementsAre(kChanging, kChanged));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing, selection_changed));
     press_key(VK_DOWN);
     pump_messages();
     EXPECT_THAT(notified(), IsEmpty()) << "there is nothing below";
@@ -180,7 +180,7 @@ TEST_F(TreeSelection, ALetterGoesToTheNextItemThatBeginsWithIt) {
     type_text("O");
     pump_messages();
     EXPECT_EQ(selected(), other);
-    EXPECT_THAT(notified(), ElementsAre(kChanging, kChanged));
+    EXPECT_THAT(notified(), ElementsAre(selection_changing, selection_changed));
 }
 
 } // namespace

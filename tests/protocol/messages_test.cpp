@@ -62,7 +62,7 @@ TEST(ClientWants, RefusesAVersionThatIsOutOfRange) {
     }
 }
 
-// What a message's writer says when the connection breaks within the octets of its n-th part.
+/// What a message's writer says when the connection breaks within the octets of its n-th part.
 struct Broken {
     std::size_t sent;
     const char* text;

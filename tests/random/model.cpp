@@ -11,7 +11,7 @@ namespace random_user {
 namespace {
 
 /// Of a longer text the rest is lost.
-constexpr std::size_t kLongest = 1023;
+constexpr std::size_t longest = 1023;
 
 std::string lower(std::string text) {
     for (char& each : text)
@@ -25,7 +25,7 @@ std::string before_zero(const std::string& bytes) { return bytes.substr(0, bytes
 std::string stored(const Entry& entry) {
     if (!entry.data || entry.data->bytes.size() > 1024)
         return "";
-    return before_zero(entry.data->bytes.substr(0, kLongest));
+    return before_zero(entry.data->bytes.substr(0, longest));
 }
 
 /// As C reads "%i".
@@ -117,8 +117,8 @@ Sight Model::expected(const Entry& entry) const {
         return first_sight(entry);
     const Sight& kept = found->second;
     switch (entry.kind->view) {
-    case View::text: return kept.substr(0, kLongest);
-    case View::number: return as_number(kept.substr(0, kLongest));
+    case View::text: return kept.substr(0, longest);
+    case View::number: return as_number(kept.substr(0, longest));
     // Of options with the same text the last is shown, whichever was chosen.
     case View::list:
         return kept == "none" ? kept : choice_of(entry.options, entry.options.at(std::stoul(kept)));
@@ -132,8 +132,8 @@ std::string Model::value(const Entry& entry) const {
         return stored(entry);
     const Sight& sight = found->second;
     switch (entry.kind->view) {
-    case View::text: return sight.substr(0, kLongest);
-    case View::number: return as_number(sight.substr(0, kLongest));
+    case View::text: return sight.substr(0, longest);
+    case View::number: return as_number(sight.substr(0, longest));
     case View::check: return sight == "ticked" ? "true" : "false";
     case View::list: return sight == "none" ? stored(entry) : entry.options.at(std::stoul(sight));
     default: return "";

@@ -10,25 +10,25 @@ struct Habit {
     unsigned share;
 };
 
-const std::vector<Habit> kHabits = {
+const std::vector<Habit> habits = {
     {Action::item, 24},    {Action::expander, 10}, {Action::control, 16}, {Action::background, 2},
     {Action::key, 26},     {Action::text, 14},     {Action::test, 3},     {Action::leave, 4},
     {Action::minimise, 3}, {Action::resize, 2},    {Action::ok, 1},       {Action::close, 1},
 };
 
-const std::vector<int> kKeys = {VK_TAB,   VK_TAB,   VK_TAB,    VK_TAB,    VK_TAB,    VK_UP,   VK_DOWN,
-                                VK_DOWN,  VK_DOWN,  VK_LEFT,   VK_RIGHT,  VK_RIGHT,  VK_HOME, VK_END,
-                                VK_SPACE, VK_SPACE, VK_RETURN, VK_ESCAPE, VK_DELETE, VK_BACK};
+const std::vector<int> common_keys = {VK_TAB,   VK_TAB,   VK_TAB,    VK_TAB,    VK_TAB,    VK_UP,   VK_DOWN,
+                                      VK_DOWN,  VK_DOWN,  VK_LEFT,   VK_RIGHT,  VK_RIGHT,  VK_HOME, VK_END,
+                                      VK_SPACE, VK_SPACE, VK_RETURN, VK_ESCAPE, VK_DELETE, VK_BACK};
 
-const std::vector<std::string> kTexts = {"x",   "7",        "-",   "0x1F", "true",
-                                         "web", "a,b:5001", "low", " ",    "12 34"};
+const std::vector<std::string> system_texts = {"x",   "7",        "-",   "0x1F", "true",
+                                               "web", "a,b:5001", "low", " ",    "12 34"};
 
 Action make_action(Chance& chance) {
     unsigned rest = 0;
-    for (const Habit& habit : kHabits)
+    for (const Habit& habit : habits)
         rest += habit.share;
     rest = chance.below(rest);
-    for (const Habit& habit : kHabits) {
+    for (const Habit& habit : habits) {
         if (rest < habit.share)
             return habit.action;
         rest -= habit.share;
@@ -56,8 +56,8 @@ Step make_step(Chance& chance) {
     step.action = make_action(chance);
     step.number = chance.below(1000);
     step.other_way = chance.percent(30);
-    step.key = chance.pick(kKeys);
-    step.text = chance.pick(kTexts);
+    step.key = chance.pick(common_keys);
+    step.text = chance.pick(system_texts);
     step.meanwhile = make_meanwhile(chance);
     return step;
 }

@@ -22,18 +22,18 @@ const std::vector<Kind> kinds = {
 
 namespace {
 
-const std::vector<std::string> kTitles = {"Name",  "Domain", "Servers", "Port", "Name",  "Flag",
-                                          "Level", "A && B", "",        "Port", "Folder"};
-const std::vector<std::string> kNames = {"Agent", "Tray", "Legacy", "agent", "", "Agent"};
-const std::vector<std::string> kHelp = {"", "What this is for.",
-                                        "A long help text. A long help text. A long help text."};
-const std::vector<std::string> kOptions = {"low", "high", "", "Low", "COM1", "true", "5000"};
-const std::vector<std::string> kValues = {"",       "web1", "5000",     "0x10",      "010",
-                                          " 42abc", "-",    "-5",       "+7",        "99999999999",
-                                          "TRUE",   "true", "false",    "False",     "1",
-                                          "yes",    "low",  "high",     "Low",       "COM1",
-                                          "COM2",   "C:\\", "a,b",      "08",        " low",
-                                          "low ",   "web2", "C:\\temp", "127.0.0.1", "10.0.0.2:5001,web3"};
+const std::vector<std::string> title_pool = {"Name",  "Domain", "Servers", "Port", "Name",  "Flag",
+                                             "Level", "A && B", "",        "Port", "Folder"};
+const std::vector<std::string> name_pool = {"Agent", "Tray", "Legacy", "agent", "", "Agent"};
+const std::vector<std::string> help_pool = {"", "What this is for.",
+                                            "A long help text. A long help text. A long help text."};
+const std::vector<std::string> option_pool = {"low", "high", "", "Low", "COM1", "true", "5000"};
+const std::vector<std::string> value_pool = {"",       "web1", "5000",     "0x10",      "010",
+                                             " 42abc", "-",    "-5",       "+7",        "99999999999",
+                                             "TRUE",   "true", "false",    "False",     "1",
+                                             "yes",    "low",  "high",     "Low",       "COM1",
+                                             "COM2",   "C:\\", "a,b",      "08",        " low",
+                                             "low ",   "web2", "C:\\temp", "127.0.0.1", "10.0.0.2:5001,web3"};
 
 std::optional<RegistryData> make_data(Chance& chance) {
     switch (chance.below(12)) {
@@ -41,15 +41,15 @@ std::optional<RegistryData> make_data(Chance& chance) {
     case 1: return RegistryData{REG_DWORD, std::string("A\0\0\0", 4)};
     case 2: return RegistryData{REG_BINARY, "raw" + std::string(1, '\0') + "rest"};
     case 3: return RegistryData{REG_SZ, std::string(1000 + chance.below(60), 'x') + '\0'};
-    case 4: return RegistryData{REG_SZ, chance.pick(kValues)};
-    default: return RegistryData{REG_SZ, chance.pick(kValues) + '\0'};
+    case 4: return RegistryData{REG_SZ, chance.pick(value_pool)};
+    default: return RegistryData{REG_SZ, chance.pick(value_pool) + '\0'};
     }
 }
 
 std::vector<std::string> make_options(Chance& chance) {
     std::vector<std::string> options(chance.below(5));
     for (std::string& option : options)
-        option = chance.pick(kOptions);
+        option = chance.pick(option_pool);
     return options;
 }
 
@@ -66,7 +66,7 @@ public:
         made.old_syntax = chance_.percent(40) && !made.groups.empty();
         made.line_end = chance_.percent(30) ? "\r\n" : "\n";
         made.key = "SOFTWARE\\TavrinTests\\User" + std::to_string(number);
-        made.name = made.old_syntax ? made.value_name : chance_.pick(kNames);
+        made.name = made.old_syntax ? made.value_name : chance_.pick(name_pool);
         if (chance_.percent(40))
             made.service = "UserService" + std::to_string(number);
         for (std::size_t index = 0; index < made.groups.size(); ++index)
@@ -88,8 +88,8 @@ private:
     Entry entry() {
         Entry made{};
         made.kind = &chance_.pick(kinds);
-        made.title = chance_.pick(kTitles);
-        made.help = chance_.pick(kHelp);
+        made.title = chance_.pick(title_pool);
+        made.help = chance_.pick(help_pool);
         made.value_name = "v" + std::to_string(++entries_);
         made.options = made.kind->lists_ports ? ports_ : make_options(chance_);
         made.data = make_data(chance_);

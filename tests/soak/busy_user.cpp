@@ -8,7 +8,7 @@ namespace soak {
 using e2e::send;
 
 /// One page of every kind and a node without a page. Both texts of a pair are good for connection tests.
-const BusyUser::Visit BusyUser::kVisits[] = {
+const BusyUser::Visit BusyUser::visits[] = {
     {{"Tavrin Agent", "Identity", "Agent name"}, {"web1", "web2"}},
     {{"Tavrin Agent", "Identity"}, {}},
     {{"Tavrin Agent", "Identity", "Data folder"}, {"C:\\one", "C:\\two"}},
@@ -24,9 +24,9 @@ const BusyUser::Visit BusyUser::kVisits[] = {
     {{"Tray Icon", "Tray icon", "Language"}, {}},
 };
 
-BusyUser::BusyUser(e2e::Tool& used) : tool(used), tree(used.control(e2e::kTree)) {
+BusyUser::BusyUser(e2e::Tool& used) : tool(used), tree(used.control(e2e::tree_id)) {
     const e2e::RemoteTree items = tool.tree();
-    for (const Visit& visit : kVisits)
+    for (const Visit& visit : visits)
         round.push_back({items.find(visit.path), visit.path.back(), {visit.texts[0], visit.texts[1]}});
 }
 
@@ -75,7 +75,7 @@ void BusyUser::close_box(const std::string& caption) {
 
 void BusyUser::test_the_connection(int times) {
     for (int time = 0; time < times; ++time) {
-        tool.press(e2e::kTestConnection);
+        tool.press(e2e::test_connection);
         close_box("Connection test successful");
     }
     wait_windows += times;

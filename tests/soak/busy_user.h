@@ -36,7 +36,7 @@ private:
         std::string title;
         const char* texts[2];
     };
-    static const Visit kVisits[];
+    static const Visit visits[];
 
     void select(const Stop& stop);
     void show(const e2e::TreePath& path);

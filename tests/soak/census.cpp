@@ -19,11 +19,11 @@ struct GdiEntry {
     std::uint8_t flags;
     std::uint64_t user_data;
 };
-constexpr std::size_t kGdiEntries = 0x4000;
+constexpr std::size_t gdi_entries = 0x4000;
 /// Where a process' environment block holds the table's address.
-constexpr std::size_t kGdiTableOffset = 0xf8;
+constexpr std::size_t gdi_table_offset = 0xf8;
 
-constexpr auto kTooShort = static_cast<NTSTATUS>(0xC0000004);
+constexpr auto too_short = static_cast<NTSTATUS>(0xC0000004);
 
 void check(bool done, const char* what) {
     if (!done)
@@ -41,8 +41,8 @@ int count_gdi_objects(HANDLE process) {
                                     nullptr) == 0,
           "find the program's environment block");
     const GdiEntry* table = nullptr;
-    read(process, reinterpret_cast<const char*>(information.PebBaseAddress) + kGdiTableOffset, &table);
-    std::vector<GdiEntry> entries(kGdiEntries);
+    read(process, reinterpret_cast<const char*>(information.PebBaseAddress) + gdi_table_offset, &table);
+    std::vector<GdiEntry> entries(gdi_entries);
     read(process, table, entries.data(), entries.size());
     int count = 0;
     for (const GdiEntry& entry : entries)
@@ -57,7 +57,7 @@ int count_kernel_handles(DWORD process) {
                                         static_cast<ULONG>(room.size() * sizeof room[0]), nullptr);
     };
     NTSTATUS status = 0;
-    while ((status = ask()) == kTooShort)
+    while ((status = ask()) == too_short)
         room.resize(room.size() * 2);
     check(status == 0, "list the system's handles");
     const auto& list = *reinterpret_cast<const SYSTEM_HANDLE_INFORMATION*>(room.data());
@@ -97,7 +97,7 @@ Census::~Census() {
 }
 
 void Census::ask(Request request, void* block) {
-    static const UINT message = RegisterWindowMessageA(kRequestName);
+    static const UINT message = RegisterWindowMessageA(request_name);
     e2e::send(window, message, static_cast<WPARAM>(request), reinterpret_cast<LPARAM>(block));
 }
 
@@ -129,15 +129,15 @@ HeapUse Census::heap_use() {
 }
 
 long long Census::blocks_lost_by(Request use) {
-    constexpr int kTimes = 100;
+    constexpr int repeats = 100;
     const auto use_often = [&] {
-        for (int time = 0; time < kTimes; ++time)
+        for (int time = 0; time < repeats; ++time)
             ask(use);
     };
     use_often(); // what the first ones set up stays
     const HeapUse before = heap_use();
     use_often();
-    return (heap_use().blocks - before.blocks + kTimes / 2) / kTimes;
+    return (heap_use().blocks - before.blocks + repeats / 2) / repeats;
 }
 
 std::size_t Census::private_bytes() const {

@@ -10,8 +10,8 @@ namespace soak {
 namespace {
 
 /// Handles of the window manager are even indexes below a generation; without one, Wine takes any generation.
-constexpr UINT_PTR kFirstHandle = 0x0020;
-constexpr UINT_PTR kLastHandle = 0xffef;
+constexpr UINT_PTR first_handle = 0x0020;
+constexpr UINT_PTR last_handle = 0xffef;
 
 bool is_own_window(HWND window) {
     DWORD owner = 0;
@@ -33,7 +33,7 @@ bool is_icon(HICON icon) {
 
 UserObjects count_user() {
     UserObjects found = {};
-    for (UINT_PTR handle = kFirstHandle; handle <= kLastHandle; handle += 2) {
+    for (UINT_PTR handle = first_handle; handle <= last_handle; handle += 2) {
         if (IsWindow(reinterpret_cast<HWND>(handle)))
             found.windows += is_own_window(reinterpret_cast<HWND>(handle)) ? 1 : 0;
         else if (IsMenu(reinterpret_cast<HMENU>(handle)))
@@ -86,8 +86,8 @@ void use_lines(HWND parent) {
 }
 
 void leak_icon() {
-    constexpr BYTE kBits[16 * 16 / 8] = {};
-    CreateIcon(nullptr, 16, 16, 1, 1, kBits, kBits);
+    constexpr BYTE bits[16 * 16 / 8] = {};
+    CreateIcon(nullptr, 16, 16, 1, 1, bits, bits);
 }
 
 void answer(Request request, HWND window, void* counted) {
@@ -113,7 +113,7 @@ void answer(Request request, HWND window, void* counted) {
 
 /// The hook's procedure: sees every message that is sent to a window of the program's thread.
 extern "C" __declspec(dllexport) LRESULT CALLBACK census_hook(int code, WPARAM wparam, LPARAM lparam) {
-    static const UINT request = RegisterWindowMessageA(soak::kRequestName);
+    static const UINT request = RegisterWindowMessageA(soak::request_name);
     const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lparam);
     if (code == HC_ACTION && sent.message == request)
         soak::answer(static_cast<soak::Request>(sent.wParam), sent.hwnd,

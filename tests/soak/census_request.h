@@ -5,7 +5,7 @@ namespace soak {
 
 /// Registered by this name: wParam says what to do, lParam is the address in the program's memory of what is
 /// to be filled in, or 0.
-constexpr char kRequestName[] = "tavrin_census_request";
+constexpr char request_name[] = "tavrin_census_request";
 
 /// The window manager's objects of one process.
 struct UserObjects {

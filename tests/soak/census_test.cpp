@@ -19,18 +19,18 @@ TEST_F(CensusTest, NoticesOneLeakedObjectOfEachKind) {
     const struct {
         Request leak;
         Holdings more;
-    } kLeaks[] = {
+    } leaks[] = {
         {Request::leak_window, {{1, 0, 0, 0}, 0, 0}}, {Request::leak_menu, {{0, 1, 0, 0}, 0, 0}},
         {Request::leak_brush, {{0, 0, 0, 0}, 1, 0}},  {Request::leak_event, {{0, 0, 0, 0}, 0, 1}},
         {Request::leak_icon, {{0, 0, 1, 0}, 1, 0}}, // an icon of two colours holds a bitmap
     };
     e2e::Tool tool;
     Census census(tool);
-    tool.select(e2e::kAgentName);
+    tool.select(e2e::agent_name);
     census.count(); // what the first count sets up stays
     Holdings before = census.count();
     EXPECT_EQ(census.count(), before);
-    for (const auto& [leak, more] : kLeaks) {
+    for (const auto& [leak, more] : leaks) {
         census.leak(leak);
         const Holdings after = census.count();
         EXPECT_EQ(difference(after, before), more);
@@ -41,7 +41,7 @@ TEST_F(CensusTest, NoticesOneLeakedObjectOfEachKind) {
 TEST_F(CensusTest, NoticesOneLeakedBlockOfMemory) {
     e2e::Tool tool;
     Census census(tool);
-    tool.select(e2e::kAgentName);
+    tool.select(e2e::agent_name);
     census.heap_use(); // what the first count sets up stays
     const HeapUse before = census.heap_use();
     census.leak(Request::leak_block);

@@ -23,7 +23,7 @@ struct Phase {
 };
 std::ostream& operator<<(std::ostream& out, const Phase& phase) { return out << phase.name; }
 
-constexpr Phase kPhases[] = {
+constexpr Phase phases[] = {
     {"OkWithoutAService", From::ok, "", 6},
     {"OkWithARestart", From::agreed_restart, "TavrinAgent", 3},
     {"WritesOfARestart", From::first_write, "TavrinAgent", 3},
@@ -71,7 +71,7 @@ protected:
     double begin(e2e::Tool& tool) const {
         const FirstWrite first_write;
         const double pressed = milliseconds();
-        tool.press(e2e::kOk);
+        tool.press(e2e::ok_id);
         if (GetParam().from == From::ok)
             return pressed;
         const e2e::Box question = tool.box();
@@ -114,7 +114,7 @@ protected:
         e2e::Tool tool;
         values.expect_shown(tool);
         values.edit_first(tool, "after the accident");
-        tool.press(e2e::kOk);
+        tool.press(e2e::ok_id);
         if (*GetParam().service)
             tool.box().press(IDYES);
         EXPECT_EQ(tool.exit_code(), 0u);
@@ -151,7 +151,7 @@ TEST_P(Killed, LeavesOldOrNewValuesAndNothingThatTheNextStartCannotHandle) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(During, Killed, testing::ValuesIn(kPhases),
+INSTANTIATE_TEST_SUITE_P(During, Killed, testing::ValuesIn(phases),
                          [](const auto& instance) { return instance.param.name; });
 
 } // namespace

@@ -13,7 +13,7 @@ namespace {
 /// Private bytes cannot be equal, since the blocks that the system loses take up pages. A program that lost a
 /// page with every fifth of its tests and boxes would go beyond this in the long run; what is lost in the
 /// heaps is counted to the block.
-constexpr std::size_t kKeptBytes = 1536 * 1024;
+constexpr std::size_t kept_bytes = 1536 * 1024;
 
 struct Amounts {
     int rounds; ///< of all pages; an even number leaves the settings as they were
@@ -31,7 +31,7 @@ protected:
         if (e2e::environment("TAVRIN_STAGE").empty())
             GTEST_SKIP() << "no sample servers: run through script/isolated tests/e2e/stage";
         Sample::SetUp();
-        e2e::write_value(e2e::kAgentKey, "ServerList", "10.9.0.2");
+        e2e::write_value(e2e::agent_key, "ServerList", "10.9.0.2");
     }
 
     static void use(BusyUser& user, const Amounts& amounts) {
@@ -76,7 +76,7 @@ TEST_F(LongUse, LeavesNothingBehind) {
         use(user, part);
         const Figures now = look(std::to_string(done) + "/" + std::to_string(parts));
         grown += now.held == last.held && now.blocks == last.blocks ? 0 : 1;
-        EXPECT_LE(now.bytes, before.bytes + kKeptBytes);
+        EXPECT_LE(now.bytes, before.bytes + kept_bytes);
         last = now;
     }
     EXPECT_LE(grown, 1);

@@ -10,7 +10,7 @@
 namespace soak {
 namespace {
 
-constexpr char kKey[] = "SOFTWARE\\Tavrin\\Agent";
+constexpr char agent_path[] = "SOFTWARE\\Tavrin\\Agent";
 
 std::string numbered(const char* what, int number) {
     char text[32];
@@ -37,7 +37,7 @@ HWND edit_control(e2e::Tool& tool, int number) {
 
 /// Shows the settings from the first to the last and does something with the edit control of each.
 template <typename Action> void visit_all(e2e::Tool& tool, HTREEITEM first, Action action) {
-    const HWND tree = tool.control(e2e::kTree);
+    const HWND tree = tool.control(e2e::tree_id);
     int number = 0;
     for (HTREEITEM item = first; item; ++number) {
         e2e::send(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
@@ -54,7 +54,7 @@ void set_text(HWND edit, const std::string& text) {
 } // namespace
 
 void ManyValues::describe(const std::string& service) const {
-    std::string lines = std::string(kKey) + "\nMany\n" + service + "\n!All\n";
+    std::string lines = std::string(agent_path) + "\nMany\n" + service + "\n!All\n";
     for (int number = 0; number < count; ++number)
         lines += "$" + title_of(number) + "\n" + name_of(number) + "\nOne of many.\nString\n";
     e2e::use_spec_file("Many", lines);
@@ -62,7 +62,7 @@ void ManyValues::describe(const std::string& service) const {
 
 void ManyValues::make_old() const {
     for (int number = 0; number < count; ++number)
-        e2e::write_value(kKey, name_of(number), old_text(number));
+        e2e::write_value(agent_path, name_of(number), old_text(number));
 }
 
 HTREEITEM ManyValues::first_item(e2e::Tool& tool) const {
@@ -77,7 +77,7 @@ void ManyValues::edit_all(e2e::Tool& tool) const {
 int ManyValues::count_new() const {
     int found = 0;
     for (int number = 0; number < count; ++number) {
-        const std::string text = e2e::read_value(kKey, name_of(number));
+        const std::string text = e2e::read_value(agent_path, name_of(number));
         if (text == new_text(number))
             ++found;
         else if (text != old_text(number))
@@ -89,7 +89,7 @@ int ManyValues::count_new() const {
 void ManyValues::expect_shown(e2e::Tool& tool) const {
     for (const int number : {0, count / 2, count - 1}) {
         tool.select({"Many", "All", title_of(number)});
-        if (e2e::text_of(edit_control(tool, number)) != e2e::read_value(kKey, name_of(number)))
+        if (e2e::text_of(edit_control(tool, number)) != e2e::read_value(agent_path, name_of(number)))
             throw std::runtime_error("the program does not show " + name_of(number));
     }
     tool.expect_changes(false);
@@ -101,10 +101,10 @@ void ManyValues::edit_first(e2e::Tool& tool, const std::string& text) const {
     tool.expect_changes(true);
 }
 
-std::string ManyValues::first_value() const { return e2e::read_value(kKey, name_of(0)); }
+std::string ManyValues::first_value() const { return e2e::read_value(agent_path, name_of(0)); }
 
 FirstWrite::FirstWrite() : written(CreateEventA(nullptr, FALSE, FALSE, nullptr)) {
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKey, 0, KEY_NOTIFY, &key) != ERROR_SUCCESS ||
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, agent_path, 0, KEY_NOTIFY, &key) != ERROR_SUCCESS ||
         RegNotifyChangeKeyValue(key, FALSE, REG_NOTIFY_CHANGE_LAST_SET, written, TRUE) != ERROR_SUCCESS)
         throw std::runtime_error("the registry does not tell of changes");
 }
@@ -116,7 +116,7 @@ FirstWrite::~FirstWrite() {
 
 bool FirstWrite::wait(HANDLE process) const {
     const HANDLE either[] = {written, process};
-    const DWORD came = WaitForMultipleObjects(2, either, FALSE, e2e::kLimit * 1000);
+    const DWORD came = WaitForMultipleObjects(2, either, FALSE, e2e::limit * 1000);
     if (came == WAIT_TIMEOUT)
         throw std::runtime_error("waited for the first value to be written");
     return came == WAIT_OBJECT_0;

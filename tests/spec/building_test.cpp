@@ -12,8 +12,8 @@ using namespace std::string_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string new_head = "\\" + kTestKey + "\nAgent\n";
-const std::string old_head = "\\" + kTestKey + "\n";
+const std::string new_head = "\\" + test_key + "\nAgent\n";
+const std::string old_head = "\\" + test_key + "\n";
 
 class Building : public SpecKeyTest {};
 
@@ -62,7 +62,7 @@ TEST_F(Building, AnOldFileIsCalledLikeItsRegistryValue) {
     const TraceLog log;
     const auto parsed = parse(old_head + "!General\n");
     EXPECT_EQ(parsed->name, "From registry");
-    EXPECT_EQ(parsed->registryPath, kTestKey);
+    EXPECT_EQ(parsed->registryPath, test_key);
     EXPECT_EQ(describe(*parsed), "!General\n");
     EXPECT_THAT(TraceLog::lines(), ElementsAre("Reading old file\n"));
 }
@@ -120,7 +120,7 @@ TEST_F(Building, LineEndsReadAlike) {
     for (const char c : with_feeds)
         with_returns += c == '\n' ? "\r\n" : std::string(1, c);
     const auto parsed = parse(with_returns);
-    EXPECT_EQ(parsed->registryPath, kTestKey);
+    EXPECT_EQ(parsed->registryPath, test_key);
     EXPECT_EQ(parsed->name, "Agent");
     EXPECT_EQ(parsed->serviceName, "Service");
     EXPECT_EQ(describe(*parsed), "!G\nString|A|help\n!H\n");
@@ -240,7 +240,7 @@ TEST_F(Building, EveryTypeHasItsEntry) {
 }
 
 TEST_F(Building, TheConnectionTestNeedsTheServerListOnly) {
-    delete_key(kTestKey);
+    delete_key(test_key);
     const auto parsed = parse(new_head + every_type, true);
     EXPECT_EQ(describe(*parsed), "!G\nServerList|L|h\n");
     EXPECT_TRUE(parsed->offersConnectionTest);
@@ -249,7 +249,7 @@ TEST_F(Building, TheConnectionTestNeedsTheServerListOnly) {
 }
 
 TEST_F(Building, AKeyThatCannotBeReadEndsTheParse) {
-    delete_key(kTestKey);
+    delete_key(test_key);
     EXPECT_EQ(parse_failure(new_head + "!G\n$A\nA\nh\nString\n"),
               "Cannot open path \"SOFTWARE\\TavrinTests\" for reading");
 }

@@ -18,7 +18,7 @@ protected:
         set_text("Second", "second");
         set_text("Port", "4711");
         configuration =
-            parse("\\" + kTestKey + "\nAgent\n" + //
+            parse("\\" + test_key + "\nAgent\n" + //
                   "!G\n$Name\nName\nh\nString\n$Signal\nEvent\nh\nSignalEvent\n" +
                   "!H\n$Name\nSecond\nh\nString\n$Port\nPort\nh\nInteger\n$Text\nName\nh\nString\n");
     }

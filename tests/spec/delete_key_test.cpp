@@ -10,7 +10,7 @@ namespace {
 class DeleteKeyPage : public SpecKeyTest {
 protected:
     void show() {
-        entry = std::make_unique<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, kTestKey + "\\Cache"), "Title",
+        entry = std::make_unique<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, test_key + "\\Cache"), "Title",
                                             "Help");
         entry->select(main.window());
     }
@@ -21,7 +21,7 @@ protected:
 };
 
 TEST_F(DeleteKeyPage, HasACheckbox) {
-    make_key(kTestKey + "\\Cache");
+    make_key(test_key + "\\Cache");
     show();
     ASSERT_EQ(main.controls().size(), 2U);
     EXPECT_EQ(class_of(control()), "Button");
@@ -35,7 +35,7 @@ TEST_F(DeleteKeyPage, HasACheckbox) {
 }
 
 TEST_F(DeleteKeyPage, RequestsTheDeletion) {
-    make_key(kTestKey + "\\Cache");
+    make_key(test_key + "\\Cache");
     show();
     main.page_changes();
     click(control());
@@ -60,7 +60,7 @@ TEST_F(DeleteKeyPage, OfAMissingKeyIsDisabled) {
 }
 
 TEST_F(DeleteKeyPage, OnceDeletedIsDisabled) {
-    make_key(kTestKey + "\\Cache");
+    make_key(test_key + "\\Cache");
     show();
     click(control());
     entry->takeValue();

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 class EntryKinds : public SpecKeyTest {
 protected:
     static std::unique_ptr<Configuration> parse_group(const std::string& subspecs) {
-        return parse("\\" + kTestKey + "\nAgent\n!G\n" + subspecs);
+        return parse("\\" + test_key + "\nAgent\n!G\n" + subspecs);
     }
 
     /// What the drop-down list of the first entry offers.
@@ -54,7 +54,7 @@ TEST_F(EntryKinds, ValuesAreReadWhileTheFileIsParsed) {
 
 TEST_F(EntryKinds, TheConnectionTestAloneReadsNoValue) {
     set_text("List", "server");
-    const auto parsed = parse("\\" + kTestKey + "\nAgent\n!G\n$L\nList\nh\nServerList\n", true);
+    const auto parsed = parse("\\" + test_key + "\nAgent\n!G\n$L\nList\nh\nServerList\n", true);
     EXPECT_EQ(parsed->text_by_title("L"), "");
 }
 
@@ -101,7 +101,7 @@ TEST_F(EntryKinds, ALaterConnectionTestOverwritesTheTitles) {
 }
 
 TEST_F(EntryKinds, ARemoveKeyIsBelowTheConfigurationsKey) {
-    make_key(kTestKey + "\\Cache");
+    make_key(test_key + "\\Cache");
     const auto parsed = parse_group("$R\nCache\nh\nRemoveKey\n");
     const StandInMainWindow main(436, 229);
     BaseEntry& entry = *parsed->groups.at(0).entries.at(0);
@@ -110,8 +110,8 @@ TEST_F(EntryKinds, ARemoveKeyIsBelowTheConfigurationsKey) {
     entry.takeValue();
     EXPECT_TRUE(entry.changed());
     entry.write();
-    EXPECT_FALSE(key_exists(kTestKey + "\\Cache"));
-    EXPECT_TRUE(key_exists(kTestKey));
+    EXPECT_FALSE(key_exists(test_key + "\\Cache"));
+    EXPECT_TRUE(key_exists(test_key));
 }
 
 TEST_F(EntryKinds, SerialPortsAreSortedByteByByte) {

@@ -10,7 +10,7 @@
 
 class OneValueTest : public SpecKeyTest {
 protected:
-    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, kTestKey, "Value", true}; }
+    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", true}; }
 
     /// What the registry holds, as text.
     static std::string stored() { return binding().value(); }

@@ -29,7 +29,7 @@ class ScanWithoutPort : public SpecKeyTest {
 protected:
     std::string thrown_by_scan(const std::string& port_subspec) {
         const auto configuration =
-            parse("\\" + kTestKey + "\nAgent\n!G\n$L\nList\nh\nServerList\n" + port_subspec);
+            parse("\\" + test_key + "\nAgent\n!G\n$L\nList\nh\nServerList\n" + port_subspec);
         const StandInMainWindow main(436, 229);
         configuration->entry_by_title("L").select(main.window());
         click(main.control(2));

@@ -7,12 +7,12 @@
 
 class SpecKeyTest : public CleanSystem {
 protected:
-    SpecKeyTest() { make_key(kTestKey); }
+    SpecKeyTest() { make_key(test_key); }
 
     static void set_bytes(const std::string& name, DWORD type, const std::string& bytes) {
-        set_value(kTestKey, name, type, bytes);
+        set_value(test_key, name, type, bytes);
     }
     static void set_text(const std::string& name, const std::string& text) {
-        ::set_text(kTestKey, name, text);
+        ::set_text(test_key, name, text);
     }
 };

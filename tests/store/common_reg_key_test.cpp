@@ -11,36 +11,36 @@ namespace {
 
 using testing::Optional;
 
-const std::string kMissingKey = kTestKey + "\\Missing";
+const std::string missing_key = test_key + "\\Missing";
 
 class CommonRegKeys : public CleanSystem {
 protected:
-    CommonRegKeys() { make_key(kTestKey); }
+    CommonRegKeys() { make_key(test_key); }
 
     static CommonRegKey opened(std::string_view name = "v") {
-        return {HKEY_LOCAL_MACHINE, kTestKey, name, true};
+        return {HKEY_LOCAL_MACHINE, test_key, name, true};
     }
     /// What is read of a value with these bytes.
     static std::string read_of(DWORD type, const std::string& bytes) {
-        set_value(kTestKey, "v", type, bytes);
+        set_value(test_key, "v", type, bytes);
         const CommonRegKey key = opened();
         EXPECT_FALSE(key.changed());
         return key.value();
     }
     /// The bytes that are stored for a text.
     static RawValue written_of(const std::string& text) {
-        CommonRegKey key(HKEY_LOCAL_MACHINE, kTestKey, "v", false);
+        CommonRegKey key(HKEY_LOCAL_MACHINE, test_key, "v", false);
         key.set_value(text);
         key.write();
         EXPECT_FALSE(key.changed());
-        return raw_value(kTestKey, "v").value_or(RawValue{0, "nothing written"});
+        return raw_value(test_key, "v").value_or(RawValue{0, "nothing written"});
     }
 };
 
 TEST_F(CommonRegKeys, ReadAtOnceWhenTold) {
-    set_text(kTestKey, "v", "agent7");
+    set_text(test_key, "v", "agent7");
     EXPECT_EQ(opened().value(), "agent7");
-    CommonRegKey later(HKEY_LOCAL_MACHINE, kTestKey, "v", false);
+    CommonRegKey later(HKEY_LOCAL_MACHINE, test_key, "v", false);
     EXPECT_EQ(later.value(), "");
     EXPECT_FALSE(later.changed());
     later.read();
@@ -50,8 +50,8 @@ TEST_F(CommonRegKeys, ReadAtOnceWhenTold) {
 
 TEST_F(CommonRegKeys, ThrowWhenThePathCannotBeRead) {
     const std::string text = "Cannot open path \"SOFTWARE\\TavrinTests\\Missing\" for reading";
-    EXPECT_EQ(thrown_text([] { CommonRegKey(HKEY_LOCAL_MACHINE, kMissingKey, "v", true); }), text);
-    CommonRegKey key(HKEY_LOCAL_MACHINE, kMissingKey, "v", false);
+    EXPECT_EQ(thrown_text([] { CommonRegKey(HKEY_LOCAL_MACHINE, missing_key, "v", true); }), text);
+    CommonRegKey key(HKEY_LOCAL_MACHINE, missing_key, "v", false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.read(); }), text);
     EXPECT_EQ(key.value(), "edited");
@@ -95,7 +95,7 @@ TEST_F(CommonRegKeys, ReadAllThatFitsIntoTheBuffer) {
 }
 
 TEST_F(CommonRegKeys, AreChangedExactlyWhileTheTextDiffersFromTheStoredOne) {
-    set_text(kTestKey, "v", "Text");
+    set_text(test_key, "v", "Text");
     CommonRegKey key = opened();
     key.set_value("text");
     EXPECT_TRUE(key.changed());
@@ -133,34 +133,34 @@ TEST_F(CommonRegKeys, ReadBackWhatTheyWroteUpTo1023Characters) {
 }
 
 TEST_F(CommonRegKeys, TurnANumberIntoTextOnceEdited) {
-    set_value(kTestKey, "v", REG_DWORD, std::string("AB\0\0", 4));
+    set_value(test_key, "v", REG_DWORD, std::string("AB\0\0", 4));
     CommonRegKey key = opened();
     EXPECT_EQ(key.value(), "AB");
     key.set_value("ABC");
     key.write();
-    EXPECT_THAT(raw_value(kTestKey, "v"), Optional(RawValue{REG_SZ, std::string("ABC\0", 4)}));
+    EXPECT_THAT(raw_value(test_key, "v"), Optional(RawValue{REG_SZ, std::string("ABC\0", 4)}));
 }
 
 TEST_F(CommonRegKeys, WriteUnchangedValuesToo) {
-    set_value(kTestKey, "v", REG_BINARY, "same");
+    set_value(test_key, "v", REG_BINARY, "same");
     CommonRegKey key = opened();
     EXPECT_FALSE(key.changed());
     key.write();
-    EXPECT_THAT(raw_value(kTestKey, "v"), Optional(RawValue{REG_SZ, std::string("same\0", 5)}));
+    EXPECT_THAT(raw_value(test_key, "v"), Optional(RawValue{REG_SZ, std::string("same\0", 5)}));
 }
 
 TEST_F(CommonRegKeys, NeverCreateTheKey) {
-    CommonRegKey key(HKEY_LOCAL_MACHINE, kMissingKey, "v", false);
+    CommonRegKey key(HKEY_LOCAL_MACHINE, missing_key, "v", false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.write(); }),
               "Cannot open path \"SOFTWARE\\TavrinTests\\Missing\" for writing");
-    EXPECT_FALSE(key_exists(kMissingKey));
+    EXPECT_FALSE(key_exists(missing_key));
     EXPECT_TRUE(key.changed());
 }
 
 TEST_F(CommonRegKeys, ThrowWhenTheValueIsNotWritten) {
     const std::string name(16384, 'n'); // longer than the registry allows
-    CommonRegKey key(HKEY_LOCAL_MACHINE, kTestKey, name, false);
+    CommonRegKey key(HKEY_LOCAL_MACHINE, test_key, name, false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.write(); }), "Cannot write key " + name);
     EXPECT_TRUE(key.changed());
@@ -170,12 +170,12 @@ TEST_F(CommonRegKeys, EditTheKeysUnnamedValue) {
     CommonRegKey key = opened("");
     key.set_value("default");
     key.write();
-    EXPECT_EQ(text_value(kTestKey, ""), "default");
+    EXPECT_EQ(text_value(test_key, ""), "default");
 }
 
 struct StandInBase : virtual DataManipulator {};
 struct StandInEntry : StandInBase, CommonRegKey {
-    StandInEntry() : CommonRegKey(HKEY_LOCAL_MACHINE, kTestKey, "v", false) {}
+    StandInEntry() : CommonRegKey(HKEY_LOCAL_MACHINE, test_key, "v", false) {}
 };
 
 TEST_F(CommonRegKeys, ShareOneBaseWithTheEntry) {
@@ -185,7 +185,7 @@ TEST_F(CommonRegKeys, ShareOneBaseWithTheEntry) {
     EXPECT_TRUE(store.changed());
     store.write();
     EXPECT_FALSE(entry.changed());
-    EXPECT_EQ(text_value(kTestKey, "v"), "edited");
+    EXPECT_EQ(text_value(test_key, "v"), "edited");
 }
 
 TEST(NoDataManipulators, HoldNothing) {

@@ -7,22 +7,22 @@
 
 namespace {
 
-const std::string kDoomed = kTestKey + "\\Doomed";
+const std::string doomed_path = test_key + "\\Doomed";
 
 class DeleteRegKeys : public CleanSystem {
 protected:
     DeleteRegKeys() {
-        make_key(kTestKey);
-        make_key(kDoomed);
+        make_key(test_key);
+        make_key(doomed_path);
     }
-    static DeleteRegKey opened() { return {HKEY_LOCAL_MACHINE, kDoomed}; }
+    static DeleteRegKey opened() { return {HKEY_LOCAL_MACHINE, doomed_path}; }
 };
 
 TEST_F(DeleteRegKeys, LookAtOnceWhetherTheKeyExists) {
     EXPECT_TRUE(opened().exists());
     EXPECT_FALSE(opened().delete_requested());
     EXPECT_FALSE(opened().changed());
-    delete_key(kDoomed);
+    delete_key(doomed_path);
     EXPECT_FALSE(opened().exists());
 }
 
@@ -33,7 +33,7 @@ TEST_F(DeleteRegKeys, AreChangedWhenAnExistingKeyIsToBeDeleted) {
     EXPECT_TRUE(key.changed());
     key.request_delete(false);
     EXPECT_FALSE(key.changed());
-    delete_key(kDoomed);
+    delete_key(doomed_path);
     DeleteRegKey missing = opened();
     missing.request_delete(true);
     EXPECT_FALSE(missing.changed());
@@ -42,10 +42,10 @@ TEST_F(DeleteRegKeys, AreChangedWhenAnExistingKeyIsToBeDeleted) {
 TEST_F(DeleteRegKeys, DeleteOnRequestOnly) {
     DeleteRegKey key = opened();
     key.write();
-    EXPECT_TRUE(key_exists(kDoomed));
+    EXPECT_TRUE(key_exists(doomed_path));
     key.request_delete(true);
     key.write();
-    EXPECT_FALSE(key_exists(kDoomed));
+    EXPECT_FALSE(key_exists(doomed_path));
     EXPECT_FALSE(key.exists());
     EXPECT_TRUE(key.delete_requested());
     EXPECT_FALSE(key.changed());
@@ -55,31 +55,31 @@ TEST_F(DeleteRegKeys, DoNothingMoreOnceDeleted) {
     DeleteRegKey key = opened();
     key.request_delete(true);
     key.write();
-    make_key(kDoomed);
+    make_key(doomed_path);
     key.write();
-    EXPECT_TRUE(key_exists(kDoomed));
+    EXPECT_TRUE(key_exists(doomed_path));
 }
 
 TEST_F(DeleteRegKeys, DeleteNothingThatAppearedAfterTheyLooked) {
-    delete_key(kDoomed);
+    delete_key(doomed_path);
     DeleteRegKey key = opened();
-    make_key(kDoomed);
+    make_key(doomed_path);
     key.request_delete(true);
     key.write();
-    EXPECT_TRUE(key_exists(kDoomed));
+    EXPECT_TRUE(key_exists(doomed_path));
 }
 
 TEST_F(DeleteRegKeys, KeepTheirChangeSilentlyWhenDeletionFails) {
-    make_key(kDoomed + "\\Child"); // the system refuses to delete a key with subkeys
+    make_key(doomed_path + "\\Child"); // the system refuses to delete a key with subkeys
     DeleteRegKey key = opened();
     key.request_delete(true);
     key.write();
-    EXPECT_TRUE(key_exists(kDoomed));
+    EXPECT_TRUE(key_exists(doomed_path));
     EXPECT_TRUE(key.exists());
     EXPECT_TRUE(key.changed());
-    delete_key(kDoomed + "\\Child");
+    delete_key(doomed_path + "\\Child");
     key.write();
-    EXPECT_FALSE(key_exists(kDoomed));
+    EXPECT_FALSE(key_exists(doomed_path));
     EXPECT_FALSE(key.changed());
 }
 
@@ -89,10 +89,10 @@ TEST_F(DeleteRegKeys, LookAgainAndForgetTheRequestOnRead) {
     key.read();
     EXPECT_TRUE(key.exists());
     EXPECT_FALSE(key.delete_requested());
-    delete_key(kDoomed);
+    delete_key(doomed_path);
     key.read();
     EXPECT_FALSE(key.exists());
-    make_key(kDoomed);
+    make_key(doomed_path);
     key.read();
     EXPECT_TRUE(key.exists());
 }

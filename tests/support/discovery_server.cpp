@@ -49,7 +49,7 @@ std::vector<std::string> DiscoveryServer::requests() {
     return requests_;
 }
 
-// A request that got lost is waited for in vain, and then the silence is an ordinary one.
+/// A request that got lost is waited for in vain, and then the silence is an ordinary one.
 bool DiscoveryServer::has_answered(std::size_t requests) {
     std::unique_lock lock(guard_);
     return answered_one_.wait_for(lock, std::chrono::seconds(1), [&] { return answered_ == requests; });

@@ -7,7 +7,7 @@
 namespace loopback {
 namespace {
 
-constexpr int kPatience = 30;
+constexpr int patience = 30;
 
 sockaddr* generic(sockaddr_in& address) { return reinterpret_cast<sockaddr*>(&address); }
 
@@ -62,7 +62,7 @@ bool readable(SOCKET handle) {
     fd_set set;
     FD_ZERO(&set);
     FD_SET(handle, &set);
-    timeval limit{kPatience, 0};
+    timeval limit{patience, 0};
     return select(0, &set, nullptr, nullptr, &limit) == 1;
 }
 

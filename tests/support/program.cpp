@@ -47,9 +47,9 @@ bool is_group_box(HWND window) {
 } // namespace
 
 ProgramTest::ProgramTest() {
-    delete_key(kListKey);
-    make_key(kListKey);
-    make_key(kAgentKey);
+    delete_key(list_key);
+    make_key(list_key);
+    make_key(agent_key);
 }
 
 ProgramTest::~ProgramTest() {
@@ -59,13 +59,13 @@ ProgramTest::~ProgramTest() {
     main_window = nullptr;
     configurations.clear();
     UnregisterClassA("trconfigclass", GetModuleHandleA(nullptr));
-    delete_key(kListKey);
+    delete_key(list_key);
 }
 
 void ProgramTest::spec_file(const std::string& value_name, const std::string& text) {
     const std::string path = folder.path_of(std::to_string(++spec_files) + ".spec");
     std::ofstream(path, std::ios::binary) << text;
-    set_text(kListKey, value_name, path);
+    set_text(list_key, value_name, path);
 }
 
 int ProgramTest::run() {

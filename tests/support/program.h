@@ -33,8 +33,8 @@ private:
 };
 
 /// The keys below HKEY_LOCAL_MACHINE that list the spec files and hold the agent's values.
-inline const std::string kListKey = "SOFTWARE\\Tavrin\\TRConfig";
-inline const std::string kAgentKey = "SOFTWARE\\TavrinTests\\Agent";
+inline const std::string list_key = "SOFTWARE\\Tavrin\\TRConfig";
+inline const std::string agent_key = "SOFTWARE\\TavrinTests\\Agent";
 
 HWND control(int id);
 /// Every item of the tree with its depth as leading blanks, one a line.

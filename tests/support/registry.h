@@ -8,7 +8,7 @@
 #include <string>
 
 /// Tests of the registry keep to the keys below this one, which CleanSystem removes.
-inline const std::string kTestKey = "SOFTWARE\\TavrinTests";
+inline const std::string test_key = "SOFTWARE\\TavrinTests";
 
 struct RawValue {
     DWORD type;

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr const char* kClass = "tavrin_test_window";
+constexpr const char* own_class_name = "tavrin_test_window";
 
 } // namespace
 
@@ -15,10 +15,10 @@ void TestWindow::SetUp() {
     details.cbSize = sizeof details;
     details.lpfnWndProc = procedure;
     details.hInstance = GetModuleHandleA(nullptr);
-    details.lpszClassName = kClass;
+    details.lpszClassName = own_class_name;
     ASSERT_NE(RegisterClassExA(&details), 0);
-    window = CreateWindowExA(0, kClass, "window", WS_OVERLAPPEDWINDOW, 50, 40, 500, 300, nullptr, nullptr,
-                             details.hInstance, this);
+    window = CreateWindowExA(0, own_class_name, "window", WS_OVERLAPPEDWINDOW, 50, 40, 500, 300, nullptr,
+                             nullptr, details.hInstance, this);
     ASSERT_NE(window, nullptr);
     ShowWindow(window, SW_SHOW);
     pump_messages();
@@ -29,7 +29,7 @@ void TestWindow::TearDown() {
     if (IsWindow(window))
         DestroyWindow(window);
     pump_messages();
-    UnregisterClassA(kClass, GetModuleHandleA(nullptr));
+    UnregisterClassA(own_class_name, GetModuleHandleA(nullptr));
 }
 
 HWND TestWindow::add(const char* class_name, DWORD style, const char* text, DWORD extended_style) {

@@ -64,6 +64,6 @@ std::vector<int> TreeViewTest::notified() {
     auto codes = notifications(tree);
     codes.erase(codes.begin(), codes.begin() + static_cast<std::ptrdiff_t>(known_));
     known_ += codes.size();
-    std::erase_if(codes, [](int code) { return code != kChanging && code != kChanged; });
+    std::erase_if(codes, [](int code) { return code != selection_changing && code != selection_changed; });
     return codes;
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-inline constexpr int kChanging = static_cast<int>(TVN_SELCHANGINGA);
-inline constexpr int kChanged = static_cast<int>(TVN_SELCHANGEDA);
+inline constexpr int selection_changing = static_cast<int>(TVN_SELCHANGINGA);
+inline constexpr int selection_changed = static_cast<int>(TVN_SELCHANGEDA);
 
 class TreeViewTest : public TestWindow {
 protected:

@@ -5,11 +5,11 @@
 
 namespace {
 
-const auto kDefault = [] { return LRESULT{7}; };
+const auto default_result = [] { return LRESULT{7}; };
 
 TEST(Guard, ReturnsWhatTheBodyReturns) {
     EXPECT_EQ(guarded(
-                  -1, [] { return LRESULT{3}; }, kDefault),
+                  -1, [] { return LRESULT{3}; }, default_result),
               3);
     EXPECT_FALSE(keeping());
     rethrow_kept();
@@ -17,11 +17,11 @@ TEST(Guard, ReturnsWhatTheBodyReturns) {
 
 TEST(Guard, KeepsAnExceptionAndDoesTheDefaultUntilItIsRethrown) {
     EXPECT_EQ(guarded(
-                  -1, []() -> LRESULT { throw std::string("broken"); }, kDefault),
+                  -1, []() -> LRESULT { throw std::string("broken"); }, default_result),
               -1);
     EXPECT_TRUE(keeping());
     EXPECT_EQ(guarded(
-                  -1, [] { return LRESULT{3}; }, kDefault),
+                  -1, [] { return LRESULT{3}; }, default_result),
               7);
     try {
         rethrow_kept();
@@ -31,7 +31,7 @@ TEST(Guard, KeepsAnExceptionAndDoesTheDefaultUntilItIsRethrown) {
     }
     EXPECT_FALSE(keeping());
     EXPECT_EQ(guarded(
-                  -1, [] { return LRESULT{3}; }, kDefault),
+                  -1, [] { return LRESULT{3}; }, default_result),
               3);
 }
 

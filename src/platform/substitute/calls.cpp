@@ -11,7 +11,7 @@ namespace substitute {
 namespace {
 
 /// A plan for every call has nothing remaining to wait for, and stays.
-constexpr int kEveryCall = -1;
+constexpr int every_call = -1;
 
 struct Plan {
     int remaining = 0;
@@ -49,7 +49,7 @@ int& own_calls() {
     return depth;
 }
 
-bool is_due(int& remaining) { return remaining == kEveryCall || (remaining > 0 && --remaining == 0); }
+bool is_due(int& remaining) { return remaining == every_call || (remaining > 0 && --remaining == 0); }
 
 } // namespace
 
@@ -87,7 +87,7 @@ void reset() {
 
 void fail_call(const std::string& function, int nth, DWORD code) { state().planned[function] = {nth, code}; }
 void fail_every_call(const std::string& function, DWORD code) {
-    state().planned[function] = {kEveryCall, code};
+    state().planned[function] = {every_call, code};
 }
 int failed_calls() { return state().failed; }
 std::string last_failed_call() { return state().last_failed; }

@@ -16,7 +16,7 @@ namespace {
 
 using testing::IsSupersetOf;
 
-const TreePath kSampleNumber = {"Tavrin Sample", "Look around", "A number"};
+const TreePath sample_number = {"Tavrin Sample", "Look around", "A number"};
 
 /// A machine without the program and without a configuration.
 class Installer : public testing::Test {
@@ -25,7 +25,7 @@ protected:
     void TearDown() override { clean(); }
 
     static void clean() {
-        if (!read_value(kEntryKey, "QuietUninstallString").empty())
+        if (!read_value(entry_key, "QuietUninstallString").empty())
             remove_all();
         // The uninstaller's copy may still be about to end in it.
         wait_for("the end of the folder", [] {
@@ -36,7 +36,7 @@ protected:
         delete_key("SOFTWARE\\Tavrin");
     }
     static std::string sample_file() { return (folder() / "sample\\sample.spec").string(); }
-    static std::string version() { return read_value(kEntryKey, "DisplayVersion"); }
+    static std::string version() { return read_value(entry_key, "DisplayVersion"); }
 };
 
 /// A program that is open while somebody installs or removes.
@@ -47,14 +47,14 @@ protected:
         ASSERT_EQ(run_to_end(older() + " /S /SAMPLE"), 0U);
         before_ = traces();
         tool_ = std::make_unique<Tool>(installed_program());
-        tool_->select(kSampleNumber);
+        tool_->select(sample_number);
     }
     void TearDown() override {
         tool_.reset();
         Installer::TearDown();
     }
     void close_tool() {
-        tool_->press(kClose);
+        tool_->press(close_id);
         ASSERT_EQ(tool_->exit_code(), 0U);
     }
     void expect_nothing_changed() const {
@@ -76,12 +76,12 @@ TEST_F(Installer, InstallsProgramGuidesLinkAndEntry) {
                               home + "\\LICENSE-runtime.txt", home + "\\guides\\administrator.md",
                               home + "\\guides\\pictures\\page-text.png", home + "\\uninstall.exe"}));
     EXPECT_EQ(target_of(start_menu_link()), home + "\\tavrinconfig.exe");
-    EXPECT_EQ(read_value(kEntryKey, "DisplayName"), "Tavrin Configuration");
+    EXPECT_EQ(read_value(entry_key, "DisplayName"), "Tavrin Configuration");
     EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
-    EXPECT_EQ(read_value(kEntryKey, "Publisher"), "The tavrinconfig authors");
-    EXPECT_EQ(read_value(kEntryKey, "DisplayIcon"), home + "\\tavrinconfig.exe");
-    EXPECT_EQ(read_value(kEntryKey, "InstallLocation"), home);
-    EXPECT_EQ(read_value(kEntryKey, "UninstallString"), "\"" + home + "\\uninstall.exe\"");
+    EXPECT_EQ(read_value(entry_key, "Publisher"), "The tavrinconfig authors");
+    EXPECT_EQ(read_value(entry_key, "DisplayIcon"), home + "\\tavrinconfig.exe");
+    EXPECT_EQ(read_value(entry_key, "InstallLocation"), home);
+    EXPECT_EQ(read_value(entry_key, "UninstallString"), "\"" + home + "\\uninstall.exe\"");
     EXPECT_GT(entry_number("EstimatedSize"), 300U);
     EXPECT_LT(entry_number("EstimatedSize"), 3000U);
     EXPECT_EQ(entry_number("NoModify") + entry_number("NoRepair"), 2U);
@@ -99,25 +99,25 @@ TEST_F(Installer, RegistersNothingUnlessAsked) {
 
 TEST_F(Installer, RegistersTheSampleAndTheProgramOpensIt) {
     ASSERT_EQ(run_to_end(newer() + " /S /SAMPLE"), 0U);
-    EXPECT_EQ(read_value(kListKey, kSampleName), sample_file());
+    EXPECT_EQ(read_value(list_key, sample_name), sample_file());
     Tool tool(installed_program());
-    tool.select(kSampleNumber);
+    tool.select(sample_number);
     EXPECT_EQ(text_of(tool.page("A number").controls[0]), "42");
-    tool.press(kClose);
+    tool.press(close_id);
     EXPECT_EQ(tool.exit_code(), 0U);
 }
 
 TEST_F(Installer, LeavesWhatSomebodyElseRegistered) {
-    write_value(kListKey, "Agent", "C:\\agent.spec");
-    write_value(kListKey, kSampleName, "C:\\own.spec");
-    write_value(kSampleKey, "Text", "own text");
+    write_value(list_key, "Agent", "C:\\agent.spec");
+    write_value(list_key, sample_name, "C:\\own.spec");
+    write_value(sample_key, "Text", "own text");
     const std::vector<std::string> before = traces();
     ASSERT_EQ(run_to_end(newer() + " /S /SAMPLE"), 0U);
     remove_all();
     EXPECT_EQ(traces(), before);
-    EXPECT_EQ(read_value(kListKey, "Agent"), "C:\\agent.spec");
-    EXPECT_EQ(read_value(kListKey, kSampleName), "C:\\own.spec");
-    EXPECT_EQ(read_value(kSampleKey, "Text"), "own text");
+    EXPECT_EQ(read_value(list_key, "Agent"), "C:\\agent.spec");
+    EXPECT_EQ(read_value(list_key, sample_name), "C:\\own.spec");
+    EXPECT_EQ(read_value(sample_key, "Text"), "own text");
 }
 
 TEST_F(Installer, RemovesItselfWithoutATrace) {
@@ -162,7 +162,7 @@ TEST_F(Installer, FailsWhenAFileCannotBeReplaced) {
     {
         const Locked guide(folder() / "guides\\spec-files.md");
         ASSERT_TRUE(guide.holds());
-        EXPECT_EQ(run_to_end(newer() + " /S"), kFailed);
+        EXPECT_EQ(run_to_end(newer() + " /S"), failed);
         EXPECT_EQ(version(), "0.0.9");
     }
     EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
@@ -174,20 +174,20 @@ TEST_F(Installer, DeletesWhatOnlyTheOlderVersionHad) {
     for (const char* name : {"guides\\old.md", "old\\pictures\\old.png"}) {
         std::filesystem::create_directories((folder() / name).parent_path());
         std::ofstream(folder() / name) << "what the newer version no longer has";
-        write_value(kInstalledKey, name, "0.0.9");
+        write_value(installed_key, name, "0.0.9");
     }
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     EXPECT_FALSE(std::filesystem::exists(folder() / "guides\\old.md"));
     EXPECT_FALSE(std::filesystem::exists(folder() / "old"));
     EXPECT_TRUE(std::filesystem::exists(folder() / "guides\\spec-files.md"));
-    EXPECT_EQ(read_value(kInstalledKey, "guides\\old.md"), "");
-    EXPECT_EQ(read_value(kInstalledKey, "guides\\spec-files.md"), environment("TAVRIN_VERSION"));
+    EXPECT_EQ(read_value(installed_key, "guides\\old.md"), "");
+    EXPECT_EQ(read_value(installed_key, "guides\\spec-files.md"), environment("TAVRIN_VERSION"));
 }
 
 TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
     const std::filesystem::path chosen = environment("ProgramFiles") + "\\Chosen";
     ASSERT_EQ(run_to_end(older() + " /S /SAMPLE /D=" + chosen.string()), 0U);
-    write_value(kSampleKey, "Number", "43");
+    write_value(sample_key, "Number", "43");
     std::ofstream(chosen / "guides\\mine.md") << "mine";
     const auto old_size = std::filesystem::file_size(chosen / "tavrinconfig.exe");
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
@@ -195,17 +195,17 @@ TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
     EXPECT_NE(std::filesystem::file_size(chosen / "tavrinconfig.exe"), old_size);
     EXPECT_TRUE(std::filesystem::remove(chosen / "guides\\mine.md"));
     EXPECT_FALSE(std::filesystem::exists(folder()));
-    EXPECT_EQ(read_value(kSampleKey, "Number"), "43");
-    EXPECT_EQ(read_value(kListKey, kSampleName), (chosen / "sample\\sample.spec").string());
-    run_to_end(read_value(kEntryKey, "QuietUninstallString"));
+    EXPECT_EQ(read_value(sample_key, "Number"), "43");
+    EXPECT_EQ(read_value(list_key, sample_name), (chosen / "sample\\sample.spec").string());
+    run_to_end(read_value(entry_key, "QuietUninstallString"));
     wait_for(
         "the end of the removal", [&] { return !std::filesystem::exists(chosen); }, 120);
 }
 
 TEST_F(WhileOpen, SilentUpgradeAndRemovalChangeNothing) {
-    EXPECT_EQ(run_to_end(newer() + " /S"), kProgramIsOpen);
+    EXPECT_EQ(run_to_end(newer() + " /S"), program_is_open);
     expect_nothing_changed();
-    EXPECT_EQ(run_to_end(uninstaller_in_place()), kProgramIsOpen);
+    EXPECT_EQ(run_to_end(uninstaller_in_place()), program_is_open);
     expect_nothing_changed();
     close_tool();
     EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
@@ -220,7 +220,7 @@ TEST_F(WhileOpen, UpgradeSaysSoAndCanBeCancelled) {
               "Tavrin Configuration is open, maybe in another person's session, and cannot be replaced "
               "meanwhile.\r\n\r\nClose it and press Retry, or press Cancel to leave everything as it is.");
     installer.answer(IDCANCEL);
-    EXPECT_EQ(installer.exit_code(), kProgramIsOpen);
+    EXPECT_EQ(installer.exit_code(), program_is_open);
     expect_nothing_changed();
 }
 

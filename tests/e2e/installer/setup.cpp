@@ -11,7 +11,7 @@
 namespace e2e {
 namespace {
 
-constexpr char kEntries[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+constexpr char entries[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
 
@@ -69,7 +69,7 @@ std::string uninstaller_in_place() {
 DWORD run_to_end(const std::string& command_line) { return Process(command_line).exit_code(120); }
 
 void remove_all() {
-    run_to_end(read_value(kEntryKey, "QuietUninstallString"));
+    run_to_end(read_value(entry_key, "QuietUninstallString"));
     wait_for(
         "the end of the removal", [] { return !uninstaller_runs(); }, 120);
 }
@@ -102,7 +102,7 @@ std::string installed_program() { return quoted((folder() / "tavrinconfig.exe").
 DWORD entry_number(const char* name) {
     DWORD number = 0;
     DWORD size = sizeof number;
-    RegGetValueA(HKEY_LOCAL_MACHINE, kEntryKey, name, RRF_RT_REG_DWORD, nullptr, &number, &size);
+    RegGetValueA(HKEY_LOCAL_MACHINE, entry_key, name, RRF_RT_REG_DWORD, nullptr, &number, &size);
     return number;
 }
 
@@ -111,7 +111,7 @@ std::vector<std::string> traces() {
     add_files(found, environment("ProgramFiles"));
     add_files(found, environment("ProgramData"));
     add_keys(found, "SOFTWARE\\Tavrin");
-    add_keys(found, kEntries);
+    add_keys(found, entries);
     std::sort(found.begin(), found.end());
     return found;
 }

@@ -8,18 +8,18 @@
 
 namespace e2e {
 
-constexpr char kEntryKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\TavrinConfiguration";
+constexpr char entry_key[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\TavrinConfiguration";
 /// A value for each installed file, with the version that installed it.
-constexpr char kInstalledKey[] =
+constexpr char installed_key[] =
     "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\TavrinConfiguration\\Files";
-constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
-constexpr char kSampleKey[] = "SOFTWARE\\Tavrin\\Sample";
-constexpr char kSampleName[] = "Tavrin Sample";
+constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
+constexpr char sample_key[] = "SOFTWARE\\Tavrin\\Sample";
+constexpr char sample_name[] = "Tavrin Sample";
 
 /// Exit code of an installer that could not install.
-constexpr DWORD kFailed = 2;
+constexpr DWORD failed = 2;
 /// Exit code of installer and uninstaller when the program is open.
-constexpr DWORD kProgramIsOpen = 3;
+constexpr DWORD program_is_open = 3;
 
 /// Command lines of the installers of version 0.0.9 and of the version to test.
 std::string older();

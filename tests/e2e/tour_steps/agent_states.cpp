@@ -7,8 +7,8 @@
 namespace e2e {
 namespace {
 
-constexpr char kAgentKey[] = "SOFTWARE\\Tavrin\\Agent";
-constexpr char kNotRestarted[] =
+constexpr char agent_key[] = "SOFTWARE\\Tavrin\\Agent";
+constexpr char not_restarted[] =
     "The service could not be automatically restarted. Please start the Tavrin Agent service manually.";
 
 void answer_restart_question(Tool& tool, const std::string& name, int answer) {
@@ -30,12 +30,12 @@ void change_interval(Tool& tool, const std::string& seconds) {
     tool.select({"Tavrin Agent", "Measuring", "Interval"});
     replace_text(tool.page("Interval").controls[0], seconds);
     tool.expect_changes(true);
-    tool.press(kOk);
+    tool.press(ok_id);
 }
 
 void expect_saved(Tool& tool, const std::string& seconds) {
     expect_end(tool, 0);
-    expect("the saved interval", read_value(kAgentKey, "Interval"), seconds);
+    expect("the saved interval", read_value(agent_key, "Interval"), seconds);
 }
 
 } // namespace
@@ -50,11 +50,11 @@ void signal_the_agent(Tool& tool) {
 
 void save_and_restart(Tool& tool) {
     say("OK saves and restarts the agent");
-    tool.press(kOk);
+    tool.press(ok_id);
     answer_restart_question(tool, "restart-question", IDYES);
     picture_of(tool.wait_window(), "agent-stops");
     expect_end(tool, 0);
-    expect("the saved name", read_value(kAgentKey, "AgentName"), "web2");
+    expect("the saved name", read_value(agent_key, "AgentName"), "web2");
     expect_agent(SERVICE_RUNNING);
     if (agent_notes().find("stopped\nsetting AgentName=web2\n") == std::string::npos)
         throw std::runtime_error("the agent was not restarted with the new name");
@@ -66,7 +66,7 @@ void save_without_a_restart() {
     Tool tool;
     change_interval(tool, "90");
     answer_restart_question(tool, "restart-declined", IDNO);
-    answer_box(tool, "not-restarted", "Error restarting service", kNotRestarted, IDOK);
+    answer_box(tool, "not-restarted", "Error restarting service", not_restarted, IDOK);
     expect_saved(tool, "90");
 }
 
@@ -82,7 +82,7 @@ void save_while_the_agent_refuses_to_stop() {
         "Failed to stop service. You will have to restart the service manually, in order to effectuate the "
         "changes",
         IDOK);
-    answer_box(tool, "not-restarted-after-failed-stop", "Error restarting service", kNotRestarted, IDOK);
+    answer_box(tool, "not-restarted-after-failed-stop", "Error restarting service", not_restarted, IDOK);
     expect_saved(tool, "120");
 }
 

@@ -65,7 +65,7 @@ void start_with_an_unknown_type() {
     Tool tool;
     answer_box(tool, "unknown-type", "Error", "Unknown type: \"Palette\", for subspec Colour", IDOK);
     tool.select({"Newer", "All", "Port"});
-    tool.press(kClose);
+    tool.press(close_id);
     expect_end(tool, 0);
 }
 

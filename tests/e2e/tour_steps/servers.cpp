@@ -22,7 +22,7 @@ void enter_port(Tool& tool, const std::string& port) {
 void test_the_connection(Tool& tool) {
     say("the connection test succeeds");
     enter_servers(tool, "10.9.0.2:5004");
-    press_with_picture(tool.control(kTestConnection), "connection-test-pressed");
+    press_with_picture(tool.control(test_connection), "connection-test-pressed");
     tool.wait_window();
     picture("connection-test-waits");
     answer_box(
@@ -32,7 +32,7 @@ void test_the_connection(Tool& tool) {
         IDOK);
     say("the connection test fails for two reasons");
     enter_servers(tool, "10.9.0.2:5001,10.9.0.2,10.9.1.9:5002");
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     answer_box(
         tool, "connection-test-failure", "Error testing connection",
         "The connection to the server \"10.9.0.2\" at port 5001 failed. The reason was:\n\n"
@@ -43,7 +43,7 @@ void test_the_connection(Tool& tool) {
         IDOK);
     say("a port that is no number stops the connection test");
     enter_servers(tool, "10.9.0.2:many");
-    tool.press(kTestConnection);
+    tool.press(test_connection);
     answer_box(
         tool, "connection-test-bad-port", "Error testing connection",
         "The server port \"many\" for the server \"10.9.0.2\" cannot be parsed as a number. Please correct "

@@ -15,7 +15,7 @@ extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__
 namespace random_user {
 namespace {
 
-const std::string kPorts = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
+const std::string ports_path = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
 
 std::uint32_t running_seed = 0;
 
@@ -59,16 +59,16 @@ void NativeSession::prepare() {
     fill_registry(world_);
     for (const SpecFile& file : world_.files) {
         if (file.is_missing) {
-            set_text(kListKey, file.value_name, "no such file");
+            set_text(list_key, file.value_name, "no such file");
         } else {
             spec_file(file.value_name, random_user::text_of(file));
         }
         install_service(file);
     }
     if (!world_.ports.empty())
-        make_key(kPorts);
+        make_key(ports_path);
     for (const std::string& port : world_.ports)
-        set_text(kPorts, "device of " + port, port);
+        set_text(ports_path, "device of " + port, port);
 }
 
 void NativeSession::install_service(const SpecFile& file) {
@@ -76,7 +76,7 @@ void NativeSession::install_service(const SpecFile& file) {
         return;
     substitute::ServiceScript script;
     script.state = chance_.percent(30) ? SERVICE_STOPPED : SERVICE_RUNNING;
-    script.stop_time = chance_.percent(5) ? substitute::kNever : chance_.below(3000);
+    script.stop_time = chance_.percent(5) ? substitute::never : chance_.below(3000);
     script.stop_error = chance_.percent(10) ? ERROR_ACCESS_DENIED : 0;
     script.start_error = chance_.percent(10) ? ERROR_ACCESS_DENIED : 0;
     substitute::set_service(file.service, script);

@@ -13,20 +13,20 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::size_t kSteps = 60;
-constexpr unsigned kSessions = 1000;
-constexpr unsigned kAttempts = 500;
+constexpr std::size_t steps_a_session = 60;
+constexpr unsigned session_count = 1000;
+constexpr unsigned shrinking_attempts = 500;
 
 Outcome play(std::uint32_t seed, const std::vector<Step>& steps) { return NativeSession::play(seed, steps); }
 
 TEST(RandomUser, FindsWhatTheyLeftAndGetsWhatTheySaw) {
-    play_sessions(order(kSessions), kSteps, play, kAttempts, {});
+    play_sessions(order(session_count), steps_a_session, play, shrinking_attempts, {});
 }
 
 TEST(RandomUser, DoesTheSameAgainForTheSameSeed) {
-    const Outcome once = play(11, steps_of(11, kSteps));
-    EXPECT_EQ(once.notes, play(11, steps_of(11, kSteps)).notes);
-    EXPECT_NE(once.notes, play(12, steps_of(12, kSteps)).notes);
+    const Outcome once = play(11, steps_of(11, steps_a_session));
+    EXPECT_EQ(once.notes, play(11, steps_of(11, steps_a_session)).notes);
+    EXPECT_NE(once.notes, play(12, steps_of(12, steps_a_session)).notes);
 }
 
 TEST(RandomUser, MeetsEveryKindOfEntryAndOfFile) {
@@ -70,11 +70,11 @@ TEST(RandomUser, NoticesALostTextAndSaysShortlyHow) {
         const auto fails = [seed](const std::vector<Step>& steps) {
             return !NativeSession::play(seed, steps, lose_text).fault.empty();
         };
-        const std::vector<Step> all = steps_of(seed, kSteps);
+        const std::vector<Step> all = steps_of(seed, steps_a_session);
         if (!fails(all))
             continue;
         ++noticed;
-        const std::vector<Step> few = shortened(all, fails, kAttempts);
+        const std::vector<Step> few = shortened(all, fails, shrinking_attempts);
         EXPECT_LE(few.size(), 8U);
         const Outcome outcome = NativeSession::play(seed, few, lose_text);
         EXPECT_THAT(report(seed, outcome, world_of(seed, {})),
@@ -89,7 +89,7 @@ TEST(RandomUser, NoticesButtonsThatSayTheWrongThing) {
         if (step == 5)
             SetWindowTextA(control(close_id), "Abort");
     };
-    EXPECT_THAT(NativeSession::play(1, steps_of(1, kSteps), lie).fault,
+    EXPECT_THAT(NativeSession::play(1, steps_of(1, steps_a_session), lie).fault,
                 HasSubstr("the button says \"Abort\""));
 }
 
@@ -98,7 +98,8 @@ TEST(RandomUser, NoticesAFocusThatIsNowhere) {
         if (step == 8)
             SetFocus(nullptr);
     };
-    EXPECT_EQ(NativeSession::play(1, steps_of(1, kSteps), take_away).fault, "the focus is on nothing");
+    EXPECT_EQ(NativeSession::play(1, steps_of(1, steps_a_session), take_away).fault,
+              "the focus is on nothing");
 }
 
 TEST(RandomUserDeathTest, ASessionThatEndsTheSuiteIsNamed) {

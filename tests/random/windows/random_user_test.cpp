@@ -5,14 +5,15 @@
 namespace random_user {
 namespace {
 
-constexpr std::size_t kSteps = 60;
-constexpr unsigned kSessions = 40;
-constexpr unsigned kAttempts = 40;
+constexpr std::size_t steps_a_session = 60;
+constexpr unsigned session_count = 40;
+constexpr unsigned shrinking_attempts = 40;
 
 class RandomUser : public e2e::Sample {};
 
 TEST_F(RandomUser, FindsWhatTheyLeftAndGetsWhatTheySaw) {
-    play_sessions(order(kSessions), kSteps, RemoteSession::play, kAttempts, RemoteSession::ports());
+    play_sessions(order(session_count), steps_a_session, RemoteSession::play, shrinking_attempts,
+                  RemoteSession::ports());
 }
 
 } // namespace

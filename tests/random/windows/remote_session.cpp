@@ -11,9 +11,9 @@
 namespace random_user {
 namespace {
 
-constexpr char kListKey[] = "SOFTWARE\\Tavrin\\TRConfig";
-constexpr char kPortsKey[] = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
-constexpr UINT kQuickest = 1;
+constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
+constexpr char ports_key[] = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
+constexpr UINT quickest = 1;
 
 /// The user's other program.
 class OtherProgram {
@@ -42,7 +42,7 @@ private:
 class NoDoubleClicks {
 public:
     NoDoubleClicks() : usual_(GetDoubleClickTime()) {
-        SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, kQuickest, nullptr, 0);
+        SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, quickest, nullptr, 0);
     }
     ~NoDoubleClicks() { SystemParametersInfoA(SPI_SETDOUBLECLICKTIME, usual_, nullptr, 0); }
     NoDoubleClicks(const NoDoubleClicks&) = delete;
@@ -89,7 +89,7 @@ RemoteSession::RemoteSession(std::uint32_t seed)
 std::vector<std::string> RemoteSession::ports() {
     std::vector<std::string> found;
     HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kPortsKey, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, ports_key, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
         return found;
     for (DWORD index = 0;; ++index) {
         char name[256] = "";
@@ -126,15 +126,15 @@ Outcome RemoteSession::run(const std::vector<Step>& steps) {
 }
 
 void RemoteSession::start() {
-    delete_key(kTestKey);
-    delete_key(kListKey);
-    make_key(kListKey);
+    delete_key(test_key);
+    delete_key(list_key);
+    make_key(list_key);
     fill_registry(world_);
     for (const SpecFile& file : world_.files) {
         const std::string path = folder_.path_of(file.value_name + ".spec");
         if (!file.is_missing)
             std::ofstream(path, std::ios::binary) << random_user::text_of(file);
-        set_text(kListKey, file.value_name, path);
+        set_text(list_key, file.value_name, path);
     }
     OtherProgram::window();
     tool_ = std::make_unique<e2e::Tool>();
@@ -165,7 +165,7 @@ std::string RemoteSession::play_step(const Step& step) {
 
 std::string RemoteSession::fault_at_the_end() {
     const bool failed = player_.end() == End::failed;
-    const DWORD code = tool_->exit_code(e2e::kLimit);
+    const DWORD code = tool_->exit_code(e2e::limit);
     if (code != (failed ? 1U : 0U))
         return "exit code " + std::to_string(code) +
                (texts_.empty() ? "" : " after \"" + texts_.back() + "\"");
@@ -179,7 +179,7 @@ std::string RemoteSession::fault_at_the_end() {
 
 /// Until nothing more comes of a step, whatever it brings up included.
 void RemoteSession::settle(const Step& step) {
-    const ULONGLONG end = GetTickCount64() + e2e::kLimit * 1000;
+    const ULONGLONG end = GetTickCount64() + e2e::limit * 1000;
     bool met = false;
     while (tool_->running()) {
         if (GetTickCount64() > end)
@@ -230,7 +230,7 @@ void RemoteSession::wait_until_idle() {
         return;
     const RECT corner = {0, 0, 1, 1};
     InvalidateRect(main_, &corner, FALSE);
-    const ULONGLONG end = GetTickCount64() + e2e::kLimit * 1000;
+    const ULONGLONG end = GetTickCount64() + e2e::limit * 1000;
     while (window() != nullptr && GetUpdateRect(main_, nullptr, FALSE)) {
         if (GetTickCount64() > end)
             throw std::runtime_error("the program does not come to rest");

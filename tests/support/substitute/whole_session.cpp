@@ -15,14 +15,14 @@
 
 namespace {
 
-constexpr char kSpec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n"
-                         "!Values\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$"
-                         "Port\nPort\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
-                         "$Level\nLevel\nh\nOptions\nlow\nhigh\n$Modem\nModem\nh\nCOM\n"
-                         "!Actions\n$Folder\nFolder\nh\nDirectory\n$File\nFile\nh\nFile\nlog\n$"
-                         "Signal\nTavrinSignal\nh\nSignalEvent\n"
-                         "$Forget\nCertificates\nh\nRemoveKey\n$Servers\nServers\nh\nServerList\n"
-                         "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
+constexpr char spec_text[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n"
+                             "!Values\n$Name\nName\nh\nString\n$Domain\nDomain\nh\nString\n$"
+                             "Port\nPort\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
+                             "$Level\nLevel\nh\nOptions\nlow\nhigh\n$Modem\nModem\nh\nCOM\n"
+                             "!Actions\n$Folder\nFolder\nh\nDirectory\n$File\nFile\nh\nFile\nlog\n$"
+                             "Signal\nTavrinSignal\nh\nSignalEvent\n"
+                             "$Forget\nCertificates\nh\nRemoveKey\n$Servers\nServers\nh\nServerList\n"
+                             "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
 
 std::string octets(const Octets& octets) { return {octets.begin(), octets.end()}; }
 
@@ -89,12 +89,12 @@ WholeSession::~WholeSession() { socket_io_timeout = usual_io_timeout_; }
 std::string WholeSession::failed_call() const { return substitute::last_failed_call(); }
 
 void WholeSession::prepare(std::uint16_t server_port) {
-    spec_file("Agent", kSpec);
+    spec_file("Agent", spec_text);
     for (const auto& [name, value] : values())
-        set_text(kAgentKey, name, value.old_text);
-    set_text(kAgentKey, "Port", std::to_string(server_port));
-    set_text(kAgentKey, "Servers", "127.0.0.1");
-    make_key(kAgentKey + "\\Certificates");
+        set_text(agent_key, name, value.old_text);
+    set_text(agent_key, "Port", std::to_string(server_port));
+    set_text(agent_key, "Servers", "127.0.0.1");
+    make_key(agent_key + "\\Certificates");
     make_key("HARDWARE\\DEVICEMAP\\SERIALCOMM");
     set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "one", "COM1");
     substitute::set_service("TavrinAgent", {.stop_time = 1000});
@@ -138,6 +138,6 @@ void WholeSession::run_program() {
     try {
         exit_code_ = ::run_program(nullptr, SW_SHOWNORMAL);
     } catch (const error::ESystemError&) {
-        exit_code_ = kAbnormal;
+        exit_code_ = abnormal;
     }
 }

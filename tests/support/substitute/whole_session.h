@@ -27,7 +27,7 @@ extern const std::string refusing_server;
 class WholeSession : public ProgramTest {
 public:
     /// How a session ends that the program is meant to end abnormally.
-    static constexpr int kAbnormal = -1;
+    static constexpr int abnormal = -1;
 
     struct Values {
         std::string old_text;

@@ -6,8 +6,8 @@
 /// its button pressed by a posted message, which the box's own loop handles first.
 namespace {
 
-constexpr int kTextId = 0xFFFF;
-constexpr int kIconId = 0x440;
+constexpr int text_id = 0xFFFF;
+constexpr int icon_id = 0x440;
 
 HHOOK hook = nullptr;
 std::deque<int> answers;
@@ -26,8 +26,8 @@ bool has_class(HWND window, const char* name) {
 }
 
 bool is_message_box(HWND window) {
-    return has_class(window, "#32770") && GetDlgItem(window, kIconId) != nullptr &&
-           has_class(GetDlgItem(window, kTextId), "Static");
+    return has_class(window, "#32770") && GetDlgItem(window, icon_id) != nullptr &&
+           has_class(GetDlgItem(window, text_id), "Static");
 }
 
 bool has_button(HWND box, int id) {
@@ -42,7 +42,7 @@ UINT buttons_of(HWND box) {
 }
 
 UINT icon_of(HWND box) {
-    const auto shown_icon = reinterpret_cast<HICON>(SendDlgItemMessageA(box, kIconId, STM_GETICON, 0, 0));
+    const auto shown_icon = reinterpret_cast<HICON>(SendDlgItemMessageA(box, icon_id, STM_GETICON, 0, 0));
     const std::pair<UINT, LPCSTR> icons[] = {{MB_ICONERROR, IDI_HAND},
                                              {MB_ICONQUESTION, IDI_QUESTION},
                                              {MB_ICONEXCLAMATION, IDI_EXCLAMATION},
@@ -67,7 +67,7 @@ int button_of(HWND box, int wanted) { return wanted == IDOK && !has_button(box, 
 void answer_box(HWND box) {
     const UINT buttons = buttons_of(box);
     shown.push_back(
-        {text_of(GetDlgItem(box, kTextId)), text_of(box), buttons | icon_of(box), GetWindow(box, GW_OWNER)});
+        {text_of(GetDlgItem(box, text_id)), text_of(box), buttons | icon_of(box), GetWindow(box, GW_OWNER)});
     take_next<std::function<void()>>(steps, [] {})();
     const bool asks = buttons == MB_YESNO || buttons == MB_YESNOCANCEL;
     const int button = button_of(box, take_next(answers, asks ? IDYES : IDOK));

@@ -3,6 +3,6 @@
 #include "support/registry.h"
 
 void clean_system() {
-    delete_key(kTestKey);
+    delete_key(test_key);
     delete_key("SOFTWARE\\Tavrin");
 }

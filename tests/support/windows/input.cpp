@@ -9,9 +9,9 @@
 /// suite happens to be in front.
 namespace {
 
-constexpr LPARAM kFirstPress = 1;
-constexpr LPARAM kRelease = static_cast<LPARAM>(0xC0000001);
-constexpr UINT kSystemKey = WM_SYSKEYDOWN - WM_KEYDOWN;
+constexpr LPARAM first_press = 1;
+constexpr LPARAM released = static_cast<LPARAM>(0xC0000001);
+constexpr UINT system_key = WM_SYSKEYDOWN - WM_KEYDOWN;
 
 std::deque<std::function<void()>> strokes;
 
@@ -26,8 +26,8 @@ void hold_shift(bool down) {
 void post_key(UINT message, WPARAM key, wchar_t character) {
     const HWND focus = GetFocus();
     const HWND target = focus != nullptr ? focus : GetActiveWindow();
-    const LPARAM state = message == WM_KEYDOWN ? kFirstPress : kRelease;
-    PostMessageA(target, focus != nullptr ? message : message + kSystemKey, key,
+    const LPARAM state = message == WM_KEYDOWN ? first_press : released;
+    PostMessageA(target, focus != nullptr ? message : message + system_key, key,
                  key == VK_PACKET ? MAKELPARAM(1, character) : state);
 }
 

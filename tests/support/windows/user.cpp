@@ -12,9 +12,9 @@
 /// queue: that is when the user acts.
 namespace {
 
-constexpr UINT kTick = 10;
+constexpr UINT tick_milliseconds = 10;
 /// So many ticks in a row without anything to do mean a program that waits for ever.
-constexpr int kPatience = 3000;
+constexpr int patience = 3000;
 
 std::deque<std::function<void()>> steps;
 UINT_PTR timer = 0;
@@ -44,7 +44,7 @@ void act() {
         return;
     if (!steps.empty())
         return run_next_step();
-    if (++idle_ticks < kPatience)
+    if (++idle_ticks < patience)
         return;
     std::fputs("the user has no more steps, and the program still waits\n", stderr);
     std::abort();
@@ -59,7 +59,7 @@ void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD) {
 
 UserSteps::UserSteps() {
     idle_ticks = 0;
-    timer = SetTimer(nullptr, 0, kTick, tick);
+    timer = SetTimer(nullptr, 0, tick_milliseconds, tick);
 }
 
 UserSteps::~UserSteps() {

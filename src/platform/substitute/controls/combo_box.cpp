@@ -10,9 +10,9 @@
 namespace substitute {
 namespace {
 
-constexpr int kClosedHeight = 21;
-constexpr int kFieldHeight = 15;
-constexpr int kRowHeight = 13;
+constexpr int closed_height = 21;
+constexpr int field_height = 15;
+constexpr int row_height = 13;
 
 struct ComboData : ControlData {
     std::vector<std::string> items;
@@ -60,7 +60,7 @@ LRESULT reset(ComboData& data) {
     return 0;
 }
 
-LRESULT height_of(WPARAM index) { return static_cast<int>(index) == -1 ? kFieldHeight : kRowHeight; }
+LRESULT height_of(WPARAM index) { return static_cast<int>(index) == -1 ? field_height : row_height; }
 
 LRESULT set_rows(ComboData& data, WPARAM rows) {
     data.rows = static_cast<LRESULT>(rows);
@@ -197,7 +197,7 @@ LRESULT change_focus(HWND handle, bool gained) {
 LRESULT limit_height(LPARAM lparam) {
     auto& position = *reinterpret_cast<WINDOWPOS*>(lparam);
     if ((position.flags & SWP_NOSIZE) == 0)
-        position.cy = kClosedHeight;
+        position.cy = closed_height;
     return 0;
 }
 

@@ -11,13 +11,13 @@ namespace substitute {
 namespace {
 
 /// What a user may type into an edit control unless the program says otherwise.
-constexpr std::size_t kDefaultLimit = 30000;
-constexpr std::size_t kGreatestLimit = 0x7FFFFFFE;
+constexpr std::size_t default_limit = 30000;
+constexpr std::size_t greatest_limit = 0x7FFFFFFE;
 
 struct EditData : ControlData {
     std::size_t start = 0;
     std::size_t end = 0;
-    std::size_t limit = kDefaultLimit;
+    std::size_t limit = default_limit;
     bool modified = false;
 };
 
@@ -150,7 +150,7 @@ LRESULT take_key(HWND handle, WPARAM key) {
 
 LRESULT limit_text(HWND handle, WPARAM limit) {
     data_of<EditData>(handle)->limit =
-        limit == 0 ? kGreatestLimit : std::min<std::size_t>(limit, kGreatestLimit);
+        limit == 0 ? greatest_limit : std::min<std::size_t>(limit, greatest_limit);
     return 0;
 }
 

@@ -5,7 +5,7 @@
 namespace substitute {
 namespace {
 
-constexpr std::size_t kCharacterWidth = 6;
+constexpr std::size_t character_width = 6;
 
 /// Length of the piece of `line` that starts at `start` and goes into one row of `columns` characters.
 std::size_t row_length(const std::string& line, std::size_t start, std::size_t columns) {
@@ -27,7 +27,7 @@ int count_rows(const std::string& line, std::size_t columns) {
 int count_lines(const std::string& text, int width) {
     const std::size_t columns =
         width <= 0 ? std::string::npos - text.size()
-                   : std::max<std::size_t>(1, static_cast<std::size_t>(width) / kCharacterWidth);
+                   : std::max<std::size_t>(1, static_cast<std::size_t>(width) / character_width);
     int lines = 0;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find("\r\n", start), text.size());

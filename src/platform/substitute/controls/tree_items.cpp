@@ -6,9 +6,9 @@
 namespace substitute {
 namespace {
 
-constexpr unsigned kHandleShift = 4;
+constexpr unsigned handle_shift = 4;
 
-HTREEITEM handle_of(std::size_t index) { return reinterpret_cast<HTREEITEM>((index + 1) << kHandleShift); }
+HTREEITEM handle_of(std::size_t index) { return reinterpret_cast<HTREEITEM>((index + 1) << handle_shift); }
 
 } // namespace
 
@@ -18,14 +18,14 @@ TreeItem* TreeItems::find(HTREEITEM handle) {
 
 const TreeItem* TreeItems::find(HTREEITEM handle) const {
     const auto value = reinterpret_cast<std::uintptr_t>(handle);
-    const std::size_t index = (value >> kHandleShift) - 1;
+    const std::size_t index = (value >> handle_shift) - 1;
     if (value == 0 || index >= items_.size() || handle_of(index) != handle || !items_[index].alive)
         return nullptr;
     return &items_[index];
 }
 
 TreeItem& TreeItems::at(HTREEITEM handle) {
-    return items_[(reinterpret_cast<std::uintptr_t>(handle) >> kHandleShift) - 1];
+    return items_[(reinterpret_cast<std::uintptr_t>(handle) >> handle_shift) - 1];
 }
 
 TreeItem& TreeItems::parent_of(const TreeItem& item) {

@@ -6,9 +6,9 @@
 namespace substitute {
 namespace {
 
-constexpr int kRowHeight = 16;
-constexpr int kIndent = 19;
-constexpr int kCharacterWidth = 6;
+constexpr int row_height = 16;
+constexpr int indent_width = 19;
+constexpr int character_width = 6;
 
 int depth_of(const TreeItems& items, const TreeItem& item) {
     int depth = 0;
@@ -18,10 +18,12 @@ int depth_of(const TreeItems& items, const TreeItem& item) {
 }
 
 /// Left of the text lies the button that opens and closes the item.
-int text_left(const TreeItems& items, const TreeItem& item) { return kIndent * (depth_of(items, item) + 1); }
+int text_left(const TreeItems& items, const TreeItem& item) {
+    return indent_width * (depth_of(items, item) + 1);
+}
 
 int text_right(const TreeItems& items, const TreeItem& item) {
-    return text_left(items, item) + kCharacterWidth * static_cast<int>(item.text.size()) + 4;
+    return text_left(items, item) + character_width * static_cast<int>(item.text.size()) + 4;
 }
 
 HTREEITEM item_in_row(const TreeItems& items, int row) {
@@ -45,7 +47,7 @@ void take_click(HWND handle, HTREEITEM clicked, int x) {
     const TreeItems& items = tree_data(handle).items;
     const TreeItem& item = *items.find(clicked);
     const int left = text_left(items, item);
-    if (x >= left - kIndent && x < left) {
+    if (x >= left - indent_width && x < left) {
         expand_tree_item(handle, item.expanded ? TVE_COLLAPSE : TVE_EXPAND, clicked);
     } else if (x >= left && x < text_right(items, item)) {
         select_tree_item(handle, clicked, TVC_BYMOUSE);
@@ -57,7 +59,7 @@ void take_click(HWND handle, HTREEITEM clicked, int x) {
 /// The tree takes the focus only when the click has done its work, the change of the selection included.
 LRESULT take_tree_click(HWND handle, LPARAM where) {
     const TreeItems& items = tree_data(handle).items;
-    const HTREEITEM clicked = item_in_row(items, HIWORD(static_cast<ULONG_PTR>(where)) / kRowHeight);
+    const HTREEITEM clicked = item_in_row(items, HIWORD(static_cast<ULONG_PTR>(where)) / row_height);
     notify_parent_of_tree(handle, NM_CLICK);
     if (IsWindow(handle) && clicked != nullptr && tree_data(handle).items.find(clicked) != nullptr)
         take_click(handle, clicked, LOWORD(static_cast<ULONG_PTR>(where)));
@@ -74,9 +76,9 @@ LRESULT item_rectangle(HWND handle, bool of_text, LPARAM lparam) {
     if (row < 0)
         return FALSE;
     const TreeItem& item = *items.find(wanted);
-    rectangle = {of_text ? text_left(items, item) : 0, row * kRowHeight,
+    rectangle = {of_text ? text_left(items, item) : 0, row * row_height,
                  of_text ? text_right(items, item) : client_size(existing_window(handle)).x,
-                 (row + 1) * kRowHeight - 1};
+                 (row + 1) * row_height - 1};
     return TRUE;
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 HWND open(HWND owner, LPCSTR title, LPCSTR class_name) {
     CREATESTRUCTA create{};
-    create.lpszClass = class_name == nullptr ? kDialogClass : class_name;
+    create.lpszClass = class_name == nullptr ? dialog_class : class_name;
     create.lpszName = title;
     create.style = static_cast<LONG>(WS_POPUP | WS_CAPTION | WS_VISIBLE);
     create.hwndParent = owner;

@@ -13,7 +13,7 @@
 namespace substitute {
 namespace {
 
-constexpr HRESULT kOutOfMemory = static_cast<HRESULT>(0x8007000E);
+constexpr HRESULT out_of_memory = static_cast<HRESULT>(0x8007000E);
 
 struct Shell {
     std::deque<FolderChoice> choices;
@@ -114,7 +114,7 @@ void InitCommonControls() {
 
 HRESULT CoInitialize(LPVOID) {
     if (failing("CoInitialize", ERROR_NOT_ENOUGH_MEMORY))
-        return kOutOfMemory;
+        return out_of_memory;
     return ++shell().com == 1 ? S_OK : S_FALSE;
 }
 
@@ -129,7 +129,7 @@ PIDLIST_ABSOLUTE SHBrowseForFolderA(LPBROWSEINFOA details) {
     if (failing("SHBrowseForFolderA", ERROR_NOT_ENOUGH_MEMORY))
         return nullptr;
     note_browser(*details);
-    const ModalDialog browser(details->hwndOwner, "Browse for Folder", kFolderBrowserClass);
+    const ModalDialog browser(details->hwndOwner, "Browse for Folder", folder_browser_class);
     return run_browser(browser.handle(), *details);
 }
 

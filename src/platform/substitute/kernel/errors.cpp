@@ -17,8 +17,8 @@ struct SystemText {
     const char* text;
 };
 
-// As Wine says them, which has no words for most of the network's codes. In ascending order.
-constexpr SystemText kTexts[] = {
+/// As Wine says them, which has no words for most of the network's codes. In ascending order.
+constexpr SystemText system_texts[] = {
     {0, "Success."},
     {1, "Invalid function."},
     {2, "File not found."},
@@ -91,9 +91,9 @@ std::optional<std::string> find_text(DWORD code) {
     if (const auto scripted = scripted_texts().find(code); scripted != scripted_texts().end())
         return scripted->second;
     const auto* const found =
-        std::lower_bound(std::begin(kTexts), std::end(kTexts), code,
+        std::lower_bound(std::begin(system_texts), std::end(system_texts), code,
                          [](const SystemText& row, DWORD wanted) { return row.code < wanted; });
-    if (found == std::end(kTexts) || found->code != code)
+    if (found == std::end(system_texts) || found->code != code)
         return std::nullopt;
     return std::string(found->text) + "\r\n";
 }

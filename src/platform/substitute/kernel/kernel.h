@@ -2,7 +2,7 @@
 /// Error codes and their texts, clock, named events.
 #include "platform/substitute/types.h"
 
-// Signed, as the system's own constants are: what compares with them there compares with them here.
+/// Signed, as the system's own constants are: what compares with them there compares with them here.
 inline constexpr LONG ERROR_SUCCESS = 0;
 inline constexpr LONG NO_ERROR = 0;
 inline constexpr LONG ERROR_INVALID_FUNCTION = 1;

@@ -11,18 +11,18 @@ namespace {
 
 template <typename Handle> Handle made_up(ULONG_PTR value) { return reinterpret_cast<Handle>(value); }
 
-constexpr ULONG_PTR kModule = 0x140000000;
-constexpr ULONG_PTR kIcon = 0x20001;
-constexpr ULONG_PTR kCursor = 0x20003;
-constexpr ULONG_PTR kContext = 0x30001;
-constexpr ULONG_PTR kStockObjects = 0x40000;
+constexpr ULONG_PTR module_handle = 0x140000000;
+constexpr ULONG_PTR icon_handle = 0x20001;
+constexpr ULONG_PTR cursor_handle = 0x20003;
+constexpr ULONG_PTR device_context = 0x30001;
+constexpr ULONG_PTR stock_objects = 0x40000;
 /// In pixels, at 96 dots an inch: the width of a small icon, the measures of the stock GUI font, and those of
 /// the font that a context has at first.
-constexpr int kSmallIcon = 16;
-constexpr TEXTMETRICA kGuiFont{13, 11, 2, 2, 0, 5};
-constexpr TEXTMETRICA kSystemFont{16, 13, 3, 3, 0, 7};
+constexpr int small_icon = 16;
+constexpr TEXTMETRICA gui_font{13, 11, 2, 2, 0, 5};
+constexpr TEXTMETRICA system_font{16, 13, 3, 3, 0, 7};
 
-HGDIOBJ selected = made_up<HGDIOBJ>(kStockObjects);
+HGDIOBJ selected = made_up<HGDIOBJ>(stock_objects);
 
 struct Filled {
     RECT area;
@@ -45,24 +45,25 @@ COLORREF colour_of(HBRUSH brush) {
 HMODULE GetModuleHandleA(LPCSTR name) {
     if (substitute::failing("GetModuleHandleA", ERROR_MOD_NOT_FOUND))
         return nullptr;
-    return name == nullptr ? made_up<HMODULE>(kModule) : nullptr;
+    return name == nullptr ? made_up<HMODULE>(module_handle) : nullptr;
 }
 
 HICON LoadIconA(HINSTANCE, LPCSTR) {
-    return substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr : made_up<HICON>(kIcon);
+    return substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr
+                                                                           : made_up<HICON>(icon_handle);
 }
 
 /// A picture of another size is another picture.
 HANDLE LoadImageA(HINSTANCE, LPCSTR, UINT, int width, int, UINT) {
     if (substitute::failing("LoadImageA", ERROR_RESOURCE_NAME_NOT_FOUND))
         return nullptr;
-    return made_up<HANDLE>(kIcon + (static_cast<ULONG_PTR>(width) << 20));
+    return made_up<HANDLE>(icon_handle + (static_cast<ULONG_PTR>(width) << 20));
 }
 
 int GetSystemMetrics(int measure) {
     if (substitute::failing("GetSystemMetrics", ERROR_INVALID_PARAMETER))
         return 0;
-    return measure == SM_CXSMICON || measure == SM_CYSMICON ? kSmallIcon : 0;
+    return measure == SM_CXSMICON || measure == SM_CYSMICON ? small_icon : 0;
 }
 
 /// No window here is slow enough for a ghost.
@@ -71,24 +72,25 @@ void DisableProcessWindowsGhosting() { substitute::failing("DisableProcessWindow
 HCURSOR LoadCursorA(HINSTANCE module, LPCSTR name) {
     if (substitute::failing("LoadCursorA", ERROR_RESOURCE_NAME_NOT_FOUND))
         return nullptr;
-    return module == nullptr && name == IDC_ARROW ? made_up<HCURSOR>(kCursor) : nullptr;
+    return module == nullptr && name == IDC_ARROW ? made_up<HCURSOR>(cursor_handle) : nullptr;
 }
 
 HGDIOBJ GetStockObject(int object) {
     if (substitute::failing("GetStockObject", ERROR_INVALID_HANDLE))
         return nullptr;
-    return made_up<HGDIOBJ>(kStockObjects + static_cast<ULONG_PTR>(object));
+    return made_up<HGDIOBJ>(stock_objects + static_cast<ULONG_PTR>(object));
 }
 
 HDC GetDC(HWND) {
     if (substitute::failing("GetDC", ERROR_INVALID_HANDLE))
         return nullptr;
     filled.clear();
-    return made_up<HDC>(kContext);
+    return made_up<HDC>(device_context);
 }
 int ReleaseDC(HWND, HDC context) {
-    return !substitute::failing("ReleaseDC", ERROR_INVALID_HANDLE) && context == made_up<HDC>(kContext) ? 1
-                                                                                                        : 0;
+    return !substitute::failing("ReleaseDC", ERROR_INVALID_HANDLE) && context == made_up<HDC>(device_context)
+               ? 1
+               : 0;
 }
 
 HGDIOBJ SelectObject(HDC, HGDIOBJ object) {
@@ -102,7 +104,7 @@ HGDIOBJ SelectObject(HDC, HGDIOBJ object) {
 BOOL GetTextMetricsA(HDC, LPTEXTMETRICA metrics) {
     if (substitute::failing("GetTextMetricsA", ERROR_INVALID_HANDLE))
         return FALSE;
-    *metrics = selected == made_up<HGDIOBJ>(kStockObjects + DEFAULT_GUI_FONT) ? kGuiFont : kSystemFont;
+    *metrics = selected == made_up<HGDIOBJ>(stock_objects + DEFAULT_GUI_FONT) ? gui_font : system_font;
     return TRUE;
 }
 

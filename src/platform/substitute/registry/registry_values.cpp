@@ -13,7 +13,7 @@ using substitute::RegistryValue;
 namespace {
 
 /// Names of values are longer than this only in error.
-constexpr std::size_t kLongestName = 16383;
+constexpr std::size_t longest_name = 16383;
 
 LSTATUS usable(HKEY handle, REGSAM needed, RegistryKey*& key) {
     const OpenKey* const open = substitute::find_open_key(handle);
@@ -84,7 +84,7 @@ LSTATUS RegSetValueExA(HKEY handle, LPCSTR name, DWORD, DWORD type, const BYTE* 
     RegistryKey* key = nullptr;
     if (const LSTATUS status = usable(handle, KEY_SET_VALUE, key); status != ERROR_SUCCESS)
         return status;
-    if (name_of(name).size() > kLongestName)
+    if (name_of(name).size() > longest_name)
         return ERROR_INVALID_PARAMETER;
     // The system looks at the byte behind an unterminated string, and takes it along when it is the zero.
     if (is_string(type) && size != 0 && data[size - 1] != 0 && data[size] == 0)

@@ -8,7 +8,7 @@
 
 #include <map>
 
-using substitute::kNever;
+using substitute::never;
 using substitute::ServiceCounts;
 using substitute::ServiceScript;
 
@@ -84,8 +84,8 @@ void settle(Service& service) {
 
 void begin(Service& service, DWORD pending_state, DWORD final_state, std::uint64_t time) {
     service.script.state = pending_state;
-    service.next_state = time == kNever ? 0 : final_state;
-    service.due = time == kNever ? 0 : substitute::clock_now() + time;
+    service.next_state = time == never ? 0 : final_state;
+    service.due = time == never ? 0 : substitute::clock_now() + time;
     settle(service);
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr DWORD kNotSupported = 50;
+constexpr DWORD not_supported = 50;
 
 using Table = std::vector<substitute::Interface>;
 
@@ -36,7 +36,7 @@ Table machine_table() {
 } // namespace
 
 DWORD GetIpAddrTable(MIB_IPADDRTABLE* table, ULONG* size, BOOL) {
-    if (const DWORD code = substitute::failing("GetIpAddrTable", kNotSupported))
+    if (const DWORD code = substitute::failing("GetIpAddrTable", not_supported))
         return code;
     const Table* scripted = winsock::scripted_interfaces();
     const Table rows = scripted != nullptr ? *scripted : machine_table();

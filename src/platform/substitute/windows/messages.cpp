@@ -17,8 +17,8 @@
 namespace substitute {
 namespace {
 
-constexpr short kKeyIsDown = static_cast<short>(0x8000);
-constexpr UINT kSystemKey = 4;
+constexpr short key_is_down = static_cast<short>(0x8000);
+constexpr UINT system_key = 4;
 
 struct Queue {
     std::deque<MSG> posted;
@@ -57,7 +57,7 @@ MSG message_of(const Input& input) {
     const bool is_key = input.message <= WM_KEYLAST;
     const HWND focus = GetFocus();
     const HWND target = !is_key ? input.clicked : focus != nullptr ? focus : GetActiveWindow();
-    const UINT number = is_key && focus == nullptr ? input.message + kSystemKey : input.message;
+    const UINT number = is_key && focus == nullptr ? input.message + system_key : input.message;
     return {target, number, input.wparam, is_key ? 1 : input.where, 0, {0, 0}};
 }
 
@@ -253,5 +253,5 @@ LRESULT DispatchMessageA(const MSG* message) {
 }
 
 short GetKeyState(int key) {
-    return queue().key_down[static_cast<unsigned>(key) & 0xFF] ? kKeyIsDown : short{0};
+    return queue().key_down[static_cast<unsigned>(key) & 0xFF] ? key_is_down : short{0};
 }

@@ -33,8 +33,8 @@ Classes system_classes() {
     add_system_class(classes, "Edit", edit_procedure);
     add_system_class(classes, "ComboBox", combo_box_procedure);
     add_system_class(classes, "SysTreeView32", tree_view_procedure);
-    add_system_class(classes, kDialogClass, DefWindowProcA);
-    add_system_class(classes, kFolderBrowserClass, folder_browser_procedure);
+    add_system_class(classes, dialog_class, DefWindowProcA);
+    add_system_class(classes, folder_browser_class, folder_browser_procedure);
     return classes;
 }
 

@@ -6,9 +6,9 @@
 namespace substitute {
 namespace {
 
-constexpr int kDefaultPosition = 26;
-constexpr int kDefaultWidth = 640;
-constexpr int kDefaultHeight = 480;
+constexpr int default_position = 26;
+constexpr int default_width = 640;
+constexpr int default_height = 480;
 
 HWND refuse(DWORD code) {
     SetLastError(code);
@@ -33,10 +33,10 @@ DWORD settled_extended_style(DWORD extended_style, DWORD style) {
 void settle_place(CREATESTRUCTA& create, DWORD style) {
     const bool overlapped = (style & (WS_CHILD | WS_POPUP)) == 0;
     if (create.x == CW_USEDEFAULT)
-        create.x = create.y = overlapped ? kDefaultPosition : 0;
+        create.x = create.y = overlapped ? default_position : 0;
     if (create.cx == CW_USEDEFAULT) {
-        create.cx = overlapped ? kDefaultWidth : 0;
-        create.cy = overlapped ? kDefaultHeight : 0;
+        create.cx = overlapped ? default_width : 0;
+        create.cy = overlapped ? default_height : 0;
     }
 }
 

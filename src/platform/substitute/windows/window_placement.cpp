@@ -7,9 +7,9 @@
 namespace substitute {
 namespace {
 
-constexpr LONG kCaptionHeight = 18;
-constexpr LONG kMinimumTrackWidth = 116;
-constexpr LONG kMinimumTrackHeight = 27;
+constexpr LONG caption_height = 18;
+constexpr LONG minimum_track_width = 116;
+constexpr LONG minimum_track_height = 27;
 
 /// Thickness of the frame around the client area, the caption not counted.
 LONG frame_width(const Window& window) {
@@ -37,8 +37,8 @@ RECT moved(const Window& window, const WINDOWPOS& position) {
     const bool keeps_size = (position.flags & SWP_NOSIZE) != 0;
     const bool keeps_place = (position.flags & SWP_NOMOVE) != 0;
     const bool has_minimum = (window.style & WS_THICKFRAME) != 0 && !is_child(window);
-    const LONG width = std::max(position.cx, has_minimum ? kMinimumTrackWidth : 0);
-    const LONG height = std::max(position.cy, has_minimum ? kMinimumTrackHeight : 0);
+    const LONG width = std::max(position.cx, has_minimum ? minimum_track_width : 0);
+    const LONG height = std::max(position.cy, has_minimum ? minimum_track_height : 0);
     const LONG left = keeps_place ? now.left : position.x;
     const LONG top = keeps_place ? now.top : position.y;
     return {left, top, left + (keeps_size ? width_of(now) : width),
@@ -110,7 +110,7 @@ void show(HWND handle, bool with_activation) {
 POINT client_offset(const Window& window) {
     const LONG width = frame_width(window);
     const bool has_caption = (window.style & WS_CAPTION) == WS_CAPTION && !is_child(window);
-    return {width, width + (has_caption ? kCaptionHeight + 1 : 0)};
+    return {width, width + (has_caption ? caption_height + 1 : 0)};
 }
 
 POINT client_size(const Window& window) {

@@ -9,9 +9,9 @@ namespace {
 
 /// A handle is a slot's number and how often the slot was used, so that a stale handle never finds the
 /// window that came after its own. Handles of windows are even on Windows, too.
-constexpr unsigned kSlotBits = 17;
-constexpr ULONG_PTR kSlotMask = (ULONG_PTR{1} << kSlotBits) - 1;
-constexpr ULONG_PTR kUses = (ULONG_PTR{1} << (31 - kSlotBits)) - 1;
+constexpr unsigned slot_bits = 17;
+constexpr ULONG_PTR slot_mask = (ULONG_PTR{1} << slot_bits) - 1;
+constexpr ULONG_PTR most_uses = (ULONG_PTR{1} << (31 - slot_bits)) - 1;
 
 struct Slot {
     ULONG_PTR uses = 0;
@@ -30,11 +30,11 @@ Table& table() {
 }
 
 HWND make_handle(std::size_t slot, ULONG_PTR uses) {
-    return reinterpret_cast<HWND>(((uses & kUses) << (kSlotBits + 1)) | (slot << 1));
+    return reinterpret_cast<HWND>(((uses & most_uses) << (slot_bits + 1)) | (slot << 1));
 }
 
 Window* look_up(HWND handle) {
-    const auto slot = (reinterpret_cast<ULONG_PTR>(handle) >> 1) & kSlotMask;
+    const auto slot = (reinterpret_cast<ULONG_PTR>(handle) >> 1) & slot_mask;
     auto& slots = table().slots;
     if (slot >= slots.size() || slots[slot].window == nullptr || slots[slot].window->handle != handle)
         return nullptr;
@@ -126,7 +126,7 @@ void unlink_window(Window& window) {
 }
 
 void forget_window(HWND handle) {
-    const auto number = (reinterpret_cast<ULONG_PTR>(handle) >> 1) & kSlotMask;
+    const auto number = (reinterpret_cast<ULONG_PTR>(handle) >> 1) & slot_mask;
     table().slots[number].window.reset();
     table().free.push_back(number);
 }
