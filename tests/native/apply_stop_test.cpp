@@ -10,7 +10,7 @@ TEST_F(Apply, ARunningServiceIsStoppedAroundTheWriting) {
     DWORD state_at_write = 0;
     first.on_write = [&] { state_at_write = substitute::service_state("TavrinAgent"); };
     testing::internal::CaptureStderr();
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Stopping service\n");
     EXPECT_EQ(state_at_write, SERVICE_STOPPED);
     EXPECT_EQ(substitute::service_state("TavrinAgent"), SERVICE_RUNNING);
@@ -20,12 +20,12 @@ TEST_F(Apply, ARunningServiceIsStoppedAroundTheWriting) {
 
 TEST_F(Apply, APausedServiceIsAskedAboutLikeARunningOne) {
     agent({.state = SERVICE_PAUSED});
-    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(restart, not_restarted));
+    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(restart_box, not_restarted_box));
 }
 
 TEST_F(Apply, ARefusedStopIsReportedAndTheValuesAreWritten) {
     agent({.stop_error = ERROR_ACCESS_DENIED});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart, stop_failed, not_restarted));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box, stop_failed_box, not_restarted_box));
     expect_written();
     EXPECT_EQ(substitute::call_count("Sleep"), 0) << "nothing is waited for";
 }
@@ -33,7 +33,7 @@ TEST_F(Apply, ARefusedStopIsReportedAndTheValuesAreWritten) {
 TEST_F(Apply, AServiceThatNeverStopsIsGivenUpAfterSixtySecondsWithOneQueryASecond) {
     agent({.stop_time = substitute::never});
     const std::uint64_t start = substitute::clock_now();
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart, stop_failed, not_restarted));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box, stop_failed_box, not_restarted_box));
     EXPECT_EQ(substitute::clock_now() - start, 60'000u);
     EXPECT_EQ(substitute::call_count("Sleep"), 6000);
     // One more than the passes: the wait window looks once to have itself shown.
@@ -45,13 +45,13 @@ TEST_F(Apply, AServiceThatNeverStopsIsGivenUpAfterSixtySecondsWithOneQueryASecon
 
 TEST_F(Apply, AServiceThatStopsInTheLastSecondIsStillStopped) {
     agent({.stop_time = 60'000});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box));
     EXPECT_EQ(counts().starts, 1);
 }
 
 TEST_F(Apply, AServiceThatVanishesWhileItStopsIsReported) {
     agent({.stop_time = 5000, .query_error_while_stopping = ERROR_SERVICE_DOES_NOT_EXIST});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart, stop_failed, not_restarted));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box, stop_failed_box, not_restarted_box));
     EXPECT_EQ(substitute::call_count("Sleep"), 100) << "the first query, after a second, ends the wait";
     expect_written();
 }
@@ -59,7 +59,7 @@ TEST_F(Apply, AServiceThatVanishesWhileItStopsIsReported) {
 TEST_F(Apply, AQuitMessageThatArrivesWhileStoppingIsKeptForTheProgramsLoop) {
     agent({.stop_time = 1000});
     substitute::when_peeked([] { PostQuitMessage(5); });
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box));
     MSG message{};
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) {
     }

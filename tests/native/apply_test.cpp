@@ -33,7 +33,7 @@ TEST_F(Apply, TheShownPagesEditCountsAsAChange) {
     second.edited = true;
     configuration.shown_entry = &second;
     agent({});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box));
     EXPECT_EQ(second.writes, 1);
 }
 
@@ -60,27 +60,27 @@ TEST_F(Apply, EntriesWithoutTreeItemsAreNeverWritten) {
 
 TEST_F(Apply, NoServiceManagerAsksForAManualRestartAndWrites) {
     substitute::fail_call("OpenSCManagerA");
-    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual));
+    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual_box));
     expect_written();
 }
 
 TEST_F(Apply, AnUnknownServiceAsksForAManualRestartAndSaysSoOnStandardError) {
     testing::internal::CaptureStderr();
-    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual));
+    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual_box));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to find agent service\n");
     expect_written();
 }
 
 TEST_F(Apply, AServiceThatMayNotBeOpenedAsksForAManualRestart) {
     agent({.open_error = ERROR_ACCESS_DENIED});
-    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual));
+    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual_box));
     expect_written();
 }
 
 TEST_F(Apply, AnUnreadableStateAsksForAManualRestartAndTouchesNothingWhileItRuns) {
     agent({});
     substitute::fail_call("QueryServiceStatus");
-    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual));
+    EXPECT_THAT(boxes_after_apply(), ElementsAre(manual_box));
     expect_written();
     EXPECT_EQ(counts().stops + counts().starts, 0);
 }
@@ -88,13 +88,13 @@ TEST_F(Apply, AnUnreadableStateAsksForAManualRestartAndTouchesNothingWhileItRuns
 TEST_F(Apply, AnUnreadableStateThatTurnsOutStoppedOffersAStart) {
     agent({.state = SERVICE_STOPPED});
     substitute::fail_call("QueryServiceStatus");
-    EXPECT_THAT(boxes_after_apply({IDOK, IDYES}), ElementsAre(manual, stopped));
+    EXPECT_THAT(boxes_after_apply({IDOK, IDYES}), ElementsAre(manual_box, stopped_box));
     EXPECT_EQ(counts().starts, 1);
 }
 
 TEST_F(Apply, ARestartDeclinedWritesAndDeliberatelyReportsThatTheRestartFailed) {
     agent({});
-    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(restart, not_restarted));
+    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(restart_box, not_restarted_box));
     EXPECT_EQ(counts().stops + counts().starts, 0);
     expect_written();
 }
@@ -102,14 +102,14 @@ TEST_F(Apply, ARestartDeclinedWritesAndDeliberatelyReportsThatTheRestartFailed) 
 TEST_F(Apply, AServiceThatStoppedByItselfAfterTheRestartWasDeclinedIsOfferedToStart) {
     agent({});
     first.on_write = [&] { agent({.state = SERVICE_STOPPED}); };
-    EXPECT_THAT(boxes_after_apply({IDNO, IDNO}), ElementsAre(restart, stopped));
+    EXPECT_THAT(boxes_after_apply({IDNO, IDNO}), ElementsAre(restart_box, stopped_box));
 }
 
 TEST_F(Apply, AStoppedServiceIsWrittenAroundAndThenOfferedToStart) {
     agent({.state = SERVICE_STOPPED});
     int writes_before_the_question = 0;
     substitute::while_next_box([&] { writes_before_the_question = first.writes; });
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped_box));
     EXPECT_EQ(writes_before_the_question, 1);
     EXPECT_EQ(counts().starts, 1);
     expect_written();
@@ -117,30 +117,30 @@ TEST_F(Apply, AStoppedServiceIsWrittenAroundAndThenOfferedToStart) {
 
 TEST_F(Apply, AStoppedServiceStaysStoppedWhenTheUserSaysNo) {
     agent({.state = SERVICE_STOPPED});
-    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(stopped));
+    EXPECT_THAT(boxes_after_apply({IDNO}), ElementsAre(stopped_box));
     EXPECT_EQ(counts().starts, 0);
 }
 
 TEST_F(Apply, AFailedStartIsReported) {
     agent({.state = SERVICE_STOPPED, .start_error = ERROR_SERVICE_REQUEST_TIMEOUT});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped, start_failed));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped_box, start_failed_box));
 }
 
 TEST_F(Apply, AFailedRestartIsReported) {
     agent({.start_error = ERROR_SERVICE_REQUEST_TIMEOUT});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart, start_failed));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(restart_box, start_failed_box));
 }
 
 TEST_F(Apply, TheStartIsNotWaitedFor) {
     agent({.state = SERVICE_STOPPED, .start_time = substitute::never});
-    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped));
+    EXPECT_THAT(boxes_after_apply({IDYES}), ElementsAre(stopped_box));
     EXPECT_EQ(substitute::call_count("Sleep"), 0);
 }
 
 TEST_F(Apply, AFailedLastQueryReportsThatTheRestartFailed) {
     agent({.state = SERVICE_STOPPED});
     substitute::fail_call("QueryServiceStatus", 2);
-    EXPECT_THAT(boxes_after_apply(), ElementsAre(not_restarted));
+    EXPECT_THAT(boxes_after_apply(), ElementsAre(not_restarted_box));
     EXPECT_EQ(counts().starts, 0);
 }
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr const char* own_class_name = "tavrin_test_window";
+constexpr const char* test_class = "tavrin_test_window";
 
 } // namespace
 
@@ -15,10 +15,10 @@ void TestWindow::SetUp() {
     details.cbSize = sizeof details;
     details.lpfnWndProc = procedure;
     details.hInstance = GetModuleHandleA(nullptr);
-    details.lpszClassName = own_class_name;
+    details.lpszClassName = test_class;
     ASSERT_NE(RegisterClassExA(&details), 0);
-    window = CreateWindowExA(0, own_class_name, "window", WS_OVERLAPPEDWINDOW, 50, 40, 500, 300, nullptr,
-                             nullptr, details.hInstance, this);
+    window = CreateWindowExA(0, test_class, "window", WS_OVERLAPPEDWINDOW, 50, 40, 500, 300, nullptr, nullptr,
+                             details.hInstance, this);
     ASSERT_NE(window, nullptr);
     ShowWindow(window, SW_SHOW);
     pump_messages();
@@ -29,7 +29,7 @@ void TestWindow::TearDown() {
     if (IsWindow(window))
         DestroyWindow(window);
     pump_messages();
-    UnregisterClassA(own_class_name, GetModuleHandleA(nullptr));
+    UnregisterClassA(test_class, GetModuleHandleA(nullptr));
 }
 
 HWND TestWindow::add(const char* class_name, DWORD style, const char* text, DWORD extended_style) {

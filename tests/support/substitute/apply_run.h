@@ -20,24 +20,24 @@ inline void PrintTo(const Box& box, std::ostream* out) {
     *out << box.caption << ": " << box.text << " " << box.style;
 }
 
-inline const Box restart{
+inline const Box restart_box{
     "The Tavrin Agent Service is currently started. In order for the changes to be effectuated, the "
     "service will have to be restarted. Do you wish to do this now?",
     "Restart Tavrin Agent Service?", MB_YESNO | MB_ICONQUESTION};
-inline const Box stop_failed{
+inline const Box stop_failed_box{
     "Failed to stop service. You will have to restart the service manually, in order to effectuate "
     "the changes",
     "Stopping service failed", MB_ICONERROR};
-inline const Box manual{
+inline const Box manual_box{
     "You have changed the configuration of the Tavrin Agent. In order for these changes to be "
     "effectuated, you will have to restart the Tavrin Agent service manually.",
     "Service must be restarted manually", MB_ICONEXCLAMATION};
-inline const Box stopped{"The Tavrin Agent service is stopped. Do you want to start it?",
+inline const Box stopped_box{"The Tavrin Agent service is stopped. Do you want to start it?",
                          "Start Tavrin Agent service?", MB_YESNO | MB_ICONQUESTION};
-inline const Box start_failed{
+inline const Box start_failed_box{
     "The service could not be started. Please start the Tavrin Agent service manually.",
     "Error starting service", MB_ICONERROR};
-inline const Box not_restarted{
+inline const Box not_restarted_box{
     "The service could not be automatically restarted. Please start the Tavrin Agent service "
     "manually.",
     "Error restarting service", MB_ICONERROR};
