@@ -74,9 +74,9 @@ protected:
     /// A configuration with one entry of the type.
     void describe(const std::string& type) {
         configuration.groups.clear();
-        build_configuration(configuration, "",
-                            std::string(looked_at_key) + "\nExample\n!All\n$Value\nValue\nHelp.\n" + type,
-                            show_spec_error);
+        build_settings(configuration, "",
+                       std::string(looked_at_key) + "\nExample\n!All\n$Value\nValue\nHelp.\n" + type,
+                       show_spec_error);
     }
     BaseEntry& entry() { return *configuration.groups.at(0).entries.at(0); }
 
@@ -140,9 +140,8 @@ TEST_F(ValuesInGuides, AnEditedValueBecomesAText) {
 
 TEST_F(ValuesInGuides, AnEmptyValueNameIsTheKeysDefaultValue) {
     set_text(looked_at_key, "", "default");
-    build_configuration(configuration, "",
-                        std::string(looked_at_key) + "\nExample\n!All\n$Value\n\nHelp.\nString",
-                        show_spec_error);
+    build_settings(configuration, "", std::string(looked_at_key) + "\nExample\n!All\n$Value\n\nHelp.\nString",
+                   show_spec_error);
     entry().select(main.window());
     EXPECT_EQ(shown_in(main.controls().at(1)), "`default`");
     entry().deselect(main.window());
@@ -150,10 +149,9 @@ TEST_F(ValuesInGuides, AnEmptyValueNameIsTheKeysDefaultValue) {
 
 TEST_F(ValuesInGuides, AByteOrderMarkBelongsToTheKey) {
     try {
-        build_configuration(configuration, "",
-                            "\xEF\xBB\xBF" + std::string(looked_at_key) +
-                                "\nExample\n!All\n$A\nA\nHelp.\nString",
-                            show_spec_error);
+        build_settings(configuration, "",
+                       "\xEF\xBB\xBF" + std::string(looked_at_key) + "\nExample\n!All\n$A\nA\nHelp.\nString",
+                       show_spec_error);
         FAIL() << "the key was found";
     } catch (const std::string& text) {
         EXPECT_EQ(text, "Cannot open path \"\xEF\xBB\xBF" + std::string(looked_at_key) + "\" for reading");
