@@ -1,6 +1,6 @@
 #include "spec/value_entries.h"
 
-#include "spec/value_text.h"
+#include "spec/value_forms.h"
 
 #include <utility>
 

@@ -82,15 +82,6 @@ ValueForm form_of(const Declaration& declaration) {
 
 } // namespace
 
-bool means_checked(const std::string& stored) { return to_lower(stored) == "true"; }
-
-std::string checked_text(bool is_checked) { return is_checked ? "true" : "false"; }
-
-std::string integer_text(const std::string& text) {
-    const auto number = scan_int(text);
-    return number ? std::to_string(*number) : std::string();
-}
-
 std::string stored_by_page(const Declaration& declaration, const std::string& stored) {
     switch (form_of(declaration)) {
     case ValueForm::integer: return integer_text(stored);

@@ -1,23 +1,11 @@
 #pragma once
-/// The texts in which values are stored, apart from the pages that show them: what a kind reads in a text and
-/// what it stores. The entries go by these functions, and so does whoever sets values without a page.
+/// Values that are set without a page, for whatever a spec file declares: by the same rules, and with reasons
+/// where a page would cut or guess.
 #include "spec/spec_text.h"
+#include "spec/value_forms.h"
 
-#include <cstddef>
 #include <optional>
 #include <string>
-
-/// The longest text, in bytes, that a page takes from a control; what follows is cut.
-inline constexpr std::size_t longest_value = 1023;
-
-/// Whether a boolean's stored text stands for a checked box: "true" in any letter case does.
-bool means_checked(const std::string& stored);
-/// "true" or "false", the only texts that a boolean stores.
-std::string checked_text(bool is_checked);
-
-/// The plain decimal form of the number that `text` starts with, in C's notations and bounded by 32 bits;
-/// empty when there is none.
-std::string integer_text(const std::string& text);
 
 /// What a declaration's page stores when it is opened on `stored` and left without an edit.
 std::string stored_by_page(const Declaration& declaration, const std::string& stored);
