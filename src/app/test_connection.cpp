@@ -14,16 +14,17 @@ void warn(const std::string& text) {
 }
 
 /// Shows what the user sees of a test.
-class ShownTest : public ConnectionTestListener {
+class ShownTest final : public ConnectionTestListener {
 public:
     void trying(const std::string& host, std::uint16_t port) override {
         wait_.emplace("Testing connection to server \"" + host + "\" at port " + port_text(port) +
                       ". Please be patient.");
     }
     void tried(const std::string& host, std::uint16_t port, const char* problem) override {
-        if (problem != nullptr)
+        if (problem != nullptr) {
             add_failure("The connection to the server \"" + host + "\" at port " + port_text(port) +
                         " failed. The reason was:\n\n" + problem);
+        }
         wait_->close();
     }
     void bad_port(const ServerItem& item) override {
@@ -31,14 +32,15 @@ public:
              "\" cannot be parsed as a number. Please correct this before testing the connection.");
     }
     void show_result() const {
-        if (failures_.empty())
+        if (failures_.empty()) {
             show_box({.text =
                           "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
                           "to check in, once started",
                       .caption = "Connection test successful",
                       .style = MB_ICONINFORMATION});
-        else
+        } else {
             warn(failures_);
+        }
     }
 
 private:
