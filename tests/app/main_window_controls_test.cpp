@@ -1,14 +1,17 @@
 #include "app/main_window_controls.h"
 
-#include <gmock/gmock.h>
-#include <ostream>
-#include <string>
+#include "support/page.h"
+#include "support/program.h"
+#include "support/registry.h"
+#include "window/main_handle.h"
 
-static void PrintTo(const Placement& at, std::ostream* out) {
-    *out << at.x << ',' << at.y << ' ' << at.width << 'x' << at.height;
-}
+#include <gmock/gmock.h>
+#include <string>
+#include <vector>
 
 namespace {
+
+using testing::ElementsAre;
 
 TEST(WindowLayout, PlacesTreeAndButtonsFromTheClientRectangle) {
     const RECT client{0, 0, 801, 600};
@@ -62,6 +65,110 @@ TEST(WindowLayout, ALargeEnoughWindowIsLeftAsItIs) {
     EXPECT_EQ(proposed.top, 0);
     EXPECT_EQ(proposed.right, 436);
     EXPECT_EQ(proposed.bottom, 229);
+}
+
+/// What the system itself sets and clears in a window's style as time goes on.
+constexpr LONG_PTR of_system = WS_VISIBLE | WS_CLIPSIBLINGS | WS_DISABLED;
+
+/// Controls are looked up by the numbers that other programs know.
+class WindowStyles : public ProgramTest {
+protected:
+    static void expect_style(HWND window, LONG_PTR style, LONG_PTR extended_style) {
+        EXPECT_EQ(style_of(window) & ~of_system, style) << text_of(window);
+        EXPECT_EQ(extended_style_of(window) & WS_EX_CLIENTEDGE, extended_style) << text_of(window);
+    }
+    static void expect_button(int id, const char* text, LONG_PTR style, bool visible) {
+        const HWND button = control(id);
+        EXPECT_EQ(class_of(button), "Button") << id;
+        EXPECT_EQ(text_of(button), text) << id;
+        expect_style(button, style, 0);
+        EXPECT_EQ(IsWindowVisible(button) != FALSE, visible) << id;
+        EXPECT_EQ(font_of(button), static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT))) << id;
+    }
+};
+
+TEST_F(WindowStyles, OfTheMainWindow) {
+    then([] {
+        expect_style(main_window, WS_OVERLAPPEDWINDOW, 0);
+        EXPECT_TRUE(IsWindowVisible(main_window));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, OfTheTree) {
+    then([] {
+        EXPECT_EQ(class_of(control(101)), "SysTreeView32");
+        expect_style(control(101),
+                     WS_CHILD | WS_GROUP | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
+                         TVS_SHOWSELALWAYS,
+                     WS_EX_CLIENTEDGE);
+        EXPECT_TRUE(IsWindowVisible(control(101)));
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, OfTheButtons) {
+    then([] {
+        expect_button(103, "Close", WS_CHILD | WS_GROUP | WS_TABSTOP, true);
+        expect_button(104, "OK", WS_CHILD, true);
+        expect_button(105, "Test Connection", WS_CHILD, false);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(WindowStyles, TheClassHasTheArrowTheDialogBackgroundAndNoStyle) {
+    WNDCLASSEXA found{};
+    found.cbSize = sizeof found;
+    then([&] { EXPECT_TRUE(GetClassInfoExA(GetModuleHandleA(nullptr), "trconfigclass", &found)); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(found.hCursor, LoadCursorA(nullptr, IDC_ARROW));
+    EXPECT_EQ(found.hbrBackground, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
+    EXPECT_EQ(found.style, 0U);
+    EXPECT_EQ(found.cbClsExtra, 0);
+    EXPECT_EQ(found.cbWndExtra, 0);
+    EXPECT_EQ(found.lpszMenuName, nullptr);
+}
+
+constexpr char one_text[] = "SOFTWARE\\TavrinTests\\Agent\nPlain\n!All\n$Agent name\nName\nh\nString\n";
+constexpr UINT custom_draw = 0U - 12U; // what a button with a theme tells its parent whenever it is painted
+constexpr std::size_t too_often = 5;
+
+WNDPROC close_button = nullptr;
+std::vector<std::string> texts;
+
+/// A button with a theme paints itself within the change of its text.
+LRESULT CALLBACK note_text_and_paint(HWND button, UINT message, WPARAM wparam, LPARAM lparam) {
+    const LRESULT result = CallWindowProcA(close_button, button, message, wparam, lparam);
+    if (message == WM_SETTEXT && texts.size() < too_often) {
+        texts.emplace_back(reinterpret_cast<const char*>(lparam));
+        NMHDR header{button, static_cast<UINT_PTR>(close_id), custom_draw};
+        SendMessageA(main_window, WM_NOTIFY, static_cast<WPARAM>(close_id),
+                     reinterpret_cast<LPARAM>(&header));
+    }
+    return result;
+}
+
+class Buttons : public ProgramTest {
+protected:
+    void SetUp() override {
+        ProgramTest::SetUp();
+        texts.clear();
+    }
+    static void watch_close_button() {
+        close_button = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
+            control(close_id), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&note_text_and_paint)));
+    }
+};
+
+TEST_F(Buttons, ThatArePaintedWhileTheyChangeAreChangedOnce) {
+    spec_file("A", one_text);
+    set_text(agent_key, "Name", "web1");
+    then([] { select("Agent name"); });
+    then([] { watch_close_button(); });
+    then([] { SetWindowTextA(page_controls().at(0), "web2"); });
+    then([] { SetWindowTextA(page_controls().at(0), "web1"); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(texts, ElementsAre("Cancel", "Close"));
 }
 
 } // namespace

@@ -59,11 +59,4 @@ TEST_F(OneStep, APageThatIsLeftAtOnceKeepsWhatWasJustTyped) {
     EXPECT_EQ(text_value(agent_key, "Name"), "web2");
 }
 
-class QuitValue : public ProgramTest {};
-
-TEST_F(QuitValue, IsTheExitCode) {
-    then([] { PostQuitMessage(7); });
-    EXPECT_EQ(run(), 7);
-}
-
 } // namespace

@@ -126,26 +126,28 @@ TEST_F(StartUp, AWindowClassThatIsTakenIsFatal) {
     expect_fatal("Window Registration Failed!");
 }
 
-TEST_F(StartUp, AMissingTreeIsFatal) {
-    const RefusingClass refusing("SysTreeView32");
-    expect_fatal("Unable to create tree view");
+struct Missing {
+    const char* name;
+    const char* window_class;
+    int nth;
+    const char* text;
+};
+
+class MissingControl : public StartUp, public testing::WithParamInterface<Missing> {};
+
+TEST_P(MissingControl, IsFatal) {
+    const RefusingClass refusing(GetParam().window_class, GetParam().nth);
+    expect_fatal(GetParam().text);
     EXPECT_EQ(main_window, nullptr);
 }
 
-TEST_F(StartUp, AMissingCloseButtonIsFatal) {
-    const RefusingClass refusing("Button", 1);
-    expect_fatal("Unable to create cancel button");
-}
-
-TEST_F(StartUp, AMissingOkButtonIsFatal) {
-    const RefusingClass refusing("Button", 2);
-    expect_fatal("Unable to create ok button");
-}
-
-TEST_F(StartUp, AMissingTestConnectionButtonIsFatal) {
-    const RefusingClass refusing("Button", 3);
-    expect_fatal("Unable to create test connection button");
-}
+INSTANTIATE_TEST_SUITE_P(Each, MissingControl,
+                         testing::Values(Missing{"Tree", "SysTreeView32", 1, "Unable to create tree view"},
+                                         Missing{"Close", "Button", 1, "Unable to create cancel button"},
+                                         Missing{"Ok", "Button", 2, "Unable to create ok button"},
+                                         Missing{"Test", "Button", 3,
+                                                 "Unable to create test connection button"}),
+                         [](const auto& missing) { return std::string(missing.param.name); });
 
 TEST_F(StartUp, ATextThrownWhileAPageIsShownIsFatal) {
     spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\n!G\n$T\nV\nHelp\nString\n");
@@ -179,6 +181,11 @@ TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {
     then([] { select("U"); });
     expect_fatal("Unable to create dir box");
     EXPECT_EQ(text_value(agent_key, "V"), "old");
+}
+
+TEST_F(StartUp, TheQuitMessagesValueIsTheExitCode) {
+    then([] { PostQuitMessage(7); });
+    EXPECT_EQ(run(), 7);
 }
 
 } // namespace

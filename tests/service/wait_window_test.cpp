@@ -30,12 +30,11 @@ protected:
     }
 };
 
-TEST_F(WaitWindowLife, IsSmallCaptionedAndCentredOverTheMainWindow) {
+TEST_F(WaitWindowLife, IsASmallFrameWithoutButtonsCentredOverTheMainWindow) {
     RECT main{};
     GetWindowRect(main_window, &main);
     const WaitWindow wait("Please wait while stopping service....");
     const HWND window = shown();
-    ASSERT_NE(window, nullptr);
     RECT at{};
     GetWindowRect(window, &at);
     EXPECT_EQ(at.right - at.left, 200);
@@ -44,24 +43,37 @@ TEST_F(WaitWindowLife, IsSmallCaptionedAndCentredOverTheMainWindow) {
     EXPECT_EQ(at.top, main.top + (main.bottom - main.top - 75) / 2);
     EXPECT_EQ(text_of(window), "Tavrin Service Control");
     EXPECT_TRUE(IsWindowVisible(window));
+    EXPECT_EQ(style_of(window) & ~LONG_PTR{WS_VISIBLE | WS_CLIPSIBLINGS}, LONG_PTR{WS_POPUP} | WS_DLGFRAME);
+    EXPECT_EQ(extended_style_of(window) & WS_EX_DLGMODALFRAME, WS_EX_DLGMODALFRAME);
+    EXPECT_EQ(GetWindow(window, GW_OWNER), main_window);
 }
 
-TEST_F(WaitWindowLife, ShowsTheMessageInTheMiddleOfItsClientArea) {
+TEST_F(WaitWindowLife, ShowsATextThatCannotBeTypedInTheMiddleOfItsClientArea) {
     const WaitWindow wait("Please wait while starting service....");
-    const HWND window = shown();
-    const HWND message = GetDlgItem(window, 106);
-    ASSERT_NE(message, nullptr);
+    const HWND message = GetDlgItem(shown(), 106);
+    EXPECT_EQ(class_of(message), "Edit");
     EXPECT_EQ(text_of(message), "Please wait while starting service....");
-    const LONG_PTR wanted = ES_READONLY | ES_MULTILINE | ES_CENTER;
-    EXPECT_EQ(GetWindowLongPtrA(message, GWL_STYLE) & wanted, wanted);
-    EXPECT_EQ(reinterpret_cast<HGDIOBJ>(SendMessageA(message, WM_GETFONT, 0, 0)),
-              GetStockObject(DEFAULT_GUI_FONT));
-    RECT client{};
-    GetClientRect(window, &client);
-    RECT placed{};
-    GetWindowRect(message, &placed);
-    EXPECT_EQ(placed.right - placed.left, client.right);
-    EXPECT_LT(placed.bottom - placed.top, client.bottom) << "as high as its lines, not as the window";
+    EXPECT_EQ(style_of(message), WS_CHILD | WS_VISIBLE | ES_READONLY | ES_MULTILINE | ES_CENTER);
+    EXPECT_EQ(extended_style_of(message) & WS_EX_CLIENTEDGE, 0);
+    EXPECT_TRUE(IsWindowVisible(message));
+    EXPECT_EQ(font_of(message), static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT)));
+    const POINT client = client_size_of(shown());
+    const Placement placed = placement_of(message);
+    EXPECT_EQ(placed.x, 0);
+    EXPECT_EQ(placed.width, client.x);
+    EXPECT_EQ(placed.y, (client.y - placed.height) / 2);
+    EXPECT_GT(placed.height, 0);
+    EXPECT_LT(placed.height, client.y) << "as high as its lines, not as the window";
+}
+
+TEST_F(WaitWindowLife, HasAClassWithTheArrowTheDialogBackgroundAndNoStyle) {
+    const WaitWindow wait("text");
+    WNDCLASSEXA found{};
+    found.cbSize = sizeof found;
+    ASSERT_TRUE(GetClassInfoExA(GetModuleHandleA(nullptr), "tavrin_service_win", &found));
+    EXPECT_EQ(found.hCursor, LoadCursorA(nullptr, IDC_ARROW));
+    EXPECT_EQ(found.hbrBackground, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
+    EXPECT_EQ(found.style, 0U);
 }
 
 TEST_F(WaitWindowLife, ClosesAtOnceAndPostsNoQuitMessage) {
