@@ -1,10 +1,12 @@
-"""What script/house complains about."""
+"""What script/house complains about, and how many files a way through the program takes."""
 import importlib.machinery
 import importlib.util
 import pathlib
+import re
 import unittest
 
-SCRIPT = pathlib.Path(__file__).resolve().parents[2] / "script/house"
+TOP = pathlib.Path(__file__).resolve().parents[2]
+SCRIPT = TOP / "script/house"
 
 
 def loaded():
@@ -39,6 +41,17 @@ class House(unittest.TestCase):
     def test_a_source_may_use_what_its_header_is_used_by(self):
         self.assertIsNone(self.complains(("spec/a.cpp", "spec/b.h"), ("spec/a.cpp", "spec/c.h"),
                                          ("spec/b.cpp", "spec/c.h")))
+
+
+class Ways(unittest.TestCase):
+    def test_each_goes_through_seven_files_at_most(self):
+        guide = (TOP / "docs/architecture.md").read_text()
+        ways = guide.split("Ways through the program, file by file:")[1].split("\n## ")[0]
+        for way in re.findall(r"^- (.+)", ways, re.M):
+            files = set(re.findall(r"`(src/[^`]+)`", way))
+            with self.subTest(way):
+                self.assertTrue(2 <= len(files) <= 7, files)
+                self.assertEqual([file for file in sorted(files) if not (TOP / file).is_file()], [])
 
 
 if __name__ == "__main__":
