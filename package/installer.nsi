@@ -19,6 +19,8 @@ AllowSkipFiles off
 
 !define NAME "Tavrin Configuration"
 !define PROGRAM "$INSTDIR\tavrinconfig.exe"
+!define LINK "$SMPROGRAMS\${NAME}.lnk"
+!define GUIDE_LINK "$SMPROGRAMS\${NAME} Guide.lnk"
 !define SAMPLE_FILE "$INSTDIR\sample\sample.spec"
 !define ENTRY "Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"
 ; The program's own key; a value in it is a spec file.
@@ -61,7 +63,7 @@ UninstPage instfiles
 
 ComponentText "The program edits the settings of the Tavrin Agent on this computer." "" "Choose what to install:"
 DirText "${NAME} is installed in the following folder." "Folder"
-UninstallText "The program, its guides, its entry in the Start menu and the sample are removed. The agent, its settings and spec files that you registered yourself stay." "Folder:"
+UninstallText "The program, its guide, its entries in the Start menu and the sample are removed. The agent, its settings and spec files that you registered yourself stay." "Folder:"
 
 ; Windows lets nobody write to the file of a running program. Stops, with nothing changed, unless the person closes it.
 !macro StopWhileOpen WHAT
@@ -120,7 +122,7 @@ UninstallText "The program, its guides, its entry in the Start menu and the samp
     ${Loop}
 !macroend
 
-Section "The program and its guides" ProgramSection
+Section "The program and its guide" ProgramSection
     SectionIn RO
     !insertmacro StopWhileOpen "replaced"
     ReadRegStr $0 HKLM "${ENTRY}" "InstallLocation"
@@ -129,11 +131,12 @@ Section "The program and its guides" ProgramSection
         DeleteRegKey HKLM "${INSTALLED}"
     ${EndIf}
     !include "${FILES}"
-    ; Another version may have had other guides.
+    ; Another version may have had other files.
     !insertmacro DeleteInstalled "${VERSION}"
     SetOutPath "$INSTDIR"
     WriteUninstaller "$INSTDIR\uninstall.exe"
-    CreateShortCut "$SMPROGRAMS\${NAME}.lnk" "${PROGRAM}"
+    CreateShortCut "${LINK}" "${PROGRAM}"
+    CreateShortCut "${GUIDE_LINK}" "$INSTDIR\guide.html"
 
     WriteRegStr HKLM "${ENTRY}" "DisplayName" "${NAME}"
     WriteRegStr HKLM "${ENTRY}" "DisplayVersion" "${VERSION}"
@@ -204,7 +207,8 @@ Section Uninstall
     ${EndIf}
     !insertmacro DeleteInstalled ""
     DeleteRegKey HKLM "${ENTRY}"
-    Delete "$SMPROGRAMS\${NAME}.lnk"
+    Delete "${LINK}"
+    Delete "${GUIDE_LINK}"
     Delete "${SAMPLE_FILE}"
     RMDir "$INSTDIR\sample"
     Delete "$INSTDIR\uninstall.exe"

@@ -131,6 +131,11 @@ class Scripts(unittest.TestCase):
         workflow = (TOP / ".github/workflows/ci.yml").read_text()
         called = re.findall(r"run: (script/\w+)$", workflow, re.M)
         self.assertEqual(called, ["script/setup", "script/test"])
+        release = (TOP / ".github/workflows/release.yml").read_text()
+        self.assertEqual(re.findall(r"run: (script/.*)$", release, re.M), [*called, "script/package build/unsigned"])
+        for option in re.findall(r"script/package (.*?)build/package", release, re.S)[0].split():
+            if option.startswith("--"):
+                self.assertIn(option, help_of("package"))
         self.assertIn('"$(dirname "$0")/../script/test"', (TOP / ".ci/run").read_text())
 
     def test_blocks_are_labelled(self):

@@ -1,9 +1,12 @@
 """What script/package makes: contents, checksums, bill of materials, the same bytes again, signatures."""
 import hashlib
+import html.parser
+import importlib
 import json
 import pathlib
 import re
 import subprocess
+import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree as xml
@@ -14,6 +17,7 @@ import resources
 
 EPOCH = "1700000001"  # 2023-11-14 22:13:21 UTC
 NAME = "tavrinconfig-9.8.7-windows-x64"
+CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrinconfig.exe"]
 
 
 def debian_version(name):
@@ -37,11 +41,11 @@ class Packed(unittest.TestCase):
 class Package(Packed):
     def test_files(self):
         self.assertEqual(sorted(path.name for path in self.folder.iterdir()),
-                         ["SHA256SUMS", NAME + "-setup.exe", NAME + ".spdx.json", NAME + ".zip"])
+                         ["SHA256SUMS", NAME + "-setup.exe", NAME + ".msi", NAME + ".spdx.json", NAME + ".zip"])
 
     def test_checksums(self):
         wanted = "".join(f"{hashlib.sha256(self.file(ending).read_bytes()).hexdigest()}  {NAME}{ending}\n"
-                         for ending in ("-setup.exe", ".spdx.json", ".zip"))
+                         for ending in ("-setup.exe", ".msi", ".spdx.json", ".zip"))
         self.assertEqual((self.folder / "SHA256SUMS").read_text(), wanted)
 
     def test_is_the_same_elsewhere_later_and_for_another_person(self):
@@ -70,10 +74,7 @@ class Archive(Packed):
     def test_contents(self):
         names = self.archive.namelist()
         self.assertEqual(names, sorted(names))
-        self.assertEqual([name for name in names if "/pictures/" not in name], [
-            f"tavrinconfig-9.8.7/{file}" for file in (
-                "LICENSE-runtime.txt", "LICENSE.txt", "guides/administrator.md", "guides/protocol.md",
-                "guides/spec-files.md", "tavrinconfig.exe")])
+        self.assertEqual(names, [f"tavrinconfig-9.8.7/{file}" for file in CONTENTS])
 
     def test_program_is_the_built_one(self):
         self.assertEqual(self.archive.read("tavrinconfig-9.8.7/tavrinconfig.exe"), packing.BUILT.read_bytes())
@@ -83,13 +84,158 @@ class Archive(Packed):
             self.assertEqual(entry.date_time, (2023, 11, 14, 22, 13, 20), entry.filename)  # even seconds only
             self.assertEqual(entry.external_attr >> 16, 0o644, entry.filename)
 
-    def test_guides_lead_to_what_is_packed(self):
-        names, links = self.archive.namelist(), 0
-        for guide in (name for name in names if name.endswith(".md")):
-            for link in re.findall(r"\]\(([^)#]+)[^)]*\)", self.archive.read(guide).decode()):
-                links += 1
-                self.assertTrue(":" in link or f"tavrinconfig-9.8.7/guides/{link}" in names, f"{guide}: {link}")
-        self.assertGreater(links, 10)
+
+class Page(html.parser.HTMLParser):
+    """What a page refers to, and its places."""
+
+    def __init__(self, text):
+        super().__init__()
+        self.places, self.links, self.loaded, self.words = [], [], [], []
+        self.open = []
+        self.feed(text)
+
+    def handle_starttag(self, tag, attrs):
+        attrs = dict(attrs)
+        if tag not in ("meta", "img", "br", "hr"):
+            self.open.append(tag)
+        self.places += [attrs["id"]] if "id" in attrs else []
+        self.links += [attrs["href"]] if tag == "a" else []
+        self.loaded += [attrs[name] for name in ("src", "href") if name in attrs and tag != "a"]
+
+    def handle_startendtag(self, tag, attrs):
+        self.handle_starttag(tag, attrs)
+
+    def handle_endtag(self, tag):
+        assert self.open.pop() == tag, tag
+
+    def handle_data(self, data):
+        self.words += [] if {"code", "style"} & set(self.open) else [data]
+
+
+class Guide(Packed):
+    @classmethod
+    def setUpClass(cls):
+        with zipfile.ZipFile(cls.folder / (NAME + ".zip")) as archive:
+            cls.text = archive.read("tavrinconfig-9.8.7/guide.html").decode()
+        cls.page = Page(cls.text)
+
+    def test_every_tag_is_closed(self):
+        self.assertEqual(self.page.open, [])
+
+    def test_every_link_leads_to_a_place_in_it(self):
+        self.assertGreater(len(self.page.links), 50)
+        self.assertEqual([link for link in self.page.links if link[1:] not in self.page.places], [])
+        self.assertEqual({link[0] for link in self.page.links}, {"#"})
+
+    def test_no_place_is_there_twice(self):
+        self.assertEqual(len(self.page.places), len(set(self.page.places)))
+
+    def test_loads_nothing(self):
+        self.assertGreater(len(self.page.loaded), 10)
+        embedded = "data:image/png;base64,"
+        self.assertEqual([source[:60] for source in self.page.loaded if not source.startswith(embedded)], [])
+        self.assertNotIn("<script", self.text)
+
+    def test_has_every_chapter(self):
+        self.assertEqual(re.findall(r'<h2 id="([^"]+)">', self.text),
+                         ["administrator", "spec-files", "protocol", "changelog", "security"])
+        self.assertIn("<title>Tavrin Configuration 9.8.7</title>", self.text)
+
+    def test_has_every_heading_table_and_picture_of_its_sources(self):
+        headings = tables = pictures = 0
+        for name in ("docs/administrator.md", "docs/spec-files.md", "docs/protocol.md", "CHANGELOG.md", "SECURITY.md"):
+            prose = re.sub(r"^ *```.*?^ *```$", "", (packing.TOP / name).read_text(), flags=re.M | re.S)
+            headings += len(re.findall(r"^#+ ", prose, re.M))
+            tables += len(re.findall(r"^\|[-|]+\|$", prose, re.M))
+            pictures += len(re.findall(r"^!\[", prose, re.M))
+        found = [len(re.findall(pattern, self.text)) for pattern in ("<h[2-6]", "<table>", "<img ")]
+        self.assertEqual(found, [headings, tables, pictures])
+
+    def test_shows_no_markdown(self):
+        self.assertEqual([words for words in self.page.words if re.search(r"\*\*|\]\(|^#+ |`|\|--", words)], [])
+
+
+class WindowsInstaller(Packed):
+    def table(self, name):
+        """The rows of a table of the package, each a list of cells."""
+        text = subprocess.check_output(["msiinfo", "export", self.file(".msi"), name], text=True)
+        return [line.split("\t") for line in text.splitlines()[3:]]
+
+    def test_has_the_files_of_the_archive(self):
+        self.assertEqual(sorted(row[2] for row in self.table("File")), sorted(CONTENTS))
+
+    def test_says_what_it_is(self):
+        texts = dict(self.table("Property"))
+        self.assertEqual((texts["ProductName"], texts["ProductVersion"], texts["ALLUSERS"]),
+                         ("Tavrin Configuration", "9.8.7", "1"))
+        summary = subprocess.check_output(["msiinfo", "suminfo", self.file(".msi")], text=True)
+        self.assertIn("Template: x64;1033\n", summary)
+        self.assertIn("Created: Tue Nov 14 22:13:21 2023\n", summary)
+
+    def test_codes_follow_from_version_and_contents(self):
+        def codes(path):
+            texts = dict(line.split("\t") for line in subprocess.check_output(
+                ["msiinfo", "export", path, "Property"], text=True).splitlines()[3:])
+            summary = subprocess.check_output(["msiinfo", "suminfo", path], text=True)
+            return texts["ProductCode"], texts["UpgradeCode"], re.search(r"\{.*\}", summary)[0]
+        with tempfile.TemporaryDirectory() as folder:
+            packing.pack(pathlib.Path(folder), "--version", "9.8.8", SOURCE_DATE_EPOCH=EPOCH)
+            later = codes(pathlib.Path(folder) / "tavrinconfig-9.8.8-windows-x64.msi")
+        ours = codes(self.file(".msi"))
+        self.assertEqual([one == other for one, other in zip(ours, later)], [False, True, False])
+        self.assertEqual(ours[1], "{8C1F5B8E-0B54-4B1B-A0C8-5E3E9C7A1D10}")
+
+
+class Changelog(unittest.TestCase):
+    def notes(self, version):
+        return subprocess.run(["python3", packing.TOP / "package/notes.py", version], check=False, capture_output=True,
+                              text=True)
+
+    def test_newest_section_is_the_version_in_the_making(self):
+        def first(name, pattern):
+            return re.search(pattern, (packing.TOP / name).read_text(), re.M)[1]
+        self.assertEqual(first("CHANGELOG.md", r"^## (\S+) - (?:unreleased|\d{4}-\d{2}-\d{2})$"),
+                         first("CMakeLists.txt", r"^project\(\w+ VERSION (\S+)"))
+
+    def test_notes_of_a_version(self):
+        sys.path.insert(0, str(packing.TOP / "package"))
+        self.addCleanup(sys.path.pop, 0)
+        notes = importlib.import_module("notes").notes
+        text = ("# Changes\n\nWords.\n\n## 1.2.4 - unreleased\n\n- New.\n\n"
+                "## 1.2.3 - 2026-01-02\n\n### Added\n\n- This.\n")
+        self.assertEqual(notes("1.2.3", text), "### Added\n\n- This.\n")
+        for version, problem in (("1.2.4", 'notes: "## 1.2.4 - unreleased" has no date'),
+                                 ("1.2", "notes: CHANGELOG.md has no section 1.2")):
+            with self.assertRaises(SystemExit) as refused:
+                notes(version, text)
+            self.assertEqual(str(refused.exception), problem)
+
+    def test_notes_of_no_version(self):
+        found = self.notes("99.0.0")
+        self.assertEqual((found.returncode, found.stdout), (1, ""))
+
+
+class PackageManager(unittest.TestCase):
+    def test_manifests(self):
+        with tempfile.TemporaryDirectory() as folder:
+            folder = pathlib.Path(folder)
+            packing.pack(folder, "--version", "9.8.7", "--url", "https://example.com/v9.8.7/",
+                         SOURCE_DATE_EPOCH=EPOCH)
+            found = {path.name: path.read_text() for path in (folder / "winget").iterdir()}
+            digest = hashlib.sha256((folder / (NAME + "-setup.exe")).read_bytes()).hexdigest().upper()
+        self.assertEqual(sorted(found), [f"Tavrin.Configuration{ending}.yaml"
+                                         for ending in (".installer", ".locale.en-US", "")])
+        for text in found.values():
+            self.assertIn("\nPackageIdentifier: Tavrin.Configuration\nPackageVersion: 9.8.7\n", text)
+            self.assertRegex(text, r"\nManifestType: \w+\nManifestVersion: 1\.6\.0\n$")
+        installer = found["Tavrin.Configuration.installer.yaml"]
+        self.assertIn(f"InstallerUrl: https://example.com/v9.8.7/{NAME}-setup.exe\n  InstallerSha256: {digest}\n",
+                      installer)
+        self.assertIn("\nReleaseDate: 2023-11-14\n", installer)
+        # What the installer says of itself.
+        source = (packing.TOP / "package/installer.nsi").read_text()
+        self.assertIn(r'"Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"', source)
+        self.assertIn("\nProductCode: TavrinConfiguration\n", installer)
 
 
 class BillOfMaterials(Packed):
@@ -110,6 +256,7 @@ class BillOfMaterials(Packed):
             "tavrinconfig.exe": ("MIT", "9.8.7"),
             NAME + ".zip": ("MIT", "9.8.7"),
             NAME + "-setup.exe": ("MIT", "9.8.7"),
+            NAME + ".msi": ("MIT", "9.8.7"),
             "GCC runtime libraries": ("GPL-3.0-or-later WITH GCC-exception-3.1",
                                       debian_version("gcc-mingw-w64-x86-64-win32")),
             "MinGW-w64 runtime": ("ZPL-2.1", debian_version("mingw-w64-x86-64-dev")),
@@ -162,17 +309,45 @@ class Signature(unittest.TestCase):
     def is_signed(self, file):
         return packing.is_signed(file, self.sign["TAVRIN_SIGN_CERTIFICATE"])
 
-    def test_holds_for_program_and_installer_and_for_what_was_signed_alone(self):
-        with zipfile.ZipFile(self.folder / "packed" / (NAME + ".zip")) as archive:
-            program = pathlib.Path(archive.extract("tavrinconfig-9.8.7/tavrinconfig.exe", self.folder))
-        installer = self.folder / "packed" / (NAME + "-setup.exe")
-        self.assertTrue(self.is_signed(program))
-        self.assertTrue(self.is_signed(installer))
+    def packed_program(self, folder):
+        with zipfile.ZipFile(folder / (NAME + ".zip")) as archive:
+            return pathlib.Path(archive.extract("tavrinconfig-9.8.7/tavrinconfig.exe", self.folder))
+
+    def test_holds_for_program_installers_and_checksums(self):
+        packed = self.folder / "packed"
+        program = self.packed_program(packed)
+        for file in (program, packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
+            self.assertTrue(self.is_signed(file), file)
         self.assertFalse(self.is_signed(packing.BUILT))
         changed = bytearray(program.read_bytes())
         changed[0x1000] ^= 1
         program.write_bytes(changed)
         self.assertFalse(self.is_signed(program))
+        self.assertTrue(packing.has_signature(packed / "SHA256SUMS", self.sign["TAVRIN_SIGN_CERTIFICATE"]))
+        (packed / "SHA256SUMS").write_text("something else\n")
+        self.assertFalse(packing.has_signature(packed / "SHA256SUMS", self.sign["TAVRIN_SIGN_CERTIFICATE"]))
+
+    def test_comes_off_again(self):
+        """So that anyone can compare a signed program with one that was built from the source."""
+        bare = self.folder / "bare.exe"
+        subprocess.run(["osslsigncode", "remove-signature", "-in", self.packed_program(self.folder / "packed"),
+                        "-out", bare], check=True, capture_output=True)
+        self.assertEqual(bare.read_bytes(), packing.BUILT.read_bytes())
+
+    def test_is_made_by_a_key_that_nobody_can_read(self):
+        token = packing.make_token(self.folder, self.sign["TAVRIN_SIGN_KEY"], "12345678")
+        (self.folder / "key.pem").unlink()
+        packed = self.folder / "by a token"
+        packing.pack(packed, "--version", "9.8.7", **{**self.sign, **token})
+        for file in (self.packed_program(packed), packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
+            self.assertTrue(self.is_signed(file), file)
+        self.assertTrue(packing.has_signature(packed / "SHA256SUMS", self.sign["TAVRIN_SIGN_CERTIFICATE"]))
+
+    def test_needs_the_pin_of_a_token(self):
+        token = packing.make_token(self.folder, self.sign["TAVRIN_SIGN_KEY"], "12345678")
+        (self.folder / "pin.txt").write_text("87654321\n")
+        with self.assertRaises(RuntimeError):
+            packing.pack(self.folder / "refused", "--version", "9.8.7", **{**self.sign, **token})
 
     def test_works_in_a_folder_with_a_blank_in_its_name(self):
         clone = self.folder / "a clone"

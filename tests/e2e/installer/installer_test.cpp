@@ -68,14 +68,14 @@ private:
     std::unique_ptr<Tool> tool_;
 };
 
-TEST_F(Installer, InstallsProgramGuidesLinkAndEntry) {
+TEST_F(Installer, InstallsProgramGuideLinksAndEntry) {
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     const std::string home = folder().string();
-    EXPECT_THAT(traces(),
-                IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
-                              home + "\\LICENSE-runtime.txt", home + "\\guides\\administrator.md",
-                              home + "\\guides\\pictures\\page-text.png", home + "\\uninstall.exe"}));
-    EXPECT_EQ(target_of(start_menu_link()), home + "\\tavrinconfig.exe");
+    EXPECT_THAT(traces(), IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
+                                        home + "\\LICENSE-runtime.txt", home + "\\guide.html",
+                                        home + "\\uninstall.exe"}));
+    EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration")), home + "\\tavrinconfig.exe");
+    EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration Guide")), home + "\\guide.html");
     EXPECT_EQ(read_value(entry_key, "DisplayName"), "Tavrin Configuration");
     EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
     EXPECT_EQ(read_value(entry_key, "Publisher"), "The tavrinconfig authors");
@@ -133,13 +133,11 @@ TEST_F(Installer, LeavesFilesOfThePersonsOwn) {
     std::ofstream(folder() / "guides\\older.md") << "mine";
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     std::ofstream(folder() / "mine.txt") << "mine";
-    std::ofstream(folder() / "guides\\pictures\\mine.png") << "mine";
     remove_all();
     std::vector<std::string> left;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder()))
         left.push_back(std::filesystem::relative(entry.path(), folder()).string());
-    EXPECT_THAT(left, testing::UnorderedElementsAre("mine.txt", "guides", "guides\\older.md",
-                                                    "guides\\pictures", "guides\\pictures\\mine.png"));
+    EXPECT_THAT(left, testing::UnorderedElementsAre("mine.txt", "guides", "guides\\older.md"));
 }
 
 /// A file that some program has open, so that nobody can write to it or delete it.
@@ -160,7 +158,7 @@ private:
 TEST_F(Installer, FailsWhenAFileCannotBeReplaced) {
     ASSERT_EQ(run_to_end(older() + " /S"), 0U);
     {
-        const Locked guide(folder() / "guides\\spec-files.md");
+        const Locked guide(folder() / "guide.html");
         ASSERT_TRUE(guide.holds());
         EXPECT_EQ(run_to_end(newer() + " /S"), failed);
         EXPECT_EQ(version(), "0.0.9");
@@ -179,21 +177,21 @@ TEST_F(Installer, DeletesWhatOnlyTheOlderVersionHad) {
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     EXPECT_FALSE(std::filesystem::exists(folder() / "guides\\old.md"));
     EXPECT_FALSE(std::filesystem::exists(folder() / "old"));
-    EXPECT_TRUE(std::filesystem::exists(folder() / "guides\\spec-files.md"));
+    EXPECT_TRUE(std::filesystem::exists(folder() / "guide.html"));
     EXPECT_EQ(read_value(installed_key, "guides\\old.md"), "");
-    EXPECT_EQ(read_value(installed_key, "guides\\spec-files.md"), environment("TAVRIN_VERSION"));
+    EXPECT_EQ(read_value(installed_key, "guide.html"), environment("TAVRIN_VERSION"));
 }
 
 TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
     const std::filesystem::path chosen = environment("ProgramFiles") + "\\Chosen";
     ASSERT_EQ(run_to_end(older() + " /S /SAMPLE /D=" + chosen.string()), 0U);
     write_value(sample_key, "Number", "43");
-    std::ofstream(chosen / "guides\\mine.md") << "mine";
+    std::ofstream(chosen / "mine.txt") << "mine";
     const auto old_size = std::filesystem::file_size(chosen / "tavrinconfig.exe");
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
     EXPECT_NE(std::filesystem::file_size(chosen / "tavrinconfig.exe"), old_size);
-    EXPECT_TRUE(std::filesystem::remove(chosen / "guides\\mine.md"));
+    EXPECT_TRUE(std::filesystem::remove(chosen / "mine.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder()));
     EXPECT_EQ(read_value(sample_key, "Number"), "43");
     EXPECT_EQ(read_value(list_key, sample_name), (chosen / "sample\\sample.spec").string());

@@ -76,9 +76,8 @@ void remove_all() {
 
 std::filesystem::path folder() { return environment("ProgramFiles") + "\\Tavrin Configuration"; }
 
-std::filesystem::path start_menu_link() {
-    return environment("ProgramData") +
-           "\\Microsoft\\Windows\\Start Menu\\Programs\\Tavrin Configuration.lnk";
+std::filesystem::path start_menu_link(const std::string& name) {
+    return environment("ProgramData") + "\\Microsoft\\Windows\\Start Menu\\Programs\\" + name + ".lnk";
 }
 
 std::string target_of(const std::filesystem::path& path) {

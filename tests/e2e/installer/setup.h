@@ -34,8 +34,8 @@ void remove_all();
 
 /// The folder in which the program is installed.
 std::filesystem::path folder();
-/// The link in the Start menu of all users, and the file that it opens.
-std::filesystem::path start_menu_link();
+/// A link in the Start menu of all users, and the file that it opens.
+std::filesystem::path start_menu_link(const std::string& name);
 std::string target_of(const std::filesystem::path& link);
 /// Command line of the installed program.
 std::string installed_program();
