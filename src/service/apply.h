@@ -14,8 +14,8 @@ struct Changes {
     /// Writes them. Called in any case, and whatever has become of the service; what it throws passes
     /// through.
     std::function<void()> write;
-    /// How long a stopping service is waited for, in passes of 10 milliseconds; a system whose clock is coarse
-    /// makes each of them longer.
+    /// How long a stopping service is waited for, in passes of 10 milliseconds; a system whose clock is
+    /// coarse makes each of them longer.
     std::chrono::milliseconds stop_limit = std::chrono::minutes(1);
     /// How long a started one is waited for until it runs; zero: not at all.
     std::chrono::milliseconds start_limit = std::chrono::milliseconds(0);
