@@ -10,10 +10,10 @@ struct Changes {
     /// Empty: there is none. Then nothing is asked or told.
     std::string service_name;
     /// Whether there are any; asked once, and only when there is a service.
-    std::function<bool()> any;
+    std::function<bool()> any = {};
     /// Writes them. Called in any case, and whatever has become of the service; what it throws passes
     /// through.
-    std::function<void()> write;
+    std::function<void()> write = {};
     /// How long a stopping service is waited for, in passes of 10 milliseconds; a system whose clock is
     /// coarse makes each of them longer.
     std::chrono::milliseconds stop_limit = std::chrono::minutes(1);

@@ -21,8 +21,8 @@ protected:
     ScanLimit() { substitute::reset(); }
     ~ScanLimit() override { substitute::reset(); }
 
-    std::vector<std::string> servers_found_after(std::uint64_t milliseconds) {
-        const std::uint64_t heard = substitute::clock_now() + milliseconds;
+    std::vector<std::string> servers_found_after(std::uint64_t time) {
+        const std::uint64_t heard = substitute::clock_now() + time;
         substitute::on_clock([heard](std::uint64_t now) {
             substitute::on_clock([](std::uint64_t) { substitute::advance_clock(1'000'000); });
             substitute::advance_clock(heard - now);
