@@ -1,6 +1,6 @@
 #pragma once
-/// The windows that this test itself has open: suites that run beside it may show windows of the same class on the
-/// same desktop.
+/// The windows that this test itself has open: suites that run beside it may show windows of the same class
+/// on the same desktop.
 #include "platform/win32.h"
 
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 /// Runs the apply sequence over scripted services and the virtual clock.
-#include "platform/substitute/control.h"
 #include "app/apply_changes.h"
+#include "platform/substitute/control.h"
 #include "support/fake_entry.h"
 #include "window/main_handle.h"
 
@@ -33,7 +33,7 @@ inline const Box manual_box{
     "effectuated, you will have to restart the Tavrin Agent service manually.",
     "Service must be restarted manually", MB_ICONEXCLAMATION};
 inline const Box stopped_box{"The Tavrin Agent service is stopped. Do you want to start it?",
-                         "Start Tavrin Agent service?", MB_YESNO | MB_ICONQUESTION};
+                             "Start Tavrin Agent service?", MB_YESNO | MB_ICONQUESTION};
 inline const Box start_failed_box{
     "The service could not be started. Please start the Tavrin Agent service manually.",
     "Error starting service", MB_ICONERROR};
