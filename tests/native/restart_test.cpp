@@ -4,6 +4,7 @@
 #include "service/apply.h"
 #include "support/thrown.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <string>
 #include <utility>
@@ -25,6 +26,8 @@ public:
     void pass() override {
         if (++passes == given_up_at)
             throw std::string("given up");
+        if (on_pass)
+            on_pass();
     }
     void tell(ServiceTrouble trouble, DWORD code) override {
         static const char* const names[] = {"unreachable", "unknown", "not stopped", "not started",
@@ -37,6 +40,7 @@ public:
     bool starts = true;
     int passes = 0;
     int given_up_at = 0;
+    std::function<void()> on_pass;
 
 private:
     bool note(const char* event, bool answer) {
@@ -143,6 +147,30 @@ TEST_F(Restart, TellsOfAServiceThatDoesNotComeToRun) {
     changes.start_limit = milliseconds(3000);
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 0"));
+}
+
+TEST_F(Restart, TellsOfAServiceThatStopsAgainWhileItStarts) {
+    agent({.start_time = substitute::never});
+    changes.start_limit = milliseconds(60'000);
+    notes.on_pass = [this] { agent({.state = SERVICE_STOPPED}); };
+    EXPECT_THAT(events(),
+                ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 0"));
+    EXPECT_EQ(notes.passes, 100) << "the first look, after a second, ends the wait";
+}
+
+/// Its state is read before the question, after the writing and, where that is waited for, after the start.
+TEST_F(Restart, TellsOfAServiceWhoseStateCannotBeRead) {
+    changes.start_limit = milliseconds(3000);
+    agent({});
+    substitute::fail_call("QueryServiceStatus", 1, ERROR_ACCESS_DENIED);
+    EXPECT_THAT(events(), ElementsAre("unreachable 5", "write"));
+    agent({});
+    substitute::fail_call("QueryServiceStatus", 2, ERROR_INVALID_HANDLE);
+    EXPECT_THAT(events(), ElementsAre("restart?", "stopping", "done", "write", "not restarted 6"));
+    agent({});
+    substitute::fail_call("QueryServiceStatus", 3, ERROR_INVALID_HANDLE);
+    EXPECT_THAT(events(),
+                ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 6"));
 }
 
 TEST_F(Restart, CanBeGivenUp) {
