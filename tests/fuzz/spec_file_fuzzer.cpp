@@ -4,9 +4,12 @@
 #include "platform/substitute/control.h"
 #include "spec/building.h"
 #include "spec/configuration.h"
+#include "support/kinds.h"
 #include "support/spec_text.h"
 
+#include <algorithm>
 #include <sstream>
+#include <string_view>
 
 namespace {
 
@@ -98,10 +101,12 @@ private:
         const std::string value_name = read();
         const std::string help = read();
         const std::string type = read_type();
-        if (type == "Options") {
+        const PageKind* const kind = find_page_kind(type);
+        const More more = kind == nullptr ? More::nothing : kind->more;
+        if (more == More::options) {
             while (in_.good() && !next_is('$') && !next_is('!'))
                 read();
-        } else if (type == "File") {
+        } else if (more == More::extension) {
             if (in_.good() && !next_is('$') && !next_is('!'))
                 read();
         } else if (type == "ConnectionTest") {
@@ -114,17 +119,21 @@ private:
     }
 
     void add(const std::string& type, const std::string& title, const std::string& help) {
-        const std::string kind = type == "string" ? "String" : type == "COM" ? "Options" : type;
-        const bool known = kind == "String" || kind == "Integer" || kind == "Boolean" || kind == "Options" ||
-                           kind == "RemoveKey" || kind == "SignalEvent" || kind == "Directory" ||
-                           kind == "File" || kind == "ServerList";
-        if (!known && test_only_)
+        const PageKind* const kind = find_page_kind(type);
+        if (kind == nullptr && test_only_)
             throw "Unknown type: \"" + type + "\", for subspec " + title;
-        if (!known || (test_only_ && kind != "ServerList"))
+        if (kind == nullptr || (test_only_ && !kind->for_connection_test))
             return;
-        if (!test_only_ && kind != "RemoveKey" && kind != "SignalEvent" && !path_opens())
+        if (!test_only_ && kind->has_value() && !path_opens())
             throw "Cannot open path \"" + path_ + "\" for reading";
-        groups_.append(kind).append("|").append(title).append("|").append(help).append("\n");
+        groups_.append(described_as(*kind)).append("|").append(title).append("|").append(help).append("\n");
+    }
+
+    /// Kinds that share a class of entries are described as the first of them.
+    static const char* described_as(const PageKind& kind) {
+        return std::find_if(page_kinds.begin(), page_kinds.end(),
+                            [&](const PageKind& each) { return std::string_view(each.entry) == kind.entry; })
+            ->type;
     }
 
     bool path_opens() const {

@@ -1,10 +1,7 @@
 #include "platform/substitute/control.h"
-#include "spec/actions.h"
 #include "spec/configuration.h"
 #include "spec/option_entry.h"
-#include "spec/selectors.h"
-#include "spec/server_list_entry.h"
-#include "spec/value_entries.h"
+#include "support/kinds.h"
 #include "support/page.h"
 #include "support/registry.h"
 #include "support/spec_text.h"
@@ -14,89 +11,54 @@
 
 namespace {
 
-CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", false}; }
-
-const Configuration nobody(true);
-
-/// A kind of entry and what is thrown when its own controls cannot be created.
-struct Kind {
-    const char* name;
-    OwnedEntry (*make)();
-    std::vector<std::string> failures;
-};
-
-const Kind kinds[] = {
-    {"String",
-     [] { return make_entry<StringEntry>(binding(), "t", "h"); },
-     {"Unable to create text entry control"}},
-    {"Integer",
-     [] { return make_entry<IntegerEntry>(binding(), "t", "h"); },
-     {"Unable to create integer entry control"}},
-    {"Boolean",
-     [] { return make_entry<BooleanEntry>(binding(), "t", "h"); },
-     {"Unable to create checkbox control"}},
-    {"DeleteKey",
-     [] { return make_entry<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, test_key), "t", "h"); },
-     {"Unable to create checkbox delete control"}},
-    {"Option",
-     [] { return make_entry<OptionEntry>(binding(), "t", "h", std::vector<std::string>{"a"}); },
-     {"Unable to create combobox control"}},
-    {"SignalEvent",
-     [] { return make_entry<SignalEvent>("event", "t", "h"); },
-     {"Unable to create scan button"}},
-    {"Directory",
-     [] { return make_entry<DirectorySelector>(binding(), "t", "h"); },
-     {"Unable to create dir box", "Unable to create dir button"}},
-    {"File",
-     [] { return make_entry<FileSelector>(binding(), "t", "h", "log"); },
-     {"Unable to create file box", "Unable to create file button"}},
-    {"ServerList",
-     [] { return make_entry<ServerListEntry>(binding(), "t", "h", nobody); },
-     {"Unable to create text entry box", "Unable to create scan button"}},
-};
-
-class ControlFailures : public CleanSystem, public testing::WithParamInterface<Kind> {
+class ControlFailures : public CleanSystem, public testing::WithParamInterface<PageKind> {
 protected:
-    std::string thrown_when_control_fails(int nth) const {
-        const OwnedEntry entry = GetParam().make();
+    ControlFailures() {
+        make_key(test_key);
+        configuration = parse("\\" + test_key + "\nAgent\n!G\n" + GetParam().subspec("Title", "Value"));
+    }
+    ~ControlFailures() override { entryByGroupBox.clear(); }
+
+    BaseEntry& entry() const { return configuration->entry_by_title("Title"); }
+    std::string thrown_when_control_fails(int nth) {
+        configuration = parse(configuration->spec_text);
         substitute::fail_call("CreateWindowExA", nth);
-        std::string thrown = thrown_text([&] { entry->select(main.window()); });
+        std::string thrown = thrown_text([&] { entry().select(main.window()); });
         entryByGroupBox.clear();
         return thrown;
     }
 
     StandInMainWindow main{436, 229};
+    std::unique_ptr<Configuration> configuration;
 };
 
-INSTANTIATE_TEST_SUITE_P(Kinds, ControlFailures, testing::ValuesIn(kinds),
-                         [](const auto& kind) { return std::string(kind.param.name); });
+INSTANTIATE_TEST_SUITE_P(Kinds, ControlFailures, testing::ValuesIn(page_kinds),
+                         [](const auto& kind) { return std::string(kind.param.type); });
 
 TEST_P(ControlFailures, AreThrownAsTheKindsOwnTexts) {
     EXPECT_EQ(thrown_when_control_fails(1), "Unable to create group box");
     EXPECT_EQ(thrown_when_control_fails(2), "Unable to create help text static");
     int nth = 3;
-    for (const std::string& failure : GetParam().failures)
-        EXPECT_EQ(thrown_when_control_fails(nth++), failure);
+    for (const TestedControl& control : GetParam().controls)
+        EXPECT_EQ(thrown_when_control_fails(nth++), control.failure);
     EXPECT_EQ(thrown_when_control_fails(nth), "nothing thrown");
 }
 
 TEST_P(ControlFailures, LeaveTheEntryDeselected) {
-    const OwnedEntry entry = GetParam().make();
     substitute::fail_call("CreateWindowExA");
-    EXPECT_EQ(thrown_text([&] { entry->select(main.window()); }), "Unable to create group box");
+    EXPECT_EQ(thrown_text([&] { entry().select(main.window()); }), "Unable to create group box");
     testing::internal::CaptureStderr();
-    entry->deselect(main.window());
+    entry().deselect(main.window());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Double deselection!\n");
-    entry->select(main.window());
-    EXPECT_EQ(main.controls().size(), GetParam().failures.size() + 1);
+    entry().select(main.window());
+    EXPECT_EQ(main.controls().size(), GetParam().controls.size() + 1);
 }
 
 TEST_P(ControlFailures, APageTakenDownLeavesNoWindow) {
     const std::size_t before = substitute::open_windows();
-    const OwnedEntry entry = GetParam().make();
-    entry->select(main.window());
-    EXPECT_EQ(substitute::open_windows(), before + 2 + GetParam().failures.size());
-    entry->deselect(main.window());
+    entry().select(main.window());
+    EXPECT_EQ(substitute::open_windows(), before + 2 + GetParam().controls.size());
+    entry().deselect(main.window());
     EXPECT_EQ(substitute::open_windows(), before);
 }
 
@@ -135,7 +97,7 @@ class OptionList : public CleanSystem {};
 /// Version 6 of the controls opens as many rows as it is told; the older ones go by the box's height.
 TEST_F(OptionList, OpensAsManyRowsAsFitIntoItsHeight) {
     StandInMainWindow main(436, 229);
-    OptionEntry entry(binding(), "t", "h", {"a", "b"});
+    OptionEntry entry({HKEY_LOCAL_MACHINE, test_key, "Value", false}, "t", "h", {"a", "b"});
     entry.select(main.window());
     // 140 pixels less 21 for the closed box and 2 for the list's frame, 13 a row.
     EXPECT_EQ(SendMessageA(main.control(1), CB_GETMINVISIBLE, 0, 0), 9);

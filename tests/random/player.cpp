@@ -211,7 +211,7 @@ void Player::click_control(const Step& step) {
         return;
     note("clicks on " + describe(control));
     may_edit_ = true;
-    if (shown_ != nullptr && *shown_->kind->button != '\0' && control == controls.back())
+    if (shown_ != nullptr && !shown_->kind->button().empty() && control == controls.back())
         press(control);
     wanted_focus_ = IsWindowEnabled(control) ? control : nullptr;
     RECT area{};
@@ -345,7 +345,7 @@ std::string Player::look_at_page() {
     if (page.title != shown_->title || page.help != shown_->help)
         return "the page of \"" + page.title + "\" is shown instead of that of \"" + shown_->title + "\"";
     const bool has_value = shown_->kind->view != View::nothing;
-    const bool has_button = *shown_->kind->button != '\0';
+    const bool has_button = !shown_->kind->button().empty();
     if (page.controls.size() != (has_value ? 1U : 0U) + (has_button ? 1U : 0U))
         return "the page has " + std::to_string(page.controls.size()) + " controls";
     return look_at_value(page);

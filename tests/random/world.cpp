@@ -6,20 +6,6 @@
 
 namespace random_user {
 
-const std::vector<Kind> kinds = {
-    {"String", View::text, "", More::nothing, false},
-    {"string", View::text, "", More::nothing, false},
-    {"Integer", View::number, "", More::nothing, false},
-    {"Boolean", View::check, "", More::nothing, false},
-    {"Options", View::list, "", More::options, false},
-    {"COM", View::list, "", More::nothing, true},
-    {"RemoveKey", View::removal, "", More::nothing, false},
-    {"SignalEvent", View::nothing, "Execute", More::nothing, false},
-    {"Directory", View::text, "...", More::nothing, false},
-    {"File", View::text, "...", More::extension, false},
-    {"ServerList", View::text, "Scan", More::nothing, false},
-};
-
 namespace {
 
 const std::vector<std::string> title_pool = {"Name",  "Domain", "Servers", "Port", "Name",  "Flag",
@@ -87,7 +73,7 @@ private:
 
     Entry entry() {
         Entry made{};
-        made.kind = &chance_.pick(kinds);
+        made.kind = &chance_.pick(page_kinds);
         made.title = chance_.pick(title_pool);
         made.help = chance_.pick(help_pool);
         made.value_name = "v" + std::to_string(++entries_);

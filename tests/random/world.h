@@ -2,6 +2,7 @@
 /// What a session finds: spec files and a registry, made up at random.
 #include "platform/win32.h"
 #include "random/chance.h"
+#include "support/kinds.h"
 
 #include <optional>
 #include <string>
@@ -9,29 +10,13 @@
 
 namespace random_user {
 
-/// How a page lets its value be seen and edited.
-enum class View { text, number, check, list, removal, nothing };
-/// What a type line is followed by.
-enum class More { nothing, options, extension };
-
-/// The kinds of entries. Each row serves the spec files, the registry, the model and the steps.
-struct Kind {
-    const char* type;
-    View view;
-    /// The text of the page's button; empty when it has none.
-    const char* button;
-    More more;
-    bool lists_ports;
-};
-extern const std::vector<Kind> kinds;
-
 struct RegistryData {
     DWORD type;
     std::string bytes;
 };
 
 struct Entry {
-    const Kind* kind;
+    const PageKind* kind;
     std::string title;
     std::string help;
     std::string value_name;

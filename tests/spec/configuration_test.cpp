@@ -2,11 +2,14 @@
 
 #include "spec/test_key.h"
 #include "support/page.h"
+#include "support/scratch_folder.h"
 #include "support/spec_text.h"
 #include "support/thrown.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <cstdio>
+#include <fstream>
 #include <memory>
 
 namespace {
@@ -105,6 +108,87 @@ TEST_F(Changes, OfTwoEntriesWithOneValueAreKeptApart) {
     EXPECT_EQ(configuration->text_by_title("Text"), "agent-1");
     other.read();
     EXPECT_EQ(configuration->text_by_title("Text"), "new");
+}
+
+constexpr std::size_t hundred_megabytes = 100'000'000;
+
+class ReadFromAFile : public testing::Test {
+protected:
+    ~ReadFromAFile() override { std::remove(path.c_str()); }
+
+    void write(const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
+
+    static std::string failure(const std::string& file, bool connection_test_only) {
+        return thrown_text([&] { const Configuration made("value name", file, connection_test_only); });
+    }
+
+    const ScratchFolder scratch;
+    const std::string path = scratch.path_of("file.spec");
+};
+
+/// `copy a.spec+b.spec c.spec` leaves such a byte behind the last line.
+TEST_F(ReadFromAFile, ThatCopyHasJoinedParses) {
+    write("X\r\nAgent\r\nService\r\n!G\r\n\r\n\x1A");
+    const Configuration configuration("value name", path, false);
+    EXPECT_EQ(configuration.serviceName, "Service");
+    EXPECT_EQ(describe(configuration), "!G\n");
+}
+
+TEST_F(ReadFromAFile, MayBeHeldOpenByAnotherProgram) {
+    write("X\nAgent\n!G\n");
+    std::fstream other(path, std::ios::in | std::ios::out | std::ios::binary);
+    ASSERT_TRUE(other.is_open());
+    const Configuration configuration("value name", path, false);
+    EXPECT_EQ(configuration.name, "Agent");
+    EXPECT_EQ(describe(configuration), "!G\n");
+}
+
+TEST_F(ReadFromAFile, IsClosedAfterTheParse) {
+    write("X\nAgent\n");
+    const Configuration configuration("value name", path, false);
+    EXPECT_EQ(std::remove(path.c_str()), 0);
+    EXPECT_EQ(configuration.name, "Agent");
+}
+
+TEST_F(ReadFromAFile, ThatCannotBeOpenedGivesAnEmptyConfiguration) {
+    for (const char* file : {"no such file", "."}) {
+        const Configuration configuration("value name", file, false);
+        EXPECT_EQ(configuration.name, "");
+        EXPECT_EQ(configuration.registryPath, "");
+        EXPECT_THAT(configuration.groups, testing::IsEmpty());
+    }
+}
+
+TEST_F(ReadFromAFile, ThatCannotBeOpenedIsAnErrorForTheConnectionTestAlone) {
+    EXPECT_EQ(failure("no such file", true), "Unable to open file: no such file");
+    EXPECT_EQ(failure(".", true), "Unable to open file: .");
+    EXPECT_EQ(failure("no such file", false), "nothing thrown");
+}
+
+TEST_F(ReadFromAFile, OfTheOldSyntaxIsCalledLikeItsRegistryValue) {
+    write("X\r\n!G\r\n");
+    EXPECT_EQ(Configuration("value name", path, false).name, "value name");
+}
+
+TEST_F(ReadFromAFile, ThatDoesNotParseThrows) {
+    write("X\nAgent\nService\nrest\n");
+    EXPECT_EQ(failure(path, false), "Parse error: line \"rest\" not group start");
+}
+
+TEST_F(ReadFromAFile, OfOneEndlessLineIsARegistryPath) {
+    write(std::string(hundred_megabytes, 'x'));
+    const Configuration configuration("value name", path, false);
+    EXPECT_EQ(configuration.registryPath.size(), hundred_megabytes);
+    EXPECT_EQ(configuration.name, "");
+}
+
+TEST_F(ReadFromAFile, OfAHundredMegabytesIsParsed) {
+    const std::string subspec = "$A title\nValue\n" + std::string(79, 'h') + "\nString\n";
+    std::string bytes = "X\nAgent\n!G\n";
+    while (bytes.size() < hundred_megabytes)
+        bytes += subspec;
+    write(bytes + "\n!H\n$L\nL\nh\nServerList\n");
+    EXPECT_EQ(describe(Configuration("value name", path, true)), "!G\n!H\nServerList|L|h\n");
 }
 
 } // namespace

@@ -44,44 +44,6 @@ protected:
     std::unique_ptr<OptionEntry> entry;
 };
 
-TEST_F(OptionPage, HasADropDownList) {
-    entry = std::make_unique<OptionEntry>(binding(), "Title", "Help", std::vector<std::string>{"a"});
-    entry->createControls(main.window());
-    ASSERT_EQ(main.controls().size(), 2U);
-    EXPECT_EQ(class_of(control()), "ComboBox");
-    EXPECT_EQ(style_of(control()) & (WS_CHILD | WS_VISIBLE | CBS_DROPDOWNLIST | CBS_SORT | WS_TABSTOP),
-              WS_CHILD | WS_VISIBLE | CBS_DROPDOWNLIST);
-    EXPECT_EQ(GetDlgCtrlID(control()), -1);
-    EXPECT_EQ(font_of(control()), GetStockObject(DEFAULT_GUI_FONT));
-    EXPECT_EQ(GetParent(control()), main.group_box());
-}
-
-WNDPROC watched_procedure = nullptr;
-std::vector<Placement> asked_for;
-
-LRESULT CALLBACK watch(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_WINDOWPOSCHANGING) {
-        const auto& position = *reinterpret_cast<WINDOWPOS*>(lparam);
-        asked_for.push_back({position.x, position.y, position.cx, position.cy});
-    }
-    return CallWindowProcA(watched_procedure, window, message, wparam, lparam);
-}
-
-TEST_F(OptionPage, IsLaidOutBelowTheHelpTextWithTheHeightOfTheOpenedList) {
-    show("", {"a"});
-    watched_procedure = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrA(control(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&watch)));
-    asked_for.clear();
-    main.resize(801, 400);
-    entry->layout(main.window());
-    // What is asked for; the box itself may then ask for more. On the screen it is as high as its font.
-    ASSERT_FALSE(asked_for.empty());
-    EXPECT_EQ(asked_for.front(), (Placement{10, 320, 360, 140}));
-    EXPECT_EQ(placement_of(control()).x, 10);
-    EXPECT_EQ(placement_of(control()).y, 320);
-    EXPECT_EQ(placement_of(control()).width, 360);
-}
-
 TEST_F(OptionPage, OffersTheOptionsInTheirOrder) {
     show("", {"zebra", "ant", "", " Bee"});
     EXPECT_THAT(offered(), ElementsAre("zebra", "ant", "", " Bee"));
@@ -181,6 +143,8 @@ TEST_F(OptionPage, DoesNotKnowWhatOthersAdded) {
     EXPECT_EQ(thrown_text([&] { entry->takeValue(); }), "Lookup of selval failed");
 }
 
+WNDPROC watched_procedure = nullptr;
+
 LRESULT CALLBACK refuse_strings(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     return message == CB_ADDSTRING ? CB_ERR
                                    : CallWindowProcA(watched_procedure, window, message, wparam, lparam);
@@ -194,13 +158,6 @@ TEST_F(OptionPage, NeedsEveryOptionInTheList) {
         }
     });
     EXPECT_EQ(thrown_text([&] { show("a", {"a"}); }), "Unable to add string to combobox");
-}
-
-TEST_F(OptionPage, LosesTheListFirst) {
-    show("a", {"a"});
-    const std::vector<HWND> order{control(), main.control(0), main.group_box()};
-    entry->deselect(main.window());
-    EXPECT_EQ(main.destroyed(), order);
 }
 
 TEST_F(OptionPage, StoresAnOptionThatIsTooLongToShow) {

@@ -1,7 +1,11 @@
 #include "spec/spec_text.h"
 
+#include "support/scratch_folder.h"
+
 #include <gmock/gmock.h>
 
+#include <cstdio>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -9,6 +13,59 @@ namespace {
 
 using namespace std::string_literals;
 using testing::ElementsAre;
+
+class SpecFile : public testing::Test {
+protected:
+    ~SpecFile() override { std::remove(path.c_str()); }
+
+    void write(const std::string& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
+
+    const ScratchFolder scratch;
+    const std::string path = scratch.path_of("file.spec");
+};
+
+TEST_F(SpecFile, IsReadByteByByte) {
+    const std::string bytes = "\r\n\x1B\0\xFF\r\r\n\n\rend"s;
+    write(bytes);
+    EXPECT_EQ(read_spec_file(path), bytes);
+}
+
+TEST_F(SpecFile, EndsBeforeAByte26) {
+    write("X\nAgent\n!G\n\x1A");
+    EXPECT_EQ(read_spec_file(path), "X\nAgent\n!G\n");
+    write("X\r\n\r\x1A\n!G\n\x1A");
+    EXPECT_EQ(read_spec_file(path), "X\r\n\r");
+    write("\x1AX\n");
+    EXPECT_EQ(read_spec_file(path), "");
+}
+
+TEST_F(SpecFile, OfManyChunksEndsBeforeAByte26) {
+    const std::string before(70000, 'x');
+    write(before + '\x1A' + std::string(70000, 'y') + "\x1Az");
+    EXPECT_TRUE(read_spec_file(path) == before);
+}
+
+TEST_F(SpecFile, MayBeEmpty) {
+    write("");
+    EXPECT_EQ(read_spec_file(path), "");
+}
+
+TEST_F(SpecFile, OfManyChunksIsReadWhole) {
+    std::string bytes;
+    for (int i = 0; i < 60000; ++i)
+        bytes += "line " + std::to_string(i) + "\r\n";
+    write(bytes);
+    EXPECT_EQ(read_spec_file(path), bytes);
+    bytes.resize(65536);
+    write(bytes);
+    EXPECT_EQ(read_spec_file(path), bytes);
+}
+
+TEST_F(SpecFile, MissingOrADirectoryIsNoFile) {
+    EXPECT_EQ(read_spec_file("no such file"), std::nullopt);
+    EXPECT_EQ(read_spec_file(""), std::nullopt);
+    EXPECT_EQ(read_spec_file("."), std::nullopt);
+}
 
 std::vector<std::string> lines_of(const std::string& text) {
     LineReader reader(text);

@@ -1,41 +1,26 @@
 #include "support/spec_text.h"
 
 #include "error/trace.h"
-#include "spec/actions.h"
 #include "spec/building.h"
-#include "spec/option_entry.h"
-#include "spec/selectors.h"
-#include "spec/server_list_entry.h"
-#include "spec/value_entries.h"
+#include "support/kinds.h"
 #include "support/thrown.h"
 
 #include <array>
 #include <cstdio>
+#include <cstring>
+#include <typeinfo>
 
 namespace {
 
-template <typename Kind> bool is(const BaseEntry& entry) {
-    return dynamic_cast<const Kind*>(&entry) != nullptr;
-}
-
-const char* kind_of(const BaseEntry& entry) {
-    if (is<StringEntry>(entry))
-        return "String";
-    if (is<IntegerEntry>(entry))
-        return "Integer";
-    if (is<BooleanEntry>(entry))
-        return "Boolean";
-    if (is<DeleteKey>(entry))
-        return "RemoveKey";
-    if (is<OptionEntry>(entry))
-        return "Options";
-    if (is<DirectorySelector>(entry))
-        return "Directory";
-    if (is<FileSelector>(entry))
-        return "File";
-    if (is<SignalEvent>(entry))
-        return "SignalEvent";
-    return is<ServerListEntry>(entry) ? "ServerList" : "unknown";
+/// The type line of the first kind whose entries are of this class. The compilers put the length of a class's
+/// name in front of it.
+std::string kind_of(const BaseEntry& entry) {
+    const std::string made = typeid(entry).name();
+    for (const PageKind& kind : page_kinds) {
+        if (made == std::to_string(std::strlen(kind.entry)) + kind.entry)
+            return kind.type;
+    }
+    return "unknown";
 }
 
 std::vector<std::string>& trace_lines() {
@@ -66,7 +51,7 @@ std::string describe(const Configuration& configuration) {
     for (const Group& group : configuration.groups) {
         description += "!" + group.name + "\n";
         for (const OwnedEntry& entry : group.entries) {
-            description += std::string(kind_of(*entry)) + "|" + std::string(entry->title()) + "|" +
+            description += kind_of(*entry) + "|" + std::string(entry->title()) + "|" +
                            std::string(entry->help_text()) + "\n";
         }
     }

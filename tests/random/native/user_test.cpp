@@ -30,7 +30,7 @@ TEST(RandomUser, DoesTheSameAgainForTheSameSeed) {
 }
 
 TEST(RandomUser, MeetsEveryKindOfEntryAndOfFile) {
-    std::set<const Kind*> met;
+    std::set<const PageKind*> met;
     int old_files = 0;
     int missing_files = 0;
     int tests = 0;
@@ -45,7 +45,7 @@ TEST(RandomUser, MeetsEveryKindOfEntryAndOfFile) {
             }
         }
     }
-    EXPECT_EQ(met.size(), kinds.size());
+    EXPECT_EQ(met.size(), page_kinds.size());
     EXPECT_GT(old_files, 20);
     EXPECT_GT(missing_files, 2);
     EXPECT_GT(tests, 20);

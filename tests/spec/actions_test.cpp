@@ -1,8 +1,8 @@
 #include "spec/actions.h"
 
 #include "error/exceptions.h"
+#include "spec/test_key.h"
 #include "support/boxes.h"
-#include "support/clean_system.h"
 #include "support/page.h"
 #include "window/guard.h"
 
@@ -11,6 +11,59 @@
 #include <memory>
 
 namespace {
+
+class DeleteKeyPage : public SpecKeyTest {
+protected:
+    void show() {
+        entry = std::make_unique<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, test_key + "\\Cache"), "Title",
+                                            "Help");
+        entry->select(main.window());
+    }
+    HWND control() const { return main.control(1); }
+
+    StandInMainWindow main{436, 229};
+    std::unique_ptr<DeleteKey> entry;
+};
+
+TEST_F(DeleteKeyPage, RequestsTheDeletion) {
+    make_key(test_key + "\\Cache");
+    show();
+    EXPECT_TRUE(IsWindowEnabled(control()));
+    EXPECT_FALSE(is_checked(control()));
+    main.page_changes();
+    click(control());
+    EXPECT_EQ(main.page_changes(), 1);
+    entry->deselect(main.window());
+    EXPECT_TRUE(entry->changed());
+    entry->select(main.window());
+    EXPECT_TRUE(is_checked(control()));
+    click(control());
+    entry->takeValue();
+    EXPECT_FALSE(entry->changed());
+}
+
+TEST_F(DeleteKeyPage, OfAMissingKeyIsDisabled) {
+    show();
+    EXPECT_FALSE(IsWindowEnabled(control()));
+    EXPECT_FALSE(is_checked(control()));
+    SendMessageA(control(), BM_SETCHECK, BST_CHECKED, 0);
+    entry->deselect(main.window());
+    EXPECT_FALSE(entry->delete_requested());
+    EXPECT_FALSE(entry->changed());
+}
+
+TEST_F(DeleteKeyPage, OnceDeletedIsDisabled) {
+    make_key(test_key + "\\Cache");
+    show();
+    click(control());
+    entry->takeValue();
+    entry->write();
+    EXPECT_FALSE(entry->changed());
+    entry->deselect(main.window());
+    entry->select(main.window());
+    EXPECT_FALSE(IsWindowEnabled(control()));
+    EXPECT_FALSE(is_checked(control()));
+}
 
 constexpr const char* event_name = "tavrin_test_event";
 
@@ -42,24 +95,6 @@ public:
 private:
     HANDLE handle_;
 };
-
-TEST_F(SignalPage, HasAButton) {
-    entry = std::make_unique<SignalEvent>(event_name, "Title", "Help");
-    entry->createControls(main.window());
-    ASSERT_EQ(main.controls().size(), 2U);
-    EXPECT_EQ(text_of(main.control(0)), "Help");
-    EXPECT_EQ(class_of(button()), "Button");
-    EXPECT_EQ(text_of(button()), "Execute");
-    EXPECT_EQ(style_of(button()), WS_CHILD | WS_VISIBLE);
-    EXPECT_EQ(GetDlgCtrlID(button()), -1);
-    EXPECT_EQ(placement_of(button()), (Placement{0, 0, 1, 1}));
-    EXPECT_EQ(font_of(button()), GetStockObject(DEFAULT_GUI_FONT));
-    entry->layout(main.window());
-    EXPECT_EQ(placement_of(button()), (Placement{10, 147, 178, 22}));
-    entry->destroyControls(main.window());
-    EXPECT_TRUE(children_of(main.window()).empty());
-    EXPECT_TRUE(entryByGroupBox.empty());
-}
 
 TEST_F(SignalPage, SetsTheAgentsEvent) {
     const Event event;
