@@ -7,11 +7,10 @@
 #include "spec/server_list_entry.h"
 #include "spec/settings.h"
 #include "spec/value_entries.h"
-#include "store/registry_key.h"
+#include "store/serial_ports.h"
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <utility>
 
 namespace {
@@ -168,18 +167,4 @@ void build_settings(Settings& target, const std::string& registry_value_name, st
     builder.take_head(reader, registry_value_name);
     while (const SpecStatement* const statement = reader.next())
         std::visit([&](const auto& said) { builder.take(said); }, *statement);
-}
-
-std::vector<std::string> serial_ports() {
-    std::map<std::string, std::string> devices;
-    try {
-        enumerate_values(devices, HKEY_LOCAL_MACHINE, R"(HARDWARE\DEVICEMAP\SERIALCOMM)");
-    } catch (const std::string&) {
-        return {};
-    }
-    std::vector<std::string> ports;
-    std::transform(devices.begin(), devices.end(), std::back_inserter(ports),
-                   [](const auto& device) { return device.second; });
-    std::sort(ports.begin(), ports.end());
-    return ports;
 }

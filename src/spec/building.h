@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <string>
-#include <vector>
 
 class Settings;
 
@@ -17,6 +16,3 @@ using SpecErrorReport = std::function<void(const SpecError&)>;
 /// at the first.
 void build_settings(Settings& target, const std::string& registry_value_name, std::string text,
                     const SpecErrorReport& unknown_type_found);
-
-/// The machine's serial ports, in byte-wise order; none when the registry does not list them.
-std::vector<std::string> serial_ports();

@@ -15,14 +15,20 @@ void add_value(std::map<std::string, std::string>& target, HKEY key, DWORD index
 
 } // namespace
 
+std::string ValueData::text() {
+    octets[std::min(size, value_buffer_size - 1)] = '\0';
+    return octets;
+}
+
+LSTATUS query_value(HKEY key, const char* name, ValueData& data, DWORD* type) {
+    return RegQueryValueExA(key, name, nullptr, type, reinterpret_cast<BYTE*>(data.octets), &data.size);
+}
+
 std::optional<std::string> query_value_text(HKEY key, const char* name) {
-    char buffer[value_buffer_size];
-    DWORD size = value_buffer_size;
-    if (RegQueryValueExA(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(buffer), &size) !=
-        ERROR_SUCCESS)
+    ValueData data;
+    if (query_value(key, name, data) != ERROR_SUCCESS)
         return std::nullopt;
-    buffer[std::min(size, value_buffer_size - 1)] = '\0';
-    return buffer;
+    return data.text();
 }
 
 void enumerate_values(std::map<std::string, std::string>& target, HKEY root, const std::string& path) {

@@ -9,8 +9,9 @@
 /// An open registry key; closes itself. False when it could not be opened.
 class RegistryKeyHandle {
 public:
-    RegistryKeyHandle(HKEY root, const std::string& path, REGSAM access) {
-        if (RegOpenKeyExA(root, path.c_str(), 0, access, &key_) != ERROR_SUCCESS)
+    RegistryKeyHandle(HKEY root, const std::string& path, REGSAM access)
+        : status_(RegOpenKeyExA(root, path.c_str(), 0, access, &key_)) {
+        if (status_ != ERROR_SUCCESS)
             key_ = nullptr;
     }
     ~RegistryKeyHandle() {
@@ -22,13 +23,28 @@ public:
 
     explicit operator bool() const { return key_ != nullptr; }
     HKEY get() const { return key_; }
+    /// What the system answered.
+    LSTATUS status() const { return status_; }
 
 private:
     HKEY key_ = nullptr;
+    LSTATUS status_;
 };
 
 /// Values are read and written through buffers of this many bytes.
 inline constexpr DWORD value_buffer_size = 1024;
+
+/// A value's data as the registry gave it.
+struct ValueData {
+    char octets[value_buffer_size];
+    DWORD size = value_buffer_size;
+
+    /// Up to the first zero byte and cut to 1,023 characters.
+    std::string text();
+};
+
+/// Reads a value's data, and its type where that is asked for. Returns what the system answered.
+LSTATUS query_value(HKEY key, const char* name, ValueData& data, DWORD* type = nullptr);
 
 /// A value's data of whatever type, as text up to its first zero byte and cut to 1,023 characters. Nothing
 /// when the value is missing or its data is longer than 1,024 bytes.
