@@ -49,3 +49,19 @@ function(tavrin_windows_program)
     # What of other people's libraries went into the program; the package's bill of materials is written from it.
     target_link_options(tavrinconfig PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinconfig.map)
 endfunction()
+
+# Not linked as the window's program is: that one asks for an administrator and brings the pictures, this one runs where
+# nobody is asked.
+function(tavrin_console_program)
+    configure_file(src/ctl/windows/tavrinctl.rc.in ${CMAKE_BINARY_DIR}/resources/tavrinctl.rc @ONLY)
+    configure_file(src/ctl/windows/tavrinctl.manifest.in ${CMAKE_BINARY_DIR}/resources/tavrinctl.manifest @ONLY)
+    set_source_files_properties(${CMAKE_BINARY_DIR}/resources/tavrinctl.rc PROPERTIES
+        INCLUDE_DIRECTORIES ${CMAKE_BINARY_DIR}/resources
+        OBJECT_DEPENDS ${CMAKE_BINARY_DIR}/resources/tavrinctl.manifest)
+    add_executable(tavrinctl ${TAVRIN_CTL_PROGRAM} ${CMAKE_BINARY_DIR}/resources/tavrinctl.rc)
+    target_link_libraries(tavrinctl PRIVATE tavrin_ctl tavrin_warnings)
+    set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    target_link_options(tavrinctl PRIVATE
+        -municode $<$<CONFIG:Release>:-s> -L${TAVRIN_RUNTIME} -Wl,--gc-sections
+        -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+endfunction()

@@ -1,0 +1,41 @@
+# The command line. Its verbs are a library of their own, so that the window's program is made of just what it was.
+
+# The host's headers must not be in the way of a compiler for Windows: of a header-only library it gets to see only the
+# library's own folder.
+if(NOT EXISTS /usr/include/nlohmann/json.hpp)
+    message(FATAL_ERROR "nlohmann-json is not installed, see script/setup")
+endif()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
+file(CREATE_LINK /usr/include/nlohmann ${CMAKE_BINARY_DIR}/headers/nlohmann SYMBOLIC)
+add_library(tavrin_json INTERFACE)
+target_include_directories(tavrin_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/headers)
+# Without its streams, which bring the locales along.
+target_compile_definitions(tavrin_json INTERFACE JSON_NO_IO)
+
+if(WIN32)
+    set(platform windows)
+else()
+    set(platform linux)
+endif()
+file(GLOB TAVRIN_CTL_SOURCES CONFIGURE_DEPENDS src/ctl/*.cpp src/ctl/${platform}/*.cpp)
+set(TAVRIN_CTL_PROGRAM src/ctl/${platform}/main.cpp src/ctl/${platform}/verbs.cpp)
+list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "src/ctl/${platform}/(main|verbs)\\.cpp$")
+add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
+target_link_libraries(tavrin_ctl PUBLIC tavrin tavrin_json PRIVATE tavrin_warnings)
+set_source_files_properties(src/ctl/program.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
+
+if(WIN32)
+    target_compile_options(tavrin_ctl PRIVATE $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)
+    target_precompile_headers(tavrin_ctl PRIVATE src/platform/win32.h <functional> <map> <memory> <string> <vector>)
+    tavrin_console_program()
+else()
+    # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
+    set(portable adml admx arguments check console files json json_tree preferences program reg_file reg_template same_name
+        seen_names spec_check spec_model state template template_source visible xml linux/code_page linux/main
+        linux/present_values linux/system linux/verbs)
+    list(TRANSFORM portable REPLACE "(.+)" "src/ctl/\\1.cpp")
+    add_executable(tavrinctl ${portable} src/spec/spec_text.cpp src/error/text.cpp)
+    target_include_directories(tavrinctl PRIVATE src)
+    target_link_libraries(tavrinctl PRIVATE tavrin_json tavrin_warnings)
+    set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+endif()

@@ -1,0 +1,92 @@
+#include "ctl/program.h"
+
+#include "ctl/console.h"
+#include "ctl/failure.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace ctl {
+namespace {
+
+constexpr const char* about_exit_codes = R"(
+Exit codes:
+  0  as wished (changed or not; with --what-if whatever it found)
+  1  failed
+  2  the command line is not understood
+  3  differs (only with --exit-code)
+  4  an invalid value, name, state or spec file; nothing was written
+  5  access denied
+  6  a server refused or was not reached
+  7  written, but the service did not restart
+
+Data goes to the standard output, messages to the standard error stream, both in UTF-8. Nothing waits for a key.
+"tavrinctl VERB --help" explains a verb.
+)";
+
+std::string whole_help() {
+    std::string text =
+        "tavrinctl " TAVRIN_VERSION ": the settings of the Tavrin Agent, for more than one machine\n\n";
+    for (const Verb& verb : verbs())
+        text += "  " + usage_of(verb) + "\n";
+    return text + about_exit_codes;
+}
+
+std::string help_on(const Verb& verb) {
+    return "usage: " + usage_of(verb) + "\n\n" + verb.help + about_exit_codes;
+}
+
+const Verb* find_verb(const std::string& name) {
+    const auto all = verbs();
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const Verb& verb) { return verb.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+int run_verb(const std::vector<std::string>& words) {
+    const Verb* const verb = find_verb(words.front());
+    if (verb == nullptr)
+        throw Failure{usage, "no verb \"" + words.front() + "\" in this build; tavrinctl --help lists them"};
+    const Arguments arguments = parse_arguments(*verb, {words.begin() + 1, words.end()});
+    if (arguments.help) {
+        print(help_on(*verb));
+        return as_wished;
+    }
+    return verb->run(arguments);
+}
+
+int run(const std::vector<std::string>& words) {
+    if (words.empty())
+        throw Failure{usage, "a verb is missing\n\n" + whole_help()};
+    int code = as_wished;
+    if (words.front() == "--help" || words.front() == "help") {
+        print(whole_help());
+    } else if (words.front() == "--version") {
+        print("tavrinctl " TAVRIN_VERSION "\n");
+    } else {
+        code = run_verb(words);
+    }
+    finish_output();
+    return code;
+}
+
+} // namespace
+
+/// The store's and the syntax' failures are plain texts; memory, for one, fails with the library's
+/// exceptions.
+int run_program(const std::vector<std::string>& words) {
+    try {
+        return run(words);
+    } catch (const Failure& failure) {
+        say(failure.text);
+        return failure.code;
+    } catch (const std::string& text) {
+        say(text);
+        return failed;
+    } catch (const std::exception& failure) {
+        say(failure.what());
+        return failed;
+    }
+}
+
+} // namespace ctl

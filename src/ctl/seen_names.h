@@ -1,0 +1,39 @@
+#pragma once
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace ctl {
+
+/// Names met so far, and where: a table that a file with 100,000 entries fills in less time than it is
+/// parsed. The names must outlive it.
+class SeenNames {
+public:
+    /// With `fold`, ASCII letters of both cases are the same, as in the registry's names.
+    explicit SeenNames(bool fold) : fold_(fold), slots_(64) {}
+
+    /// Notes the name at `line`. Returns the line where it was met first; 0 when this is the first.
+    std::size_t add(std::string_view name, std::size_t line);
+    /// The line where the name was met first; 0 when it was not.
+    std::size_t find(std::string_view name) const { return slots_[place_of(name, hash_of(name))].line; }
+
+private:
+    struct Slot {
+        std::string_view name;
+        std::uint32_t hash = 0;
+        std::size_t line = 0;
+    };
+
+    std::uint32_t hash_of(std::string_view name) const;
+    bool same(std::string_view one, std::string_view other) const;
+    /// The slot that has the name, or the free one that it would go to.
+    std::size_t place_of(std::string_view name, std::uint32_t hash) const;
+    void grow();
+
+    bool fold_;
+    std::vector<Slot> slots_;
+    std::size_t used_ = 0;
+};
+
+} // namespace ctl

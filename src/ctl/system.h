@@ -1,0 +1,24 @@
+#pragma once
+/// What tavrinctl asks of the system beside the registry, services and sockets. Paths are UTF-8. Each
+/// platform has its own realisation, in a folder of its name.
+#include <cstdio>
+#include <string>
+
+namespace ctl {
+
+/// As fopen; the mode may have an "x": the file must not exist yet.
+std::FILE* open_file(const std::string& path, const char* mode);
+/// Makes the folder and those on the way to it. False when it is not there afterwards.
+bool make_folders(const std::string& path);
+/// Where backups go unless the caller has a better place.
+std::string backup_folder();
+/// Removes the file, if it is there.
+void remove_file(const std::string& path);
+/// Waits until what was written to the file is on the disk.
+bool reach_disk(std::FILE* file);
+std::string join_path(const std::string& folder, const std::string& name);
+bool is_terminal(std::FILE* file);
+/// The file's contents pass as they are, without line ends being changed.
+void make_binary(std::FILE* file);
+
+} // namespace ctl

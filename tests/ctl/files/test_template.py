@@ -1,0 +1,277 @@
+"""Templates: policies, preferences and .reg files of spec files."""
+import json
+import shutil
+import subprocess
+import unittest
+import xml.etree.ElementTree as xml
+
+from admx import SPACE, Template
+from tool import TOP, FolderCase, own_path, run
+
+KEY = "SOFTWARE\\Tavrin\\X"
+HEAD = KEY + "\nX\n!G\n"
+KINDS = """$Text
+T
+Help with <tags> & "quotes".
+String
+$Whole
+I
+Help.
+Integer
+$Yes or no
+B
+Help.
+Boolean
+$Choice
+O
+Help.
+Options
+red
+<green> & "blue"
+$Port
+C
+Help.
+COM
+$Folder
+D
+Help.
+Directory
+$File
+F
+Help.
+File
+txt
+$Servers
+S
+Help.
+ServerList
+"""
+NONE = """$Go away
+Sub
+Help.
+RemoveKey
+$Shout
+Event
+Help.
+SignalEvent
+$Test
+
+Help.
+ConnectionTest
+Text
+Text
+Servers
+Whole
+"""
+
+
+class TemplateCase(FolderCase):
+    def make(self, form, content, *options, name="x.spec", code=0):
+        path = self.file(name, content)
+        self.result = run("template", "--format", form, "--out", own_path(self.folder / "out"), *options,
+                          own_path(path))
+        self.assertEqual(self.result.code, code, self.result)
+        return self.folder / "out"
+
+    def policies(self, content, *options):
+        out = self.make("admx", content, *options)
+        template = Template((out / "x.admx").read_bytes(), (out / "en-US/x.adml").read_bytes())
+        self.assertEqual(template.problems(), [])
+        return template
+
+    def state(self, **values):
+        return own_path(self.file("state.json", json.dumps(
+            {"schema": 1, "configurations": {"X": {"values": values}}})))
+
+
+class Policies(TemplateCase):
+    def test_follow_the_rules_for_the_examples(self):
+        files = sorted((TOP / "examples/spec_files").glob("*.spec"))
+        result = run("template", "--format", "admx", "--out", own_path(self.folder), *map(own_path, files))
+        self.assertEqual(result.code, 0, result)
+        for file in files:
+            admx, adml = self.folder / f"{file.stem}.admx", self.folder / "en-US" / f"{file.stem}.adml"
+            self.assertEqual(Template(admx.read_bytes(), adml.read_bytes()).problems(), [], file)
+            if shutil.which("xmllint"):
+                subprocess.run(["xmllint", "--noout", admx, adml], check=True)
+
+    def test_one_for_each_entry_with_a_value(self):
+        template = self.policies(HEAD + KINDS + NONE)
+        self.assertEqual([each.get("name") for each in template.policies], ["T", "I", "B", "O", "C", "D", "F", "S"])
+        self.assertEqual({each.get("key") for each in template.policies}, {KEY})
+
+    def test_kinds(self):
+        template = self.policies(HEAD + KINDS)
+        kinds = [next(iter(each.find(SPACE + "elements") or []), None) for each in template.policies]
+        self.assertEqual([None if each is None else each.tag.removeprefix(SPACE) for each in kinds],
+                         ["text", "decimal", None, "enum", "text", "text", "text", "text"])
+        self.assertEqual(kinds[1].attrib, {"id": "Value_I", "valueName": "I", "required": "true", "minValue": "0",
+                                           "maxValue": "2147483647", "storeAsText": "true"})
+
+    def test_a_boolean_stores_true_and_false(self):
+        policy = self.policies(HEAD + KINDS).policies[2]
+        self.assertEqual((policy.get("valueName"), policy.findtext(f"{SPACE}enabledValue/{SPACE}string"),
+                          policy.findtext(f"{SPACE}disabledValue/{SPACE}string")), ("B", "true", "false"))
+
+    def test_options_keep_order_and_text(self):
+        template = self.policies(HEAD + KINDS)
+        items = template.policies[3].findall(f"{SPACE}elements/{SPACE}enum/{SPACE}item")
+        self.assertEqual([each.findtext(f"{SPACE}value/{SPACE}string") for each in items],
+                         ["red", '<green> & "blue"'])
+        self.assertEqual([template.strings[f"Item_{n}_O"] for n in (1, 2)], ["red", '<green> & "blue"'])
+
+    def test_texts(self):
+        template = self.policies(HEAD + KINDS)
+        self.assertEqual(template.strings["Title_T"], "Text")
+        self.assertEqual(template.strings["Help_T"], 'Help with <tags> & "quotes".\n\nSets "T" below '
+                         "HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\X. Disabled deletes the value; one that was set stays "
+                         "when the policy no longer applies. The agent reads it when its service starts.")
+
+    def test_a_category_for_the_configuration_and_each_group(self):
+        template = self.policies(KEY + "\nX\n!One\n$A\nA\nH\nString\n!Empty\n!Two\n$B\nB\nH\nString\n")
+        self.assertEqual([template.strings[each.get("name")] for each in template.categories], ["X", "One", "Two"])
+        self.assertEqual([each.find(SPACE + "parentCategory").get("ref") for each in template.policies],
+                         ["Group_1", "Group_2"])
+
+    def test_an_old_file_without_groups(self):
+        template = self.policies(KEY + "\n$A\nA\nH\n")
+        self.assertEqual([template.strings[each.get("name")] for each in template.categories], ["x"])
+        self.assertEqual(template.policies[0].find(SPACE + "parentCategory").get("ref"), "Configuration")
+
+    def test_names_that_are_no_identifiers(self):
+        names = ("a b", "a-b", "A_B", "", "Größe", "1", "a_b_2")
+        template = self.policies(HEAD + "".join(f"$T{n}\n{name}\nH\nString\n" for n, name in enumerate(names)),
+                                 "--code-page", "65001")
+        self.assertEqual([each.get("name") for each in template.policies],
+                         ["a_b", "a_b_2", "A_B_3", "Default", "Gr____e", "1", "a_b_2_2"])
+        values = [each.get("valueName") for each in template.admx.iter(SPACE + "text")]
+        self.assertEqual(values, list(names))
+
+    def test_what_cannot_be_mapped_is_told(self):
+        self.policies(HEAD + KINDS + NONE + "$None\nN\nH\nOptions\n$Long\nL\nH\nOptions\n" + "x" * 256 + "\n")
+        path = own_path(self.folder / "x.spec")
+        self.assertEqual(self.result.err.splitlines(), [
+            f'tavrinctl: warning: {path}:39: "Go away" (RemoveKey) is left out: it removes a whole key, once, when '
+            "somebody asks for it, and a template sets values",
+            f'tavrinctl: warning: {path}:43: "Shout" (SignalEvent) is left out: it signals an event, and a template sets '
+            "values",
+            f'tavrinctl: warning: {path}:47: "Test" (ConnectionTest) is left out: it tests a connection, and a template '
+            "sets values",
+            f'tavrinctl: warning: {path}:55: "None" (Options) is left out: there is no option to choose, and a policy\'s '
+            "list must not be empty",
+            f'tavrinctl: warning: {path}:59: "Long" (Options) is left out: one of its options is longer than the 255 '
+            "characters that a policy's list takes"])
+
+    def test_texts_come_from_the_code_page(self):
+        template = self.policies((HEAD + "$Größe\nV\nH\nString\n").encode("latin-1"))
+        self.assertEqual(template.strings["Title_V"], "Größe")
+        template = self.policies((HEAD + "$Größe\nV\nH\nString\n").encode("cp850"), "--code-page", "850")
+        self.assertEqual(template.strings["Title_V"], "Größe")
+
+    def test_the_same_input_gives_the_same_octets(self):
+        once = self.policies(HEAD + KINDS).octets
+        self.assertEqual(once, self.policies(HEAD + KINDS).octets)
+
+    def test_prints_the_names_of_the_files(self):
+        out = self.make("admx", HEAD + KINDS)
+        separator = "\\" if own_path("/").startswith("Z:") else "/"
+        self.assertEqual(self.result.out.splitlines(), [own_path(out) + separator + "x.admx",
+                                                        own_path(out) + separator + f"en-US{separator}x.adml"])
+
+
+class Preferences(TemplateCase):
+    def items(self, content, *options):
+        out = self.make("gpp", content, *options)
+        root = xml.fromstring((out / "x.xml").read_bytes())
+        self.assertEqual((root.tag, root.get("clsid")), ("RegistrySettings", "{A3CCFC41-DFDB-43a5-8D26-0FE8B954DA51}"))
+        return root
+
+    def test_an_item_for_each_value_in_a_collection_for_each_group(self):
+        root = self.items(HEAD + KINDS + NONE)
+        self.assertEqual([each.get("name") for each in root], ["G"])
+        self.assertEqual([each.get("name") for each in root[0]], ["T", "I", "B", "O", "C", "D", "F", "S"])
+        item = root[0][0]
+        self.assertEqual(item.find("Properties").attrib, {
+            "action": "U", "displayDecimal": "0", "default": "0", "hive": "HKEY_LOCAL_MACHINE", "key": KEY, "name": "T",
+            "type": "REG_SZ", "value": ""})
+        self.assertEqual((item.get("clsid"), item.get("image"), item.get("status")),
+                         ("{9CD4B2F4-923D-47f5-A062-E897DD1DAD50}", "2", "T"))
+
+    def test_an_item_without_a_value_is_switched_off(self):
+        root = self.items(HEAD + KINDS, "--state", self.state(T="a & <b>", i="5"))
+        self.assertEqual({each.get("name"): each.get("disabled") for each in root[0]},
+                         {"T": "0", "I": "0", "B": "1", "O": "1", "C": "1", "D": "1", "F": "1", "S": "1"})
+        self.assertEqual([each.find("Properties").get("value") for each in root[0]][:3], ["a & <b>", "5", ""])
+
+    def test_identifiers_are_well_formed_different_and_stay(self):
+        uids = [each.get("uid") for each in self.items(HEAD + KINDS).iter() if each.get("uid")]
+        self.assertEqual(len(set(uids)), 9)
+        for uid in uids:
+            self.assertRegex(uid, r"^\{[0-9A-F]{8}-[0-9A-F]{4}-8[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}\}$")
+        changed = self.items(HEAD + "$Other\nOther\nH\nString\n" + KINDS)
+        self.assertEqual([each.get("uid") for each in changed[0]][1:], uids[1:])
+
+    def test_line_ends_survive(self):
+        root = self.items(HEAD + KINDS, "--state", self.state(T="a\r\nb\tc"))
+        self.assertEqual(root[0][0].find("Properties").get("value"), "a\r\nb\tc")
+
+
+class RegFiles(TemplateCase):
+    def text(self, content, *options):
+        octets = (self.make("reg", content, *options) / "x.reg").read_bytes()
+        self.assertEqual(octets[:2], b"\xff\xfe")
+        return octets[2:].decode("utf-16-le")
+
+    def test_values_and_what_has_none(self):
+        state = self.state(T='C:\\a "b"', I=7, B=True, O=None)
+        self.assertEqual(self.text(HEAD + KINDS, "--state", state).split("\r\n"), [
+            "Windows Registry Editor Version 5.00", "", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\X]",
+            '"T"="C:\\\\a \\"b\\""', '"I"="7"', '"B"="true"', *[f'; "{name}" has no value' for name in "OCDFS"], ""])
+
+    def test_line_ends_and_the_default_value(self):
+        text = self.text(KEY + "\nX\n!G\n$A\n\nH\nString\n", "--state", self.state(**{"": "a\nb"}))
+        self.assertIn("\r\n@=hex(1):61,00,0a,00,62,00,00,00\r\n", text)
+
+
+class Refused(TemplateCase):
+    def refuses(self, code, words, *arguments):
+        result = run("template", *arguments)
+        self.assertEqual((result.code, result.out), (code, ""), result)
+        self.assertIn(words, result.err)
+        self.assertFalse((self.folder / "out").exists())
+
+    def test_formats_and_folders_left_out(self):
+        path = own_path(self.file("x.spec", HEAD + KINDS))
+        out = own_path(self.folder / "out")
+        self.refuses(2, "template needs --format admx, gpp or reg", "--out", out, path)
+        self.refuses(2, '--format is admx, gpp or reg, not "xml"', "--format", "xml", "--out", out, path)
+        self.refuses(2, "template needs --out FOLDER", "--format", "admx", path)
+        self.refuses(2, "template needs more: FILE...", "--format", "admx", "--out", out)
+
+    def test_files_with_errors(self):
+        out = ("--format", "admx", "--out", own_path(self.folder / "out"))
+        bad = own_path(self.file("bad.spec", HEAD + "$A\nV\nH\nText\n"))
+        self.refuses(4, bad + ':7: error: Unknown type: "Text", for subspec A', *out, bad)
+        self.refuses(4, "none.spec: the file cannot be read", *out, own_path(self.folder / "none.spec"))
+
+    def test_what_xml_cannot_hold(self):
+        bad = own_path(self.file("x.spec", HEAD + "$A\x01\nV\nH\nString\n"))
+        self.refuses(4, "XML cannot hold the control character", "--format", "admx", "--out",
+                     own_path(self.folder / "out"), bad)
+
+    def test_two_files_of_one_name(self):
+        (self.folder / "sub").mkdir()
+        one, other = self.file("x.spec", HEAD + KINDS), self.file("sub/X.spec", HEAD + KINDS)
+        self.refuses(4, "would give templates of the same name", "--format", "gpp", "--out",
+                     own_path(self.folder / "out"), own_path(one), own_path(other))
+
+    def test_a_folder_that_cannot_be_made(self):
+        self.file("file", "")
+        spec = own_path(self.file("x.spec", HEAD + KINDS))
+        result = run("template", "--format", "reg", "--out", own_path(self.folder / "file" / "out"), spec)
+        self.assertEqual((result.code, result.out), (1, ""), result)
+        self.assertIn("the file cannot be written", result.err)
+
+
+if __name__ == "__main__":
+    unittest.main()
