@@ -5,7 +5,8 @@
 namespace ctl {
 
 std::span<const Verb> verbs() {
-    static constexpr Verb all[] = {check_verb, template_verb};
+    static constexpr Verb all[] = {check_verb, show_verb, set_verb,      apply_verb,
+                                   test_verb,  scan_verb, template_verb, dsc_verb};
     return all;
 }
 

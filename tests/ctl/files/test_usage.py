@@ -1,0 +1,81 @@
+"""The command line itself: help, what is not understood, and where the words go."""
+import os
+import re
+import subprocess
+import unittest
+
+from tool import COMMAND, TOP, UNDER_WINE, FolderCase, own_path, run, start
+
+VERBS = ["check", "show", "set", "apply", "test", "scan", "template", "dsc"] if UNDER_WINE else ["check", "template"]
+
+
+class Help(unittest.TestCase):
+    def test_lists_verbs_and_exit_codes(self):
+        result = run("--help")
+        self.assertEqual((result.code, result.err), (0, ""))
+        self.assertEqual(re.findall(r"^  tavrinctl (\w+)", result.out, re.M), VERBS)
+        self.assertEqual(re.findall(r"^  (\d)  ", result.out, re.M), list("01234567"))
+        self.assertEqual(run("help").out, result.out)
+
+    def test_of_each_verb(self):
+        for verb in VERBS:
+            result = run(verb, "--help")
+            self.assertEqual((result.code, result.err), (0, ""), verb)
+            self.assertTrue(result.out.startswith(f"usage: tavrinctl {verb}"), verb)
+
+    def test_version(self):
+        version = re.search(r"^project\(\w+ VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text(), re.M)[1]
+        self.assertEqual(run("--version").out, f"tavrinctl {version}\n")
+
+
+class NotUnderstood(unittest.TestCase):
+    def refuses(self, words, *arguments):
+        result = run(*arguments)
+        self.assertEqual((result.code, result.out), (2, ""), result)
+        self.assertIn(words, result.err)
+
+    def test_no_verb_and_an_unknown_one(self):
+        self.refuses("a verb is missing")
+        self.refuses('no verb "chekc" in this build', "chekc")
+
+    def test_options(self):
+        self.refuses("unknown option --nothing", "check", "--nothing", "x")
+        self.refuses("unknown option -x", "check", "-x", "y")
+        self.refuses("check does not take --json", "check", "--json", "x")
+        self.refuses("--code-page needs a value", "check", "x", "--code-page")
+        self.refuses('--code-page takes a number from 1 to 65535, not "many"', "check", "--code-page", "many", "x")
+        self.refuses("there is no code page 9", "check", "--code-page", "9", "x")
+
+    def test_operands(self):
+        self.refuses("check needs more: FILE...", "check")
+
+    def test_what_stands_behind_two_dashes_is_no_option(self):
+        self.assertIn("--json:1: error: the file cannot be read", run("check", "--", "--json").out)
+
+
+class Streams(FolderCase):
+    def many_findings(self):
+        return own_path(self.file("x.spec", "SOFTWARE\nX\n!G\n" + "$A\nV\nH\nNone\n" * 20_000))
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "there is no full disk to write to")
+    def test_a_full_disk_is_a_failure(self):
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([*COMMAND, "check", self.many_findings()], stdout=full, stderr=subprocess.PIPE,
+                                  check=False)
+        self.assertEqual((done.returncode, done.stderr.decode()),
+                         (1, "tavrinctl: cannot write to the standard output\n"))
+
+    def test_a_reader_that_is_gone_is_a_failure(self):
+        with start("check", self.many_findings()) as process:
+            process.stdin.close()
+            process.stdout.close()
+            process.wait(120)
+        self.assertNotEqual(process.returncode, 0)
+
+    def test_the_same_input_gives_the_same_octets(self):
+        path = self.many_findings()
+        self.assertEqual(run("check", path).octets, run("check", path).octets)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,80 @@
+#include "ctl/program_run.h"
+
+#include "ctl/code_page.h"
+#include "ctl/program.h"
+#include "ctl/verbs.h"
+#include "platform/substitute/control.h"
+
+#include <filesystem>
+#include <fstream>
+
+std::span<const ctl::Verb> ctl::verbs() {
+    static constexpr Verb all[] = {check_verb, show_verb, set_verb,      apply_verb,
+                                   test_verb,  scan_verb, template_verb, dsc_verb};
+    return all;
+}
+
+namespace {
+
+constexpr const char* agent = "\\SOFTWARE\\Tavrin\\Agent\nAgent\nAgentService\n"
+                              "!One\n$Name\nAgentName\nH\nString\n$Port\nPort\nH\nInteger\n"
+                              "$Twice\nFirst\nH\nString\n"
+                              "!Two\n$Twice\nSecond\nH\nString\n$Yes\nFlag\nH\nBoolean\n"
+                              "$Colour\nColour\nH\nOptions\nred\ngreen\n$Servers\nServerList\nH\nServerList\n"
+                              "$Modem\nModem\nH\nCOM\n"
+                              "$Gone\nSubkey\nH\nRemoveKey\n$Shout\nEvent\nH\nSignalEvent\n"
+                              "$Test\n\nH\nConnectionTest\nName\nName\nServers\nPort\n";
+
+constexpr const char* list = "SOFTWARE\\Tavrin\\TRConfig";
+
+} // namespace
+
+Program::Program() {
+    make_key(list);
+    make_key(key);
+    set_text(key, "AgentName", "web1");
+    set_text(key, "Port", "5000");
+    set_text(key, "Flag", "true");
+    set_text(key, "Colour", "red");
+    add_configuration("Agent", agent);
+    substitute::set_service("AgentService", {});
+}
+
+void Program::add_configuration(const std::string& value_name, const std::string& spec) {
+    const std::string path = scratch.path_of(value_name + ".spec");
+    std::ofstream(path, std::ios::binary) << spec;
+    set_text(list, value_name, path);
+}
+
+Ended Program::run(std::vector<std::string> words) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int code = ctl::run_program(words);
+    std::string out = testing::internal::GetCapturedStdout();
+    return {code, std::move(out), testing::internal::GetCapturedStderr()};
+}
+
+Ended Program::change(std::vector<std::string> words) {
+    words.insert(words.end(), {"--backup", scratch.path_of("backup")});
+    return run(std::move(words));
+}
+
+Ended Program::apply(const std::string& state, std::vector<std::string> words) {
+    const std::string path = scratch.path_of("state.json");
+    std::ofstream(path, std::ios::binary) << state;
+    words.insert(words.begin(), {"apply", path});
+    return change(std::move(words));
+}
+
+std::string Program::backup() const {
+    const std::string folder = scratch.path_of("backup");
+    if (!std::filesystem::exists(folder))
+        return {};
+    std::string text;
+    for (const auto& each : std::filesystem::directory_iterator(folder)) {
+        std::ifstream file(each.path(), std::ios::binary);
+        const std::string octets{std::istreambuf_iterator<char>(file), {}};
+        text += ctl::from_utf16(octets.substr(2));
+    }
+    return text;
+}

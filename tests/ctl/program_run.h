@@ -1,0 +1,32 @@
+#pragma once
+/// Runs the whole program over the substitute, on a machine with one configuration and its service.
+#include "support/clean_system.h"
+#include "support/registry.h"
+#include "support/scratch_folder.h"
+
+#include <string>
+#include <vector>
+
+struct Ended {
+    int code;
+    std::string out;
+    std::string err;
+};
+
+class Program : public CleanSystem {
+protected:
+    Program();
+
+    Ended run(std::vector<std::string> words);
+    /// set or apply, with its backup in the scratch folder.
+    Ended change(std::vector<std::string> words);
+    Ended apply(const std::string& state, std::vector<std::string> words = {});
+    /// Installs another configuration with this spec file.
+    void add_configuration(const std::string& value_name, const std::string& spec);
+    std::string text(const std::string& name) const { return text_value(key, name); }
+    /// The one backup, from UTF-16; empty when there is none.
+    std::string backup() const;
+
+    const std::string key = "SOFTWARE\\Tavrin\\Agent";
+    ScratchFolder scratch;
+};

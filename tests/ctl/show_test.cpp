@@ -1,0 +1,142 @@
+// show and dsc over the substitute.
+#include "ctl/program_run.h"
+
+#include "ctl/exit_codes.h"
+#include "platform/substitute/control.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace {
+
+using testing::HasSubstr;
+
+class Show : public Program {
+protected:
+    /// With `text` as the standard input.
+    Ended dsc(const std::string& operation, const std::string& text, std::vector<std::string> more = {}) {
+        const std::string path = scratch.path_of("input");
+        std::ofstream(path, std::ios::binary) << text;
+        std::FILE* const input = std::freopen(path.c_str(), "rb", stdin);
+        EXPECT_NE(input, nullptr);
+        more.insert(more.begin(), {"dsc", operation});
+        return operation == "set" ? change(std::move(more)) : run(std::move(more));
+    }
+};
+
+TEST_F(Show, ATable) {
+    set_text(key, "Modem", "\x1b[2J");
+    set_value(key, "First", REG_DWORD, std::string("\x07\0\0\0", 4));
+    set_text(key, "Second", std::string(1100, 'x'));
+    set_text(key, "ServerList", "");
+    const Ended done = run({"show"});
+    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.err, "");
+    EXPECT_EQ(done.out, R"(Agent
+  key      HKEY_LOCAL_MACHINE\SOFTWARE\Tavrin\Agent
+  service  AgentService
+  [One]
+    AgentName   String          web1
+    Port        Integer         5000
+    First       String          7 (REG_DWORD)
+  [Two]
+    Second      String          (longer than 1,024 bytes)
+    Flag        Boolean         true
+    Colour      Options         red
+    ServerList  ServerList
+    Modem       COM             \033[2J
+    Subkey      RemoveKey       (no value)
+    Event       SignalEvent     (no value)
+                ConnectionTest  (no value)
+)");
+}
+
+TEST_F(Show, WhatShowPrintsIsWhatApplyReads) {
+    set_text(key, "AgentName", "Z\xFCrich \"1\"");
+    set_text(key, "Flag", "yes");
+    set_text(key, "Second", std::string(1100, 'x'));
+    const Ended shown = run({"show", "agent", "--json"});
+    EXPECT_EQ(shown.code, ctl::as_wished);
+    EXPECT_THAT(shown.out, HasSubstr("\"value\": \"Z\xC3\xBCrich \\\"1\\\"\""));
+    EXPECT_THAT(shown.out, HasSubstr("\"Modem\": {\n          \"value\": null,"));
+    const Ended applied = apply(shown.out, {"--exit-code"});
+    EXPECT_EQ(applied.code, ctl::as_wished) << applied.err;
+    EXPECT_EQ(applied.err, "tavrinctl: everything is as wished, nothing is changed\n");
+}
+
+TEST_F(Show, AStateOfAnotherMachineMakesThisOneTheSame) {
+    const Ended shown = run({"show", "--json"});
+    change({"set", "Agent", "Port=1", "First=x", "AgentName=other"});
+    EXPECT_EQ(apply(shown.out).code, ctl::as_wished);
+    EXPECT_EQ(run({"show", "--json"}).out, shown.out);
+}
+
+TEST_F(Show, AKeyThatIsNotThereHasNoValues) {
+    delete_key(key);
+    const Ended done = run({"show"});
+    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_THAT(done.err,
+                HasSubstr("warning: the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent does not exist"));
+    EXPECT_THAT(done.out, HasSubstr("Port        Integer         (not set)\n"));
+}
+
+TEST_F(Show, AMissingSpecFileIsTold) {
+    set_text("SOFTWARE\\Tavrin\\TRConfig", "Lost", "/nowhere.spec");
+    const Ended done = run({"show"});
+    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.err, "tavrinctl: warning: /nowhere.spec: the spec file cannot be opened\n");
+}
+
+TEST_F(Show, NoListOfSpecFiles) {
+    delete_key("SOFTWARE\\Tavrin\\TRConfig");
+    const Ended done = run({"show"});
+    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.err,
+              "tavrinctl: the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\TRConfig does not exist; keys are "
+              "never created\n");
+}
+
+TEST_F(Show, AnInstanceForDsc) {
+    EXPECT_EQ(
+        dsc("get", R"({"name":"Agent"})").out,
+        R"({"name":"Agent","service":"AgentService","values":{"AgentName":"web1","Port":"5000","First":null,)"
+        R"("Second":null,"Flag":"true","Colour":"red","ServerList":null,"Modem":null}})"
+        "\n");
+    EXPECT_EQ(dsc("export", "").out, dsc("get", R"({"name":"agent"})").out);
+}
+
+TEST_F(Show, DscTestsAndSets) {
+    const std::string wish = R"({"name":"Agent","values":{"Port":5001,"Flag":true}})";
+    const Ended tested = dsc("test", wish);
+    EXPECT_EQ(tested.code, ctl::as_wished);
+    EXPECT_EQ(tested.out,
+              R"({"name":"Agent","service":"AgentService","values":{"Port":"5000","Flag":"true"},)"
+              R"("_inDesiredState":false})"
+              "\n");
+    const std::string after =
+        R"({"name":"Agent","service":"AgentService","values":{"Port":"5001","Flag":"true"}})";
+    EXPECT_EQ(dsc("set", wish, {"--what-if"}).out, after + "\n[\"values\"]\n");
+    EXPECT_EQ(text("Port"), "5000");
+    const Ended set = dsc("set", wish);
+    EXPECT_EQ(set.code, ctl::as_wished);
+    EXPECT_EQ(set.out, after + "\n[\"values\"]\n");
+    EXPECT_THAT(set.err, HasSubstr("{\"info\":\"the service AgentService runs again\"}\n"));
+    EXPECT_EQ(text("Port"), "5001");
+    EXPECT_EQ(dsc("set", wish).out, after + "\n[]\n");
+    EXPECT_THAT(dsc("test", wish).out, HasSubstr("\"_inDesiredState\":true"));
+}
+
+TEST_F(Show, DscRefusesInJson) {
+    const Ended done = dsc("set", R"({"name":"Agent","values":{"Port":"x"}})");
+    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.out, "");
+    EXPECT_EQ(
+        done.err,
+        "{\"error\":\"nothing was written:\\n  Agent: Port: \\\"x\\\" is refused: not a whole number\"}\n");
+    EXPECT_EQ(dsc("get", "{}").code, ctl::invalid);
+    EXPECT_EQ(dsc("get", R"({"name":"Agent","more":1})").code, ctl::invalid);
+    EXPECT_EQ(dsc("nothing", "").code, ctl::usage);
+}
+
+} // namespace

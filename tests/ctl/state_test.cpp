@@ -1,0 +1,105 @@
+// State files: their form, and what is refused in them.
+#include "ctl/failure.h"
+#include "ctl/state.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+std::string refused(const std::string& octets) {
+    try {
+        ctl::read_state(octets);
+    } catch (const ctl::Failure& failure) {
+        EXPECT_EQ(failure.code, ctl::invalid);
+        return failure.text;
+    }
+    return "not refused";
+}
+
+std::string with_values(const std::string& values) {
+    return R"({"schema":1,"configurations":{"A":{"values":)" + values + "}}}";
+}
+
+TEST(State, ValuesStandAloneOrInAnObject) {
+    const ctl::State state = ctl::read_state(R"({"schema":1,"configurations":{"A":{"key":"K","service":"S",
+        "values":{"Text":"t","Whole":-5,"Flag":true,"None":null,
+                  "Full":{"value":"v","group":"G","title":"T","kind":"String","type":"REG_DWORD"},
+                  "Long":{"unreadable":"longer than 1,024 bytes"}},"actions":[{"kind":"RemoveKey"}]}}})");
+    ASSERT_EQ(state.size(), 1u);
+    EXPECT_EQ(state[0].name, "A");
+    EXPECT_EQ(state[0].key, "K");
+    ASSERT_EQ(state[0].values.size(), 5u);
+    EXPECT_EQ(state[0].values[0].text, "t");
+    EXPECT_EQ(state[0].values[1].text, "-5");
+    EXPECT_EQ(state[0].values[2].text, "true");
+    EXPECT_EQ(state[0].values[3].text, std::nullopt);
+    EXPECT_EQ(state[0].values[4].name, "Full");
+    EXPECT_EQ(state[0].values[4].text, "v");
+}
+
+TEST(State, AByteOrderMarkIsPassedOver) {
+    EXPECT_EQ(ctl::read_state("\xEF\xBB\xBF" + with_values("{}")).size(), 1u);
+}
+
+TEST(State, OtherTextsAreRefused) {
+    EXPECT_THAT(refused(""), HasSubstr("parse error at line 1, column 1"));
+    EXPECT_THAT(refused("{"), HasSubstr("parse error at line 1, column 2"));
+    EXPECT_EQ(refused("[]"), "the state is no object");
+    EXPECT_EQ(refused("7"), "the state is no object");
+    EXPECT_THAT(refused(with_values("{}") + "x"), HasSubstr("parse error"));
+    EXPECT_THAT(refused(with_values("{\"V\":\"\xFF\"}")), HasSubstr("ill-formed UTF-8"));
+    EXPECT_EQ(refused(std::string("\xFF\xFE{\0", 4)), "the text is UTF-16; write it as UTF-8");
+    EXPECT_EQ(refused(with_values("{}") + '\0' + "and more"), "the text has a zero byte");
+}
+
+TEST(State, VersionsOfTheForm) {
+    EXPECT_EQ(refused("{}"), "the state has no member \"schema\"");
+    EXPECT_EQ(refused(R"({"schema":2})"), "the state's schema is 2; this program reads 1");
+    EXPECT_EQ(refused(R"({"schema":"1"})"), "the state's schema is 1; this program reads 1");
+    EXPECT_EQ(refused(R"({"schema":1})"), "the state has no member \"configurations\"");
+}
+
+TEST(State, UnknownMembersAreRefused) {
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":{},"more":1})"),
+              "the state has an unknown member \"more\"");
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":{"A":{"valeus":{}}}})"),
+              "the configuration \"A\" has an unknown member \"valeus\"");
+    EXPECT_EQ(refused(with_values(R"({"V":{"value":"1","extra":2}})")),
+              "\"V\" has an unknown member \"extra\"");
+    EXPECT_EQ(refused(with_values(R"({"V":{}})")), "the value \"V\" has no member \"value\"");
+}
+
+TEST(State, MembersOfAnotherKindAreRefused) {
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":[]})"), "\"configurations\" of the state is no object");
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":{"A":1}})"), "the configuration \"A\" is no object");
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":{"A":{}}})"),
+              "the configuration \"A\" has no member \"values\"");
+    EXPECT_EQ(refused(R"({"schema":1,"configurations":{"A":{"key":1,"values":{}}}})"), "\"key\" is no text");
+    const std::string words = "the value \"V\" is neither a text nor a number, true, false or null";
+    EXPECT_EQ(refused(with_values(R"({"V":[]})")), words);
+    EXPECT_EQ(refused(with_values(R"({"V":1.5})")), words);
+    EXPECT_EQ(refused(with_values(R"({"V":1e3})")), words);
+    EXPECT_EQ(refused(with_values(R"({"V":99999999999999999999})")), words);
+}
+
+TEST(State, ANameTwiceIsRefused) {
+    EXPECT_EQ(refused(with_values(R"({"V":"1","V":"2"})")), "\"V\" stands twice in one object");
+    EXPECT_EQ(refused(R"({"schema":1,"schema":1})"), "\"schema\" stands twice in one object");
+}
+
+TEST(State, DepthAndSizeAreBounded) {
+    const std::string deep(1'000'000, '[');
+    EXPECT_EQ(refused(deep), "the nesting is deeper than 8");
+    EXPECT_EQ(refused(std::string(ctl::longest_json + 1, ' ')), "the text is larger than 16 MiB");
+}
+
+TEST(State, ManyValuesTakeNoLongThinking) {
+    std::string values = "{\"V\":\"1\"";
+    for (int i = 0; i < 200'000; ++i)
+        values += ",\"V" + std::to_string(i) + "\":\"1\"";
+    EXPECT_EQ(ctl::read_state(with_values(values + "}"))[0].values.size(), 200'001u);
+}
+
+} // namespace
