@@ -1,4 +1,4 @@
-"""docs/administrator.md lists every text that the program can show, and no other."""
+"""docs/administrator.md lists every text that the window's program can show, and no other."""
 import re
 import unittest
 
@@ -6,7 +6,7 @@ from guide import TOP, tables
 
 # value_text.cpp says why a value is refused that is set without the window; the window refuses none.
 SOURCES = [path for path in sorted((TOP / "src").rglob("*.[ch]*"))
-           if path.suffix in (".cpp", ".h") and "platform" not in path.parts and path.name != "value_text.cpp"]
+           if path.suffix in (".cpp", ".h") and not {"platform", "ctl"} & set(path.parts) and path.name != "value_text.cpp"]
 STRING = r'"(?:[^"\\\n]|\\.)*"'
 TOKENS = re.compile(rf"//[^\n]*|'(?:[^'\\]|\\.)+'|#include[^\n]*|(?P<text>{STRING}(?:\s*{STRING})*)|[;{{}}]")
 
