@@ -299,7 +299,7 @@ TEST_F(Change, WithoutARestartTheServiceIsLeftAlone) {
 }
 
 TEST_F(Change, AServiceThatDoesNotStopLeavesTheValuesWritten) {
-    substitute::set_service("AgentService", {.stop_time = substitute::kNever});
+    substitute::set_service("AgentService", {.stop_time = substitute::never});
     const std::uint64_t start = substitute::clock_now();
     const Ended done = change({"set", "Agent", "Port=5001", "--timeout", "3"});
     EXPECT_EQ(done.code, ctl::not_restarted);
@@ -319,7 +319,7 @@ TEST_F(Change, AServiceThatDoesNotStartAgain) {
 }
 
 TEST_F(Change, AServiceThatNeverRunsIsGivenUp) {
-    substitute::set_service("AgentService", {.start_time = substitute::kNever});
+    substitute::set_service("AgentService", {.start_time = substitute::never});
     const std::uint64_t start = substitute::clock_now();
     EXPECT_EQ(change({"set", "Agent", "Port=5001", "--timeout", "2"}).code, ctl::not_restarted);
     EXPECT_EQ(substitute::clock_now() - start, 2'000u);
