@@ -8,7 +8,7 @@
 namespace e2e {
 
 /// Seconds after which something that was waited for counts as missing.
-constexpr int limit = 30;
+constexpr int limit = 100;
 
 /// Waits until `condition` holds; throws std::runtime_error that names `what` when it does not in time.
 template <typename Condition>
