@@ -30,9 +30,8 @@ int show(const std::string& text, const std::string& caption, UINT style) {
 }
 
 void wait_for(const char* text, const std::function<void()>& step) {
-    WaitWindow wait_window(text);
+    const WaitWindow wait_window(text);
     step();
-    wait_window.close();
 }
 
 bool RestartBoxes::agrees_to_restart() {

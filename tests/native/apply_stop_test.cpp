@@ -1,5 +1,6 @@
 // Stopping the service around the writing.
 #include "support/substitute/apply_run.h"
+#include "support/test_window.h"
 
 namespace {
 
@@ -87,6 +88,19 @@ TEST_F(Apply, TheWaitWindowIsThereWhileStoppingAndClosesByItsPostedMessage) {
     while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
         DispatchMessageA(&message);
     EXPECT_EQ(FindWindowA("tavrin_service_win", nullptr), nullptr);
+}
+
+/// Both are still there after the sequence, which handles no messages once the service has stopped.
+TEST_F(Apply, EachWaitWindowSaysWhatIsWaitedFor) {
+    agent({});
+    boxes_after_apply({IDYES});
+    std::vector<std::string> texts;
+    while (const HWND shown = FindWindowA("tavrin_service_win", nullptr)) {
+        texts.push_back(text_of(GetDlgItem(shown, 106)));
+        DestroyWindow(shown);
+    }
+    EXPECT_THAT(texts, ElementsAre("Please wait while stopping service....",
+                                   "Please wait while starting service...."));
 }
 
 TEST_F(Apply, TheSequenceGoesOnWithoutItsWaitWindow) {

@@ -110,6 +110,7 @@ TEST_F(Restart, StartsAStoppedServiceOnlyWhereThatIsWanted) {
 
 TEST_F(Restart, TellsWhyTheServiceCannotBeControlled) {
     EXPECT_THAT(events(), ElementsAre("unknown 1060", "write"));
+    EXPECT_EQ(substitute::call_count("QueryServiceStatus"), 0) << "there is nothing to ask";
     agent({.open_error = ERROR_ACCESS_DENIED});
     EXPECT_THAT(events(), ElementsAre("unknown 5", "write"));
     substitute::fail_call("OpenSCManagerA");
