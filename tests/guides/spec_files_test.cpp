@@ -10,6 +10,7 @@
 #include "spec/building.h"
 #include "spec/configuration.h"
 #include "support/boxes.h"
+#include "support/kinds.h"
 #include "support/page.h"
 #include "support/registry.h"
 #include "support/thrown.h"
@@ -165,20 +166,26 @@ TEST_F(SpecFilesGuide, HasNoBlockThatNoTestReads) {
     }
 }
 
+std::string expected(const TestedControl& control, const PageKind& kind) {
+    if (control.window_class == std::string("Edit"))
+        return (control.style & ES_NUMBER) != 0 ? "number box" : "text box";
+    if (control.window_class == std::string("ComboBox"))
+        return kind.lists_ports ? R"(list of "COM1", "COM2")" : R"(list of "errors", "normal", "everything")";
+    return ((control.style & BS_AUTOCHECKBOX) != 0 ? "check box " : "button ") + quoted(control.text);
+}
+
+std::string expected_page(const PageKind& kind) {
+    std::string page;
+    for (const TestedControl& control : kind.controls)
+        page += (page.empty() ? "" : ", ") + expected(control, kind);
+    return page;
+}
+
 TEST_F(SpecFilesGuide, EveryTypeHasTheEntryThatTheGuideShows) {
-    const std::map<std::string, std::string> pages = {
-        {"`String`", "text box"},
-        {"`Integer`", "number box"},
-        {"`Boolean`", "check box \"Enabled\""},
-        {"`Options`", "list of \"errors\", \"normal\", \"everything\""},
-        {"`COM`", "list of \"COM1\", \"COM2\""},
-        {"`Directory`", "text box, button \"...\""},
-        {"`File`", "text box, button \"...\""},
-        {"`ServerList`", "text box, button \"Scan\""},
-        {"`RemoveKey`", "check box \"Delete\""},
-        {"`SignalEvent`", "button \"Execute\""},
-        {"`ConnectionTest`", ""},
-    };
+    std::map<std::string, std::string> pages{{"`ConnectionTest`", ""}};
+    for (const PageKind& kind : page_kinds)
+        pages["`" + std::string(kind.type == std::string("string") ? "String" : kind.type) + "`"] =
+            expected_page(kind);
     make_key("HARDWARE\\DEVICEMAP\\SERIALCOMM");
     set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "\\Device\\Serial0", "COM2");
     set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "\\Device\\Serial1", "COM1");
