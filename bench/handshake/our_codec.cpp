@@ -12,7 +12,7 @@ const char* end_of_packet(Stream*, void*, std::size_t count) {
 }
 const char* no_room(Stream*, const void*, std::size_t) { return "no room"; }
 
-const Stream operations = {end_of_packet, no_room, nullptr, nullptr, nullptr, false, {}};
+const Stream operations = {.read = end_of_packet, .socket_write_buf = no_room};
 
 /// Gathers what is written, as a message is before it is sent.
 Stream writing(Packet& packet) {

@@ -61,7 +61,7 @@ TEST_F(WindowCallFails, TextAndData) {
     EXPECT_TRUE(fails(
         "GetWindowTextLengthA", [&] { return GetWindowTextLengthA(window); }, 0));
     EXPECT_TRUE(fails(
-        "SetWindowLongPtrA", [&] { return SetWindowLongPtrA(window, GWLP_ID, 5); }, 0));
+        "SetWindowLongPtrA", [&] { return SetWindowLongPtrA(window, GWLP_USERDATA, 5); }, 0));
     EXPECT_TRUE(fails(
         "GetWindowLongPtrA", [&] { return GetWindowLongPtrA(window, GWL_STYLE); }, 0));
     EXPECT_TRUE(fails(

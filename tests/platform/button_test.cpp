@@ -133,7 +133,6 @@ TEST_F(Button, KindsTellTheDialogNavigationWhatTheyAre) {
         return SendMessageA(add("Button", kind, "b"), WM_GETDLGCODE, 0, 0);
     };
     EXPECT_EQ(code(BS_PUSHBUTTON), DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON);
-    EXPECT_EQ(code(BS_DEFPUSHBUTTON), DLGC_BUTTON | DLGC_DEFPUSHBUTTON);
     EXPECT_EQ(code(BS_AUTOCHECKBOX), DLGC_BUTTON);
     EXPECT_EQ(code(BS_GROUPBOX), DLGC_STATIC);
     EXPECT_EQ(SendMessageA(add("Static", 0, "s"), WM_GETDLGCODE, 0, 0), DLGC_STATIC);

@@ -37,45 +37,6 @@ protected:
     }
 };
 
-TEST_F(DialogKeys, TabGoesFromStopToStopAndRound) {
-    EXPECT_EQ(after(tree, VK_TAB), close);
-    EXPECT_EQ(after(close, VK_TAB), edit) << "a control without WS_TABSTOP is left out";
-    EXPECT_EQ(after(edit, VK_TAB), tree);
-    EXPECT_EQ(after(plain, VK_TAB), edit) << "from a control that is no stop, the next one";
-}
-
-TEST_F(DialogKeys, TabWithTheFocusAtTheWindowGoesToTheFirstStop) { EXPECT_EQ(after(window, VK_TAB), tree); }
-
-TEST_F(DialogKeys, HiddenAndDisabledStopsAreLeftOut) {
-    ShowWindow(close, SW_HIDE);
-    EXPECT_EQ(after(tree, VK_TAB), edit);
-    EnableWindow(edit, FALSE);
-    EXPECT_EQ(after(tree, VK_TAB), tree);
-    EXPECT_EQ(GetNextDlgTabItem(window, tree, FALSE), tree);
-}
-
-TEST_F(DialogKeys, TabBackwardsWithShift) {
-    EXPECT_EQ(GetNextDlgTabItem(window, tree, TRUE), edit);
-    EXPECT_EQ(GetNextDlgTabItem(window, edit, TRUE), close);
-    EXPECT_EQ(GetNextDlgTabItem(window, close, TRUE), tree);
-}
-
-TEST_F(DialogKeys, TabIntoAnEditSelectsItsText) {
-    after(close, VK_TAB);
-    DWORD start = 9;
-    DWORD end = 9;
-    SendMessageA(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    EXPECT_EQ(start, 0U);
-    EXPECT_EQ(end, 4U);
-}
-
-TEST_F(DialogKeys, ControlsInsideAGroupBoxAreNotReached) {
-    const HWND box = add("Button", BS_GROUPBOX, "title");
-    const HWND inner = add_to(box, "Edit", ES_AUTOHSCROLL | WS_TABSTOP);
-    EXPECT_EQ(after(edit, VK_TAB), tree);
-    EXPECT_EQ(after(inner, VK_TAB), tree) << "the first stop behind the box";
-}
-
 TEST_F(DialogKeys, EnterPressesWhatHasTheIdOfOk) {
     EXPECT_TRUE(navigate(tree, VK_RETURN));
     ASSERT_EQ(count(WM_COMMAND), 1);

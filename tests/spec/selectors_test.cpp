@@ -11,13 +11,13 @@ namespace {
 class Selector : public OneValueTest {
 protected:
     /// The system's dialog may change the working directory of the program.
-    ~Selector() override { std::filesystem::current_path(directory); }
+    ~Selector() override { std::filesystem::current_path(directory_); }
 
     HWND text_box() const { return main.control(1); }
     HWND button() const { return main.control(2); }
 
 private:
-    std::filesystem::path directory = std::filesystem::current_path();
+    std::filesystem::path directory_ = std::filesystem::current_path();
 };
 
 class Directory : public Selector {

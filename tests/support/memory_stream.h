@@ -41,12 +41,12 @@ private:
     bool next_piece();
     const char* read_pieces(std::uint8_t* octets, std::size_t count);
 
-    std::vector<Part> script;
-    std::size_t piece_size = 0; // 0: nothing stays at hand
-    Octets piece;               // holds what is at hand
-    std::size_t part = 0;       // index into `script`
-    std::uint64_t copy = 0;     // copies of the part's unit that are used up
-    std::size_t offset = 0;     // into the copy being read
-    std::size_t room = std::numeric_limits<std::size_t>::max();
-    const char* break_text = nullptr;
+    std::vector<Part> script_;
+    std::size_t piece_size_ = 0; // 0: nothing stays at hand
+    Octets piece_;               // holds what is at hand
+    std::size_t part_ = 0;       // index into `script_`
+    std::uint64_t copy_ = 0;     // copies of the part's unit that are used up
+    std::size_t offset_ = 0;     // into the copy being read
+    std::size_t room_ = std::numeric_limits<std::size_t>::max();
+    const char* break_text_ = nullptr;
 };

@@ -63,7 +63,7 @@ ProgramTest::~ProgramTest() {
 }
 
 void ProgramTest::spec_file(const std::string& value_name, const std::string& text) {
-    const std::string path = folder.path_of(std::to_string(++spec_files) + ".spec");
+    const std::string path = folder_.path_of(std::to_string(++spec_files_) + ".spec");
     std::ofstream(path, std::ios::binary) << text;
     set_text(list_key, value_name, path);
 }

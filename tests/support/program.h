@@ -28,8 +28,8 @@ protected:
     UserSteps steps;
 
 private:
-    ScratchFolder folder;
-    int spec_files = 0;
+    ScratchFolder folder_;
+    int spec_files_ = 0;
 };
 
 /// The keys below HKEY_LOCAL_MACHINE that list the spec files and hold the agent's values.

@@ -15,9 +15,6 @@ void type_text(const std::string& text);
 void click_on(HWND window);
 /// Clicks at a point of its client area.
 void click_at(HWND window, POINT where);
-/// Selects an option of a closed drop-down list by keys: a click to focus it would open the list.
-void pick_option(HWND combo_box, int index);
-
 /// Steps that run one by one while the program's own message loop waits. A program that still waits when
 /// there is no step left ends the test process with a message. One list at a time.
 class UserSteps {

@@ -1,7 +1,7 @@
 #pragma once
 /// What every function of the substitute does first: it notes that it was called, and learns whether a test
 /// wants this very call to fail.
-#include "platform/substitute/types.h"
+#include "platform/substitute/kernel/kernel.h"
 
 namespace substitute {
 
@@ -9,6 +9,11 @@ namespace substitute {
 /// set as the last error); `fitting` is the code that a real failure of this function would most likely
 /// carry, or 0 for a function that cannot fail.
 DWORD failing(const char* function, DWORD fitting);
+/// Sets the last error and returns what says that a call failed: FALSE, 0 or null.
+template <typename Result = BOOL> Result refuse(DWORD code) {
+    SetLastError(code);
+    return Result{};
+}
 /// False on threads whose calls are neither noted nor failed: those of a test's peers.
 bool watched();
 

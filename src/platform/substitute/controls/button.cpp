@@ -11,7 +11,6 @@ struct ButtonData : ControlData {
 };
 
 DWORD kind_of(HWND handle) { return existing_window(handle).style & BS_TYPEMASK; }
-bool is_check_box(DWORD kind) { return kind == BS_CHECKBOX || kind == BS_AUTOCHECKBOX; }
 
 LRESULT create(HWND handle) {
     existing_window(handle).control = std::make_unique<ButtonData>();
@@ -21,14 +20,13 @@ LRESULT create(HWND handle) {
 LRESULT dialog_code(HWND handle) {
     switch (kind_of(handle)) {
     case BS_PUSHBUTTON: return DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON;
-    case BS_DEFPUSHBUTTON: return DLGC_BUTTON | DLGC_DEFPUSHBUTTON;
     case BS_GROUPBOX: return DLGC_STATIC;
     default: return DLGC_BUTTON;
     }
 }
 
 void set_check(HWND handle, WPARAM check) {
-    if (is_check_box(kind_of(handle)))
+    if (kind_of(handle) == BS_AUTOCHECKBOX)
         data_of<ButtonData>(handle)->check = check;
 }
 
@@ -52,24 +50,10 @@ LRESULT release(HWND handle) {
     return 0;
 }
 
-/// Only a button that is told so reports the focus.
-LRESULT change_focus(HWND handle, bool gained) {
-    if (!gained)
-        data_of<ButtonData>(handle)->pushed = false;
-    if ((existing_window(handle).style & BS_NOTIFY) != 0)
-        notify_parent(handle, gained ? BN_SETFOCUS : BN_KILLFOCUS);
-    return 0;
-}
-
 LRESULT click(HWND handle) {
     SendMessageA(handle, WM_LBUTTONDOWN, 0, 0);
     SendMessageA(handle, WM_LBUTTONUP, 0, 0);
     return 0;
-}
-
-LRESULT state_of(HWND handle) {
-    const auto* data = data_of<ButtonData>(handle);
-    return static_cast<LRESULT>(data->check) | (data->pushed ? BST_PUSHED : 0);
 }
 
 } // namespace
@@ -86,15 +70,12 @@ LRESULT button_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam
     case WM_LBUTTONUP: return release(handle);
     case WM_KEYDOWN: return wparam == VK_SPACE ? push(handle, false) : 0;
     case WM_KEYUP: return wparam == VK_SPACE ? release(handle) : 0;
-    case WM_SETFOCUS:
-    case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
+    case WM_KILLFOCUS: data->pushed = false; return 0;
     case WM_SETFONT: existing_window(handle).font = reinterpret_cast<HFONT>(wparam); return 0;
     case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case BM_CLICK: return click(handle);
     case BM_GETCHECK: return static_cast<LRESULT>(data->check);
     case BM_SETCHECK: set_check(handle, wparam); return 0;
-    case BM_GETSTATE: return state_of(handle);
-    case BM_SETSTATE: data->pushed = wparam != 0; return 0;
     default: return DefWindowProcA(handle, message, wparam, lparam);
     }
 }

@@ -1,9 +1,9 @@
 #include "platform/substitute/controls/controls.h"
+#include "platform/substitute/text.h"
 #include "platform/substitute/windows/window.h"
 #include "platform/substitute/windows/window_calls.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstring>
 
 /// "ComboBox" in its drop-down list form.
@@ -54,12 +54,6 @@ LRESULT set_selection(ComboData& data, WPARAM wparam) {
     return index;
 }
 
-LRESULT reset(ComboData& data) {
-    data.items.clear();
-    data.selected = CB_ERR;
-    return 0;
-}
-
 LRESULT height_of(WPARAM index) { return static_cast<int>(index) == -1 ? field_height : row_height; }
 
 LRESULT set_rows(ComboData& data, WPARAM rows) {
@@ -91,30 +85,6 @@ LRESULT read_text(const ComboData& data, WPARAM capacity, LPARAM buffer) {
     const std::string text = selected_text(data).substr(0, capacity - 1);
     std::memcpy(reinterpret_cast<char*>(buffer), text.c_str(), text.size() + 1);
     return static_cast<LRESULT>(text.size());
-}
-
-char folded(char character) { return static_cast<char>(std::tolower(static_cast<unsigned char>(character))); }
-
-bool same_text(const std::string& left, const std::string& right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return folded(a) == folded(b); });
-}
-
-/// Searches all items, beginning behind `after`.
-template <typename Predicate> int find_item(const ComboData& data, int after, Predicate fits) {
-    const auto count = static_cast<int>(data.items.size());
-    for (int step = 1; step <= count; ++step) {
-        const int index = (std::max(after, -1) + step) % count;
-        if (fits(item(data, index)))
-            return index;
-    }
-    return CB_ERR;
-}
-
-LRESULT find_exact(const ComboData& data, WPARAM after, LPARAM text) {
-    const std::string wanted(reinterpret_cast<LPCSTR>(text));
-    return find_item(data, static_cast<int>(after),
-                     [&](const std::string& each) { return same_text(each, wanted); });
 }
 
 LRESULT drop(HWND handle, bool down) {
@@ -161,9 +131,6 @@ LRESULT take_key(HWND handle, WPARAM key) {
     switch (static_cast<int>(key)) {
     case VK_UP: choose(handle, std::max(data.selected - 1, 0)); break;
     case VK_DOWN: choose(handle, std::min(data.selected + 1, last)); break;
-    case VK_HOME: choose(handle, 0); break;
-    case VK_END: choose(handle, last); break;
-    case VK_F4: drop(handle, !data.dropped); break;
     case VK_RETURN:
     case VK_ESCAPE:
         if (data.dropped)
@@ -178,10 +145,14 @@ LRESULT take_key(HWND handle, WPARAM key) {
 LRESULT take_character(HWND handle, WPARAM character) {
     const ComboData& data = data_at(handle);
     const char wanted = folded(static_cast<char>(character));
-    const int found = find_item(data, data.selected, [&](const std::string& each) {
-        return !each.empty() && folded(each[0]) == wanted;
-    });
-    choose(handle, found);
+    const auto count = static_cast<int>(data.items.size());
+    for (int step = 1; step <= count; ++step) {
+        const int index = (data.selected + step) % count;
+        if (!item(data, index).empty() && folded(item(data, index)[0]) == wanted) {
+            choose(handle, index);
+            break;
+        }
+    }
     return 0;
 }
 
@@ -242,9 +213,6 @@ LRESULT combo_box_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
     case CB_GETITEMHEIGHT: return height_of(wparam);
     case CB_GETMINVISIBLE: return data->rows;
     case CB_SETMINVISIBLE: return set_rows(*data, wparam);
-    case CB_FINDSTRINGEXACT: return find_exact(*data, wparam, lparam);
-    case CB_RESETCONTENT: return reset(*data);
-    case CB_SHOWDROPDOWN: return drop(handle, wparam != 0);
     case CB_GETDROPPEDSTATE: return data->dropped ? TRUE : FALSE;
     default: return DefWindowProcA(handle, message, wparam, lparam);
     }

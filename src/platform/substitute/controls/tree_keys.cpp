@@ -1,6 +1,6 @@
 #include "platform/substitute/controls/tree_view.h"
 
-#include <cctype>
+#include "platform/substitute/text.h"
 
 namespace substitute {
 namespace {
@@ -29,8 +29,6 @@ HTREEITEM target_of(HWND handle, WPARAM key, HTREEITEM from) {
     }
 }
 
-char folded(char character) { return static_cast<char>(std::tolower(static_cast<unsigned char>(character))); }
-
 } // namespace
 
 LRESULT take_tree_key(HWND handle, WPARAM key) {
@@ -39,8 +37,6 @@ LRESULT take_tree_key(HWND handle, WPARAM key) {
     notify_parent_of_tree(handle, record.hdr, TVN_KEYDOWN);
     if (!IsWindow(handle))
         return 0;
-    if (key == VK_RETURN)
-        return notify_parent_of_tree(handle, NM_RETURN);
     const HTREEITEM from = tree_data(handle).selected;
     const HTREEITEM target = from == nullptr ? nullptr : target_of(handle, key, from);
     if (target != nullptr)

@@ -81,24 +81,11 @@ void erase_below(HWND handle, HTREEITEM target) {
     }
 }
 
-HTREEITEM successor_of(const TreeData& data, HTREEITEM target) {
-    const TreeItem& item = *data.items.find(target);
-    return item.next != nullptr ? item.next : item.parent;
-}
-
-LRESULT erase(HWND handle, HTREEITEM target) {
+LRESULT erase_all(HWND handle) {
     TreeData& data = tree_data(handle);
-    if (target == TVI_ROOT || target == nullptr) {
-        data.selected = nullptr;
-        while (data.items.first_root() != nullptr)
-            erase_below(handle, data.items.first_root());
-        return TRUE;
-    }
-    if (data.items.find(target) == nullptr)
-        return FALSE;
-    if (data.selected == target)
-        select_tree_item(handle, successor_of(data, target), TVC_UNKNOWN);
-    erase_below(handle, target);
+    data.selected = nullptr;
+    while (data.items.first_root() != nullptr)
+        erase_below(handle, data.items.first_root());
     return TRUE;
 }
 
@@ -130,8 +117,6 @@ HTREEITEM related(const TreeData& data, WPARAM relation, HTREEITEM handle) {
     switch (relation) {
     case TVGN_NEXT: return item->next;
     case TVGN_NEXTVISIBLE: return data.items.visible_after(handle);
-    case TVGN_PREVIOUS: return item->previous;
-    case TVGN_PARENT: return item->parent;
     case TVGN_CHILD: return item->first_child;
     default: return nullptr;
     }
@@ -198,20 +183,16 @@ LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
         return DefWindowProcA(handle, message, wparam, lparam);
     const auto item = reinterpret_cast<HTREEITEM>(lparam);
     switch (message) {
-    case WM_DESTROY: return erase(handle, TVI_ROOT);
+    case WM_DESTROY: return erase_all(handle);
     case WM_GETDLGCODE: return DLGC_WANTARROWS | DLGC_WANTCHARS;
-    case WM_SETFONT: existing_window(handle).font = reinterpret_cast<HFONT>(wparam); return 0;
-    case WM_GETFONT: return reinterpret_cast<LRESULT>(existing_window(handle).font);
     case WM_SETFOCUS:
     case WM_KILLFOCUS: return change_focus(handle, message == WM_SETFOCUS);
     case WM_LBUTTONDOWN: return take_tree_click(handle, lparam);
     case WM_KEYDOWN: return take_tree_key(handle, wparam);
     case WM_CHAR: return take_tree_character(handle, wparam);
     case TVM_INSERTITEMA: return insert(handle, lparam);
-    case TVM_DELETEITEM: return erase(handle, item);
     case TVM_EXPAND: return expand_tree_item(handle, wparam, item);
     case TVM_GETITEMRECT: return item_rectangle(handle, wparam != 0, lparam);
-    case TVM_GETCOUNT: return data->items.count();
     case TVM_GETNEXTITEM: return reinterpret_cast<LRESULT>(related(*data, wparam, item));
     case TVM_SELECTITEM: return wparam == TVGN_CARET ? select_tree_item(handle, item, TVC_UNKNOWN) : FALSE;
     case TVM_GETITEMA: return read_item(handle, lparam);

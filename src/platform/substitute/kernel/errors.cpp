@@ -98,11 +98,6 @@ std::optional<std::string> find_text(DWORD code) {
     return std::string(found->text) + "\r\n";
 }
 
-DWORD fail(DWORD code) {
-    SetLastError(code);
-    return 0;
-}
-
 } // namespace
 
 DWORD GetLastError() { return last_error; }
@@ -112,17 +107,16 @@ DWORD FormatMessageA(DWORD flags, const void*, DWORD code, DWORD, LPSTR buffer, 
     if (substitute::failing("FormatMessageA", ERROR_NOT_ENOUGH_MEMORY))
         return 0;
     if ((flags & FORMAT_MESSAGE_FROM_SYSTEM) == 0)
-        return fail(ERROR_INVALID_PARAMETER);
+        return substitute::refuse<DWORD>(ERROR_INVALID_PARAMETER);
     const auto text = find_text(code);
     if (!text)
-        return fail(ERROR_MR_MID_NOT_FOUND);
+        return substitute::refuse<DWORD>(ERROR_MR_MID_NOT_FOUND);
     if (size <= text->size())
-        return fail(ERROR_INSUFFICIENT_BUFFER);
+        return substitute::refuse<DWORD>(ERROR_INSUFFICIENT_BUFFER);
     std::copy_n(text->c_str(), text->size() + 1, buffer);
     return static_cast<DWORD>(text->size());
 }
 
 DWORD GetCurrentThreadId() { return 1; }
-DWORD GetCurrentProcessId() { return 1; }
 
 void substitute::set_system_text(DWORD code, const std::string& text) { scripted_texts()[code] = text; }

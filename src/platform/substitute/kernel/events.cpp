@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <string>
 
+using substitute::refuse;
+
 namespace {
 
 struct Event {
@@ -33,11 +35,6 @@ State& state() {
 
 const substitute::ResetHook reset_hook([] { state() = State{}; });
 
-HANDLE fail(DWORD code) {
-    SetLastError(code);
-    return nullptr;
-}
-
 HANDLE add_handle(std::shared_ptr<Event> event, DWORD access) {
     const auto handle = reinterpret_cast<HANDLE>(state().last += 4);
     state().open[handle] = {std::move(event), access};
@@ -57,14 +54,10 @@ LONG name_error(const std::string& name) {
 /// The event behind a handle that has the needed right; null with the last error set otherwise.
 Event* usable(HANDLE handle, DWORD needed) {
     const auto found = state().open.find(handle);
-    if (found == state().open.end()) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return nullptr;
-    }
-    if ((found->second.access & needed) == 0) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return nullptr;
-    }
+    if (found == state().open.end())
+        return refuse<Event*>(ERROR_INVALID_HANDLE);
+    if ((found->second.access & needed) == 0)
+        return refuse<Event*>(ERROR_ACCESS_DENIED);
     return found->second.event.get();
 }
 
@@ -94,7 +87,7 @@ HANDLE CreateEventA(SECURITY_ATTRIBUTES*, BOOL manual_reset, BOOL signalled, LPC
         return add_handle(fresh, EVENT_ALL_ACCESS);
     const std::string own = full_name(name);
     if (const LONG code = name_error(own); code != ERROR_SUCCESS)
-        return fail(static_cast<DWORD>(code));
+        return refuse<HANDLE>(static_cast<DWORD>(code));
     std::weak_ptr<Event>& known = state().named[own];
     if (auto existing = known.lock()) {
         SetLastError(ERROR_ALREADY_EXISTS);
@@ -108,27 +101,20 @@ HANDLE OpenEventA(DWORD access, BOOL, LPCSTR name) {
     if (substitute::failing("OpenEventA", ERROR_ACCESS_DENIED))
         return nullptr;
     if (name == nullptr)
-        return fail(ERROR_INVALID_PARAMETER);
+        return refuse<HANDLE>(ERROR_INVALID_PARAMETER);
     const auto known = state().named.find(full_name(name));
     auto event = known == state().named.end() ? nullptr : known->second.lock();
-    return event == nullptr ? fail(ERROR_FILE_NOT_FOUND) : add_handle(std::move(event), access);
+    return event == nullptr ? refuse<HANDLE>(ERROR_FILE_NOT_FOUND) : add_handle(std::move(event), access);
 }
 
 BOOL SetEvent(HANDLE event) {
     return substitute::failing("SetEvent", ERROR_INVALID_HANDLE) ? FALSE : switch_signal(event, true);
 }
 
-BOOL ResetEvent(HANDLE event) {
-    return substitute::failing("ResetEvent", ERROR_INVALID_HANDLE) ? FALSE : switch_signal(event, false);
-}
-
 BOOL CloseHandle(HANDLE object) {
     if (substitute::failing("CloseHandle", ERROR_INVALID_HANDLE))
         return FALSE;
-    if (state().open.erase(object) != 0)
-        return TRUE;
-    SetLastError(ERROR_INVALID_HANDLE);
-    return FALSE;
+    return state().open.erase(object) != 0 ? TRUE : refuse(ERROR_INVALID_HANDLE);
 }
 
 DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {

@@ -5,7 +5,6 @@
 /// Signed, as the system's own constants are: what compares with them there compares with them here.
 inline constexpr LONG ERROR_SUCCESS = 0;
 inline constexpr LONG NO_ERROR = 0;
-inline constexpr LONG ERROR_INVALID_FUNCTION = 1;
 inline constexpr LONG ERROR_FILE_NOT_FOUND = 2;
 inline constexpr LONG ERROR_PATH_NOT_FOUND = 3;
 inline constexpr LONG ERROR_ACCESS_DENIED = 5;
@@ -41,7 +40,6 @@ DWORD FormatMessageA(DWORD flags, const void* source, DWORD code, DWORD language
                      void* arguments);
 
 DWORD GetCurrentThreadId();
-DWORD GetCurrentProcessId();
 
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 /// The clock is virtual: it stands still but for these calls and substitute::advance_clock.
@@ -60,7 +58,6 @@ struct SECURITY_ATTRIBUTES;
 HANDLE CreateEventA(SECURITY_ATTRIBUTES* security, BOOL manual_reset, BOOL signalled, LPCSTR name);
 HANDLE OpenEventA(DWORD access, BOOL inherit, LPCSTR name);
 BOOL SetEvent(HANDLE event);
-BOOL ResetEvent(HANDLE event);
 BOOL CloseHandle(HANDLE object);
 /// A wait that nothing can end any more lets the clock run for its whole time-out.
 DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);

@@ -84,15 +84,13 @@ LSTATUS RegOpenKeyExA(HKEY parent, LPCSTR path, DWORD, REGSAM access, HKEY* resu
 }
 
 LSTATUS RegCreateKeyExA(HKEY parent, LPCSTR path, DWORD, LPSTR, DWORD, REGSAM access, SECURITY_ATTRIBUTES*,
-                        HKEY* result, LPDWORD disposition) {
+                        HKEY* result, LPDWORD) {
     *result = nullptr;
     if (const DWORD code = substitute::failing("RegCreateKeyExA", ERROR_ACCESS_DENIED))
         return static_cast<LSTATUS>(code);
     Place place;
     if (const LSTATUS status = walk(parent, path, true, place); status != ERROR_SUCCESS)
         return status;
-    if (disposition != nullptr)
-        *disposition = place.key == nullptr ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
     if (place.key == nullptr) {
         place.key = std::make_shared<RegistryKey>();
         place.key->name = place.name;

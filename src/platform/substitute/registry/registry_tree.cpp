@@ -35,15 +35,6 @@ const ResetHook reset_hook([] { handles() = Handles{}; });
 
 } // namespace
 
-std::string folded(const std::string& name) {
-    std::string lower = name;
-    for (char& byte : lower) {
-        if (byte >= 'A' && byte <= 'Z')
-            byte = static_cast<char>(byte - 'A' + 'a');
-    }
-    return lower;
-}
-
 const RegistryValue* RegistryValues::find(const std::string& name) const {
     const auto found = positions_.find(folded(name));
     return found == positions_.end() ? nullptr : &values_[found->second];

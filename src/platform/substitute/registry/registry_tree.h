@@ -1,6 +1,7 @@
 #pragma once
 /// The keys and values behind the registry calls.
 #include "platform/substitute/registry/registry.h"
+#include "platform/substitute/text.h"
 
 #include <map>
 #include <memory>
@@ -15,9 +16,6 @@ struct RegistryValue {
     DWORD type = 0;
     std::string data;
 };
-
-/// Names compare without case (of ASCII letters) and keep the case that they were created with.
-std::string folded(const std::string& name);
 
 /// A key's values in the order in which they were first written; found by name or by position at once.
 class RegistryValues {

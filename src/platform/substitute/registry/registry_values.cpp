@@ -141,15 +141,3 @@ LSTATUS RegEnumValueA(HKEY handle, DWORD index, LPSTR name, LPDWORD name_size, L
         return status;
     return copy_name(value.name, name, name_size);
 }
-
-LSTATUS RegEnumKeyExA(HKEY handle, DWORD index, LPSTR name, LPDWORD name_size, LPDWORD, LPSTR, LPDWORD,
-                      FILETIME*) {
-    if (const DWORD code = substitute::failing("RegEnumKeyExA", ERROR_ACCESS_DENIED))
-        return static_cast<LSTATUS>(code);
-    RegistryKey* key = nullptr;
-    if (const LSTATUS status = usable(handle, KEY_ENUMERATE_SUB_KEYS, key); status != ERROR_SUCCESS)
-        return status;
-    if (index >= key->subkeys.size())
-        return ERROR_NO_MORE_ITEMS;
-    return copy_name(std::next(key->subkeys.begin(), index)->second->name, name, name_size);
-}

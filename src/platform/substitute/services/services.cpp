@@ -4,11 +4,13 @@
 #include "platform/substitute/control/clock.h"
 #include "platform/substitute/control/services.h"
 #include "platform/substitute/kernel/kernel.h"
-#include "platform/substitute/registry/registry_tree.h"
+#include "platform/substitute/text.h"
 
 #include <map>
 
+using substitute::folded;
 using substitute::never;
+using substitute::refuse;
 using substitute::ServiceCounts;
 using substitute::ServiceScript;
 
@@ -46,32 +48,16 @@ SC_HANDLE add_handle(const std::string& name, DWORD access) {
     return handle;
 }
 
-SC_HANDLE no_handle(DWORD code) {
-    SetLastError(code);
-    return nullptr;
-}
-
-BOOL fail(DWORD code) {
-    SetLastError(code);
-    return FALSE;
-}
-
 /// The service behind a handle that has the needed right; null with the last error set otherwise.
 Service* usable(SC_HANDLE handle, DWORD needed) {
     const auto found = state().open.find(handle);
-    if (found == state().open.end() || found->second.name.empty()) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return nullptr;
-    }
-    if ((found->second.access & needed) != needed) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return nullptr;
-    }
+    if (found == state().open.end() || found->second.name.empty())
+        return refuse<Service*>(ERROR_INVALID_HANDLE);
+    if ((found->second.access & needed) != needed)
+        return refuse<Service*>(ERROR_ACCESS_DENIED);
     const auto service = state().services.find(found->second.name);
-    if (service != state().services.end())
-        return &service->second;
-    SetLastError(ERROR_SERVICE_DOES_NOT_EXIST);
-    return nullptr;
+    return service != state().services.end() ? &service->second
+                                             : refuse<Service*>(ERROR_SERVICE_DOES_NOT_EXIST);
 }
 
 /// Lets what is due by now happen.
@@ -122,16 +108,16 @@ SC_HANDLE OpenServiceA(SC_HANDLE manager, LPCSTR name, DWORD access) {
         return nullptr;
     if (const auto open = state().open.find(manager);
         open == state().open.end() || !open->second.name.empty())
-        return no_handle(ERROR_INVALID_HANDLE);
+        return refuse<SC_HANDLE>(ERROR_INVALID_HANDLE);
     if (name == nullptr)
-        return no_handle(ERROR_INVALID_ADDRESS);
+        return refuse<SC_HANDLE>(ERROR_INVALID_ADDRESS);
     if (!is_valid_name(name))
-        return no_handle(ERROR_INVALID_NAME);
-    const auto found = state().services.find(substitute::folded(name));
+        return refuse<SC_HANDLE>(ERROR_INVALID_NAME);
+    const auto found = state().services.find(folded(name));
     if (found == state().services.end())
-        return no_handle(ERROR_SERVICE_DOES_NOT_EXIST);
+        return refuse<SC_HANDLE>(ERROR_SERVICE_DOES_NOT_EXIST);
     const DWORD refusal = found->second.script.open_error;
-    return refusal != 0 ? no_handle(refusal) : add_handle(found->first, access);
+    return refusal != 0 ? refuse<SC_HANDLE>(refusal) : add_handle(found->first, access);
 }
 
 BOOL QueryServiceStatus(SC_HANDLE handle, SERVICE_STATUS* status) {
@@ -142,7 +128,7 @@ BOOL QueryServiceStatus(SC_HANDLE handle, SERVICE_STATUS* status) {
         return FALSE;
     ++service->counts.queries;
     if (service->stop_requested && service->script.query_error_while_stopping != 0)
-        return fail(service->script.query_error_while_stopping);
+        return refuse(service->script.query_error_while_stopping);
     settle(*service);
     report(*service, *status);
     return TRUE;
@@ -155,7 +141,7 @@ BOOL ControlService(SC_HANDLE handle, DWORD control, SERVICE_STATUS* status) {
     if (service == nullptr)
         return FALSE;
     if (control != SERVICE_CONTROL_STOP)
-        return fail(ERROR_INVALID_PARAMETER);
+        return refuse(ERROR_INVALID_PARAMETER);
     ++service->counts.stops;
     settle(*service);
     const DWORD refusal = stop_error(*service);
@@ -164,7 +150,7 @@ BOOL ControlService(SC_HANDLE handle, DWORD control, SERVICE_STATUS* status) {
         begin(*service, SERVICE_STOP_PENDING, SERVICE_STOPPED, service->script.stop_time);
     }
     report(*service, *status);
-    return refusal == ERROR_SUCCESS ? TRUE : fail(refusal);
+    return refusal == ERROR_SUCCESS ? TRUE : refuse(refusal);
 }
 
 BOOL StartServiceA(SC_HANDLE handle, DWORD, LPCSTR*) {
@@ -176,9 +162,9 @@ BOOL StartServiceA(SC_HANDLE handle, DWORD, LPCSTR*) {
     ++service->counts.starts;
     settle(*service);
     if (service->script.start_error != 0)
-        return fail(service->script.start_error);
+        return refuse(service->script.start_error);
     if (service->script.state != SERVICE_STOPPED)
-        return fail(ERROR_SERVICE_ALREADY_RUNNING);
+        return refuse(ERROR_SERVICE_ALREADY_RUNNING);
     begin(*service, SERVICE_START_PENDING, SERVICE_RUNNING, service->script.start_time);
     return TRUE;
 }
@@ -186,7 +172,7 @@ BOOL StartServiceA(SC_HANDLE handle, DWORD, LPCSTR*) {
 BOOL CloseServiceHandle(SC_HANDLE handle) {
     if (substitute::failing("CloseServiceHandle", ERROR_INVALID_HANDLE))
         return FALSE;
-    return state().open.erase(handle) != 0 ? TRUE : fail(ERROR_INVALID_HANDLE);
+    return state().open.erase(handle) != 0 ? TRUE : refuse(ERROR_INVALID_HANDLE);
 }
 
 namespace substitute {

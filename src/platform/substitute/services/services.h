@@ -17,8 +17,6 @@ inline constexpr DWORD SERVICE_STOPPED = 1;
 inline constexpr DWORD SERVICE_START_PENDING = 2;
 inline constexpr DWORD SERVICE_STOP_PENDING = 3;
 inline constexpr DWORD SERVICE_RUNNING = 4;
-inline constexpr DWORD SERVICE_CONTINUE_PENDING = 5;
-inline constexpr DWORD SERVICE_PAUSE_PENDING = 6;
 inline constexpr DWORD SERVICE_PAUSED = 7;
 
 struct SERVICE_STATUS {

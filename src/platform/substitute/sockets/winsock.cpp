@@ -30,11 +30,6 @@ SOCKET opened(int result) {
     return static_cast<SOCKET>(result);
 }
 
-int fail_with(int code) {
-    SetLastError(static_cast<DWORD>(code));
-    return SOCKET_ERROR;
-}
-
 const ::sockaddr* host_address(const sockaddr* address) {
     static_assert(sizeof(sockaddr_in) == sizeof(::sockaddr_in));
     return reinterpret_cast<const ::sockaddr*>(address);

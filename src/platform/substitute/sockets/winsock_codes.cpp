@@ -1,5 +1,8 @@
 #include "platform/substitute/sockets/winsock_codes.h"
 
+#include "platform/substitute/kernel/kernel.h"
+#include "platform/substitute/sockets/winsock_calls.h"
+
 #include <cerrno>
 #include <netdb.h>
 
@@ -68,6 +71,11 @@ int code_of_lookup(int host_code) {
     case NO_DATA: return WSANO_DATA;
     default: return WSANO_RECOVERY;
     }
+}
+
+int fail_with(int code) {
+    SetLastError(static_cast<DWORD>(code));
+    return SOCKET_ERROR;
 }
 
 } // namespace winsock

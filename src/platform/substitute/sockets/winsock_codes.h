@@ -5,7 +5,6 @@
 namespace winsock {
 
 inline constexpr int WSAEINTR = 10004;
-inline constexpr int WSAEBADF = 10009;
 inline constexpr int WSAEACCES = 10013;
 inline constexpr int WSAEFAULT = 10014;
 inline constexpr int WSAEINVAL = 10022;
@@ -37,7 +36,6 @@ inline constexpr int WSAECONNREFUSED = 10061;
 inline constexpr int WSAEHOSTDOWN = 10064;
 inline constexpr int WSAEHOSTUNREACH = 10065;
 inline constexpr int WSASYSNOTREADY = 10091;
-inline constexpr int WSAVERNOTSUPPORTED = 10092;
 inline constexpr int WSAHOST_NOT_FOUND = 11001;
 inline constexpr int WSATRY_AGAIN = 11002;
 inline constexpr int WSANO_RECOVERY = 11003;
@@ -47,5 +45,7 @@ inline constexpr int WSANO_DATA = 11004;
 int code_of_errno(int host_code);
 /// Winsock's code for an `h_errno` of a name look-up.
 int code_of_lookup(int host_code);
+/// Sets the last error and returns what says that a socket call failed.
+int fail_with(int code);
 
 } // namespace winsock

@@ -12,14 +12,10 @@ inline constexpr int SOCK_DGRAM = 2;
 inline constexpr int IPPROTO_TCP = 6;
 inline constexpr int TCP_NODELAY = 1;
 inline constexpr int SOL_SOCKET = 1;
-inline constexpr int SO_REUSEADDR = 2;
 inline constexpr int SO_ERROR = 4;
 inline constexpr int SO_BROADCAST = 6;
-inline constexpr int SO_SNDBUF = 7;
-inline constexpr int SO_RCVBUF = 8;
 inline constexpr int SO_LINGER = 13;
 inline constexpr ULONG INADDR_ANY = 0;
-inline constexpr ULONG INADDR_LOOPBACK = 0x7F000001;
 inline constexpr ULONG INADDR_NONE = 0xFFFFFFFF;
 
 } // namespace winsock

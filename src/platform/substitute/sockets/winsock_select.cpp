@@ -88,11 +88,6 @@ int poll_for(std::vector<pollfd>& entries, const timeval* timeout) {
     }
 }
 
-int fail_with(int code) {
-    SetLastError(static_cast<DWORD>(code));
-    return SOCKET_ERROR;
-}
-
 void clear(socket_set* set) {
     if (set != nullptr)
         set->fd_count = 0;

@@ -24,7 +24,6 @@ LRESULT set_text(Window& window, LPCSTR text) {
 
 LRESULT obey(HWND handle, WPARAM order) {
     switch (order) {
-    case SC_CLOSE: return SendMessageA(handle, WM_CLOSE, 0, 0);
     case SC_MINIMIZE: show_window(handle, SW_MINIMIZE); return 0;
     case SC_RESTORE: show_window(handle, SW_RESTORE); return 0;
     default: return 0;

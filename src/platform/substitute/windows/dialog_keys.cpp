@@ -2,56 +2,14 @@
 #include "platform/substitute/windows/window.h"
 #include "platform/substitute/windows/window_calls.h"
 
-#include <algorithm>
-
-/// The keyboard navigation that IsDialogMessageA adds to any window: it is a "dialog" for this call only, so
-/// the focus is moved here and not by the window.
+/// The keyboard navigation that IsDialogMessageA adds to any window: it is a "dialog" for this call only, and
+/// moves nothing: the program moves the focus itself before it asks.
 namespace substitute {
 namespace {
 
 LRESULT dialog_code(HWND control, const MSG* message) {
     const WPARAM key = message == nullptr ? 0 : message->wParam;
     return SendMessageA(control, WM_GETDLGCODE, key, reinterpret_cast<LPARAM>(message));
-}
-
-bool is_reachable(HWND control) {
-    const Window* window = window_of(control);
-    return window != nullptr && (window->style & (WS_VISIBLE | WS_DISABLED)) == WS_VISIBLE;
-}
-
-bool is_tab_stop(HWND control) {
-    return is_reachable(control) && (existing_window(control).style & WS_TABSTOP) != 0;
-}
-
-/// The controls in the order of the navigation: a container that says so is replaced by what it holds.
-void collect(HWND parent, std::vector<HWND>& controls) {
-    for (const HWND child : children_of(parent)) {
-        if ((existing_window(child).extended_style & WS_EX_CONTROLPARENT) == 0) {
-            controls.push_back(child);
-        } else if (is_reachable(child)) {
-            collect(child, controls);
-        }
-    }
-}
-
-/// The child of `parent` that `control` is, or that holds it.
-HWND direct_control(HWND dialog, HWND control, const std::vector<HWND>& controls) {
-    while (control != nullptr && control != dialog &&
-           std::find(controls.begin(), controls.end(), control) == controls.end())
-        control = GetParent(control);
-    return control;
-}
-
-bool focus_next_tab_stop(HWND dialog) {
-    const HWND focus = GetFocus();
-    const bool backwards = GetKeyState(VK_SHIFT) < 0;
-    const HWND next = GetNextDlgTabItem(dialog, focus == dialog ? nullptr : focus, backwards);
-    if (next == nullptr)
-        return false;
-    if ((dialog_code(next, nullptr) & DLGC_HASSETSEL) != 0)
-        SendMessageA(next, EM_SETSEL, 0, -1);
-    set_focus(next);
-    return true;
 }
 
 bool press_enter(HWND dialog) {
@@ -76,7 +34,6 @@ bool handle_key(HWND dialog, const MSG& message) {
     if ((code & DLGC_WANTMESSAGE) != 0)
         return false;
     switch (static_cast<int>(message.wParam)) {
-    case VK_TAB: return (code & DLGC_WANTTAB) == 0 && focus_next_tab_stop(dialog);
     case VK_LEFT:
     case VK_UP:
     case VK_RIGHT:
@@ -102,23 +59,4 @@ BOOL IsDialogMessageA(HWND dialog, LPMSG message) {
     TranslateMessage(message);
     DispatchMessageA(message);
     return TRUE;
-}
-
-HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
-    std::vector<HWND> controls;
-    collect(dialog, controls);
-    if (controls.empty())
-        return nullptr;
-    const HWND own = direct_control(dialog, control, controls);
-    const auto found = std::find(controls.begin(), controls.end(), own);
-    const std::size_t count = controls.size();
-    const std::size_t outside = previous != FALSE ? 0 : count - 1;
-    const std::size_t start =
-        found == controls.end() ? outside : static_cast<std::size_t>(found - controls.begin());
-    for (std::size_t step = 1; step <= count; ++step) {
-        const std::size_t index = (start + (previous != FALSE ? count - step : step)) % count;
-        if (is_tab_stop(controls[index]))
-            return controls[index];
-    }
-    return nullptr;
 }

@@ -211,10 +211,8 @@ BOOL PostMessageA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
 BOOL PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam) {
     if (failing("PostThreadMessageA", ERROR_INVALID_THREAD_ID))
         return FALSE;
-    if (thread != GetCurrentThreadId()) {
-        SetLastError(ERROR_INVALID_THREAD_ID);
-        return FALSE;
-    }
+    if (thread != GetCurrentThreadId())
+        return refuse(ERROR_INVALID_THREAD_ID);
     queue().posted.push_back({nullptr, message, wparam, lparam, 0, {0, 0}});
     return TRUE;
 }

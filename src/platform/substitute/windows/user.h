@@ -32,7 +32,6 @@ HWND GetDlgItem(HWND parent, int id);
 int GetDlgCtrlID(HWND window);
 BOOL IsChild(HWND parent, HWND window);
 HWND FindWindowA(LPCSTR class_name, LPCSTR title);
-BOOL EnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM parameter);
 int GetClassNameA(HWND window, LPSTR buffer, int capacity);
 
 BOOL SetWindowTextA(HWND window, LPCSTR text);
@@ -48,7 +47,6 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 BOOL ShowWindow(HWND window, int command);
 BOOL UpdateWindow(HWND window);
 BOOL IsWindowVisible(HWND window);
-BOOL IsIconic(HWND window);
 BOOL EnableWindow(HWND window, BOOL enable);
 BOOL IsWindowEnabled(HWND window);
 
@@ -66,7 +64,6 @@ BOOL PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT remove
 BOOL TranslateMessage(const MSG* message);
 LRESULT DispatchMessageA(const MSG* message);
 BOOL IsDialogMessageA(HWND dialog, LPMSG message);
-HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
 
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style);
 

@@ -3,47 +3,31 @@
 #include "platform/substitute/types.h"
 
 inline constexpr DWORD BS_PUSHBUTTON = 0x0;
-inline constexpr DWORD BS_DEFPUSHBUTTON = 0x1;
-inline constexpr DWORD BS_CHECKBOX = 0x2;
 inline constexpr DWORD BS_AUTOCHECKBOX = 0x3;
 inline constexpr DWORD BS_GROUPBOX = 0x7;
 inline constexpr DWORD BS_TYPEMASK = 0xF;
-inline constexpr DWORD BS_NOTIFY = 0x4000;
 inline constexpr UINT BM_GETCHECK = 0x00F0;
 inline constexpr UINT BM_SETCHECK = 0x00F1;
 inline constexpr UINT BM_GETSTATE = 0x00F2;
-inline constexpr UINT BM_SETSTATE = 0x00F3;
 inline constexpr UINT BM_CLICK = 0x00F5;
 inline constexpr WPARAM BST_UNCHECKED = 0;
 inline constexpr WPARAM BST_CHECKED = 1;
 inline constexpr LRESULT BST_PUSHED = 4;
 inline constexpr WORD BN_CLICKED = 0;
-inline constexpr WORD BN_SETFOCUS = 6;
-inline constexpr WORD BN_KILLFOCUS = 7;
 
 inline constexpr DWORD SS_LEFT = 0x0;
 
 inline constexpr DWORD ES_CENTER = 0x0001;
 inline constexpr DWORD ES_MULTILINE = 0x0004;
-inline constexpr DWORD ES_AUTOVSCROLL = 0x0040;
 inline constexpr DWORD ES_AUTOHSCROLL = 0x0080;
 inline constexpr DWORD ES_READONLY = 0x0800;
-inline constexpr DWORD ES_WANTRETURN = 0x1000;
 inline constexpr DWORD ES_NUMBER = 0x2000;
-inline constexpr UINT EM_GETSEL = 0x00B0;
 inline constexpr UINT EM_SETSEL = 0x00B1;
-inline constexpr UINT EM_GETMODIFY = 0x00B8;
-inline constexpr UINT EM_SETMODIFY = 0x00B9;
 inline constexpr UINT EM_GETLINECOUNT = 0x00BA;
-inline constexpr UINT EM_REPLACESEL = 0x00C2;
-inline constexpr UINT EM_LIMITTEXT = 0x00C5;
-inline constexpr UINT EM_SETLIMITTEXT = 0x00C5;
-inline constexpr UINT EM_GETLIMITTEXT = 0x00D5;
 inline constexpr WORD EN_SETFOCUS = 0x0100;
 inline constexpr WORD EN_KILLFOCUS = 0x0200;
 inline constexpr WORD EN_CHANGE = 0x0300;
 inline constexpr WORD EN_UPDATE = 0x0400;
-inline constexpr WORD EN_MAXTEXT = 0x0501;
 
 inline constexpr DWORD CBS_DROPDOWNLIST = 0x0003;
 inline constexpr DWORD CBS_SORT = 0x0100;
@@ -53,8 +37,6 @@ inline constexpr UINT CB_GETCOUNT = 0x0146;
 inline constexpr UINT CB_GETCURSEL = 0x0147;
 inline constexpr UINT CB_GETLBTEXT = 0x0148;
 inline constexpr UINT CB_GETLBTEXTLEN = 0x0149;
-inline constexpr UINT CB_RESETCONTENT = 0x014B;
-inline constexpr UINT CB_FINDSTRINGEXACT = 0x0158;
 inline constexpr UINT CB_SETCURSEL = 0x014E;
 inline constexpr UINT CB_GETITEMHEIGHT = 0x0154;
 inline constexpr UINT CB_SHOWDROPDOWN = 0x014F;

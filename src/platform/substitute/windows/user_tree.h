@@ -10,7 +10,6 @@ inline constexpr DWORD TVS_LINESATROOT = 0x04;
 inline constexpr DWORD TVS_SHOWSELALWAYS = 0x20;
 
 inline constexpr UINT TVM_INSERTITEMA = 0x1100;
-inline constexpr UINT TVM_DELETEITEM = 0x1101;
 inline constexpr UINT TVM_EXPAND = 0x1102;
 inline constexpr UINT TVM_GETITEMRECT = 0x1104;
 inline constexpr UINT TVM_GETCOUNT = 0x1105;
@@ -34,8 +33,6 @@ inline constexpr WPARAM TVE_EXPAND = 2;
 
 inline constexpr WPARAM TVGN_ROOT = 0;
 inline constexpr WPARAM TVGN_NEXT = 1;
-inline constexpr WPARAM TVGN_PREVIOUS = 2;
-inline constexpr WPARAM TVGN_PARENT = 3;
 inline constexpr WPARAM TVGN_CHILD = 4;
 inline constexpr WPARAM TVGN_NEXTVISIBLE = 6;
 inline constexpr WPARAM TVGN_CARET = 9;
@@ -73,7 +70,6 @@ inline constexpr UINT TVC_BYMOUSE = 1;
 inline constexpr UINT TVC_BYKEYBOARD = 2;
 
 inline constexpr UINT NM_CLICK = static_cast<UINT>(-2);
-inline constexpr UINT NM_RETURN = static_cast<UINT>(-4);
 inline constexpr UINT NM_SETFOCUS = static_cast<UINT>(-7);
 inline constexpr UINT NM_KILLFOCUS = static_cast<UINT>(-8);
 inline constexpr UINT TVN_SELCHANGINGA = static_cast<UINT>(-401);

@@ -1,25 +1,19 @@
 #include "platform/substitute/calls.h"
 #include "platform/substitute/controls/controls.h"
-#include "platform/substitute/kernel/kernel.h"
+#include "platform/substitute/text.h"
 #include "platform/substitute/windows/window.h"
 
-#include <cctype>
 #include <map>
 
 namespace substitute {
 namespace {
 
-std::string lower(LPCSTR name) {
-    std::string result(name == nullptr ? "" : name);
-    for (char& each : result)
-        each = static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
-    return result;
-}
+std::string key_of(LPCSTR name) { return folded(std::string(name == nullptr ? "" : name)); }
 
 using Classes = std::map<std::string, WindowClass>;
 
 void add_system_class(Classes& classes, const char* name, WNDPROC procedure) {
-    WindowClass& added = classes[lower(name)];
+    WindowClass& added = classes[key_of(name)];
     added.name = name;
     added.of_system = true;
     added.details.cbSize = sizeof added.details;
@@ -55,7 +49,7 @@ const ResetHook reset_hook([] {
 });
 
 WindowClass* find_in(Classes& searched, LPCSTR name) {
-    const auto found = searched.find(lower(name));
+    const auto found = searched.find(key_of(name));
     return found == searched.end() ? nullptr : &found->second;
 }
 
@@ -64,11 +58,6 @@ ATOM next_atom() {
     static ATOM last = 0;
     last = static_cast<ATOM>((last + 1) | 0xC000);
     return last;
-}
-
-ATOM refuse(DWORD code) {
-    SetLastError(code);
-    return 0;
 }
 
 } // namespace
@@ -86,10 +75,10 @@ ATOM RegisterClassExA(const WNDCLASSEXA* details) {
     if (failing("RegisterClassExA", ERROR_NOT_ENOUGH_MEMORY))
         return 0;
     if (details->cbSize != sizeof *details || details->lpfnWndProc == nullptr)
-        return refuse(ERROR_INVALID_PARAMETER);
+        return refuse<ATOM>(ERROR_INVALID_PARAMETER);
     if (find_in(classes(), details->lpszClassName) != nullptr)
-        return refuse(ERROR_CLASS_ALREADY_EXISTS);
-    classes()[lower(details->lpszClassName)] = {details->lpszClassName, *details, false, 0};
+        return refuse<ATOM>(ERROR_CLASS_ALREADY_EXISTS);
+    classes()[key_of(details->lpszClassName)] = {details->lpszClassName, *details, false, 0};
     return next_atom();
 }
 
@@ -98,10 +87,10 @@ BOOL UnregisterClassA(LPCSTR name, HINSTANCE) {
         return FALSE;
     const WindowClass* found = find_in(classes(), name);
     if (found == nullptr)
-        return refuse(ERROR_CLASS_DOES_NOT_EXIST);
+        return refuse<ATOM>(ERROR_CLASS_DOES_NOT_EXIST);
     if (found->windows > 0)
-        return refuse(ERROR_CLASS_HAS_WINDOWS);
-    classes().erase(lower(name));
+        return refuse<ATOM>(ERROR_CLASS_HAS_WINDOWS);
+    classes().erase(key_of(name));
     return TRUE;
 }
 
@@ -110,7 +99,7 @@ BOOL GetClassInfoExA(HINSTANCE, LPCSTR name, WNDCLASSEXA* details) {
         return FALSE;
     const WindowClass* found = find_class(name);
     if (found == nullptr)
-        return refuse(ERROR_CLASS_DOES_NOT_EXIST);
+        return refuse<ATOM>(ERROR_CLASS_DOES_NOT_EXIST);
     *details = found->details;
     details->lpszMenuName = nullptr;
     details->lpszClassName = name;

@@ -10,11 +10,6 @@ constexpr int default_position = 26;
 constexpr int default_width = 640;
 constexpr int default_height = 480;
 
-HWND refuse(DWORD code) {
-    SetLastError(code);
-    return nullptr;
-}
-
 DWORD settled_style(DWORD style) {
     if ((style & (WS_CHILD | WS_POPUP)) == 0) {
         style |= WS_CAPTION | WS_CLIPSIBLINGS;
@@ -126,11 +121,11 @@ void destroy_owned(HWND owner) {
 HWND checked_create(const CREATESTRUCTA& request) {
     const auto style = static_cast<DWORD>(request.style);
     if (find_class(request.lpszClass) == nullptr)
-        return refuse(ERROR_CANNOT_FIND_WND_CLASS);
+        return refuse<HWND>(ERROR_CANNOT_FIND_WND_CLASS);
     if (request.hwndParent != nullptr && window_of(request.hwndParent) == nullptr)
         return nullptr;
     if ((style & WS_CHILD) != 0 && request.hwndParent == nullptr)
-        return refuse(ERROR_TLW_WITH_WSCHILD);
+        return refuse<HWND>(ERROR_TLW_WITH_WSCHILD);
     return create_window(request);
 }
 

@@ -224,11 +224,6 @@ BOOL ShowWindow(HWND handle, int command) {
     return !failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE) && show_window(handle, command);
 }
 
-BOOL IsIconic(HWND handle) {
-    const Window* window = window_of(handle);
-    return window != nullptr && is_minimized(*window);
-}
-
 /// Nothing is painted, so nothing is waiting to be.
 BOOL UpdateWindow(HWND handle) {
     return !failing("UpdateWindow", ERROR_INVALID_WINDOW_HANDLE) && window_of(handle) != nullptr;

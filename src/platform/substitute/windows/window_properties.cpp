@@ -23,8 +23,6 @@ LONG_PTR read_long(const Window& window, int index) {
     case GWL_STYLE: return static_cast<LONG_PTR>(window.style);
     case GWL_EXSTYLE: return static_cast<LONG_PTR>(window.extended_style);
     case GWLP_WNDPROC: return reinterpret_cast<LONG_PTR>(window.procedure);
-    case GWLP_HINSTANCE: return reinterpret_cast<LONG_PTR>(window.instance);
-    case GWLP_ID: return window.id;
     case GWLP_USERDATA: return window.user_data;
     default: SetLastError(ERROR_INVALID_INDEX); return 0;
     }
@@ -32,10 +30,7 @@ LONG_PTR read_long(const Window& window, int index) {
 
 void write_long(Window& window, int index, LONG_PTR value) {
     switch (index) {
-    case GWL_STYLE: window.style = static_cast<DWORD>(value); break;
-    case GWL_EXSTYLE: window.extended_style = static_cast<DWORD>(value); break;
     case GWLP_WNDPROC: window.procedure = reinterpret_cast<WNDPROC>(value); break;
-    case GWLP_ID: window.id = value; break;
     case GWLP_USERDATA: window.user_data = value; break;
     default: SetLastError(ERROR_INVALID_INDEX); break;
     }
@@ -94,13 +89,10 @@ HWND GetWindow(HWND handle, UINT relation) {
         return nullptr;
     switch (relation) {
     case GW_HWNDNEXT: return window->next;
-    case GW_HWNDPREV: return window->previous;
     case GW_OWNER: return window->owner;
     case GW_CHILD: return window->first_child;
-    default: break;
+    default: return (is_child(*window) ? children_of(window->parent) : top_level_windows()).front();
     }
-    const auto siblings = is_child(*window) ? children_of(window->parent) : top_level_windows();
-    return relation == GW_HWNDFIRST ? siblings.front() : siblings.back();
 }
 
 HWND GetDlgItem(HWND parent, int id) {
@@ -130,15 +122,6 @@ HWND FindWindowA(LPCSTR class_name, LPCSTR title) {
             return each;
     }
     return nullptr;
-}
-
-/// Children first, each followed by its own.
-BOOL EnumChildWindows(HWND parent, WNDENUMPROC callback, LPARAM parameter) {
-    for (const HWND child : children_of(parent)) {
-        if (IsWindow(child) && (!callback(child, parameter) || !EnumChildWindows(child, callback, parameter)))
-            return FALSE;
-    }
-    return TRUE;
 }
 
 int GetClassNameA(HWND handle, LPSTR buffer, int capacity) {
