@@ -19,7 +19,7 @@ const BusyUser::Visit BusyUser::visits[] = {
     {{"Tavrin Agent", "Measuring", "Detail"}, {}},
     {{"Tavrin Agent", "Measuring", "Modem port"}, {}},
     {{"Tavrin Agent", "Maintenance", "Measure now"}, {}},
-    {{"Tavrin Agent", "Maintenance", "Forget the servers' certificates"}, {}},
+    {{"Tavrin Agent", "Maintenance", "Forget certificates"}, {}},
     {{"Legacy Agent", "Proxy"}, {"proxy:3128", ""}},
     {{"Tray Icon", "Tray icon", "Language"}, {}},
 };
@@ -78,7 +78,7 @@ void BusyUser::test_the_connection(int times) {
         tool.press(e2e::test_connection);
         close_box("Connection test successful");
     }
-    wait_windows += times;
+    tests += times;
 }
 
 void BusyUser::scan(int times) {
@@ -91,7 +91,7 @@ void BusyUser::scan(int times) {
             return e2e::text_of(page.controls[0]).size() == sizeof "10.9.0.2,10.9.1.9" - 1;
         });
     }
-    wait_windows += times;
+    scans += times;
     select(round.front());
 }
 

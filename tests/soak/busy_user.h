@@ -23,7 +23,9 @@ public:
 
     /// How many texts have come and gone: the help of each page and the message of each box.
     int texts_shown() const { return texts; }
-    int wait_windows_shown() const { return wait_windows; }
+    /// How many wait windows have.
+    int tests_made() const { return tests; }
+    int scans_made() const { return scans; }
 
 private:
     struct Visit {
@@ -49,7 +51,8 @@ private:
     std::vector<Stop> round;
     HTREEITEM selected = nullptr;
     int texts = 0;
-    int wait_windows = 0;
+    int tests = 0;
+    int scans = 0;
 };
 
 } // namespace soak

@@ -75,11 +75,18 @@ void use_text(HWND parent) {
     DestroyWindow(text);
 }
 
-/// The same calls as for the text of a wait window.
-void use_lines(HWND parent) {
-    const HWND lines = CreateWindowExA(0, "Edit", "", WS_CHILD | ES_READONLY | ES_MULTILINE | ES_CENTER, 0, 0,
-                                       190, 60, parent, nullptr, nullptr, nullptr);
-    SetWindowTextA(lines, "A text that is longer than what fits into a line of this window.");
+constexpr int wait_window_width = 200;
+constexpr int wait_window_height = 75;
+
+/// The same calls as for the text of a wait window, in the same room: what the system loses depends on how
+/// the text is wrapped before and after it has its font.
+void use_lines(HWND parent, const char* text) {
+    RECT frame = {};
+    AdjustWindowRectEx(&frame, WS_POPUP | WS_DLGFRAME, FALSE, WS_EX_DLGMODALFRAME);
+    const int width = wait_window_width - (frame.right - frame.left);
+    const int height = wait_window_height - (frame.bottom - frame.top);
+    const HWND lines = CreateWindowExA(0, "Edit", text, WS_CHILD | ES_READONLY | ES_MULTILINE | ES_CENTER, 0,
+                                       0, width, height, parent, nullptr, nullptr, nullptr);
     SendMessageA(lines, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
     SendMessageA(lines, EM_GETLINECOUNT, 0, 0);
     DestroyWindow(lines);
@@ -95,7 +102,12 @@ void answer(Request request, HWND window, void* counted) {
     case Request::count_user: *static_cast<UserObjects*>(counted) = count_user(); break;
     case Request::count_heap: *static_cast<HeapUse*>(counted) = count_heap(); break;
     case Request::use_text: use_text(window); break;
-    case Request::use_lines: use_lines(window); break;
+    case Request::use_test:
+        use_lines(window, "Testing connection to server \"10.9.0.2\" at port 5000. Please be patient.");
+        break;
+    case Request::use_scan:
+        use_lines(window, "Scanning for Tavrin Servers running at port 5000. Please be patient.");
+        break;
     case Request::leak_window:
         // The most easily missed one: a window that no list of windows shows.
         CreateWindowExA(0, "Static", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);

@@ -25,7 +25,8 @@ enum class Request {
     count_user,  ///< fill in a UserObjects
     count_heap,  ///< fill in a HeapUse
     use_text,    ///< make a text in the system's font, and destroy it
-    use_lines,   ///< the same with a text that is wrapped
+    use_test,    ///< the same with the text of a connection test's wait window, which is wrapped
+    use_scan,    ///< the same with the text of a scan's
     leak_window, ///< make one and forget it, and so on
     leak_menu,
     leak_icon,

@@ -59,9 +59,11 @@ TEST_F(LongUse, LeavesNothingBehind) {
     BusyUser user(tool);
     census.count(); // what the first count sets up stays
     const long long per_text = census.blocks_lost_by(Request::use_text);
-    const long long per_wait = census.blocks_lost_by(Request::use_lines);
+    const long long per_test = census.blocks_lost_by(Request::use_test);
+    const long long per_scan = census.blocks_lost_by(Request::use_scan);
     const auto look = [&](const std::string& when) {
-        const long long lost = per_text * user.texts_shown() + per_wait * user.wait_windows_shown();
+        const long long lost =
+            per_text * user.texts_shown() + per_test * user.tests_made() + per_scan * user.scans_made();
         const Figures now = {census.count(), census.heap_use().blocks - lost, census.private_bytes()};
         std::cout << when << ": " << now.held << ", " << now.blocks << " blocks in the heaps beside " << lost
                   << " lost by the system, " << now.bytes << " private bytes" << std::endl;
