@@ -15,7 +15,7 @@ const std::vector<TreePath> pages = {
     {"Tavrin Agent", "Measuring", "Detail"},
     {"Tavrin Agent", "Measuring", "Modem port"},
     {"Tavrin Agent", "Maintenance", "Measure now"},
-    {"Tavrin Agent", "Maintenance", "Forget the servers' certificates"},
+    {"Tavrin Agent", "Maintenance", "Forget certificates"},
     {"Legacy Agent", "Retries"},
 };
 const TreePath choice_page = {"Tavrin Agent", "Measuring", "Detail"};

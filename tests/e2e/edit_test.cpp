@@ -136,8 +136,8 @@ INSTANTIATE_TEST_SUITE_P(By, Discarding, testing::Bool(), [](const auto& instanc
 TEST_F(Edit, ForgottenKeyIsDeleted) {
     Tool tool;
     bring_to_front(tool.window());
-    tool.select({"Tavrin Agent", "Maintenance", "Forget the servers' certificates"});
-    toggle(tool.page("Forget the servers' certificates").controls[0]);
+    tool.select({"Tavrin Agent", "Maintenance", "Forget certificates"});
+    toggle(tool.page("Forget certificates").controls[0]);
     tool.expect_changes(true);
     tool.press(ok_id);
     const Box box = tool.box(); // no agent is installed

@@ -109,8 +109,8 @@ TEST_F(Startup, ShowsTheSampleInTheTree) {
                             "    Agent domain", "    Data folder", "    Log file", "  Servers",
                             "    Server list", "    Port", "  Measuring", "    Interval",
                             "    Compress reports", "    Detail", "    Modem port", "  Maintenance",
-                            "    Measure now", "    Forget the servers' certificates", "Tray Icon",
-                            "  Tray icon", "    Show icon", "    Language", "    Colour when all is well"));
+                            "    Measure now", "    Forget certificates", "Tray Icon", "  Tray icon",
+                            "    Show icon", "    Language", "    Colour when all is well"));
 }
 
 TEST_F(Startup, FindsItsIconInItsFile) {

@@ -18,16 +18,24 @@ void print_registry(const std::string& when) {
               << run("reg.exe query HKLM\\SOFTWARE\\Tavrin\\Agent") << std::flush;
 }
 
-/// From an opened window to the restarted agent.
-void do_the_job() {
-    install_agent("--stop-seconds 4");
-    start_agent();
+void change_one_and_cancel() {
     Tool tool;
     bring_to_front(tool.window());
     picture_of(tool, "opened");
     edit_a_setting(tool);
+    cancel(tool);
+}
+
+/// From an opened window to the restarted agent.
+void do_the_job() {
+    install_agent("--stop-seconds 4");
+    start_agent();
+    change_one_and_cancel();
+    Tool tool;
+    bring_to_front(tool.window());
     show_every_kind_of_page(tool);
     show_the_systems_dialogs(tool);
+    change_the_name(tool);
     test_the_connection(tool);
     scan_for_servers(tool);
     signal_the_agent(tool);

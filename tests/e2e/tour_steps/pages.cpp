@@ -30,9 +30,21 @@ void edit_a_setting(Tool& tool) {
     tool.select({"Tavrin Agent", "Identity", "Agent name"});
     tool.expect_changes(false);
     picture_of(tool, "setting-opened");
+    change_the_name(tool);
+    picture_of(tool, "setting-changed");
+}
+
+void change_the_name(Tool& tool) {
+    tool.select({"Tavrin Agent", "Identity", "Agent name"});
     replace_text(tool.page("Agent name").controls[0], "web2");
     tool.expect_changes(true);
-    picture_of(tool, "setting-changed");
+}
+
+void cancel(Tool& tool) {
+    say("Cancel writes nothing");
+    tool.press(close_id);
+    expect_end(tool, 0);
+    expect("the stored name", read_value(agent_key, "AgentName"), "web1");
 }
 
 void show_every_kind_of_page(Tool& tool) {
@@ -47,7 +59,7 @@ void show_every_kind_of_page(Tool& tool) {
     show_page(tool, {root, "Measuring", "Detail"}, "page-choice");
     show_page(tool, {root, "Measuring", "Modem port"}, "page-serial-port");
     show_page(tool, {root, "Maintenance", "Measure now"}, "page-signal");
-    show_page(tool, {root, "Maintenance", "Forget the servers' certificates"}, "page-key-removal");
+    show_page(tool, {root, "Maintenance", "Forget certificates"}, "page-key-removal");
     show_page(tool, {"Legacy Agent", "Retries"}, "page-of-an-old-spec-file");
     show_page(tool, {"Tray Icon", "Tray icon", "Language"}, "page-without-a-connection-test");
 }

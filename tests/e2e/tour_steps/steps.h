@@ -6,6 +6,8 @@ namespace e2e {
 
 /// Pages: one of each kind, a changed setting, the system's dialogs.
 void edit_a_setting(Tool& tool);
+void change_the_name(Tool& tool);
+void cancel(Tool& tool);
 void show_every_kind_of_page(Tool& tool);
 void show_the_systems_dialogs(Tool& tool);
 
