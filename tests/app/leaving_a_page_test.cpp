@@ -128,10 +128,28 @@ TEST_F(LeavingAPage, ForANodeWithoutOneTakesItDown) {
     EXPECT_EQ(run(), 0);
 }
 
+WNDPROC left_procedure = nullptr;
+HWND focus_went_to = nullptr;
+
+LRESULT CALLBACK note_where_the_focus_goes(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_KILLFOCUS)
+        focus_went_to = reinterpret_cast<HWND>(wparam);
+    return CallWindowProcA(left_procedure, window, message, wparam, lparam);
+}
+
+/// Straight to the tree, before the control goes: where the system sends the focus of a dying one differs.
 TEST_F(LeavingAPage, GivesTheFocusToTheTree) {
+    focus_went_to = nullptr;
     open("Name");
+    then([] {
+        left_procedure = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(
+            page_controls().at(0), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&note_where_the_focus_goes)));
+    });
     then([] { select("Plain"); });
-    then([] { EXPECT_EQ(GetFocus(), control(tree_id)); });
+    then([] {
+        EXPECT_EQ(GetFocus(), control(tree_id));
+        EXPECT_EQ(focus_went_to, control(tree_id));
+    });
     EXPECT_EQ(run(), 0);
 }
 

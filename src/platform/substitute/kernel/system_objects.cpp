@@ -3,6 +3,7 @@
 #include "platform/substitute/windows/user.h"
 
 #include <algorithm>
+#include <string_view>
 #include <vector>
 
 /// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on. Of what is
@@ -21,6 +22,9 @@ constexpr ULONG_PTR stock_objects = 0x40000;
 constexpr int small_icon = 16;
 constexpr TEXTMETRICA gui_font{13, 11, 2, 2, 0, 5};
 constexpr TEXTMETRICA system_font{16, 13, 3, 3, 0, 7};
+
+/// What the program's resources hold.
+bool is_own_picture(LPCSTR name) { return std::string_view(name) == "tavrin"; }
 
 HGDIOBJ selected = made_up<HGDIOBJ>(stock_objects);
 
@@ -48,14 +52,16 @@ HMODULE GetModuleHandleA(LPCSTR name) {
     return name == nullptr ? made_up<HMODULE>(module_handle) : nullptr;
 }
 
-HICON LoadIconA(HINSTANCE, LPCSTR) {
-    return substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) ? nullptr
-                                                                           : made_up<HICON>(icon_handle);
+HICON LoadIconA(HINSTANCE, LPCSTR name) {
+    if (substitute::failing("LoadIconA", ERROR_RESOURCE_NAME_NOT_FOUND) || !is_own_picture(name))
+        return nullptr;
+    return made_up<HICON>(icon_handle);
 }
 
 /// A picture of another size is another picture.
-HANDLE LoadImageA(HINSTANCE, LPCSTR, UINT, int width, int, UINT) {
-    if (substitute::failing("LoadImageA", ERROR_RESOURCE_NAME_NOT_FOUND))
+HANDLE LoadImageA(HINSTANCE, LPCSTR name, UINT kind, int width, int height, UINT flags) {
+    const bool is_icon = kind == IMAGE_ICON && width == height && flags == LR_DEFAULTCOLOR;
+    if (substitute::failing("LoadImageA", ERROR_RESOURCE_NAME_NOT_FOUND) || !is_icon || !is_own_picture(name))
         return nullptr;
     return made_up<HANDLE>(icon_handle + (static_cast<ULONG_PTR>(width) << 20));
 }
