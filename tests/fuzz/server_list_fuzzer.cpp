@@ -5,7 +5,9 @@
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
 #include "protocol/connection_test.h"
+#include "spec/value_text.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -49,6 +51,25 @@ Server program_reading(const std::string& text, std::uint16_t default_port) {
     }
 }
 
+/// A list that is set without a page may have ports of 16 bits only.
+bool is_refused(const std::string& list) {
+    std::vector<std::string> items;
+    split_string(items, list, ',', false);
+    const auto is_bad = [](const std::string& item) {
+        const auto port_text = split_server_item(item).port_text;
+        const std::optional<std::int32_t> port = port_text ? plain_number(*port_text) : 0;
+        return !port || *port < 0 || *port > 0xFFFF;
+    };
+    return list.size() > 1023 || list.find('\0') != std::string::npos ||
+           std::any_of(items.begin(), items.end(), is_bad);
+}
+
+void check_without_a_page(const std::string& list) {
+    Declaration declaration;
+    declaration.kind = find_entry_kind("ServerList");
+    require(value_problem(declaration, list).has_value() == is_refused(list));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
@@ -64,5 +85,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         const Server server = program_reading(items[i], default_port);
         require(server.host == expected[i].host && server.port == expected[i].port);
     }
+    check_without_a_page(list);
     return 0;
 }

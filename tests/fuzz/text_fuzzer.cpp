@@ -5,6 +5,7 @@
 #include "error/exceptions.h"
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
+#include "spec/value_text.h"
 
 #include <cstdio>
 #include <utility>
@@ -81,6 +82,18 @@ void check_parse(const std::string& text) {
     }
 }
 
+/// What a page would store of a text, it would store again; and it is no input that is refused, unless the
+/// text was.
+void check_values(const std::string& text) {
+    for (const char* const type : {"String", "Integer", "Boolean"}) {
+        Declaration declaration;
+        declaration.kind = find_entry_kind(type);
+        const std::string stored = stored_by_page(declaration, text);
+        require(stored.size() <= 1023 && stored_by_page(declaration, stored) == stored);
+        require(value_problem(declaration, text) || !value_problem(declaration, stored));
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
@@ -96,5 +109,6 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     require(scan_int(text) == plain_scan(text));
     require(crc32(text.data(), text.size()) == plain_crc(text));
     check_parse(text);
+    check_values(text);
     return 0;
 }
