@@ -25,27 +25,27 @@ std::optional<long long> whole_number(const std::string& text) {
 
 Problem integer_problem(const std::string& text) {
     if (text.empty())
-        return std::nullopt;
+        return {};
     const auto number = whole_number(text);
     if (!number)
         return "not a whole number";
     if (*number < Limits::min() || *number > Limits::max())
         return "not between -2147483648 and 2147483647";
-    return std::nullopt;
+    return {};
 }
 
 Problem boolean_problem(const std::string& text) {
     const std::string lower = to_lower(text);
     if (lower != "true" && lower != "false")
         return "neither \"true\" nor \"false\"";
-    return std::nullopt;
+    return {};
 }
 
 Problem option_problem(const Declaration& declaration, const std::string& text) {
     std::string offered;
     for (const SpecLine& option : declaration.further) {
         if (option.text == text)
-            return std::nullopt;
+            return {};
         offered += (offered.empty() ? "" : ", ") + ('"' + std::string(option.text) + '"');
     }
     return offered.empty() ? "there is no option to choose" : "none of the options " + offered;
@@ -61,7 +61,7 @@ bool is_port(const std::string& text) {
 Problem server_problem(const std::string& item) {
     const std::size_t colon = item.find(':');
     if (colon == std::string::npos || is_port(item.substr(colon + 1)))
-        return std::nullopt;
+        return {};
     return "the port \"" + item.substr(colon + 1) + "\" of the server \"" + item.substr(0, colon) +
            "\" is not a number from 0 to 65535";
 }
@@ -73,7 +73,7 @@ Problem server_list_problem(const std::string& text) {
         if (auto problem = server_problem(item))
             return problem;
     }
-    return std::nullopt;
+    return {};
 }
 
 ValueForm form_of(const Declaration& declaration) {
@@ -96,7 +96,7 @@ std::optional<std::string> value_problem(const Declaration& declaration, const s
     if (text.find('\0') != std::string::npos)
         return "holds a zero byte";
     switch (form_of(declaration)) {
-    case ValueForm::text: return std::nullopt;
+    case ValueForm::text: return {};
     case ValueForm::integer: return integer_problem(text);
     case ValueForm::flag: return boolean_problem(text);
     case ValueForm::option: return option_problem(declaration, text);
