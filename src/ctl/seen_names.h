@@ -10,19 +10,25 @@ namespace ctl {
 /// parsed. The names must outlive it.
 class SeenNames {
 public:
-    /// With `fold`, ASCII letters of both cases are the same, as in the registry's names.
-    explicit SeenNames(bool fold) : fold_(fold), slots_(64) {}
+    /// With `fold`, ASCII letters of both cases are the same, as in the registry's names. There may be more
+    /// names than are expected, but then they take longer.
+    explicit SeenNames(bool fold, std::size_t expected = 0);
 
-    /// Notes the name at `line`. Returns the line where it was met first; 0 when this is the first.
+    /// Notes the name at `line`, which is not 0. Returns the line where it was met first; 0 when this is it.
     std::size_t add(std::string_view name, std::size_t line);
     /// The line where the name was met first; 0 when it was not.
-    std::size_t find(std::string_view name) const { return slots_[place_of(name, hash_of(name))].line; }
+    std::size_t find(std::string_view name) const;
 
 private:
-    struct Slot {
+    struct Seen {
         std::string_view name;
+        std::size_t line;
+    };
+    /// Small, so that many stay near the processor: most lookups end here.
+    struct Slot {
         std::uint32_t hash = 0;
-        std::size_t line = 0;
+        /// Which of the names, counted from 1; 0 when free.
+        std::uint32_t number = 0;
     };
 
     std::uint32_t hash_of(std::string_view name) const;
@@ -33,7 +39,7 @@ private:
 
     bool fold_;
     std::vector<Slot> slots_;
-    std::size_t used_ = 0;
+    std::vector<Seen> seen_;
 };
 
 } // namespace ctl

@@ -20,6 +20,9 @@ constexpr std::size_t help_columns = 32;
 constexpr std::size_t help_lines = 6;
 constexpr std::size_t title_columns = 32;
 
+/// At least so many has an entry in a file of many.
+constexpr std::size_t octets_an_entry = 64;
+
 std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 std::size_t line_of(std::string_view octets, std::size_t place) {
@@ -58,7 +61,9 @@ std::size_t find_utf8(std::string_view text) {
 
 class SpecCheck {
 public:
-    SpecCheck(std::string_view octets, bool is_utf8) : octets_(octets), is_utf8_(is_utf8) {}
+    SpecCheck(std::string_view octets, bool is_utf8)
+        : octets_(octets), is_utf8_(is_utf8), titles_(false, octets.size() / octets_an_entry),
+          value_names_(true, octets.size() / octets_an_entry) {}
 
     std::vector<Finding> run();
 
@@ -91,12 +96,13 @@ private:
     bool is_utf8_;
     std::vector<Finding> findings_;
     bool is_old_ = false;
+    bool has_ampersand_ = false;
     std::size_t groups_ = 0;
     std::size_t entries_ = 0;
-    SeenNames titles_{false};
+    SeenNames titles_;
     /// Of those, the ones whose first entry has no registry value.
     SeenNames titles_without_value_{false};
-    SeenNames value_names_{true};
+    SeenNames value_names_;
     /// What the connection test looks up, and the lines where it and the first server list stand.
     std::vector<SpecLine> wanted_titles_;
     std::size_t connection_test_ = 0;
@@ -111,6 +117,7 @@ std::vector<Finding> SpecCheck::run() {
     if (is_utf16())
         return findings_;
     check_marks();
+    has_ampersand_ = octets_.find('&') != std::string_view::npos;
     SpecReader reader(octets_);
     is_old_ = reader.is_old();
     check_head(reader);
@@ -265,7 +272,9 @@ void SpecCheck::check_help(const Declaration& declaration) {
         warn(declaration.title.number, "the file ends before the help text of this entry");
     if (declaration.kind->least_further != 0)
         return;
-    const std::size_t lines = wrapped_lines(help.text);
+    // Two lines together hold more than one would: a short text needs no wrapping to be known to fit.
+    const bool may_be_long = 2 * help.text.size() / help_columns + 1 > help_lines;
+    const std::size_t lines = may_be_long ? wrapped_lines(help.text) : 1;
     if (lines > help_lines)
         warn(help.number, "the help text takes about " + std::to_string(lines) + " lines; the page shows " +
                               std::to_string(help_lines) + " in the smallest window");
@@ -289,7 +298,7 @@ void SpecCheck::check_options(const Declaration& declaration) {
 }
 
 void SpecCheck::check_underline(const SpecLine& line, const char* what) {
-    if (line.text.find('&') != std::string_view::npos)
+    if (has_ampersand_ && line.text.find('&') != std::string_view::npos)
         warn(line.number,
              std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
 }

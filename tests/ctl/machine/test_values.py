@@ -1,0 +1,237 @@
+"""show, set and apply on a machine: what is in the registry afterwards, and what the agent has noticed."""
+import json
+import os
+import random
+import signal
+import subprocess
+import time
+import unittest
+
+from machine_case import AGENT, DISK, WITHOUT_DISPLAY, AgentCase, MachineCase, exported, import_reg, unix_path, value, values, wine
+from tool import TOP, own_path, start
+
+RESTART = ["stopping", "stopped", "started"]
+
+
+def state(**wished):
+    return json.dumps({"schema": 1, "configurations": {"Tavrin Agent": {"values": wished}}}).encode()
+
+
+class Show(MachineCase):
+    def test_a_table(self):
+        out = self.run_tool("show", "Tavrin Agent").out
+        self.assertTrue(out.startswith(r"""Tavrin Agent
+  key      HKEY_LOCAL_MACHINE\SOFTWARE\Tavrin\Agent
+  service  TavrinAgent
+  [Identity]
+    AgentName                  String          web1
+    AgentDomain                string          example
+    DataFolder                 Directory       C:\windows\temp
+    LogFile                    File            C:\windows\temp\tavrin_agent.log
+  [Servers]
+    ServerList                 ServerList      127.0.0.1
+    Port                       Integer         5000
+                               ConnectionTest  (no value)
+"""), out)
+
+    def test_all_configurations_by_name(self):
+        shown = json.loads(self.run_tool("show", "--json").out)
+        self.assertEqual(list(shown["configurations"]),
+                         ["Legacy Agent", "Legacy Archive", "Tavrin Agent", "Tray Icon"])
+        self.assertEqual(shown["configurations"]["Legacy Agent"]["values"]["StartDelay"],
+                         {"value": "0x10", "group": "Start", "title": "Start delay", "kind": "Integer"})
+
+    def test_unknown_names_and_kinds(self):
+        self.run_tool("show", "Nobody", code=4)
+        odd = self.file("odd.spec", "SOFTWARE\\Tavrin\\Agent\nOdd\n!G\n$A\nAgentName\nH\nNothing\n")
+        import_reg('[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\TRConfig]\n"Odd"="%s"\n' % own_path(odd).replace("\\", "\\\\"))
+        result = self.run_tool("show", "odd")
+        self.assertEqual(result.err, f'tavrinctl: warning: {own_path(odd)}:7: Unknown type: "Nothing", for subspec A\n')
+
+
+class Change(AgentCase):
+    def test_writes_what_differs_and_restarts_the_agent(self):
+        report = json.loads(self.run_tool("set", "tavrin agent", "PORT=5001", "Agent name=web1").out)
+        self.assertEqual(report["configurations"]["Tavrin Agent"]["values"], {
+            "AgentName": {"before": "web1", "after": "web1", "changed": False},
+            "Port": {"before": "5000", "after": "5001", "changed": True}})
+        self.assertTrue(report["configurations"]["Tavrin Agent"]["restarted"])
+        self.assertEqual(value("Port"), "5001")
+        self.assertEqual(self.agents_notes(), RESTART)
+        again = self.run_tool("set", "Tavrin Agent", "Port=5001")
+        self.assertEqual(again.err, "tavrinctl: everything is as wished, nothing is changed\n")
+        self.assertEqual(self.agents_notes(), RESTART)
+
+    def test_what_show_prints_apply_reads(self):
+        shown = self.file("state.json", self.run_tool("show", "--json").octets)
+        result = self.run_tool("apply", own_path(shown), "--exit-code")
+        self.assertFalse(json.loads(result.out)["changed"])
+        self.run_tool("set", "Tavrin Agent", "Port=1", "Detail=errors", "Interval=")
+        self.run_tool("apply", "-", text=shown.read_bytes())
+        self.assertEqual(self.run_tool("show", "--json").octets, shown.read_bytes())
+
+    def test_texts_beyond_ascii(self):
+        self.run_tool("set", "Tavrin Agent", "AgentName=Zürich €")
+        self.assertEqual(value("AgentName"), "Zürich €")
+        refused = self.run_tool("set", "Tavrin Agent", "AgentName=北京", code=4)
+        self.assertIn("the text does not fit the machine's code page", refused.err)
+        self.assertIn("Zürich €", self.run_tool("show", "Tavrin Agent").out)
+
+    def test_stars_and_quotes_are_taken_as_they_are(self):
+        self.run_tool("set", "Tavrin Agent", 'AgentName=*.* "a b" =\\')
+        self.assertEqual(value("AgentName").replace('\\"', '"'), '*.* "a b" =\\')
+
+    def test_the_backup_brings_everything_back(self):
+        import_reg(f"[HKEY_LOCAL_MACHINE\\{AGENT}]\n"
+                   '"Port"=dword:00001388\n"AgentName"="北京"\n"AgentDomain"=hex(2):25,00,50,00,25,00,00,00\n'
+                   '"DataFolder"=hex(1):61,00,0d,00,0a,00,62,00,00,00\n"LogFile"=hex:01,02,03\n"Interval"=-\n'
+                   '"ServerList"="' + "x" * 3000 + '"\n')
+        before = exported(AGENT)
+        report = json.loads(self.run_tool(
+            "set", "Tavrin Agent", "Port=5000", "AgentName=a", "AgentDomain=b", "DataFolder=c", "LogFile=d", "Interval=5",
+            "ServerList=e", "Detail=normal").out)
+        self.assertEqual(report["configurations"]["Tavrin Agent"]["values"]["Port"],
+                         {"before": "5000", "type": "REG_DWORD", "after": "5000", "changed": True})
+        self.assertNotEqual(exported(AGENT), before)
+        self.assertEqual(unix_path(report["backup"]).read_bytes()[:2], b"\xff\xfe")
+        wine("regedit", "/S", report["backup"])
+        self.assertEqual(exported(AGENT), before)
+
+    def test_what_if(self):
+        before = exported(AGENT)
+        result = self.run_tool("apply", "-", "--what-if", text=state(Port="5001"))
+        self.assertTrue(json.loads(result.out)["changed"])
+        self.assertIsNone(json.loads(result.out)["backup"])
+        self.run_tool("apply", "-", "--what-if", "--exit-code", text=state(Port="5001"), code=3)
+        self.assertEqual(exported(AGENT), before)
+        self.assertEqual(self.agents_notes(), [])
+
+    def test_refusals_write_nothing(self):
+        before = exported(AGENT)
+        for wished in (state(Port="x"), state(Port="1", AgentName="x" * 1024), state(AgentName="a\0b"), b"{", b"[]",
+                       state(Detail="loud"), state(Compress="yes"), state(ServerList="a:b"), state(ModemPort="banana"),
+                       state(Nobody="1"), state(Certificates="1"), state().replace(b"1", b"2")):
+            result = self.run_tool("apply", "-", text=wished, code=4)
+            self.assertEqual(result.out, "")
+        self.run_tool("apply", own_path(self.folder / "none.json"), code=1)
+        self.run_tool("set", "Tavrin Agent", "Port", code=2)
+        self.assertEqual(exported(AGENT), before)
+        self.assertEqual(self.agents_notes(), [])
+
+    def test_a_value_is_removed(self):
+        self.run_tool("apply", "-", text=state(Port=None))
+        self.assertIsNone(value("Port"))
+
+    def test_a_key_that_is_not_there(self):
+        wine("reg", "delete", "HKLM\\" + AGENT, "/f")
+        self.assertIn("keys are never created", self.run_tool("set", "Tavrin Agent", "Port=1", code=4).err)
+
+
+class Service(AgentCase):
+    def change(self, *words, code=0):
+        self.result = self.run_tool("set", "Tavrin Agent", "Port=5001", *words, code=code)
+        self.assertEqual(value("Port"), "5001")
+        return json.loads(self.result.out)["configurations"]["Tavrin Agent"]["restarted"]
+
+    def test_left_alone(self):
+        self.assertFalse(self.change("--restart", "never"))
+        self.assertEqual(self.agents_notes(), [])
+
+    def test_stopped_before(self):
+        self.stop_agent()
+        self.assertFalse(self.change())
+        self.assertEqual(self.agents_notes(), [])
+
+    def test_does_not_start_again(self):
+        self.agent_behaves("--fail-start")
+        self.assertFalse(self.change("--timeout", "5", code=7))
+        self.assertIn("the values are written, but the service TavrinAgent did not start", self.result.err)
+
+    def test_takes_longer_than_it_may(self):
+        self.stop_agent()
+        self.agent_behaves("--stop-seconds", "4")
+        self.start_agent()
+        begun = time.monotonic()
+        self.assertFalse(self.change("--timeout", "1", code=7))
+        self.assertLess(time.monotonic() - begun, 4)
+        self.assertIn("did not stop", self.result.err)
+
+    def test_not_installed(self):
+        wine(self.AGENT, "remove")
+        AgentCase.is_plain = False
+        self.assertFalse(self.change())
+        self.assertIn("warning: there is no service TavrinAgent to restart", self.result.err)
+
+
+class Together(AgentCase):
+    def test_two_at_once(self):
+        both = [start("set", "Tavrin Agent", word, env=WITHOUT_DISPLAY) for word in ("Port=5001", "Interval=61")]
+        for each in both:
+            _, err = each.communicate(timeout=120)
+            self.assertEqual(each.returncode, 0, err)
+        self.assertEqual((value("Port"), value("Interval")), ("5001", "61"))
+        self.assertEqual(self.agents_notes(), RESTART * 2)
+
+    def test_beside_the_open_window(self):
+        window = subprocess.Popen([TOP / "script/wine", TOP / "build/windows/tavrinconfig.exe"])
+        self.addCleanup(window.wait)
+        self.addCleanup(wine, "taskkill", "/f", "/im", "tavrinconfig.exe", check=False)
+        for _ in range(300):
+            if "tavrinconfig.exe" in wine("tasklist", check=False).stdout:
+                break
+            time.sleep(0.1)
+        self.run_tool("set", "Tavrin Agent", "Port=5001")
+        self.assertIsNone(window.poll())
+        self.assertEqual(value("Port"), "5001")
+
+
+MANY = 1000
+
+
+class Crash(MachineCase):
+    """A machine with many values, and a program that is killed while it writes them."""
+
+    def setUp(self):
+        super().setUp()
+        spec = self.file("many.spec", "SOFTWARE\\Tavrin\\Many\nMany\n!G\n" + "".join(
+            f"$T{n}\nV{n}\nH\nString\n" for n in range(MANY)))
+        import_reg("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\TRConfig]\n\"Many\"=\"%s\"\n\n"
+                   "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Many]\n" % own_path(spec).replace("\\", "\\\\") + "".join(
+                       f'"V{n}"="{"old " * 100}"\n' for n in range(MANY)))
+
+    def wish(self, text):
+        return self.file("wish.json", json.dumps({"schema": 1, "configurations": {"Many": {
+            "values": {f"V{n}": text for n in range(MANY)}}}}))
+
+    def backups(self):
+        return set((DISK / "ProgramData/Tavrin/Backup").glob("*.reg"))
+
+    def kill_among_the_writes(self, wish, delay):
+        """Kills it some time after its backup is there, which comes right before the writes."""
+        known = self.backups()
+        process = start("apply", own_path(wish), env=WITHOUT_DISPLAY, start_new_session=True)
+        while self.backups() == known and process.poll() is None:
+            time.sleep(0.001)
+        time.sleep(delay)
+        os.killpg(process.pid, signal.SIGKILL)
+        process.communicate(timeout=60)
+
+    def test_old_or_new_and_never_half(self):
+        chance = random.Random(15)
+        half_done = 0
+        for turn in range(8):
+            before, new = values("SOFTWARE\\Tavrin\\Many"), f"new {turn} " * 100
+            self.kill_among_the_writes(self.wish(new), chance.random() * 0.1)
+            after = values("SOFTWARE\\Tavrin\\Many")
+            changed = [name for name in after if after[name] != before[name]]
+            self.assertLessEqual({after[name] for name in changed}, {f'"{new}"'})
+            self.assertEqual(len(after), MANY)
+            half_done += 0 < len(changed) < MANY
+        self.assertGreater(half_done, 0, "it was never killed among the writes")
+        result = self.run_tool("apply", own_path(self.wish("done")))
+        self.assertTrue(json.loads(result.out)["changed"])
+        self.assertEqual(set(values("SOFTWARE\\Tavrin\\Many").values()), {'"done"'})
+
+
+if __name__ == "__main__":
+    unittest.main()
