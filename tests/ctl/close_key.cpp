@@ -1,0 +1,15 @@
+/// Gives a key below HKEY_LOCAL_MACHINE another list of who may do what: close_key KEY LIST, the list in the
+/// system's own notation, such as "D:(D;;0x2;;;WD)(A;;KA;;;WD)", with which nobody may set a value and
+/// everybody may do all else.
+#include "platform/win32.h"
+
+#include <sddl.h>
+
+int main(int count, char** words) {
+    HKEY key = nullptr;
+    PSECURITY_DESCRIPTOR list = nullptr;
+    if (count != 3 || RegOpenKeyExA(HKEY_LOCAL_MACHINE, words[1], 0, WRITE_DAC, &key) != ERROR_SUCCESS ||
+        !ConvertStringSecurityDescriptorToSecurityDescriptorA(words[2], SDDL_REVISION_1, &list, nullptr))
+        return 1;
+    return RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, list) == ERROR_SUCCESS ? 0 : 1;
+}
