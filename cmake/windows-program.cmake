@@ -64,4 +64,5 @@ function(tavrin_console_program)
     target_link_options(tavrinctl PRIVATE
         -municode $<$<CONFIG:Release>:-s> -L${TAVRIN_RUNTIME} -Wl,--gc-sections
         -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+    target_link_options(tavrinctl PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinctl.map)
 endfunction()

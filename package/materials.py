@@ -1,8 +1,9 @@
-"""Writes the bill of materials (SPDX 2.3, JSON) of a package: the program, what the linker took from other people's
-libraries (its map file says so), and what makes the installer.
+"""Writes the bill of materials (SPDX 2.3, JSON) of a package: the programs, what the linker took from other people's
+libraries (its map file says so), what was compiled into them, and what makes the installer.
 
-usage: materials.py VERSION PROGRAM MAP FILE...      (FILE: the packages; the time is SOURCE_DATE_EPOCH)
+usage: materials.py --program PROGRAM MAP... VERSION FILE...      (FILE: the packages; the time is SOURCE_DATE_EPOCH)
 """
+import argparse
 import datetime
 import hashlib
 import json
@@ -10,7 +11,6 @@ import os
 import pathlib
 import re
 import subprocess
-import sys
 
 GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
 
@@ -19,6 +19,12 @@ PARTS = {
     "GCC runtime libraries": (GCC_LICENCE, "Free Software Foundation", r"/gcc/"),
     "winpthreads": ("MIT AND BSD-3-Clause", "The mingw-w64 project", r"/lib(win)?pthread\.a$"),
     "MinGW-w64 runtime": ("ZPL-2.1", "The mingw-w64 project", r"/x86_64-w64-mingw32/lib/"),
+}
+
+
+# What is all headers leaves no trace in a map. Program -> name, Debian package, licence, supplier.
+HEADERS = {
+    "tavrinctl.exe": ("JSON for Modern C++", "nlohmann-json3-dev", "MIT", "Niels Lohmann"),
 }
 
 
@@ -43,11 +49,15 @@ def linked_parts(linker_map):
     return parts
 
 
+def version_of(debian_package):
+    return subprocess.check_output(["dpkg-query", "-W", "-f", "${Version}", debian_package], text=True)
+
+
 def debian_version(file):
     """The Debian package that brought a file, and its version."""
     real = os.path.realpath(file)
     owner = subprocess.check_output(["dpkg", "-S", real], text=True).split(":")[0]
-    return owner, subprocess.check_output(["dpkg-query", "-W", "-f", "${Version}", owner], text=True)
+    return owner, version_of(owner)
 
 
 def identifier(name):
@@ -82,19 +92,34 @@ def installer_package():
                    comment="Its decompression code is under CPL-1.0, with the permission to be part of installers.")
 
 
+def header_package(name, owner, licence, supplier):
+    version = version_of(owner)
+    return package(name, version, licence, supplier, sourceInfo=f"Debian: {owner} {version}",
+                   licenseComments="The texts of all licences are in LICENSE-runtime.txt.",
+                   comment="Headers alone: compiled into the program.")
+
+
 def relations(names):
     return [{"spdxElementId": identifier(one), "relationshipType": kind, "relatedSpdxElement": identifier(other)}
             for one, kind, other in names]
 
 
-def document(version, program, linker_map, files):
-    parts = linked_parts(linker_map)
+def document(version, programs, files):
+    """`programs`: pairs of a program and its map."""
+    linked = {program: linked_parts(linker_map) for program, linker_map in programs}
+    parts = {}
+    for found in linked.values():
+        for name, places in found.items():
+            parts[name] = sorted({*parts.get(name, []), *places})
+    headers = {program: HEADERS[program.name] for program in linked if program.name in HEADERS}
     stub = installer_package()
-    packages = [file_package(file, version) for file in [program, *files]]
-    packages += [part_package(name, parts[name]) for name in sorted(parts)] + [stub]
+    packages = [file_package(file, version) for file in [*linked, *files]]
+    packages += [part_package(name, parts[name]) for name in sorted(parts)]
+    packages += [header_package(*each) for each in headers.values()] + [stub]
     links = [("DOCUMENT", "DESCRIBES", file.name) for file in files]
-    links += [(file.name, "CONTAINS", program.name) for file in files]
-    links += [(program.name, "STATIC_LINK", name) for name in sorted(parts)]
+    links += [(file.name, "CONTAINS", program.name) for file in files for program in linked]
+    links += [(program.name, "STATIC_LINK", name) for program in linked for name in sorted(linked[program])]
+    links += [(program.name, "STATIC_LINK", each[0]) for program, each in headers.items()]
     links += [(file.name, "CONTAINS", stub["name"]) for file in files if file.name.endswith("-setup.exe")]
     digest = hashlib.sha256(b"".join(file.read_bytes() for file in files)).hexdigest()
     created = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)
@@ -106,7 +131,14 @@ def document(version, program, linker_map, files):
             "packages": packages, "relationships": relations(links)}
 
 
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--program", nargs=2, type=pathlib.Path, action="append", required=True)
+    parser.add_argument("version")
+    parser.add_argument("files", nargs="+", type=pathlib.Path)
+    options = parser.parse_args()
+    print(json.dumps(document(options.version, options.program, options.files), indent=2))
+
+
 if __name__ == "__main__":
-    paths = [pathlib.Path(argument) for argument in sys.argv[2:]]
-    json.dump(document(sys.argv[1], paths[0], paths[1], paths[2:]), sys.stdout, indent=2)
-    print()
+    main()

@@ -17,9 +17,10 @@ import resources
 
 EPOCH = "1700000001"  # 2023-11-14 22:13:21 UTC
 NAME = "tavrinconfig-9.8.7-windows-x64"
+PROGRAMS = ["tavrinconfig.exe", "tavrinctl.exe"]
 CHAPTERS = ["docs/administrator.md", "docs/settings-without-the-window.md", "docs/spec-files.md", "docs/protocol.md",
             "CHANGELOG.md", "SECURITY.md"]
-CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrinconfig.exe"]
+CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrinconfig.exe", "tavrinctl.exe"]
 
 
 def debian_version(name):
@@ -78,8 +79,15 @@ class Archive(Packed):
         self.assertEqual(names, sorted(names))
         self.assertEqual(names, [f"tavrinconfig-9.8.7/{file}" for file in CONTENTS])
 
-    def test_program_is_the_built_one(self):
-        self.assertEqual(self.archive.read("tavrinconfig-9.8.7/tavrinconfig.exe"), packing.BUILT.read_bytes())
+    def test_programs_are_the_built_ones(self):
+        for name in PROGRAMS:
+            packed = self.archive.read(f"tavrinconfig-9.8.7/{name}")
+            self.assertEqual(packed, (packing.BUILT.parent / name).read_bytes())
+
+    def test_licences_of_what_is_in_the_programs(self):
+        text = self.archive.read("tavrinconfig-9.8.7/LICENSE-runtime.txt").decode()
+        for owner in ("mingw-w64 project", "Niels Lohmann"):
+            self.assertIn(owner, text)
 
     def test_times_and_rights_are_fixed(self):
         for entry in self.archive.infolist():
@@ -256,17 +264,20 @@ class BillOfMaterials(Packed):
         found = {name: (part["licenseDeclared"], part["versionInfo"]) for name, part in self.packages.items()}
         self.assertEqual(found, {
             "tavrinconfig.exe": ("MIT", "9.8.7"),
+            "tavrinctl.exe": ("MIT", "9.8.7"),
             NAME + ".zip": ("MIT", "9.8.7"),
             NAME + "-setup.exe": ("MIT", "9.8.7"),
             NAME + ".msi": ("MIT", "9.8.7"),
             "GCC runtime libraries": ("GPL-3.0-or-later WITH GCC-exception-3.1",
                                       debian_version("gcc-mingw-w64-x86-64-win32")),
             "MinGW-w64 runtime": ("ZPL-2.1", debian_version("mingw-w64-x86-64-dev")),
+            "JSON for Modern C++": ("MIT", debian_version("nlohmann-json3-dev")),
             "NSIS installer stub": ("Zlib AND CPL-1.0", debian_version("nsis-common")),
         })
 
     def test_names_every_library_that_was_linked(self):
-        text = packing.BUILT.with_suffix(".map").read_text(errors="replace")
+        maps = [(packing.BUILT.parent / name).with_suffix(".map") for name in PROGRAMS]
+        text = "".join(each.read_text(errors="replace") for each in maps)
         linked = {pathlib.Path(file).name for file in re.findall(r"^(/\S+\.a)\(", text, re.MULTILINE)}
         self.assertLess({"libstdc++.a", "libgcc.a", "libmingw32.a", "libmsvcrt.a"}, linked)
         named = " ".join(package.get("comment", "") for package in self.bill["packages"])
@@ -276,8 +287,9 @@ class BillOfMaterials(Packed):
         with tempfile.NamedTemporaryFile("w", suffix=".map") as linker_map:
             linker_map.write("\n/opt/other/libother.a(x.o)\n   x.o (y)\n\nDiscarded input sections\n")
             linker_map.flush()
-            result = subprocess.run(["python3", packing.TOP / "package/materials.py", "9.8.7", packing.BUILT,
-                                     linker_map.name], check=False, capture_output=True, text=True,
+            result = subprocess.run(["python3", packing.TOP / "package/materials.py", "--program", packing.BUILT,
+                                     linker_map.name, "9.8.7", packing.BUILT],
+                                    check=False, capture_output=True, text=True,
                                     env={"SOURCE_DATE_EPOCH": EPOCH, "PATH": "/usr/bin:/bin"})
         self.assertEqual((result.returncode, result.stdout), (1, ""))
         self.assertEqual(result.stderr, "materials: /opt/other/libother.a was linked and belongs to no part that is "
@@ -311,14 +323,14 @@ class Signature(unittest.TestCase):
     def is_signed(self, file):
         return packing.is_signed(file, self.sign["TAVRIN_SIGN_CERTIFICATE"])
 
-    def packed_program(self, folder):
+    def packed_programs(self, folder):
         with zipfile.ZipFile(folder / (NAME + ".zip")) as archive:
-            return pathlib.Path(archive.extract("tavrinconfig-9.8.7/tavrinconfig.exe", self.folder))
+            return [pathlib.Path(archive.extract(f"tavrinconfig-9.8.7/{name}", self.folder)) for name in PROGRAMS]
 
     def test_holds_for_program_installers_and_checksums(self):
         packed = self.folder / "packed"
-        program = self.packed_program(packed)
-        for file in (program, packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
+        program, *others = self.packed_programs(packed)
+        for file in (program, *others, packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
             self.assertTrue(self.is_signed(file), file)
         self.assertFalse(self.is_signed(packing.BUILT))
         changed = bytearray(program.read_bytes())
@@ -331,17 +343,18 @@ class Signature(unittest.TestCase):
 
     def test_comes_off_again(self):
         """So that anyone can compare a signed program with one that was built from the source."""
-        bare = self.folder / "bare.exe"
-        subprocess.run(["osslsigncode", "remove-signature", "-in", self.packed_program(self.folder / "packed"),
-                        "-out", bare], check=True, capture_output=True)
-        self.assertEqual(bare.read_bytes(), packing.BUILT.read_bytes())
+        for program in self.packed_programs(self.folder / "packed"):
+            bare = self.folder / f"bare-{program.name}"
+            subprocess.run(["osslsigncode", "remove-signature", "-in", program, "-out", bare], check=True,
+                           capture_output=True)
+            self.assertEqual(bare.read_bytes(), (packing.BUILT.parent / program.name).read_bytes())
 
     def test_is_made_by_a_key_that_nobody_can_read(self):
         token = packing.make_token(self.folder, self.sign["TAVRIN_SIGN_KEY"], "12345678")
         (self.folder / "key.pem").unlink()
         packed = self.folder / "by a token"
         packing.pack(packed, "--version", "9.8.7", **{**self.sign, **token})
-        for file in (self.packed_program(packed), packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
+        for file in (*self.packed_programs(packed), packed / (NAME + "-setup.exe"), packed / (NAME + ".msi")):
             self.assertTrue(self.is_signed(file), file)
         self.assertTrue(packing.has_signature(packed / "SHA256SUMS", self.sign["TAVRIN_SIGN_CERTIFICATE"]))
 

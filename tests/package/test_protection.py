@@ -21,10 +21,10 @@ LATE_DLLS = {"comdlg32.dll", "iphlpapi.dll", "shell32.dll"}
 
 
 def program_source():
-    """The program's source without comments and texts."""
+    """The window's source without comments and texts; tavrinctl has calls of its own."""
     source = ""
     for path in sorted((TOP / "src").rglob("*")):
-        if path.suffix in (".cpp", ".h") and "substitute" not in path.parts:
+        if path.suffix in (".cpp", ".h") and not {"substitute", "ctl"} & set(path.parts):
             source += path.read_text()
     return re.sub(r'//[^\n]*|"(?:[^"\\\n]|\\.)*"', "", source)
 
@@ -77,7 +77,8 @@ class Program(unittest.TestCase):
         source, imports = program_source(), set(self.file.imports())
         for dll, function in reasons():
             self.assertIn((dll, function), imports, "in imports.txt and not imported")
-            self.assertNotRegex(source, rf"\b{re.escape(function)}\b", "in imports.txt and called in src/")
+            called = re.search(rf"\b{re.escape(function)}\b", source)
+            self.assertIsNone(called, f"{dll} {function} is in imports.txt and called in src/")
 
     def test_gives_no_folder_away(self):
         texts = [self.file.bytes, self.file.bytes.replace(b"\0", b"")]  # the latter for texts of 16 bits
