@@ -50,8 +50,10 @@ class Suites:
         built = run(["ninja", *(f"tests/{name}" for name in self.names)])
         if built.returncode:
             raise Broken(built.stdout[-4000:])
-        self.compile = {pathlib.Path(row["file"]): shlex.split(row["command"])
-                        for row in json.loads((BUILD / "compile_commands.json").read_text())}
+        rows = json.loads((BUILD / "compile_commands.json").read_text())
+        # The command line compiles some sources once more for itself; the suites have the library's, which comes last.
+        rows.sort(key=lambda row: "/tavrinctl.dir/" not in row["command"])
+        self.compile = {pathlib.Path(row["file"]): shlex.split(row["command"]) for row in rows}
         self.link = {name: shlex.split(self._ninja("-t", "commands", target).splitlines()[-1])
                      for name, target in [("", "libtavrin.so"), *((name, f"tests/{name}") for name in self.names)]}
         self._read_dependencies()
