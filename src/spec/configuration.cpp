@@ -3,6 +3,9 @@
 #include "spec/building.h"
 #include "window/boxes.h"
 
+#include <optional>
+#include <utility>
+
 Configuration::Configuration(const std::string& registry_value_name, const std::string& path,
                              bool connection_test_only)
     : Settings(connection_test_only) {
