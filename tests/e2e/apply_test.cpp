@@ -151,23 +151,6 @@ TEST_F(Apply, RefusedStopIsReportedAndTheValueWritten) {
     EXPECT_EQ(agent_state(), static_cast<DWORD>(SERVICE_RUNNING));
 }
 
-TEST_F(Apply, ServiceNameLongerThanTheSystemAllowsIsAbsent) {
-    use_spec_file("Long", "SOFTWARE\\Tavrin\\Agent\nLong\n" + std::string(300, 'x') +
-                              "\n!All\n$Agent name\nAgentName\nThe name.\nString\n");
-    Tool tool;
-    bring_to_front(tool.window());
-    tool.select({"Long", "All", "Agent name"});
-    replace_text(tool.page("Agent name").controls[0], "web2");
-    tool.expect_changes(true);
-    tool.press(ok_id);
-    expect_box(
-        tool, "Service must be restarted manually",
-        "You have changed the configuration of the Long. In order for these changes to be effectuated, you "
-        "will have to restart the Long service manually.",
-        IDOK);
-    expect_written(tool);
-}
-
 TEST_F(Apply, FailedStartIsReported) {
     install_agent("--fail-start");
     Tool tool;

@@ -29,17 +29,6 @@ TEST_F(Dialog, FolderBrowserOpensAtTheFolderAndGivesIt) {
     tool.expect_changes(true);
 }
 
-TEST_F(Dialog, CancelledFolderBrowserChangesNothing) {
-    Tool tool;
-    tool.select(folder_page);
-    tool.press_on_page("Data folder", "...");
-    const HWND browser = tool.dialog("Browse for Folder");
-    PostMessageA(GetDlgItem(browser, IDCANCEL), BM_CLICK, 0, 0);
-    wait_for_end_of(browser);
-    EXPECT_EQ(text_of(tool.page("Data folder").controls[0]), "C:\\windows\\temp");
-    tool.expect_changes(false);
-}
-
 TEST_F(Dialog, ChosenFileBecomesTheValueAndIsWritten) {
     Tool tool;
     tool.select(file_page);
@@ -56,17 +45,6 @@ TEST_F(Dialog, ChosenFileBecomesTheValueAndIsWritten) {
     tool.box().press(IDOK); // no agent is installed
     EXPECT_EQ(tool.exit_code(), 0u);
     EXPECT_EQ(read_value(agent_key, "LogFile"), "C:\\windows\\win.ini");
-}
-
-TEST_F(Dialog, CancelledFileDialogChangesNothing) {
-    Tool tool;
-    tool.select(file_page);
-    tool.press_on_page("Log file", "...");
-    const HWND dialog = tool.dialog("File selection...");
-    PostMessageA(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
-    wait_for_end_of(dialog);
-    EXPECT_EQ(text_of(tool.page("Log file").controls[0]), "C:\\windows\\temp\\tavrin_agent.log");
-    tool.expect_changes(false);
 }
 
 } // namespace

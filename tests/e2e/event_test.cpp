@@ -62,13 +62,6 @@ TEST_F(Event, EachPressReachesTheRunningAgentOnce) {
     EXPECT_EQ(signals_noted(), 2u);
 }
 
-TEST_F(Event, NobodyNeedsToListen) {
-    Tool tool;
-    tool.select(measure);
-    tool.press_on_page("Measure now", "Execute");
-    EXPECT_EQ(tool.box().caption, "Action taken");
-}
-
 /// Something else than an event has the name, so that no event of that name can be made.
 TEST_F(Event, FailedSignalEndsTheProgramAbnormally) {
     const HANDLE mutex = CreateMutexA(nullptr, FALSE, event_name);

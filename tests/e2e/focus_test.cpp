@@ -28,26 +28,6 @@ protected:
     HWND edit = nullptr;
 };
 
-TEST_F(FocusReturns, AfterMinimisingAndRestoring) {
-    Tool tool;
-    edit_the_name(tool);
-    PostMessageA(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
-    wait_for("the minimised window", [&] { return IsIconic(window) != FALSE; });
-    PostMessageA(window, WM_SYSCOMMAND, SC_RESTORE, 0);
-    wait_for("the restored window", [&] { return IsIconic(window) == FALSE; });
-    bring_to_front(window);
-    expect_typing_goes_on();
-}
-
-TEST_F(FocusReturns, FromAnotherProgramsWindow) {
-    Tool tool;
-    edit_the_name(tool);
-    Tool other;
-    bring_to_front(other.window());
-    bring_to_front(window);
-    expect_typing_goes_on();
-}
-
 TEST_F(FocusReturns, FromABoxThatTestConnectionShowed) {
     write_value(agent_key, "ServerList", "");
     Tool tool;

@@ -56,48 +56,6 @@ private:
     }
 };
 
-TEST_F(Keyboard, TabGoesRoundInOrderAndBack) {
-    Tool tool;
-    start(tool);
-    walk_to(tool, {"Tavrin Agent", "Servers", "Server list"});
-    const Page page = tool.page("Server list");
-    ASSERT_EQ(page.controls.size(), 2u);
-    tool.expect_changes(false);
-    tab_to(page.controls[0], "the list");
-    tab_to(page.controls[1], "Scan");
-    tab_to(tool.control(test_connection), "Test Connection");
-    tab_to(tool.control(close_id), "Close, since OK is disabled");
-    tab_to(tool.control(tree_id), "the tree");
-    tab_back_to(tool.control(close_id), "Close");
-    tab_back_to(tool.control(test_connection), "Test Connection");
-    tab_back_to(page.controls[1], "Scan");
-    tab_back_to(page.controls[0], "the list");
-    type("x");
-    tool.expect_changes(true);
-    tab_back_to(tool.control(tree_id), "the tree");
-    tab_back_to(tool.control(close_id), "Cancel");
-    tab_back_to(tool.control(ok_id), "OK");
-    tab_back_to(tool.control(test_connection), "Test Connection");
-}
-
-TEST_F(Keyboard, HiddenTestConnectionIsPassedOver) {
-    Tool tool;
-    start(tool);
-    walk_to(tool, {"Tray Icon", "Tray icon", "Show icon"});
-    const HWND box = tool.page("Show icon").controls[0];
-    tool.expect_changes(false);
-    tab_to(box, "the check box");
-    tab_to(tool.control(close_id), "Close");
-    tab_back_to(box, "the check box");
-    press_key(VK_SPACE);
-    tool.expect_changes(true);
-    tab_to(tool.control(ok_id), "OK");
-    tab_to(tool.control(close_id), "Cancel");
-    press_key(VK_SPACE);
-    EXPECT_EQ(tool.exit_code(), 0u);
-    EXPECT_EQ(read_value("SOFTWARE\\Tavrin\\Appearance", "ShowIcon"), "true");
-}
-
 TEST_F(Keyboard, TheWholeJob) {
     install_agent("--stop-seconds 1");
     start_agent();

@@ -140,53 +140,6 @@ TEST_F(Startup, MissingKeyEndsTheProgram) {
     EXPECT_EQ(tool.exit_code(), 1u);
 }
 
-TEST_F(Startup, KeyWithoutPathsShowsAnEmptyTree) {
-    for (const char* name : {"Agent", "Appearance", "Legacy Agent", "Legacy Archive"})
-        delete_value(list_key, name);
-    write_value(list_key, "Nothing", "");
-    write_value(list_key, "Missing", "C:\\no such folder\\no.spec");
-    Tool tool;
-    EXPECT_THAT(tool.tree().texts(), IsEmpty());
-    tool.press(close_id);
-    EXPECT_EQ(tool.exit_code(), 0u);
-}
-
-TEST_F(Startup, SecondConfigurationOfTheSameNameIsNotShown) {
-    use_spec_file("First", "SOFTWARE\\Tavrin\\Agent\nAgent\n!One\n$Port\nPort\nThe port.\nInteger\n");
-    const std::string first = read_value(list_key, "First");
-    use_spec_file("Second", "SOFTWARE\\Tavrin\\Agent\nAgent\n!Two\n$Port\nPort\nThe port.\nInteger\n");
-    write_value(list_key, "First", first);
-    Tool tool;
-    EXPECT_THAT(tool.tree().texts(), ElementsAre("Agent", "  One", "    Port"));
-}
-
-TEST_F(Startup, ParseErrorEndsTheProgram) {
-    use_spec_file("Broken", "SOFTWARE\\Tavrin\\Agent\nBroken\nTavrinAgent\nanother line\n");
-    Tool tool;
-    const Box box = tool.box();
-    EXPECT_EQ(box.caption, "Error!");
-    EXPECT_EQ(box.text, "Parse error: line \"another line\" not group start");
-    box.press(IDOK);
-    EXPECT_EQ(tool.exit_code(), 1u);
-}
-
-TEST_F(Startup, UnknownTypeIsReportedAndTheRestShown) {
-    use_spec_file("Newer", "SOFTWARE\\Tavrin\\Agent\nNewer\n!All\n$Colour\nColour\nA colour.\nPalette\n"
-                           "$Port\nPort\nThe port.\nInteger\n");
-    Tool tool;
-    const Box box = tool.box();
-    EXPECT_EQ(box.caption, "Error");
-    EXPECT_EQ(box.text, "Unknown type: \"Palette\", for subspec Colour");
-    box.press(IDOK);
-    EXPECT_THAT(tool.tree().texts(), ElementsAre("Newer", "  All", "    Port"));
-}
-
-TEST_F(Startup, CloseBoxOfTheFrameEndsWithZero) {
-    Tool tool;
-    PostMessageA(tool.window(), WM_SYSCOMMAND, SC_CLOSE, 0);
-    EXPECT_EQ(tool.exit_code(), 0u);
-}
-
 SIZE size_of(HWND window) {
     RECT area = {};
     GetWindowRect(window, &area);
