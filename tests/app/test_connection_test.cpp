@@ -5,8 +5,8 @@
 #include "protocol/stream.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/octets.h"
 #include "support/own_windows.h"
 #include "support/user.h"
 
@@ -26,8 +26,8 @@ using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-const std::string acceptance = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
-const std::string refusal_no = text_of("63 80 04 02 6E 6F 00 00"_octets);
+const std::string acceptance = text_of(conversation::offer);
+const std::string refusal_no = text_of(conversation::refusal);
 const std::string refusal_later = text_of("63 80 04 05 6C 61 74 65 72 00 00"_octets);
 
 const char success[] =
@@ -126,8 +126,7 @@ TEST_F(ConnectionTest, TellsThatTheServerAccepted) {
     expect_accepted(box_of(item(*alpha)));
     alpha->finish();
     EXPECT_THAT(waits, ElementsAre(waiting_for("127.0.0.1", shown(alpha->port()))));
-    EXPECT_EQ(heard, text_of("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
-                             "01 01 01 01 01 01 01 01 01 00 00 00 00 62 80 00 00"_octets));
+    EXPECT_EQ(heard, text_of(conversation::wishes + conversation::closing));
 }
 
 TEST_F(ConnectionTest, HandsOnNameAndDomain) {

@@ -5,6 +5,7 @@
 #include "protocol/negotiation.h"
 
 #include "fuzz/input.h"
+#include "support/conversation.h"
 #include "support/memory_stream.h"
 
 #include <cstring>
@@ -12,9 +13,9 @@
 
 namespace {
 
-const Octets wishes = "60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
-                      "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets;
-const Octets closing = "62 80 00 00"_octets;
+using conversation::closing;
+using conversation::wishes;
+
 const std::string too_early = "Peer closed connection unexpectedly";
 
 struct End {

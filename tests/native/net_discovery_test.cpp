@@ -77,16 +77,6 @@ TEST_F(NativeDiscovery, SendsToEveryNetworkInEachPass) {
     }
 }
 
-TEST_F(NativeDiscovery, BroadcastsOnTheLoopbackNetwork) {
-    DiscoveryServer server(
-        [](int) {
-            return std::vector<Answer>{{2, discovery_answer()}};
-        },
-        DiscoveryServer::hears_broadcasts);
-    EXPECT_THAT(scan(server.port()), ElementsAre("127.0.0.2"));
-    EXPECT_THAT(server.requests(), ElementsAre(request_octets, request_octets, request_octets));
-}
-
 constexpr DWORD everybody = 0xFFFFFFFF;
 
 TEST_F(NativeDiscovery, AsksEverybodyWithoutNetworks) {
@@ -158,15 +148,6 @@ TEST_F(NativeDiscovery, CallsTheFallbackADummy) {
     EXPECT_STREQ(list[1].name, "");
 }
 
-TEST_F(NativeDiscovery, ReadsTheMachinesTable) {
-    substitute::use_machine_interfaces();
-    const net::InterfaceList list = net::list_interfaces();
-    bool loopback_listed = false;
-    for (const net::Interface* each = list.get(); each->name[0] != '\0'; ++each)
-        loopback_listed |= each->address == ip(127, 0, 0, 1) && each->broadcast == ip(127, 255, 255, 255);
-    EXPECT_TRUE(loopback_listed);
-}
-
 TEST_F(NativeDiscovery, ReportsThatThereIsNoSocket) {
     substitute::fail_call("socket");
     EXPECT_THAT(scan_failing(), StrEq("Could not create socket"));
@@ -232,11 +213,6 @@ TEST_F(NativeDiscovery, TakesAFailedWaitForSilence) {
     EXPECT_EQ(substitute::kept_datagrams().size(), 3U);
 }
 
-TEST_F(NativeDiscovery, DoesNothingWithoutAPlaceForItsResult) {
-    EXPECT_THAT(scan_servers(5151, nullptr), StrEq("found_servers must not be NULL"));
-    EXPECT_THAT(substitute::calls(), IsEmpty());
-}
-
 std::string changed_answer(std::size_t at) {
     std::string octets = discovery_answer();
     octets[at] = static_cast<char>(octets[at] + 1);
@@ -292,5 +268,58 @@ TEST_F(NativeDiscovery, RunsOutOfMemoryWhileAnswersCome) {
     const ShortMemory memory(4); // after the block, the table and the list
     EXPECT_THAT(scan_failing(server.port()), StrEq("Out of memory"));
 }
+
+/// Four addresses of ten octets and two of twelve fill the 64 octets that there are at first.
+TEST(ScanMemory, IsNeededForTheEndOfAFullResult) {
+    const DiscoveryServer server([](int) {
+        std::vector<Answer> answers;
+        for (const unsigned host : {1, 2, 3, 4, 100, 101})
+            answers.push_back({host, discovery_answer()});
+        return answers;
+    });
+    const net::Interface network[2]{
+        {"no name(0)", loopback::address(), htonl(0xFFFFFFFF), loopback::address()}, {}};
+    const ShortMemory memory(2);
+    char* found = nullptr;
+    EXPECT_THAT(net::scan_networks(network, server.port(), &found), StrEq("Out of memory"));
+    EXPECT_EQ(found, nullptr);
+    EXPECT_THAT(memory.sizes(), ElementsAre(64, 65));
+}
+
+/// How long a pass goes on while answers come.
+/// The first pass hears one server. Its answer is there when the given time of the pass has gone by; at the
+/// next look every pass is over.
+class ScanLimit : public testing::Test {
+protected:
+    ScanLimit() { substitute::reset(); }
+    ~ScanLimit() override { substitute::reset(); }
+
+    std::vector<std::string> servers_found_after(std::uint64_t time) {
+        const std::uint64_t heard = substitute::clock_now() + time;
+        substitute::on_clock([heard](std::uint64_t now) {
+            substitute::on_clock([](std::uint64_t) { substitute::advance_clock(1'000'000); });
+            substitute::advance_clock(heard - now);
+        });
+        substitute::time_out_select(3);
+        substitute::time_out_select(4);
+        char* found = nullptr;
+        EXPECT_EQ(scan_servers(server_.port(), &found), nullptr);
+        return servers_in(found);
+    }
+
+private:
+    DiscoveryServer server_{[](int request) {
+                                return request == 1 ? std::vector<Answer>{{2, discovery_answer()},
+                                                                          {3, discovery_answer()}}
+                                                    : std::vector<Answer>{};
+                            },
+                            DiscoveryServer::hears_broadcasts};
+};
+
+TEST_F(ScanLimit, IsNotReachedInTheLastMillisecondOfAMinute) {
+    EXPECT_THAT(servers_found_after(59'999), ElementsAre("127.0.0.2"));
+}
+
+TEST_F(ScanLimit, IsAMinute) { EXPECT_THAT(servers_found_after(60'000), IsEmpty()); }
 
 } // namespace

@@ -1,8 +1,8 @@
 #include "error/messages.h"
 #include "platform/substitute/control.h"
 #include "protocol/negotiation.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/octets.h"
 
 #include <gmock/gmock.h>
 
@@ -14,9 +14,7 @@ using loopback::Handle;
 using testing::IsNull;
 using testing::StrEq;
 
-std::string text_of(const Octets& octets) { return {octets.begin(), octets.end()}; }
-
-const std::string good_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
+const std::string good_offer = text_of(conversation::offer);
 
 std::string said(const std::string& before, DWORD code) {
     return before + system_error_string(code) + " (" + std::to_string(code) + ")";

@@ -2,8 +2,8 @@
 
 #include "net/memory.h"
 #include "net/socket.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/octets.h"
 
 #include <gmock/gmock.h>
 
@@ -17,8 +17,6 @@ using testing::EndsWith;
 using testing::IsNull;
 using testing::StartsWith;
 using testing::StrEq;
-
-const std::string whole_offer = text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
 
 class AgentConnection : public testing::Test {
 protected:
@@ -34,7 +32,7 @@ protected:
     /// Connects to a server that accepts every agent and stays until the agent closes.
     const char* connect_as(const char* name, const char* domain) {
         loopback::Peer server([this](Handle& agent) {
-            loopback::send_all(agent.get(), whole_offer);
+            loopback::send_all(agent.get(), text_of(conversation::offer));
             heard = loopback::receive_all(agent.get());
         });
         return connect_and_negotiate("127.0.0.1", server.port(), name, domain, &used_name, &status);
@@ -68,7 +66,7 @@ TEST_F(AgentConnection, UsesTheLocalAddressForAnEmptyName) {
 
 TEST_F(AgentConnection, NeedsNoOutputs) {
     loopback::Peer server([](Handle& agent) {
-        loopback::send_all(agent.get(), whole_offer);
+        loopback::send_all(agent.get(), text_of(conversation::offer));
         loopback::receive_all(agent.get());
     });
     EXPECT_THAT(connect_and_negotiate("127.0.0.1", server.port(), "", "", nullptr, nullptr), IsNull());
@@ -76,7 +74,7 @@ TEST_F(AgentConnection, NeedsNoOutputs) {
 
 TEST_F(AgentConnection, ClosesAfterARefusal) {
     loopback::Peer server([this](Handle& agent) {
-        loopback::send_all(agent.get(), text_of("63 80 04 02 6E 6F 00 00"_octets));
+        loopback::send_all(agent.get(), text_of(conversation::refusal));
         heard = loopback::receive_all(agent.get());
     });
     EXPECT_THAT(connect_and_negotiate("127.0.0.1", server.port(), "a", "", &used_name, &status),

@@ -2,8 +2,8 @@
 
 #include "error/exceptions.h"
 #include "net/socket.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/octets.h"
 
 #include <gmock/gmock.h>
 
@@ -49,8 +49,8 @@ protected:
 };
 
 TEST_F(ServersTest, TellsBeforeAndAfterEachAttempt) {
-    const auto alpha = server(text_of("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets));
-    const auto beta = server(text_of("63 80 04 02 6E 6F 00 00"_octets));
+    const auto alpha = server(text_of(conversation::offer));
+    const auto beta = server(text_of(conversation::refusal));
     const std::string first = std::to_string(alpha->port());
     const std::string second = std::to_string(beta->port());
     EXPECT_TRUE(test(",127.0.0.1:" + first + ",,127.0.0.1,", beta->port()));

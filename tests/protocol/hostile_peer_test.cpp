@@ -1,5 +1,6 @@
 #include "net/socket.h"
 #include "protocol/negotiation.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
 #include "support/server_answers.h"
 
@@ -15,9 +16,8 @@ using testing::AnyOf;
 using testing::EndsWith;
 using testing::StartsWith;
 
-const std::string expected_wishes = text_of("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 "
-                                            "01 01 01 01 01 01 01 01 01 00 00 00 00"_octets);
-const std::string expected_closing = text_of("62 80 00 00"_octets);
+const std::string expected_wishes = text_of(conversation::wishes);
+const std::string expected_closing = text_of(conversation::closing);
 const Octets offer_head = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00"_octets; // up to the end of the key
 const Octets both_ends = "00 00 00 00"_octets;
 const std::string peers_offer = text_of(offer_head + both_ends);
@@ -181,9 +181,8 @@ TEST_F(HostilePeer, ThatHearsOnceAnswersAndCloses) {
 
 TEST_F(HostilePeer, ThatRefusesAndClosesUnheard) {
     for (int times = 0; times < 200; ++times) {
-        negotiate_with([](Handle& agent) {
-            loopback::send_all(agent.get(), text_of("63 80 04 02 6E 6F 00 00"_octets));
-        });
+        negotiate_with(
+            [](Handle& agent) { loopback::send_all(agent.get(), text_of(conversation::refusal)); });
         ASSERT_EQ(text, "Tavrin Server rejected us: no");
     }
 }

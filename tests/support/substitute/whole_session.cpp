@@ -5,8 +5,8 @@
 #include "error/exceptions.h"
 #include "net/socket.h"
 #include "platform/substitute/control.h"
+#include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/octets.h"
 #include "support/registry.h"
 #include "support/short_memory.h"
 #include "window/main_handle.h"
@@ -23,8 +23,6 @@ constexpr char spec_text[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\nTavrinAgent\n
                              "Signal\nTavrinSignal\nh\nSignalEvent\n"
                              "$Forget\nCertificates\nh\nRemoveKey\n$Servers\nServers\nh\nServerList\n"
                              "$Test\n\nh\nConnectionTest\nName\nDomain\nServers\nPort\n";
-
-std::string octets(const Octets& octets) { return {octets.begin(), octets.end()}; }
 
 /// Answers one agent, which may stay connected until the handle closes.
 loopback::Handle serve_one(loopback::Listener& listener, const std::string& answer) {
@@ -53,8 +51,8 @@ void push(int id) {
 
 } // namespace
 
-const std::string accepting_server = octets("61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets);
-const std::string refusing_server = octets("63 80 04 02 6E 6F 00 00"_octets);
+const std::string accepting_server = text_of(conversation::offer);
+const std::string refusing_server = text_of(conversation::refusal);
 
 const std::map<std::string, WholeSession::Values>& WholeSession::values() {
     static const std::map<std::string, Values> values = {
