@@ -33,10 +33,10 @@ void drop_repeated(std::vector<std::string>& options) {
     std::erase_if(options, [&](const std::string& option) { return !seen.insert(option).second; });
 }
 
-bool drop(const TemplateSource& source, TemplateEntry& entry) {
+bool drop(TemplateSource& source, TemplateEntry& entry) {
     const char* const reason = why_not(entry);
     if (reason != nullptr)
-        tell_unmapped(source, entry.line, entry.title, entry.type, reason);
+        leave_out(source, entry.line, entry.title, entry.type, reason);
     drop_repeated(entry.options);
     return reason != nullptr;
 }

@@ -22,28 +22,28 @@ struct TemplateFile {
 
 using Files = std::vector<TemplateFile>;
 
-Files policy_files(TemplateSource source) {
+Files policy_files(TemplateSource& source) {
     drop_what_policies_lack(source);
     return {{"", source.stem + ".admx", write_admx(source)},
             {"en-US", source.stem + ".adml", write_adml(source)}};
 }
 
-Files preference_files(const TemplateSource& source) {
+Files preference_files(TemplateSource& source) {
     return {{"", source.stem + ".xml", write_preferences(source)}};
 }
 
-Files reg_files(const TemplateSource& source) { return {{"", source.stem + ".reg", write_reg(source)}}; }
+Files reg_files(TemplateSource& source) { return {{"", source.stem + ".reg", write_reg(source)}}; }
 
 struct Format {
     const char* name;
     bool needs_values;
-    Files (*files)(TemplateSource);
+    Files (*files)(TemplateSource&);
 };
 
 constexpr Format formats[] = {
     {"admx", false, policy_files},
-    {"gpp", true, [](TemplateSource source) { return preference_files(source); }},
-    {"reg", true, [](TemplateSource source) { return reg_files(source); }},
+    {"gpp", true, preference_files},
+    {"reg", true, reg_files},
 };
 
 const Format& format_named(const std::string& name) {
@@ -120,24 +120,36 @@ std::vector<TemplateSource> read_sources(const Arguments& arguments) {
     return sources;
 }
 
-} // namespace
+void tell_left_out(const std::vector<TemplateSource>& sources) {
+    for (const TemplateSource& source : sources) {
+        for (const std::string& each : source.left_out)
+            say(each, Level::warning);
+    }
+}
 
 /// All are made before the first is written.
+Files make_files(std::vector<TemplateSource>& sources, const Format& format, const Values& values) {
+    Files files;
+    for (TemplateSource& source : sources) {
+        if (format.needs_values)
+            values.fill(source);
+        for (TemplateFile& file : format.files(source))
+            files.push_back(std::move(file));
+    }
+    return files;
+}
+
+} // namespace
+
 int make_template(const Arguments& arguments) {
     const Format& format = format_named(arguments.format);
     if (arguments.out.empty())
         throw Failure{usage, "template needs --out FOLDER"};
     std::vector<TemplateSource> sources = read_sources(arguments);
-    const Values values(arguments.state);
-    Files files;
-    for (TemplateSource& source : sources) {
-        if (format.needs_values)
-            values.fill(source);
-        for (TemplateFile& file : format.files(std::move(source)))
-            files.push_back(std::move(file));
-    }
+    const Files files = make_files(sources, format, Values(arguments.state));
     for (const TemplateFile& file : files)
         write(arguments.out, file);
+    tell_left_out(sources);
     return as_wished;
 }
 

@@ -1,7 +1,6 @@
 #include "ctl/template_source.h"
 
 #include "ctl/code_page.h"
-#include "ctl/console.h"
 #include "ctl/failure.h"
 #include "ctl/files.h"
 #include "ctl/visible.h"
@@ -37,7 +36,7 @@ private:
     std::string id_of(const std::string& value_name);
     void add(const SpecEntry& entry);
     TemplateEntry made_of(const Declaration& declaration);
-    void leave_out(const Declaration& declaration) const;
+    void add_left_out(const Declaration& declaration);
 
     unsigned code_page_;
     TemplateSource source_;
@@ -70,7 +69,7 @@ std::string Reading::id_of(const std::string& value_name) {
 
 void Reading::add(const SpecEntry& entry) {
     if (entry.declaration.kind->form == ValueForm::none) {
-        leave_out(entry.declaration);
+        add_left_out(entry.declaration);
     } else {
         source_.groups[entry.group].entries.push_back(made_of(entry.declaration));
     }
@@ -92,15 +91,15 @@ TemplateEntry Reading::made_of(const Declaration& declaration) {
     return entry;
 }
 
-void Reading::leave_out(const Declaration& declaration) const {
+void Reading::add_left_out(const Declaration& declaration) {
     const std::string_view type = declaration.kind->type;
     const char* reason = "it tests a connection";
     if (type == "RemoveKey")
         reason = "it removes a whole key, once, when somebody asks for it";
     if (type == "SignalEvent")
         reason = "it signals an event";
-    tell_unmapped(source_, declaration.title.number, utf8(declaration.title), type,
-                  std::string(reason) + ", and a template sets values");
+    leave_out(source_, declaration.title.number, utf8(declaration.title), type,
+              std::string(reason) + ", and a template sets values");
 }
 
 [[noreturn]] void refuse(const std::string& path, const SpecError& error, unsigned code_page) {
@@ -110,23 +109,26 @@ void Reading::leave_out(const Declaration& declaration) const {
 
 } // namespace
 
-void tell_unmapped(const TemplateSource& source, std::size_t line, std::string_view title,
-                   std::string_view type, const std::string& reason) {
-    say(source.path + ":" + std::to_string(line) + ": \"" + visible(title) + "\" (" + std::string(type) +
-            ") is left out: " + reason,
-        Level::warning);
+void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
+               const std::string& reason) {
+    source.left_out.push_back(source.path + ":" + std::to_string(line) + ": \"" + visible(title) + "\" (" +
+                              std::string(type) + ") is left out: " + reason);
+}
+
+TemplateSource template_source_of(const std::string& path, std::string octets, unsigned code_page) {
+    const SpecModel spec(std::move(octets));
+    for (const auto* errors : {&spec.errors, &spec.unknown_types}) {
+        if (!errors->empty())
+            refuse(path, errors->front(), code_page);
+    }
+    return Reading(path, code_page).read(spec);
 }
 
 TemplateSource read_template_source(const std::string& path, unsigned code_page) {
     auto octets = read_file(path);
     if (!octets)
         throw Failure{invalid, path + ": the file cannot be read"};
-    const SpecModel spec(std::move(*octets));
-    for (const auto* errors : {&spec.errors, &spec.unknown_types}) {
-        if (!errors->empty())
-            refuse(path, errors->front(), code_page);
-    }
-    return Reading(path, code_page).read(spec);
+    return template_source_of(path, std::move(*octets), code_page);
 }
 
 } // namespace ctl

@@ -37,14 +37,19 @@ struct TemplateSource {
     std::string key;
     /// Without those that have no entry to show.
     std::vector<TemplateGroup> groups;
+    /// The entries that are in no template, each with the reason, a line each.
+    std::vector<std::string> left_out;
 };
 
-/// Says on the standard error stream that an entry is not in the template, and why.
-void tell_unmapped(const TemplateSource& source, std::size_t line, std::string_view title,
-                   std::string_view type, const std::string& reason);
+/// Notes that an entry is left out, and why.
+void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
+               const std::string& reason);
 
-/// Reads the spec file. Entries without a value are told as unmapped. Throws Failure when the file cannot be
-/// read or has an error.
+/// The source in the octets of a spec file that stands at `path`. Entries without a value are told as
+/// unmapped. Throws Failure when the file has an error.
+TemplateSource template_source_of(const std::string& path, std::string octets, unsigned code_page);
+
+/// The same of the file itself; throws Failure also when it cannot be read.
 TemplateSource read_template_source(const std::string& path, unsigned code_page);
 
 } // namespace ctl

@@ -7,7 +7,7 @@
 
 namespace ctl {
 
-/// Takes out of the source what policies cannot express, and tells it.
+/// Leaves out what policies cannot express.
 void drop_what_policies_lack(TemplateSource& source);
 /// Policies, and their texts in English.
 std::string write_admx(const TemplateSource& source);
