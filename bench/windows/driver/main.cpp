@@ -1,6 +1,7 @@
 // Times the finished program from outside, beside programs that do no more than they must.
-// usage: windows_bench RESULT_FILE all|far PREFIX COUNT PORT [OLD_PROGRAM]
-// bench/answering plays the servers (peers/servers.h); "far": only their connection test, over a slow line.
+// usage: windows_bench RESULT_FILE all|console|far PREFIX COUNT PORT [OLD_PROGRAM]
+// bench/answering plays the servers (peers/servers.h); "far": only their connection test, over a slow line;
+// "console": only the command line.
 #include "driver/work.h"
 
 #include <cstdio>
@@ -15,6 +16,7 @@ void measure_all(bench::Samples& samples, const Servers& servers, const std::str
     bench::measure_private_bytes(samples, 9);
     bench::measure_start_up(samples, 9);
     bench::measure_ok(samples, 9);
+    bench::measure_console(samples, 30);
     bench::measure_connection_test(samples, "connection test, 100 servers", 9, servers, old_program);
 }
 
@@ -22,7 +24,8 @@ void measure_all(bench::Samples& samples, const Servers& servers, const std::str
 
 int main(int count, char** arguments) {
     if (count < 6) {
-        std::fputs("usage: windows_bench RESULT_FILE all|far PREFIX COUNT PORT [OLD_PROGRAM]\n", stderr);
+        std::fputs("usage: windows_bench RESULT_FILE all|console|far PREFIX COUNT PORT [OLD_PROGRAM]\n",
+                   stderr);
         return 2;
     }
     const Servers servers = servers_of(count, arguments, 3);
@@ -31,6 +34,8 @@ int main(int count, char** arguments) {
         bench::Samples samples;
         if (std::strcmp(arguments[2], "far") == 0)
             bench::measure_connection_test(samples, "test of 50 servers 20 ms away", 5, servers, old_program);
+        else if (std::strcmp(arguments[2], "console") == 0)
+            bench::measure_console(samples, 30);
         else
             measure_all(samples, servers, old_program);
         samples.write(arguments[1]);

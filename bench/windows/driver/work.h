@@ -13,5 +13,7 @@ void measure_ok(Samples& samples, int runs);
 void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers,
                              const std::string& old_program);
 void measure_files(Samples& samples);
+/// The command line, from its start to its end.
+void measure_console(Samples& samples, int runs);
 
 } // namespace bench
