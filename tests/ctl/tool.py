@@ -15,9 +15,13 @@ LIMIT = 120
 
 
 if UNDER_WINE:
-    # Wine ends with its last program and takes a while to begin anew; this one waits until the tests are over.
-    LASTING = subprocess.Popen([*COMMAND[:-1], "cmd"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-                               stderr=subprocess.DEVNULL)
+    # Wine ends with its last program and takes a while to begin anew; this one waits until the tests are over. What
+    # Wine starts for itself keeps the first program's pipes open, so that one has to be this one, and no other is
+    # started before it says that it is there.
+    LASTING = subprocess.Popen([*COMMAND[:-1], "cmd", "/k", "echo", "ready"], stdin=subprocess.PIPE,
+                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    while (line := LASTING.stdout.readline()) and b"ready" not in line:
+        pass
     atexit.register(LASTING.wait)
     atexit.register(LASTING.stdin.close)
 
