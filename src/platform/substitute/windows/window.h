@@ -1,6 +1,6 @@
 #pragma once
 /// How the substitute keeps windows. Internal to the substitute: the program sees handles, tests use
-/// control_user.h.
+/// platform/substitute/control/user.h.
 #include "platform/substitute/windows/user.h"
 
 #include <memory>
