@@ -97,12 +97,6 @@ TEST_F(FailingConnect, ReportsAConnectThatFailsAtOnce) {
     EXPECT_EQ(substitute::call_count("select"), 0);
 }
 
-TEST_F(FailingConnect, GivesUpAfterTenMinutes) {
-    substitute::time_out_select();
-    EXPECT_THAT(pending_connect(), StrEq("Connection timed out"));
-    EXPECT_THAT(substitute::select_waits(), ElementsAre(600));
-}
-
 TEST_F(FailingConnect, WaitsTenMinutesWhateverTheOtherTimeOutSays) {
     socket_io_timeout = 5;
     substitute::time_out_select();

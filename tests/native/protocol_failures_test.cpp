@@ -102,42 +102,6 @@ TEST_F(ProtocolFailures, AHandshakeTakesTwoSendsAndOneReceiveOfAnAnswerThatIsThe
     stream->close(stream);
 }
 
-TEST_F(ProtocolFailures, ASilentServerIsWaitedForTenMinutes) {
-    loopback::Listener silent;
-    Stream* stream = nullptr;
-    ASSERT_THAT(stream_open(&stream, loopback::address(), silent.port(), net::connect_nonblocking), IsNull());
-    substitute::time_out_select();
-    EXPECT_THAT(negotiate(stream, "web1", "", &status),
-                StrEq("Error receiving data: Timeout in socket_recv()"));
-    EXPECT_EQ(status, 2);
-    EXPECT_EQ(substitute::select_waits().back(), 600);
-    stream->close(stream);
-}
-
-TEST_F(ProtocolFailures, AServerThatTakesNothingIsWaitedForTenMinutes) {
-    loopback::Listener full;
-    Stream* stream = nullptr;
-    ASSERT_THAT(stream_open(&stream, loopback::address(), full.port(), net::connect_nonblocking), IsNull());
-    substitute::fail_call("send", 1, 10035);
-    substitute::time_out_select();
-    EXPECT_THAT(negotiate(stream, "web1", "", &status),
-                StrEq("socket_send returned error in socket_write_buf: Timeout in socket_send()"));
-    EXPECT_EQ(status, 2);
-    EXPECT_EQ(substitute::select_waits().back(), 600);
-    stream->close(stream);
-}
-
-TEST_F(ProtocolFailures, AConnectIsWaitedForTenMinutes) {
-    const std::uint16_t port = loopback::closed_port();
-    substitute::fail_call("connect", 1, 10035);
-    substitute::time_out_select();
-    EXPECT_THAT(connect_and_negotiate("127.0.0.1", port, "web1", "", nullptr, &status),
-                StrEq("Connection timed out"));
-    EXPECT_EQ(status, 2);
-    EXPECT_EQ(substitute::select_waits(), std::vector<int>{600});
-    EXPECT_EQ(substitute::open_sockets(), 0u);
-}
-
 TEST_F(ProtocolFailures, AResetIsNamedWithItsNumber) {
     loopback::Peer server([](Handle& agent) {
         loopback::receive(agent.get(), 31);
@@ -156,17 +120,6 @@ TEST_F(ProtocolFailures, ALocalAddressThatCannotBeReadIsAnEmptyName) {
     std::free(used_name);
     EXPECT_EQ(heard, text_of("60 80 02 02 02 02 A1 80 04 00 04 00 04 00 "
                              "01 01 01 01 01 01 01 01 01 00 00 00 00 62 80 00 00"_octets));
-}
-
-TEST_F(ProtocolFailures, AHostThatIsNotFoundIsNotConnectedTo) {
-    substitute::set_host(" alpha", {});
-    EXPECT_THAT(connect_and_negotiate(" alpha", 80, "web1", "", nullptr, &status),
-                StrEq("No addresses found when resolving \" alpha\""));
-    EXPECT_EQ(status, 2);
-    substitute::fail_call("gethostbyname", 1, 11001);
-    EXPECT_EQ(connect_and_negotiate("alpha", 80, "web1", "", nullptr, &status),
-              "Error resolving \"alpha\": " + system_error_string(11001));
-    EXPECT_EQ(substitute::call_count("socket"), 0);
 }
 
 TEST_F(ProtocolFailures, AFailingCloseChangesNothing) {

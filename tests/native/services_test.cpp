@@ -69,34 +69,6 @@ TEST_F(ScriptedServices, StopAndStartByTheClock) {
     EXPECT_EQ(substitute::service_state("Agent"), SERVICE_RUNNING);
 }
 
-TEST_F(ScriptedServices, MayStopForever) {
-    ServiceScript script;
-    script.stop_time = substitute::never;
-    install(script);
-    EXPECT_TRUE(stop());
-    substitute::advance_clock(1'000'000'000);
-    EXPECT_EQ(state(), SERVICE_STOP_PENDING);
-}
-
-TEST_F(ScriptedServices, MayRefuse) {
-    ServiceScript script;
-    script.stop_error = ERROR_SERVICE_CANNOT_ACCEPT_CTRL;
-    install(script);
-    EXPECT_FALSE(stop());
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_SERVICE_CANNOT_ACCEPT_CTRL});
-    EXPECT_EQ(state(), SERVICE_RUNNING);
-}
-
-TEST_F(ScriptedServices, MayFailToStart) {
-    ServiceScript script;
-    script.state = SERVICE_STOPPED;
-    script.start_error = ERROR_SERVICE_DISABLED;
-    install(script);
-    EXPECT_FALSE(start());
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_SERVICE_DISABLED});
-    EXPECT_EQ(state(), SERVICE_STOPPED);
-}
-
 TEST_F(ScriptedServices, MayVanishWhileTheyStop) {
     ServiceScript script;
     script.query_error_while_stopping = ERROR_SERVICE_DOES_NOT_EXIST;
@@ -114,14 +86,6 @@ TEST_F(ScriptedServices, MayBeRemovedWhileOpen) {
     EXPECT_EQ(state(), 0U);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_SERVICE_DOES_NOT_EXIST});
     EXPECT_EQ(OpenServiceA(manager_, "Agent", SERVICE_ALL_ACCESS), nullptr);
-}
-
-TEST_F(ScriptedServices, MayBeClosedToThisUser) {
-    ServiceScript script;
-    script.open_error = ERROR_ACCESS_DENIED;
-    install(script);
-    EXPECT_EQ(service_, nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
 }
 
 TEST_F(ScriptedServices, FailAtThePlannedCall) {
