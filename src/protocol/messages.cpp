@@ -121,8 +121,10 @@ const char* read_negotiate_nack(Stream* stream, char** reason, std::uint32_t tag
     return nullptr;
 }
 
-Composition::Composition()
-    : stream_{.socket_write_buf = refuse, .room = octets_, .room_end = octets_ + sizeof octets_} {}
+Composition::Composition() : stream_{.socket_write_buf = refuse} {
+    stream_.room = octets_;
+    stream_.room_end = octets_ + sizeof octets_;
+}
 
 const char* Composition::send_over(Stream* connection) const {
     return connection->socket_write_buf(connection, octets_,
