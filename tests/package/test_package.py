@@ -20,7 +20,8 @@ NAME = "tavrinconfig-9.8.7-windows-x64"
 PROGRAMS = ["tavrinconfig.exe", "tavrinctl.exe"]
 CHAPTERS = ["docs/administrator.md", "docs/settings-without-the-window.md", "docs/spec-files.md", "docs/protocol.md",
             "CHANGELOG.md", "SECURITY.md"]
-CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrinconfig.exe", "tavrinctl.exe"]
+CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrin.dsc.resource.json", "tavrinconfig.exe",
+            "tavrinctl.exe"]
 
 
 def debian_version(name):
@@ -83,6 +84,11 @@ class Archive(Packed):
         for name in PROGRAMS:
             packed = self.archive.read(f"tavrinconfig-9.8.7/{name}")
             self.assertEqual(packed, (packing.BUILT.parent / name).read_bytes())
+
+    def test_manifest_of_the_resource_has_the_packages_version(self):
+        packed = json.loads(self.archive.read("tavrinconfig-9.8.7/tavrin.dsc.resource.json"))
+        sample = json.loads((packing.TOP / "examples/fleet/tavrin.dsc.resource.json").read_text())
+        self.assertEqual(packed, {**sample, "version": "9.8.7"})
 
     def test_licences_of_what_is_in_the_programs(self):
         text = self.archive.read("tavrinconfig-9.8.7/LICENSE-runtime.txt").decode()
