@@ -71,9 +71,10 @@ private:
 TEST_F(Installer, InstallsProgramGuideLinksAndEntry) {
     ASSERT_EQ(run_to_end(newer() + " /S"), 0U);
     const std::string home = folder().string();
-    EXPECT_THAT(traces(), IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
-                                        home + "\\LICENSE-runtime.txt", home + "\\guide.html",
-                                        home + "\\uninstall.exe"}));
+    EXPECT_THAT(traces(),
+                IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
+                              home + "\\LICENSE-runtime.txt", home + "\\guide.html", home + "\\tavrinctl.exe",
+                              home + "\\tavrin.dsc.resource.json", home + "\\uninstall.exe"}));
     EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration")), home + "\\tavrinconfig.exe");
     EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration Guide")), home + "\\guide.html");
     EXPECT_EQ(read_value(entry_key, "DisplayName"), "Tavrin Configuration");

@@ -34,6 +34,7 @@ TEST_F(WindowsInstaller, InstallsAndRemovesWithoutATrace) {
     ASSERT_EQ(run_to_end(install_newer()), 0U);
     const std::string home = folder().string();
     EXPECT_THAT(traces(), IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\guide.html",
+                                        home + "\\tavrinctl.exe", home + "\\tavrin.dsc.resource.json",
                                         home + "\\LICENSE.txt", home + "\\LICENSE-runtime.txt"}));
     EXPECT_EQ(run_to_end(remove_newer()), 0U);
     EXPECT_EQ(traces(), before_);
