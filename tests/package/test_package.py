@@ -18,8 +18,8 @@ import resources
 EPOCH = "1700000001"  # 2023-11-14 22:13:21 UTC
 NAME = "tavrinconfig-9.8.7-windows-x64"
 PROGRAMS = ["tavrinconfig.exe", "tavrinctl.exe"]
-CHAPTERS = ["docs/administrator.md", "docs/settings-without-the-window.md", "docs/spec-files.md", "docs/protocol.md",
-            "CHANGELOG.md", "SECURITY.md"]
+CHAPTERS = ["docs/administrator.md", "docs/settings-without-the-window.md", "docs/tavrinctl.md", "docs/spec-files.md",
+            "docs/protocol.md", "CHANGELOG.md", "SECURITY.md"]
 CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrin.dsc.resource.json", "tavrinconfig.exe",
             "tavrinctl.exe"]
 
