@@ -23,5 +23,5 @@ bool Configuration::has_changes() {
 }
 
 void show_spec_error(const SpecError& error) {
-    show_box({.text = error.text, .caption = "Error", .style = MB_OK | MB_ICONERROR});
+    show_box({.text = error.text, .caption = "Error", .style = MB_ICONERROR});
 }

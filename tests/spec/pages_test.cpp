@@ -55,11 +55,14 @@ LONG_PTR compared_styles(const TestedControl& control) {
                : ~LONG_PTR{0};
 }
 
+/// The edges of a dialog and of a control that nobody edits among them.
+constexpr LONG_PTR every_edge = WS_EX_CLIENTEDGE | 0x20001;
+
 void expect_created(HWND control, const TestedControl& expected) {
     EXPECT_EQ(class_of(control), expected.window_class);
     EXPECT_EQ(text_of(control), expected.text);
     EXPECT_EQ(style_of(control) & compared_styles(expected), WS_CHILD | WS_VISIBLE | expected.style);
-    EXPECT_EQ((extended_style_of(control) & WS_EX_CLIENTEDGE) != 0, expected.has_sunken_edge);
+    EXPECT_EQ(extended_style_of(control) & every_edge, expected.has_sunken_edge ? WS_EX_CLIENTEDGE : 0);
     EXPECT_EQ(GetDlgCtrlID(control), -1);
     EXPECT_EQ(font_of(control), GetStockObject(DEFAULT_GUI_FONT));
     if (expected.window_class != std::string("ComboBox")) {
