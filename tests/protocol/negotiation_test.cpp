@@ -100,20 +100,4 @@ TEST(Negotiate, HandsOnAFailingFlush) {
     EXPECT_EQ(status, 2);
 }
 
-TEST(Negotiate, TenMillionOpenElementsInAnOfferNeedNoStack) {
-    MemoryStream stream("61 80 02 02 02 05 A1 80 01 01 01 01 01 00"_octets);
-    stream.sends("30 80"_octets, 10000000);
-    stream.sends("00 00"_octets, 10000000);
-    stream.sends("00 00 00 00"_octets);
-    int status = 77;
-    EXPECT_THAT(negotiate(&stream, "web1", "", &status), IsNull());
-    EXPECT_EQ(status, 0);
-}
-
-TEST(Negotiate, FillersWithoutEndEndWithThePeer) {
-    MemoryStream stream;
-    stream.sends("19"_octets, 10000000);
-    EXPECT_THAT(negotiate(&stream, "web1", "", nullptr), StrEq("Peer closed connection unexpectedly"));
-}
-
 } // namespace
