@@ -8,7 +8,6 @@
 
 namespace {
 
-using testing::IsNull;
 using testing::StrEq;
 
 using conversation::closing;
