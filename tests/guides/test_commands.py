@@ -131,6 +131,9 @@ class Scripts(unittest.TestCase):
         workflow = (TOP / ".github/workflows/ci.yml").read_text()
         called = re.findall(r"run: (script/\w+)$", workflow, re.M)
         self.assertEqual(called, ["script/setup", "script/test"])
+        lists = (TOP / "tests/CMakeLists.txt").read_text()
+        self.assertEqual(sorted(re.search(r"foreach\(folder ([a-z ]+)\)", lists)[1].split()),
+                         re.search(r"^  SUITES: (.*)$", workflow, re.M)[1].split())
         release = (TOP / ".github/workflows/release.yml").read_text()
         self.assertEqual(re.findall(r"run: (script/.*)$", release, re.M), [*called, "script/package build/unsigned"])
         for option in re.findall(r"script/package (.*?)build/package", release, re.S)[0].split():

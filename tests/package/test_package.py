@@ -5,6 +5,7 @@ import importlib
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -319,12 +320,21 @@ class BillOfMaterials(Packed):
 class Signature(unittest.TestCase):
     """Without a time stamp: a time stamp server is on a real network."""
 
+    @classmethod
+    def setUpClass(cls):
+        temporary = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(temporary.cleanup)
+        cls.made = pathlib.Path(temporary.name)
+        cls.certificate = packing.make_certificate(cls.made)
+        cls.output = packing.pack(cls.made / "packed", "--version", "9.8.7", **cls.certificate)
+
     def setUp(self):
+        """A copy of what was made once, for the test to do with as it likes."""
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
         self.folder = pathlib.Path(temporary.name)
-        self.sign = packing.make_certificate(self.folder)
-        self.output = packing.pack(self.folder / "packed", "--version", "9.8.7", **self.sign)
+        shutil.copytree(self.made, self.folder, dirs_exist_ok=True)
+        self.sign = {name: path.replace(str(self.made), str(self.folder)) for name, path in self.certificate.items()}
 
     def is_signed(self, file):
         return packing.is_signed(file, self.sign["TAVRIN_SIGN_CERTIFICATE"])
