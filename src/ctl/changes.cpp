@@ -8,7 +8,7 @@
 #include "store/serial_ports.h"
 
 #include <algorithm>
-#include <map>
+#include <utility>
 
 namespace ctl {
 namespace {
@@ -88,14 +88,17 @@ class Planning {
 public:
     Planning(const MachineConfiguration& configuration, Problems& problems)
         : configuration_(configuration), index_(configuration), problems_(problems),
-          key_(configuration.key(), KEY_QUERY_VALUE) {}
+          key_(configuration.key(), KEY_QUERY_VALUE), is_given_(configuration.spec.entries.size()) {}
 
     ConfigurationChanges plan(const std::vector<WishedValue>& values) {
+        changes_.reserve(values.size());
         for (const WishedValue& each : values)
             take(each);
         ConfigurationChanges all{&configuration_, {}};
-        for (auto& [place, change] : changes_)
-            all.changes.push_back(std::move(change));
+        all.changes.reserve(changes_.size());
+        std::sort(places_.begin(), places_.end());
+        for (const auto& [place, number] : places_)
+            all.changes.push_back(std::move(changes_[number]));
         return all;
     }
 
@@ -114,16 +117,22 @@ private:
             throw std::string("there is no such value");
         const std::size_t place = index_.find(*name);
         const Declaration& declaration = configuration_.spec.entries[place].declaration;
-        if (!changes_.try_emplace(place, change_for(wished, declaration, key_)).second)
+        if (is_given_[place])
             throw std::string("the value is given twice");
+        changes_.push_back(change_for(wished, declaration, key_));
+        places_.emplace_back(place, changes_.size() - 1);
+        is_given_[place] = true;
     }
 
     const MachineConfiguration& configuration_;
     EntryIndex index_;
     Problems& problems_;
     MachineKey key_;
-    /// In the spec file's order.
-    std::map<std::size_t, Change> changes_;
+    std::vector<Change> changes_;
+    /// Of each entry, whether it has a change.
+    std::vector<bool> is_given_;
+    /// The entries that have one, and which.
+    std::vector<std::pair<std::size_t, std::size_t>> places_;
 };
 
 void plan_one(const Machine& machine, const WishedConfiguration& wished,

@@ -30,7 +30,8 @@ std::size_t EntryIndex::find(const std::string& name) const {
     const std::size_t titled = titles_.find(name);
     if (titled == 0 || repeated_titles_.find(name) != 0 || !has_value(entries_[titled - 1].declaration))
         refuse(name);
-    return titled - 1;
+    // Of several with one value the first stands for all.
+    return value_names_.find(entries_[titled - 1].declaration.value_name.text) - 1;
 }
 
 void EntryIndex::refuse(const std::string& name) const {

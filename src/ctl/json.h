@@ -3,10 +3,17 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <utility>
 
 namespace ctl {
 
 using Json = nlohmann::ordered_json;
+
+/// Adds a member that the object does not have yet, which is not looked for: an object of thousands is made
+/// in no time.
+inline void add_member(Json& object, std::string name, Json value) {
+    object.get_ref<Json::object_t&>().emplace_back(std::move(name), std::move(value));
+}
 
 /// For people too: indented, with a line end. Texts that are no UTF-8 get replacement characters.
 std::string to_text(const Json& json);

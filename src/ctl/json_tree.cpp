@@ -6,7 +6,6 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace ctl {
 namespace {
@@ -20,6 +19,16 @@ using Kind = JsonTree::Kind;
 std::string without_class(const std::string& words) {
     const std::size_t end = words.find("] ");
     return end == std::string::npos ? words : words.substr(end + 2);
+}
+
+void refuse_repeated_names(const std::vector<JsonMember>& members) {
+    std::vector<std::string_view> names(members.size());
+    std::transform(members.begin(), members.end(), names.begin(),
+                   [](const JsonMember& each) { return std::string_view(each.name); });
+    std::sort(names.begin(), names.end());
+    const auto repeated = std::adjacent_find(names.begin(), names.end());
+    if (repeated != names.end())
+        refuse("\"" + visible(*repeated) + "\" stands twice in one object");
 }
 
 /// Takes the parser's events, so that what is refused is refused before it costs memory.
@@ -50,18 +59,13 @@ public:
     JsonTree take() { return std::move(root_); }
 
 private:
-    struct Open {
-        JsonTree* tree;
-        std::unordered_set<std::string> names;
-    };
-
     bool put(Kind kind, std::string text);
     bool open(Kind kind);
     bool close();
     JsonTree& place();
 
     JsonTree root_;
-    std::vector<Open> open_;
+    std::vector<JsonTree*> open_;
     std::string name_;
 };
 
@@ -69,7 +73,7 @@ private:
 JsonTree& TreeBuilder::place() {
     if (open_.empty())
         return root_;
-    return open_.back().tree->members.emplace_back(JsonMember{std::move(name_), {}}).value;
+    return open_.back()->members.emplace_back(JsonMember{std::move(name_), {}}).value;
 }
 
 bool TreeBuilder::put(Kind kind, std::string text) {
@@ -84,18 +88,18 @@ bool TreeBuilder::open(Kind kind) {
         refuse("the nesting is deeper than " + std::to_string(deepest_json));
     JsonTree& tree = place();
     tree.kind = kind;
-    open_.push_back({&tree, {}});
+    open_.push_back(&tree);
     return true;
 }
 
 bool TreeBuilder::close() {
+    if (open_.back()->kind == Kind::object)
+        refuse_repeated_names(open_.back()->members);
     open_.pop_back();
     return true;
 }
 
 bool TreeBuilder::key(string_t& name) {
-    if (!open_.back().names.insert(name).second)
-        refuse("\"" + visible(name) + "\" stands twice in one object");
     name_ = std::move(name);
     return true;
 }

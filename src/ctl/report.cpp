@@ -16,11 +16,13 @@ std::string utf8(const SpecLine& line) { return to_utf8(line.text); }
 bool is_changed(const Change& change, bool what_if) { return what_if ? change.differs : change.is_written; }
 
 Json json_of(const Change& change, bool what_if) {
-    Json json{{"before", json_of(change.before)}};
+    Json json = Json::object();
+    json.get_ref<Json::object_t&>().reserve(4);
+    add_member(json, "before", json_of(change.before));
     if (change.before.is_there && !change.before.is_text())
-        json["type"] = type_name(change.before.type);
-    json["after"] = change.after ? Json(to_utf8(*change.after)) : Json();
-    json["changed"] = is_changed(change, what_if);
+        add_member(json, "type", type_name(change.before.type));
+    add_member(json, "after", change.after ? Json(to_utf8(*change.after)) : Json());
+    add_member(json, "changed", is_changed(change, what_if));
     return json;
 }
 
@@ -32,7 +34,7 @@ bool any_changed(const ConfigurationChanges& changes, bool what_if) {
 Json json_of(const ConfigurationChanges& changes, bool what_if) {
     Json values = Json::object();
     for (const Change& each : changes.changes)
-        values[to_utf8(each.value_name())] = json_of(each, what_if);
+        add_member(values, to_utf8(each.value_name()), json_of(each, what_if));
     return {{"service", to_utf8(changes.configuration->service())},
             {"restarted", changes.is_restarted},
             {"changed", any_changed(changes, what_if)},
@@ -102,15 +104,16 @@ std::vector<StoredValue> stored_values(const MachineConfiguration& configuration
 
 Json described(const MachineConfiguration& configuration) {
     const std::vector<StoredValue> stored = stored_values(configuration);
+    SeenNames seen(true);
     Json values = Json::object();
     Json actions = Json::array();
     for (std::size_t i = 0; i < stored.size(); ++i) {
         const SpecEntry& entry = configuration.spec.entries[i];
-        if (has_value(entry)) {
-            values.emplace(utf8(entry.declaration.value_name),
-                           described_value(configuration, entry, stored[i]));
-        } else {
+        if (!has_value(entry)) {
             actions.push_back(described_action(configuration, entry));
+        } else if (seen.add(entry.declaration.value_name.text, i + 1) == 0) {
+            add_member(values, utf8(entry.declaration.value_name),
+                       described_value(configuration, entry, stored[i]));
         }
     }
     return {{"key", to_utf8(configuration.key())},

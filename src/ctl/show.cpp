@@ -60,17 +60,26 @@ void print_head(const MachineConfiguration& configuration) {
     print(head);
 }
 
+/// Entries that stand in no group have no head of one.
+void print_group(const MachineConfiguration& configuration, std::size_t group) {
+    const std::string name = visible(to_utf8(configuration.spec.groups[group].name.text));
+    if (!name.empty())
+        print("  [" + name + "]\n");
+}
+
 void print_table(const MachineConfiguration& configuration) {
     const std::vector<StoredValue> values = stored_values(configuration);
     const std::vector<SpecEntry>& entries = configuration.spec.entries;
     std::vector<Row> rows;
     for (std::size_t i = 0; i < entries.size(); ++i)
         rows.push_back(row_of(entries[i], values[i]));
+    const std::size_t name_width = widest(rows, 0);
+    const std::size_t kind_width = widest(rows, 1);
     print_head(configuration);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (i == 0 || entries[i].group != entries[i - 1].group)
-            print("  [" + visible(to_utf8(configuration.spec.groups[entries[i].group].name.text)) + "]\n");
-        print(line_of(rows[i], widest(rows, 0), widest(rows, 1)));
+            print_group(configuration, entries[i].group);
+        print(line_of(rows[i], name_width, kind_width));
     }
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 /// Where the window stops reading too.
 std::unique_ptr<const std::string> up_to_its_end(std::string octets) {
-    octets.resize(std::min(octets.find('\x1A'), octets.size()));
+    octets.erase(std::min(octets.find('\x1A'), octets.size()));
     return std::make_unique<const std::string>(std::move(octets));
 }
 

@@ -88,6 +88,7 @@ std::string text_member(const JsonTree& object, std::string_view name) {
 
 std::vector<WishedValue> read_values(const JsonTree& values) {
     std::vector<WishedValue> wished;
+    wished.reserve(values.members.size());
     for (const JsonMember& member : values.members)
         add_value(wished, member.name, member.value);
     return wished;

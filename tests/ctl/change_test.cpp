@@ -141,6 +141,15 @@ TEST_F(Change, AValueGivenTwiceIsRefused) {
     EXPECT_THAT(done.err, HasSubstr("Agent: port: the value is given twice\n"));
 }
 
+TEST_F(Change, TwoEntriesOfOneValueAreOneValue) {
+    add_configuration("Odd", "SOFTWARE\\Tavrin\\Agent\nOdd\n!G\n$A\nV\nH\nString\n$B\nv\nH\nString\n");
+    const Ended done = change({"set", "Odd", "A=1", "B=2"});
+    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_THAT(done.err, HasSubstr("Odd: B: the value is given twice\n"));
+    EXPECT_EQ(change({"set", "Odd", "B=2"}).code, ctl::as_wished);
+    EXPECT_EQ(text("V"), "2");
+}
+
 TEST_F(Change, LengthsCountInTheCodePage) {
     const std::string longest(1023, 'x');
     EXPECT_EQ(change({"set", "Agent", "AgentName=" + longest}).code, ctl::as_wished);

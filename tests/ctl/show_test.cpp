@@ -52,6 +52,12 @@ TEST_F(Show, ATable) {
 )");
 }
 
+TEST_F(Show, EntriesInNoGroup) {
+    add_configuration("Old", "SOFTWARE\\Tavrin\\Agent\n$A\nPort\nH\n!G\n$B\nNew\nH\n");
+    EXPECT_EQ(run({"show", "Old"}).out, "Old\n  key      HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent\n"
+                                        "    Port  Integer  5000\n  [G]\n    New   Integer  (not set)\n");
+}
+
 TEST_F(Show, WhatShowPrintsIsWhatApplyReads) {
     set_text(key, "AgentName", "Z\xFCrich \"1\"");
     set_text(key, "Flag", "yes");

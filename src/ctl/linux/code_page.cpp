@@ -54,6 +54,8 @@ unsigned machine_code_page() { return western_europe; }
 bool is_code_page(unsigned code_page) { return static_cast<bool>(Converter("UTF-8", name_of(code_page))); }
 
 std::string to_utf8(std::string_view text, unsigned code_page) {
+    if (code_page == machine_code_page() && is_ascii(text))
+        return std::string(text);
     const Converter converter("UTF-8", name_of(code_page));
     std::string converted;
     while (!converter.convert(text, converted)) {
@@ -64,6 +66,8 @@ std::string to_utf8(std::string_view text, unsigned code_page) {
 }
 
 std::optional<std::string> from_utf8(std::string_view text, unsigned code_page) {
+    if (code_page == machine_code_page() && is_ascii(text))
+        return std::string(text);
     std::string converted;
     if (!Converter(name_of(code_page), "UTF-8").convert(text, converted))
         return std::nullopt;

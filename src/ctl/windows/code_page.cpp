@@ -12,10 +12,14 @@ unsigned machine_code_page() { return GetACP(); }
 bool is_code_page(unsigned code_page) { return IsValidCodePage(code_page) != FALSE; }
 
 std::string to_utf8(std::string_view text, unsigned code_page) {
+    if (code_page == machine_code_page() && is_ascii(text))
+        return std::string(text);
     return from_wide(decode(text, code_page, 0));
 }
 
 std::optional<std::string> from_utf8(std::string_view text, unsigned code_page) {
+    if (code_page == machine_code_page() && is_ascii(text))
+        return std::string(text);
     const std::wstring wide = decode(text, CP_UTF8, MB_ERR_INVALID_CHARS);
     if (wide.empty() && !text.empty())
         return std::nullopt;
