@@ -96,9 +96,10 @@ constexpr int operand_code = 1;
 std::vector<option> known_to_getopt() {
     std::vector<option> known;
     int code = first_code;
-    for (const Option& each : options)
+    for (const Option& each : options) {
         known.push_back(
             {each.name, each.value != nullptr ? required_argument : no_argument, nullptr, code++});
+    }
     known.push_back({nullptr, 0, nullptr, 0});
     return known;
 }
@@ -166,9 +167,10 @@ std::string usage_of(const Verb& verb) {
     if (*verb.operands != '\0')
         line += std::string(" ") + verb.operands;
     for (const Option& option : options) {
-        if (takes(verb, option) && std::strcmp(option.name, "help") != 0)
+        if (takes(verb, option) && std::strcmp(option.name, "help") != 0) {
             line += std::string(" [--") + option.name +
                     (option.value != nullptr ? std::string(" ") + option.value : "") + "]";
+        }
     }
     return line;
 }

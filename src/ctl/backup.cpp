@@ -43,7 +43,7 @@ std::string time_of_day() {
 std::string write_new(const std::string& folder, const std::string& octets) {
     const std::string name = "tavrinctl-" + time_of_day();
     for (int number = 1; number < 1000; ++number) {
-        const std::string path =
+        std::string path =
             join_path(folder, name + (number == 1 ? "" : "-" + std::to_string(number)) + ".reg");
         if (write_file(path, octets, true))
             return path;

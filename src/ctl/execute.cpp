@@ -127,7 +127,7 @@ void execute_one(ConfigurationChanges& changes, const Execution& execution, Outc
           dialogue);
     dialogue.say_how_it_ended();
     if (kept)
-        throw *kept;
+        throw Failure(*kept);
 }
 
 bool any_written(const std::vector<ConfigurationChanges>& all) {

@@ -8,7 +8,7 @@
 
 namespace ctl {
 
-inline constexpr std::size_t longest_json = 16 * 1024 * 1024;
+inline constexpr std::size_t longest_json = std::size_t{16} * 1024 * 1024;
 inline constexpr std::size_t deepest_json = 8;
 
 struct JsonMember;

@@ -151,10 +151,11 @@ void SpecCheck::check_marks() {
 
 void SpecCheck::check_utf8() {
     const std::size_t place = find_utf8(octets_);
-    if (place != std::string_view::npos)
+    if (place != std::string_view::npos) {
         warn(line_of(octets_, place),
              "this looks like UTF-8; the window reads one octet a character, in the machine's "
              "code page");
+    }
 }
 
 void SpecCheck::check_end_of_text() {
@@ -242,14 +243,16 @@ void SpecCheck::check_title(const Declaration& declaration) {
     const std::size_t first = titles_.add(title.text, title.number);
     if (first == 0 && declaration.kind->form == ValueForm::none)
         titles_without_value_.add(title.text, title.number);
-    if (first != 0)
+    if (first != 0) {
         warn(title.number, "the title " + quoted(title.text) + " stands at line " + std::to_string(first) +
                                " already; lookups find only that one");
+    }
     if (title.text.empty())
         warn(title.number, "the entry has no title");
-    if (title.text.size() > title_columns)
+    if (title.text.size() > title_columns) {
         warn(title.number, "the title has " + std::to_string(title.text.size()) +
                                " characters; the page shows about " + std::to_string(title_columns));
+    }
     check_underline(title, "title");
 }
 
@@ -261,9 +264,10 @@ void SpecCheck::check_value_name(const Declaration& declaration) {
         return;
     if (name.text.empty())
         warn(name.number, "the value name is empty: that is the key's default value");
-    if (const std::size_t first = value_names_.add(name.text, name.number))
+    if (const std::size_t first = value_names_.add(name.text, name.number)) {
         warn(name.number, "the value name " + quoted(name.text) + " stands at line " + std::to_string(first) +
                               " already; the two entries overwrite each other's value");
+    }
 }
 
 void SpecCheck::check_help(const Declaration& declaration) {
@@ -275,9 +279,10 @@ void SpecCheck::check_help(const Declaration& declaration) {
     // Two lines together hold more than one would: a short text needs no wrapping to be known to fit.
     const bool may_be_long = 2 * help.text.size() / help_columns + 1 > help_lines;
     const std::size_t lines = may_be_long ? wrapped_lines(help.text) : 1;
-    if (lines > help_lines)
+    if (lines > help_lines) {
         warn(help.number, "the help text takes about " + std::to_string(lines) + " lines; the page shows " +
                               std::to_string(help_lines) + " in the smallest window");
+    }
     check_underline(help, "help text");
 }
 
@@ -288,19 +293,22 @@ void SpecCheck::check_options(const Declaration& declaration) {
     for (const SpecLine& option : declaration.further) {
         if (option.text.empty())
             warn(option.number, "a blank line among the options is an option with an empty text");
-        if (option.text.size() > longest_value)
+        if (option.text.size() > longest_value) {
             warn(option.number, "the option has " + std::to_string(option.text.size()) + " characters; " +
                                     std::to_string(longest_value) + " are stored");
-        if (const std::size_t first = seen.add(option.text, option.number))
+        }
+        if (const std::size_t first = seen.add(option.text, option.number)) {
             warn(option.number, "the option " + quoted(option.text) + " stands at line " +
                                     std::to_string(first) + " already");
+        }
     }
 }
 
 void SpecCheck::check_underline(const SpecLine& line, const char* what) {
-    if (has_ampersand_ && line.text.find('&') != std::string_view::npos)
+    if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
         warn(line.number,
              std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
+    }
 }
 
 void SpecCheck::check_lookups() {

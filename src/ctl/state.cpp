@@ -28,9 +28,10 @@ void check_version(const JsonTree& state) {
     const JsonTree* const version = state.find("schema");
     if (version == nullptr)
         refuse("the state has no member \"schema\"");
-    if (version->kind != Kind::whole_number || version->text != std::to_string(schema_version))
+    if (version->kind != Kind::whole_number || version->text != std::to_string(schema_version)) {
         refuse("the state's schema is " + visible(version->text) + "; this program reads " +
                std::to_string(schema_version));
+    }
 }
 
 WishedValue plain_value(const std::string& name, const JsonTree& value) {

@@ -49,9 +49,10 @@ constexpr Format formats[] = {
 const Format& format_named(const std::string& name) {
     const auto* const found = std::find_if(std::begin(formats), std::end(formats),
                                            [&](const Format& each) { return name == each.name; });
-    if (found == std::end(formats))
+    if (found == std::end(formats)) {
         throw Failure{usage, name.empty() ? "template needs --format admx, gpp or reg"
                                           : "--format is admx, gpp or reg, not \"" + name + "\""};
+    }
     return *found;
 }
 
@@ -81,10 +82,11 @@ public:
     void fill(TemplateSource& source) const {
         const WishedConfiguration* const wished = find_in(state_, source);
         for (TemplateGroup& group : source.groups) {
-            for (TemplateEntry& entry : group.entries)
+            for (TemplateEntry& entry : group.entries) {
                 entry.value = from_machine_       ? present_value(source.key, entry.value_name)
                               : wished != nullptr ? wished_in(*wished, entry)
                                                   : std::nullopt;
+            }
         }
     }
 
@@ -96,9 +98,10 @@ private:
 void refuse_same_stems(const std::vector<TemplateSource>& sources) {
     for (auto one = sources.begin(); one != sources.end(); ++one) {
         for (auto other = sources.begin(); other != one; ++other) {
-            if (same_name(one->stem, other->stem))
+            if (same_name(one->stem, other->stem)) {
                 throw Failure{invalid,
                               other->path + " and " + one->path + " would give templates of the same name"};
+            }
         }
     }
 }

@@ -79,9 +79,10 @@ void Printing::tried(const std::string& host, std::uint16_t port, const char* pr
     ++servers;
     refused += problem != nullptr ? 1 : 0;
     const std::string reason = problem != nullptr ? to_utf8(problem) : "";
-    if (!as_json_)
+    if (!as_json_) {
         print(place(host, port) + (problem != nullptr ? "  failed: " + visible(reason) : "  accepted") +
               "\n");
+    }
     results.push_back({{"configuration", name_},
                        {"host", to_utf8(host)},
                        {"port", port},
