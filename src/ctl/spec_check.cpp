@@ -220,6 +220,8 @@ void SpecCheck::take(const Declaration& declaration) {
     ++entries_;
     if (declaration.kind == nullptr) {
         take(unknown_type(declaration));
+        check_underline(declaration.title, "title");
+        check_underline(declaration.help_text, "help text");
         return;
     }
     check_title(declaration);

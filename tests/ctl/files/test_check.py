@@ -150,6 +150,11 @@ class Stumbled(Check):
                    '4: warning: "&" in the title becomes an underline of the letter behind it',
                    '6: warning: "&" in the help text becomes an underline of the letter behind it')
 
+    def test_an_ampersand_in_an_entry_of_unknown_type(self):
+        self.finds(GROUP + entry("A", "V", "This & that.", "Text"),
+                   '6: warning: "&" in the help text becomes an underline of the letter behind it',
+                   '7: error: Unknown type: "Text", for subspec A')
+
     def test_an_ampersand_in_an_option_is_shown(self):
         self.finds(GROUP + entry("A", "V", "Help.", "Options", "Q&A"))
 
