@@ -31,7 +31,7 @@ if(WIN32)
 else()
     # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
     set(portable adml admx arguments check console files json json_tree preferences program reg_file reg_template same_name
-        seen_names spec_check spec_model state template template_source visible xml linux/code_page linux/main
+        octet_check seen_names spec_check spec_model state template template_source visible xml linux/code_page linux/main
         linux/present_values linux/system linux/verbs)
     list(TRANSFORM portable REPLACE "(.+)" "src/ctl/\\1.cpp")
     add_executable(tavrinctl ${portable} src/spec/spec_text.cpp src/error/text.cpp)

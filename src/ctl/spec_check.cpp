@@ -1,5 +1,6 @@
 #include "ctl/spec_check.h"
 
+#include "ctl/octet_check.h"
 #include "ctl/seen_names.h"
 #include "error/text.h"
 #include "spec/spec_text.h"
@@ -12,23 +13,16 @@
 namespace ctl {
 namespace {
 
-constexpr char end_of_text = '\x1A';
-
 /// What the page shows in the smallest window, in the stock font: about so many characters in a line of the
 /// help text, so many lines of it, and so many characters of the title in the frame.
 constexpr std::size_t help_columns = 32;
 constexpr std::size_t help_lines = 6;
-constexpr std::size_t title_columns = 32;
+constexpr std::size_t title_columns = 27;
 
 /// At least so many has an entry in a file of many.
 constexpr std::size_t octets_an_entry = 64;
 
 std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
-std::size_t line_of(std::string_view octets, std::size_t place) {
-    return 1 + static_cast<std::size_t>(
-                   std::count(octets.begin(), octets.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
-}
 
 /// How many lines the text takes when words are wrapped.
 std::size_t wrapped_lines(std::string_view text) {
@@ -47,18 +41,6 @@ std::size_t wrapped_lines(std::string_view text) {
     return lines;
 }
 
-bool is_tail(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
-/// Where the first character stands that UTF-8 writes with several octets; npos when a code page wrote it, or
-/// none is beyond ASCII.
-std::size_t find_utf8(std::string_view text) {
-    const auto* const found =
-        std::find_if(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) < 0; });
-    const auto place = static_cast<std::size_t>(found - text.begin());
-    const bool starts = place + 1 < text.size() && static_cast<unsigned char>(text[place]) >= 0xC2;
-    return starts && is_tail(text[place + 1]) ? place : std::string_view::npos;
-}
-
 class SpecCheck {
 public:
     SpecCheck(std::string_view octets, bool is_utf8)
@@ -68,14 +50,6 @@ public:
     std::vector<Finding> run();
 
 private:
-    void error(std::size_t line, std::string text) { add(line, Severity::error, std::move(text)); }
-    void warn(std::size_t line, std::string text) { add(line, Severity::warning, std::move(text)); }
-    void add(std::size_t line, Severity severity, std::string text);
-
-    bool is_utf16();
-    void check_marks();
-    void check_end_of_text();
-    void check_zero_bytes();
     void check_head(const SpecReader& reader);
     void check_root(const SpecLine& path);
     void check_statement(const SpecStatement& statement);
@@ -90,11 +64,10 @@ private:
     void check_underline(const SpecLine& line, const char* what);
     void check_lookups();
     void check_wanted_title(const SpecLine& title);
-    void check_utf8();
 
     std::string_view octets_;
     bool is_utf8_;
-    std::vector<Finding> findings_;
+    Findings findings_;
     bool is_old_ = false;
     bool has_ampersand_ = false;
     std::size_t groups_ = 0;
@@ -109,76 +82,26 @@ private:
     std::size_t server_list_ = 0;
 };
 
-void SpecCheck::add(std::size_t line, Severity severity, std::string text) {
-    findings_.push_back({std::max<std::size_t>(line, 1), severity, std::move(text)});
-}
-
 std::vector<Finding> SpecCheck::run() {
-    if (is_utf16())
-        return findings_;
-    check_marks();
-    has_ampersand_ = octets_.find('&') != std::string_view::npos;
-    SpecReader reader(octets_);
+    const auto text = check_octets(octets_, is_utf8_, findings_);
+    if (!text)
+        return findings_.in_order();
+    has_ampersand_ = text->find('&') != std::string_view::npos;
+    SpecReader reader(*text);
     is_old_ = reader.is_old();
     check_head(reader);
     while (const auto statement = reader.next())
         check_statement(*statement);
     if (entries_ == 0)
-        warn(1, "the file declares no entry, so the window shows nothing to edit");
+        findings_.warn(1, "the file declares no entry, so the window shows nothing to edit");
     check_lookups();
-    std::stable_sort(findings_.begin(), findings_.end(),
-                     [](const Finding& one, const Finding& other) { return one.line < other.line; });
-    return findings_;
-}
-
-bool SpecCheck::is_utf16() {
-    const bool marked = octets_.starts_with("\xFF\xFE") || octets_.starts_with("\xFE\xFF");
-    if (marked)
-        error(1, "the file is UTF-16; spec files have one octet a character, in the machine's code page");
-    return marked;
-}
-
-void SpecCheck::check_marks() {
-    check_end_of_text();
-    check_zero_bytes();
-    if (octets_.starts_with("\xEF\xBB\xBF")) {
-        error(1, "a byte order mark stands before the key path and is taken for a part of it");
-        octets_.remove_prefix(3); // so that the rest is judged as it is meant
-    } else if (!is_utf8_) {
-        check_utf8();
-    }
-}
-
-void SpecCheck::check_utf8() {
-    const std::size_t place = find_utf8(octets_);
-    if (place != std::string_view::npos) {
-        warn(line_of(octets_, place),
-             "this looks like UTF-8; the window reads one octet a character, in the machine's "
-             "code page");
-    }
-}
-
-void SpecCheck::check_end_of_text() {
-    const std::size_t end = octets_.find(end_of_text);
-    if (end == std::string_view::npos)
-        return;
-    const std::string_view rest = octets_.substr(end + 1);
-    const bool lost = rest.find_first_not_of("\r\n\x1A") != std::string_view::npos;
-    warn(line_of(octets_, end), lost ? "the byte 0x1A ends the text here; what follows is not read"
-                                     : "the byte 0x1A at the end of the text");
-    octets_ = octets_.substr(0, end);
-}
-
-void SpecCheck::check_zero_bytes() {
-    const std::size_t zero = octets_.find('\0');
-    if (zero != std::string_view::npos)
-        warn(line_of(octets_, zero), "a zero byte; the window shows a text only up to it");
+    return findings_.in_order();
 }
 
 void SpecCheck::check_head(const SpecReader& reader) {
     check_root(reader.registry_path());
     if (!is_old_ && reader.name().text.empty())
-        warn(2, "the configuration has no name");
+        findings_.warn(2, "the configuration has no name");
 }
 
 void SpecCheck::check_root(const SpecLine& path) {
@@ -187,12 +110,13 @@ void SpecCheck::check_root(const SpecLine& path) {
     if (lower == "software" || lower == "system" || lower == "hardware")
         return;
     if (root.empty()) {
-        error(path.number, "the key path is missing");
+        findings_.error(path.number, "the key path is missing");
     } else {
-        error(path.number,
-              "the key path begins with " + quoted(root) +
-                  "; below HKEY_LOCAL_MACHINE, where the tool looks, there are SOFTWARE, SYSTEM and "
-                  "HARDWARE to read");
+        findings_.error(
+            path.number,
+            "the key path begins with " + quoted(root) +
+                "; below HKEY_LOCAL_MACHINE, where the tool looks, there are SOFTWARE, SYSTEM and "
+                "HARDWARE to read");
     }
 }
 
@@ -203,18 +127,19 @@ void SpecCheck::check_statement(const SpecStatement& statement) {
 void SpecCheck::take(const ServiceName& service) {
     if (!service.name.text.starts_with('$'))
         return;
-    warn(service.name.number,
-         quoted(service.name.text) + " is taken for the name of the service, not for an entry: " +
-             (groups_ == 0 ? "no group has begun" : "a blank line ended the group before it"));
+    findings_.warn(service.name.number,
+                   quoted(service.name.text) + " is taken for the name of the service, not for an entry: " +
+                       (groups_ == 0 ? "no group has begun" : "a blank line ended the group before it"));
 }
 
 void SpecCheck::take(const GroupStart& group) {
     if (group.is_implied && groups_ != 0)
-        warn(group.name.number, "a blank line ended the group; what follows stands in one without a name");
+        findings_.warn(group.name.number,
+                       "a blank line ended the group; what follows stands in one without a name");
     ++groups_;
 }
 
-void SpecCheck::take(const SpecError& found) { error(found.line, found.text); }
+void SpecCheck::take(const SpecError& found) { findings_.error(found.line, found.text); }
 
 void SpecCheck::take(const Declaration& declaration) {
     ++entries_;
@@ -246,14 +171,15 @@ void SpecCheck::check_title(const Declaration& declaration) {
     if (first == 0 && declaration.kind->form == ValueForm::none)
         titles_without_value_.add(title.text, title.number);
     if (first != 0) {
-        warn(title.number, "the title " + quoted(title.text) + " stands at line " + std::to_string(first) +
-                               " already; lookups find only that one");
+        findings_.warn(title.number, "the title " + quoted(title.text) + " stands at line " +
+                                         std::to_string(first) + " already; lookups find only that one");
     }
     if (title.text.empty())
-        warn(title.number, "the entry has no title");
+        findings_.warn(title.number, "the entry has no title");
     if (title.text.size() > title_columns) {
-        warn(title.number, "the title has " + std::to_string(title.text.size()) +
-                               " characters; the page shows about " + std::to_string(title_columns));
+        findings_.warn(title.number, "the title has " + std::to_string(title.text.size()) +
+                                         " characters; the page shows about " +
+                                         std::to_string(title_columns));
     }
     check_underline(title, "title");
 }
@@ -261,55 +187,58 @@ void SpecCheck::check_title(const Declaration& declaration) {
 void SpecCheck::check_value_name(const Declaration& declaration) {
     const SpecLine& name = declaration.value_name;
     if (name.number == 0)
-        warn(declaration.title.number, "the file ends before the value name of this entry");
+        findings_.warn(declaration.title.number, "the file ends before the value name of this entry");
     if (declaration.kind->form == ValueForm::none || name.number == 0)
         return;
     if (name.text.empty())
-        warn(name.number, "the value name is empty: that is the key's default value");
+        findings_.warn(name.number, "the value name is empty: that is the key's default value");
     if (const std::size_t first = value_names_.add(name.text, name.number)) {
-        warn(name.number, "the value name " + quoted(name.text) + " stands at line " + std::to_string(first) +
-                              " already; the two entries overwrite each other's value");
+        findings_.warn(name.number, "the value name " + quoted(name.text) + " stands at line " +
+                                        std::to_string(first) +
+                                        " already; the two entries overwrite each other's value");
     }
 }
 
 void SpecCheck::check_help(const Declaration& declaration) {
     const SpecLine& help = declaration.help_text;
     if (help.number == 0 && declaration.value_name.number != 0)
-        warn(declaration.title.number, "the file ends before the help text of this entry");
+        findings_.warn(declaration.title.number, "the file ends before the help text of this entry");
     if (declaration.kind->least_further != 0)
         return;
     // Two lines together hold more than one would: a short text needs no wrapping to be known to fit.
     const bool may_be_long = 2 * help.text.size() / help_columns + 1 > help_lines;
     const std::size_t lines = may_be_long ? wrapped_lines(help.text) : 1;
     if (lines > help_lines) {
-        warn(help.number, "the help text takes about " + std::to_string(lines) + " lines; the page shows " +
-                              std::to_string(help_lines) + " in the smallest window");
+        findings_.warn(help.number, "the help text takes about " + std::to_string(lines) +
+                                        " lines; the page shows " + std::to_string(help_lines) +
+                                        " in the smallest window");
     }
     check_underline(help, "help text");
 }
 
 void SpecCheck::check_options(const Declaration& declaration) {
     if (declaration.further.empty())
-        warn(declaration.type.number, "there is no option to choose");
+        findings_.warn(declaration.type.number, "there is no option to choose");
     SeenNames seen(false);
     for (const SpecLine& option : declaration.further) {
         if (option.text.empty())
-            warn(option.number, "a blank line among the options is an option with an empty text");
+            findings_.warn(option.number, "a blank line among the options is an option with an empty text");
         if (option.text.size() > longest_value) {
-            warn(option.number, "the option has " + std::to_string(option.text.size()) + " characters; " +
-                                    std::to_string(longest_value) + " are stored");
+            findings_.warn(option.number, "the option has " + std::to_string(option.text.size()) +
+                                              " characters; " + std::to_string(longest_value) +
+                                              " are stored");
         }
         if (const std::size_t first = seen.add(option.text, option.number)) {
-            warn(option.number, "the option " + quoted(option.text) + " stands at line " +
-                                    std::to_string(first) + " already");
+            findings_.warn(option.number, "the option " + quoted(option.text) + " stands at line " +
+                                              std::to_string(first) + " already");
         }
     }
 }
 
 void SpecCheck::check_underline(const SpecLine& line, const char* what) {
     if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
-        warn(line.number,
-             std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
+        findings_.warn(line.number,
+                       std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
     }
 }
 
@@ -317,18 +246,19 @@ void SpecCheck::check_lookups() {
     for (const SpecLine& title : wanted_titles_)
         check_wanted_title(title);
     if (server_list_ != 0 && titles_.find("Port") == 0)
-        warn(server_list_, "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
+        findings_.warn(server_list_,
+                       "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
 }
 
 void SpecCheck::check_wanted_title(const SpecLine& title) {
     if (title.number == 0) {
-        error(connection_test_, "the file ends before the four titles of the connection test");
+        findings_.error(connection_test_, "the file ends before the four titles of the connection test");
     } else if (titles_.find(title.text) == 0) {
-        error(title.number,
-              "the connection test does not find anything with the title " + quoted(title.text));
+        findings_.error(title.number,
+                        "the connection test does not find anything with the title " + quoted(title.text));
     } else if (titles_without_value_.find(title.text) != 0) {
-        error(title.number,
-              "the connection test finds the title " + quoted(title.text) + ", but it has no value");
+        findings_.error(title.number, "the connection test finds the title " + quoted(title.text) +
+                                          ", but it has no value");
     }
 }
 

@@ -159,8 +159,8 @@ class Stumbled(Check):
         self.finds(GROUP + entry("A", "V", "Help.", "Options", "Q&A"))
 
     def test_long_titles_and_help_texts(self):
-        self.finds(GROUP + entry("T" * 33, "V", "word " * 50),
-                   "4: warning: the title has 33 characters; the page shows about 32",
+        self.finds(GROUP + entry("T" * 28, "V", "word " * 50),
+                   "4: warning: the title has 28 characters; the page shows about 27",
                    "6: warning: the help text takes about 9 lines; the page shows 6 in the smallest window")
 
     def test_options(self):
