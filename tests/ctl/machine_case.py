@@ -2,7 +2,6 @@
 tests/e2e/stage. tavrinctl runs without a display: a box or a window of its own would be its end."""
 import os
 import pathlib
-import subprocess
 import time
 
 import tool
@@ -16,7 +15,10 @@ tool.COMMAND[:-1] = ["wine"]
 
 
 def wine(*words, check=True):
-    return subprocess.run([tool.TOP / "script/wine", *words], capture_output=True, text=True, check=check)
+    done = tool.run_begun([tool.TOP / "script/wine", *words], text=True)
+    if check:
+        done.check_returncode()
+    return done
 
 
 def windows_path(path):

@@ -78,8 +78,17 @@ protected:
         const double agreed = milliseconds();
         question.press(IDYES);
         if (GetParam().from == From::first_write)
-            return first_write.wait(tool.process_handle()) ? milliseconds() : agreed;
+            return wait_for_first_write(first_write, tool) ? milliseconds() : agreed;
         return agreed;
+    }
+
+    /// When nothing is written, what the program shows instead says why.
+    static bool wait_for_first_write(const FirstWrite& first_write, e2e::Tool& tool) {
+        try {
+            return first_write.wait(tool.process_handle());
+        } catch (const std::runtime_error& late) {
+            throw std::runtime_error(late.what() + (", but a box came: " + tool.box().text));
+        }
     }
 
     /// How long the phase takes when nobody disturbs it.
