@@ -11,11 +11,10 @@ from guide import FENCE, GUIDES, TOP, fences, prose
 SCRIPTS = sorted((TOP / "script").iterdir())
 CONFIGURED = json.loads((TOP / "CMakePresets.json").read_text())["configurePresets"]
 PRESETS = {preset["name"] for preset in CONFIGURED if not preset.get("hidden")}
-FOLDERS = ("src", "tests", "docs", "examples", "bench", "cmake", "script")
-TAKES_PRESETS = ("script/build", "script/suites")
+FOLDERS = ("src", "tests", "docs", "examples", "bench", "cmake", "package", "script")
 # A pattern, a placeholder, or the file that the contributors' example adds.
 PATTERN = re.compile(r"[*<{]|N[A-Z]|password_entry")
-RUNS_ANOTHER = ("script/wine", "script/display", "script/isolated")
+RUNS_ANOTHER = ("script/wine", "script/isolated")
 
 
 def commands(guide):
@@ -68,7 +67,7 @@ class Commands(unittest.TestCase):
     def test_presets_exist(self):
         def look(parts):
             named = [after for word, after in zip(parts, parts[1:]) if word == "--preset"]
-            if parts and parts[0] in TAKES_PRESETS:
+            if parts and parts[0] == "script/build":
                 named += [word for word in parts[1:] if re.fullmatch("[a-z]+", word)]
             self.assertLessEqual(set(named), PRESETS)
         self.check(look)
@@ -121,7 +120,7 @@ class Scripts(unittest.TestCase):
         folders = re.search(r"foreach\(folder ([a-z ]+)\)", lists)[1].split()
         cases = re.findall(r"tavrin_netns_tests\(\w+ \w+\.py ([a-z_\s]+)\)", lists)
         suites = {f"{folder}_tests" for folder in folders} | {f"netns_{case}" for case in " ".join(cases).split()}
-        suites |= set(re.findall(r"(?:tavrin_suite|tavrin_driven|add_test)\((?:NAME )?([a-z]\w+) ", lists))
+        suites |= set(re.findall(r"(?:tavrin_suite|tavrin_driven|tavrin_cases|tavrin_check|add_test)\((?:NAME )?([a-z]\w+) ", lists))
         suites |= set(re.findall(r"tavrin_fuzzer\((\w+) ", lists))
         named = set(re.findall(r"\w+", help_of("test")))
         self.assertGreater(len(suites), 25)

@@ -18,7 +18,7 @@ def pack(folder, *options, top=TOP, umask=0o022, **environment):
 
 
 def make_certificate(folder):
-    """A certificate below one that signs itself, valid for a day; returns the environment that script/sign wants."""
+    """A certificate below one that signs itself, valid for a day; returns the environment that package/sign wants."""
     certificate, key, root = folder / "certificate.pem", folder / "key.pem", folder / "root.pem"
     new = ["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "1"]
     subprocess.run([*new, "-subj", "/CN=An authority of the test", "-keyout", folder / "root-key.pem", "-out", root],
@@ -45,7 +45,7 @@ def has_signature(file, certificate):
 
 
 def make_token(folder, key, pin):
-    """A token in software that holds the key and gives it to nobody; returns the environment that script/sign wants."""
+    """A token in software that holds the key and gives it to nobody; returns the environment that package/sign wants."""
     (folder / "tokens").mkdir()
     configuration = folder / "token.conf"
     configuration.write_text(f"directories.tokendir = {folder}/tokens\n")

@@ -49,8 +49,8 @@ class Icon(ProgramFile):
     def test_is_drawn_from_the_vector_source(self):
         with tempfile.TemporaryDirectory() as folder:
             drawn = pathlib.Path(folder) / "drawn.ico"
-            subprocess.run([TOP / "script/icon", drawn], check=True, stdout=subprocess.DEVNULL)
-            self.assertEqual(drawn.read_bytes(), (TOP / "src/app/tavrin.ico").read_bytes(), "run script/icon")
+            subprocess.run([TOP / "package/icon", drawn], check=True, stdout=subprocess.DEVNULL)
+            self.assertEqual(drawn.read_bytes(), (TOP / "src/app/tavrin.ico").read_bytes(), "run package/icon")
 
     def test_is_the_one_icon(self):
         self.assertEqual([name for kind, name in self.resources.found if kind == resources.GROUP_ICON], ["TAVRIN"])
