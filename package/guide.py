@@ -1,5 +1,6 @@
 """Writes the guide that is packed: one HTML file with chapters made from Markdown, pictures inside, nothing loaded from
-anywhere. cmark-gfm makes the chapters; here they are put together, and links between them lead to their places.
+anywhere. cmark-gfm makes the chapters; here they are put together, and links between them lead to their places. The
+frame is guide.html, its looks are guide.css, and guide.js filters the contents.
 
 usage: guide.py VERSION CHAPTER... >FILE      (CHAPTER: a Markdown file; its first heading is the chapter's title)
 """
@@ -10,34 +11,12 @@ import re
 import subprocess
 import sys
 
-STYLE = """
-body { font: 16px/1.5 "Segoe UI", Tahoma, sans-serif; color: #1c1c1c; max-width: 50em; margin: 0 auto; padding: 1em; }
-h1, h2 { border-bottom: 1px solid #ccc; padding-bottom: .2em; }
-h2 { margin-top: 3em; }
-table { border-collapse: collapse; margin: 1em 0; }
-th, td { border: 1px solid #ccc; padding: .3em .7em; text-align: left; vertical-align: top; }
-code, pre { font-family: Consolas, "DejaVu Sans Mono", monospace; font-size: 90%; background: #f2f2f2; }
-pre { padding: .7em; overflow-x: auto; }
-img { max-width: 100%; }
-@media print { h2 { page-break-before: always; } pre { white-space: pre-wrap; } }
-"""
-
-PAGE = """<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<title>Tavrin Configuration {version}</title>
-<style>{style}</style>
-</head>
-<body>
-<h1>Tavrin Configuration {version}</h1>
-<ul>
-{contents}
-</ul>
-<p>Files named <code>examples/…</code> and <code>script/…</code> are part of the program's source code.</p>
-{chapters}</body>
-</html>
-"""
+HERE = pathlib.Path(__file__).parent
+SHORT = 8  # Rows of a table that is printed on one page.
+DEEPEST = 4  # A heading below this level of the book is not in the contents.
+# Long lines of these blocks continue on the next line, with hanging indents; in all others the columns matter.
+COMMANDS = ("bat", "json", "powershell", "sh", "text", "yaml")
+TYPES = {".png": "png", ".svg": "svg+xml"}
 
 
 def slug(heading):
@@ -49,10 +28,26 @@ def text_of(markup):
     return html.unescape(re.sub(r"<[^>]+>", "", markup))
 
 
+def breakable(code):
+    """A long path or address may be continued on the next line behind a separator, an option never behind a hyphen."""
+    code = re.sub(r"\S{18,}", lambda word: re.sub(r"([\\/,_])(?=\w)", r"\1<wbr>", word[0]), code)
+    return re.sub(r"(?<!\S)--\w\S*", r'<span class="word">\g<0></span>', code)
+
+
+def labelled(table):
+    """The table in a box that scrolls; its cells carry the titles of their columns, for narrow screens."""
+    heads = [html.escape(text_of(head), quote=True) for head in re.findall(r"<th(?: [^>]*)?>(.*?)</th>", table, re.S)]
+    rows = table.count("<tr>") - 1
+    columns = iter(heads * rows)
+    table = re.sub("<td", lambda _: f'<td data-label="{next(columns)}"', table)
+    classes = ["table", *["wide"] * (len(heads) > 2), *["short"] * (rows <= SHORT)]
+    return f'<div class="{" ".join(classes)}">{table}</div>'
+
+
 class Book:
     def __init__(self, files):
         self.chapters = {file.resolve(): slug(file.stem) for file in files}
-        self.titles = {}
+        self.headings = []  # level in the book, place, content
         self.bodies = [self.body(file) for file in self.chapters]
 
     def body(self, file):
@@ -60,14 +55,17 @@ class Book:
                               text=True, check=True).stdout
         made = re.sub(r"<h([1-5])>(.*?)</h\1>", lambda found: self.heading(file, *found.groups()), made, flags=re.S)
         made = re.sub(r'<a href="([^"]*)">(.*?)</a>', lambda found: self.link(file, *found.groups()), made, flags=re.S)
+        made = re.sub(r"<table>.*?</table>", lambda found: labelled(found[0]), made, flags=re.S)
+        made = re.sub(r'<pre><code(?: class="language-(\w+)")?>(.*?)</code></pre>', self.block, made, flags=re.S)
+        made = re.sub(r"(?<!<pre>)<code>([^<\n]*)</code>", lambda found: f"<code>{breakable(found[1])}</code>", made)
         return re.sub(r'<img src="([^"]*)"', lambda found: self.picture(file, found[1]), made)
 
     def heading(self, file, level, content):
         """A chapter's title is a heading of the second level in the book."""
-        if level == "1":
-            self.titles[file] = content
-            return f'<h2 id="{self.chapters[file]}">{content}</h2>'
-        return f'<h{int(level) + 1} id="{self.chapters[file]}.{slug(text_of(content))}">{content}</h{int(level) + 1}>'
+        chapter = self.chapters[file]
+        place = chapter if level == "1" else f"{chapter}.{slug(text_of(content))}"
+        self.headings.append((int(level) + 1, place, content))
+        return f'<h{int(level) + 1} id="{place}">{content}</h{int(level) + 1}>'
 
     def link(self, file, target, content):
         """A link to a file that is not packed leads nowhere for the reader: its words stay."""
@@ -81,14 +79,39 @@ class Book:
         return f'<a href="#{place}">{content}</a>'
 
     @staticmethod
+    def block(found):
+        label, content = found.groups()
+        if label not in COMMANDS:
+            return f"<pre><code>{content}</code></pre>"
+        whole = re.sub(r"\S*-\S*", r'<span class="word">\g<0></span>', content)
+        lines = "".join(f'<span class="line">{line}</span>' for line in whole.splitlines(keepends=True))
+        return f'<pre class="command"><code>{lines}</code></pre>'
+
+    @staticmethod
     def picture(file, source):
-        octets = base64.b64encode((file.parent / source).read_bytes()).decode()
-        return f'<img src="data:image/png;base64,{octets}"'
+        path = file.parent / source
+        return f'<img src="data:image/{TYPES[path.suffix]};base64,{base64.b64encode(path.read_bytes()).decode()}"'
+
+    def contents(self, level=2, headings=None):
+        """The list of the headings of this level, each with the list of those below it."""
+        headings = self.headings if headings is None else headings
+        starts = [place for place, heading in enumerate(headings) if heading[0] == level]
+        items = [self.item(headings[start], headings[start + 1:end])
+                 for start, end in zip(starts, [*starts[1:], len(headings)])]
+        return f"<ul>{''.join(items)}</ul>\n" if items else ""
+
+    def item(self, heading, below):
+        level, place, content = heading
+        link = f'<a href="#{place}">{content}</a>'
+        inner = self.contents(level + 1, below) if level < DEEPEST else ""
+        if level > 2 or not inner:
+            return f"<li>{link}{inner}</li>\n"
+        return f"<li><details><summary>{link}</summary>{inner}</details></li>\n"
 
     def page(self, version):
-        contents = "\n".join(f'<li><a href="#{self.chapters[file]}">{title}</a></li>'
-                             for file, title in self.titles.items())
-        return PAGE.format(version=version, style=STYLE, contents=contents, chapters="\n".join(self.bodies))
+        parts = {name: (HERE / f"guide.{name}").read_text(encoding="utf-8") for name in ("html", "css", "js")}
+        return parts["html"].format(version=version, style=parts["css"], script=parts["js"], contents=self.contents(),
+                                    chapters="\n".join(self.bodies))
 
 
 if __name__ == "__main__":
