@@ -7,6 +7,7 @@
 #include "app/test_connection.h"
 #include "error/trace.h"
 #include "spec/configuration.h"
+#include "window/boxes.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
 #include "window/window_class.h"
@@ -25,6 +26,8 @@ struct State {
     bool changed = true;
     /// The control that had the keyboard focus when the window itself or another one last got it.
     HWND left_focus = nullptr;
+    /// OK's sequence is under way.
+    bool applying = false;
     /// Tree and buttons are all there. Before, there is nothing to bring in step with anything.
     bool complete = false;
 };
@@ -43,8 +46,8 @@ LRESULT on_create(HWND window) {
     return 0;
 }
 
-/// The window may be closed from outside while a step is under way that goes on, such as the apply sequence:
-/// what that step still does finds the values in the stores and no owner for its boxes.
+/// The window may be closed from outside while a step is under way that goes on, such as a scan: what that
+/// step still does finds the values in the stores and no owner for its boxes.
 LRESULT on_destroy(HWND window) {
     state.complete = false;
     for (const auto& [name, configuration] : configurations)
@@ -104,10 +107,39 @@ LRESULT on_notify(HWND window, const NMHDR& header) {
     return update_buttons(window);
 }
 
-LRESULT on_ok(HWND window) {
-    EnableWindow(window, FALSE);
+/// While one lives OK's sequence is under way: the service may be stopped and the values not yet written.
+/// Nothing ends the program until it is through: no order to close, no end of the session, no quit message
+/// that would answer a box in the user's place.
+class Applying {
+public:
+    explicit Applying(HWND window) : window_(window) {
+        state.applying = true;
+        ShutdownBlockReasonCreate(window,
+                                  L"Settings are being saved and the agent's service is being restarted.");
+    }
+    Applying(const Applying&) = delete;
+    Applying& operator=(const Applying&) = delete;
+    ~Applying() {
+        ShutdownBlockReasonDestroy(window_);
+        state.applying = false;
+    }
+
+private:
+    HWND window_;
+    StandingBoxes until_answered_;
+};
+
+void apply_all() {
     for (const auto& [name, configuration] : configurations)
         apply_changes(*configuration);
+}
+
+LRESULT on_ok(HWND window) {
+    EnableWindow(window, FALSE);
+    {
+        const Applying applying(window);
+        apply_all();
+    }
     DestroyWindow(window);
     return 0;
 }
@@ -119,13 +151,19 @@ LRESULT on_test_connection() {
 }
 
 LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
-    const bool pressed = HIWORD(wparam) == BN_CLICKED;
+    const bool pressed = HIWORD(wparam) == BN_CLICKED && !state.applying;
     switch (pressed ? LOWORD(wparam) : 0) {
     case close_id: DestroyWindow(window); return 0;
     case ok_id: return on_ok(window);
     case test_connection_id: return on_test_connection();
     default: return DefWindowProcA(window, WM_COMMAND, wparam, lparam);
     }
+}
+
+LRESULT on_close(HWND window) {
+    if (!state.applying)
+        DestroyWindow(window);
+    return 0;
 }
 
 void remember_focus(HWND window, HWND control) {
@@ -162,7 +200,8 @@ LRESULT handle_main_window(HWND window, UINT message, WPARAM wparam, LPARAM lpar
     case page_changed_message: return update_buttons(window);
     case WM_ACTIVATE: return on_activation(window, wparam, lparam);
     case WM_SETFOCUS: return on_focus(window, reinterpret_cast<HWND>(wparam));
-    case WM_CLOSE: DestroyWindow(window); return 0;
+    case WM_CLOSE: return on_close(window);
+    case WM_QUERYENDSESSION: return state.applying ? FALSE : TRUE;
     case WM_DESTROY: return on_destroy(window);
     default: return DefWindowProcA(window, message, wparam, lparam);
     }

@@ -16,7 +16,9 @@
 
 namespace {
 
+/// Whatever has ended the program's loop before: the user reads why.
 void show_fatal(const std::string& text) {
+    const StandingBoxes until_read;
     show_box({.text = text, .caption = "Error!", .style = MB_OK | MB_ICONEXCLAMATION});
 }
 

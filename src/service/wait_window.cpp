@@ -4,6 +4,7 @@
 #include "window/controls.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
+#include "window/quit.h"
 #include "window/window_class.h"
 
 #include <utility>
@@ -90,8 +91,9 @@ bool is_main_window_disabled() { return main_window != nullptr && !IsWindowEnabl
 
 /// Handles the order to close that was posted, and nothing else of what waits in the queue.
 void handle_posted_close(HWND window) {
+    QuitAside quit;
     MSG close{};
-    if (PeekMessageA(&close, window, WM_CLOSE, WM_CLOSE, PM_REMOVE))
+    if (quit.take(close, window, WM_CLOSE, WM_CLOSE))
         DispatchMessageA(&close);
 }
 

@@ -14,5 +14,15 @@ struct BoxDescription {
 };
 
 /// Shows the box until the user answers and returns the button (IDOK, IDYES, ...). Throws what a window
-/// procedure had to keep meanwhile.
+/// procedure had to keep meanwhile. A quit message ends the box, unless boxes stand.
 int show_box(const BoxDescription& box);
+
+/// While one lives, boxes stand: a box that something else than its buttons has ended is shown again, until
+/// the user answers it.
+class StandingBoxes {
+public:
+    StandingBoxes();
+    StandingBoxes(const StandingBoxes&) = delete;
+    StandingBoxes& operator=(const StandingBoxes&) = delete;
+    ~StandingBoxes();
+};

@@ -15,6 +15,6 @@ void post_page_changed();
 void dispatch_message(HWND navigated, MSG& message);
 
 /// Handles one message, if one is waiting: between the steps of a long wait, it keeps the windows painted. A
-/// quit message goes back into the queue: it is for the program's own loop. Throws what a procedure had to
-/// keep.
+/// quit message stays for the program's own loop, and keeps no other message waiting. Throws what a procedure
+/// had to keep.
 void pump_one_message();

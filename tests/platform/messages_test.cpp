@@ -69,6 +69,24 @@ TEST_F(Messages, QuitComesBehindWhatIsPostedAndCarriesItsCode) {
     EXPECT_EQ(take(WM_QUIT, WM_QUIT), 0U) << "quit is taken once";
 }
 
+TEST_F(Messages, NoFilterKeepsQuitOut) {
+    PostQuitMessage(3);
+    MSG message{};
+    ASSERT_TRUE(PeekMessageA(&message, window, WM_CLOSE, WM_CLOSE, PM_REMOVE));
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 3U);
+    EXPECT_EQ(take(WM_QUIT, WM_QUIT), 0U);
+}
+
+TEST_F(Messages, QuitThatIsPostedToTheThreadIsLikeItsOwn) {
+    PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 3, 0);
+    PostMessageA(window, WM_APP, 0, 0);
+    MSG message{};
+    EXPECT_GT(GetMessageA(&message, nullptr, WM_APP, WM_APP), 0);
+    EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.wParam, 3U);
+}
+
 TEST_F(Messages, AMessageToTheThreadHasNoWindow) {
     EXPECT_TRUE(PostThreadMessageA(GetCurrentThreadId(), WM_APP, 5, 6));
     MSG message{};
@@ -113,6 +131,12 @@ TEST_F(Messages, ShiftIsDownWhileItIsHeld) {
     std::erase_if(keys, [](const auto& each) { return each.first == VK_SHIFT; });
     EXPECT_THAT(
         keys, ElementsAre(std::pair<WPARAM, bool>(VK_RIGHT, true), std::pair<WPARAM, bool>(VK_LEFT, false)));
+}
+
+TEST_F(Messages, ASessionMayEndUnlessAWindowSaysOtherwise) {
+    EXPECT_EQ(SendMessageA(window, WM_QUERYENDSESSION, 0, 0), 1);
+    answer(WM_QUERYENDSESSION, [](HWND, WPARAM, LPARAM) -> LRESULT { return 0; });
+    EXPECT_EQ(SendMessageA(window, WM_QUERYENDSESSION, 0, 0), 0);
 }
 
 TEST_F(Messages, UserStepsRunWhileTheLoopWaits) {

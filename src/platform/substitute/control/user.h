@@ -41,7 +41,8 @@ struct ShownBox {
 };
 
 /// The next message box without an answer yet is answered with `answer` (IDYES, ...). One without a scripted
-/// answer gets its first button, as if the user pressed Enter.
+/// answer gets its first button, as if the user pressed Enter. While a quit message waits a box is gone
+/// before anybody has seen it, and takes neither answer nor step.
 void answer_next_box(int answer);
 /// Runs while the next message box without such a step yet is shown, before it is answered.
 void while_next_box(std::function<void()> step);
@@ -50,6 +51,11 @@ const std::vector<ShownBox>& shown_boxes();
 std::size_t answers_left();
 /// Drops scripted answers and steps that no box has taken.
 void forget_answers();
+
+/// What the system would show to a user who ends the session; empty when `window` does not object.
+std::wstring shutdown_block_reason(HWND window);
+/// Hooks that are set.
+int open_hooks();
 
 /// Windows that exist, children included.
 std::size_t open_windows();

@@ -37,6 +37,16 @@ template <typename Value> Value take_next(std::deque<Value>& queued, Value other
     return next;
 }
 
+/// Nobody has pressed a button.
+constexpr int ended_by_quit = 0;
+
+void play_next_step() {
+    if (script().steps.empty())
+        return;
+    take_next<std::function<void()>>(script().steps, [] {})();
+    dispatch_all();
+}
+
 } // namespace
 
 void answer_next_box(int answer) { script().answers.push_back(answer); }
@@ -57,10 +67,12 @@ int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
         return 0;
     const LPCSTR title = caption == nullptr ? "Error" : caption;
     script().shown.push_back({text == nullptr ? "" : text, title, style, owner});
+    const std::size_t number = script().shown.size() - 1;
     const ModalDialog box(owner, title);
-    if (!script().steps.empty()) {
-        take_next<std::function<void()>>(script().steps, [] {})();
-        dispatch_all();
+    if (quit_waits()) {
+        script().shown.erase(script().shown.begin() + static_cast<std::ptrdiff_t>(number));
+        return ended_by_quit;
     }
-    return take_next(script().answers, first_button(style));
+    play_next_step();
+    return quit_waits() ? ended_by_quit : take_next(script().answers, first_button(style));
 }

@@ -58,6 +58,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_ACTIVATE: return accept_activation(handle, wparam);
     case WM_SYSCOMMAND: return obey(handle, wparam);
     case WM_CLOSE: return close(handle);
+    case WM_QUERYENDSESSION: return TRUE;
     default: return 0;
     }
 }

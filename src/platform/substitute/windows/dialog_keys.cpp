@@ -1,4 +1,5 @@
 #include "platform/substitute/calls.h"
+#include "platform/substitute/windows/hooks.h"
 #include "platform/substitute/windows/window.h"
 #include "platform/substitute/windows/window_calls.h"
 
@@ -52,6 +53,8 @@ using namespace substitute;
 BOOL IsDialogMessageA(HWND dialog, LPMSG message) {
     if (failing("IsDialogMessageA", ERROR_INVALID_WINDOW_HANDLE) || window_of(dialog) == nullptr)
         return FALSE;
+    if (filter_takes(*message))
+        return TRUE;
     if (message->hwnd != dialog && !IsChild(dialog, message->hwnd))
         return FALSE;
     if (message->message == WM_KEYDOWN && handle_key(dialog, *message))

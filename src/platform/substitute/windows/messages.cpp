@@ -4,6 +4,7 @@
 #include "platform/substitute/control/user.h"
 #include "platform/substitute/controls/controls.h"
 #include "platform/substitute/kernel/kernel.h"
+#include "platform/substitute/windows/hooks.h"
 #include "platform/substitute/windows/window.h"
 
 #include <algorithm>
@@ -87,8 +88,9 @@ bool take_posted(const Filter& filter, bool remove, MSG& message) {
     return true;
 }
 
-bool take_quit(const Filter& filter, bool remove, MSG& message) {
-    if (!queue().quit || !filter.takes_number(WM_QUIT))
+/// No filter keeps it out.
+bool take_quit(bool remove, MSG& message) {
+    if (!queue().quit)
         return false;
     message = {nullptr, WM_QUIT, static_cast<WPARAM>(*queue().quit), 0, 0, {0, 0}};
     if (remove)
@@ -108,18 +110,22 @@ bool list_takes_click() {
     return true;
 }
 
+/// The first that reaches a window which the filter takes. What reaches nothing is dropped on the way.
 bool take_input(const Filter& filter, bool remove, MSG& message) {
     auto& input = queue().input;
-    while (!input.empty()) {
-        const Input next = input.front();
+    for (std::size_t at = 0; at < input.size();) {
+        const Input next = input[at];
         message = message_of(next);
-        if (reaches(message) && !filter.takes(message))
-            return false;
-        if (remove || !reaches(message)) {
-            input.pop_front();
+        const bool taken = reaches(message) && filter.takes(message);
+        if (reaches(message) && !taken) {
+            ++at;
+            continue;
+        }
+        if (remove || !taken) {
+            input.erase(input.begin() + static_cast<std::ptrdiff_t>(at));
             note_input(next);
         }
-        if (reaches(message))
+        if (taken)
             return true;
     }
     return false;
@@ -127,7 +133,7 @@ bool take_input(const Filter& filter, bool remove, MSG& message) {
 
 bool take(const Filter& filter, bool remove, MSG& message) {
     do {
-        if (take_posted(filter, remove, message) || take_quit(filter, remove, message))
+        if (take_posted(filter, remove, message) || take_quit(remove, message))
             return true;
         // What is posted while the list closes comes before the next input.
     } while (list_takes_click());
@@ -169,7 +175,8 @@ void queue_step(std::function<void()> step) { queue().steps.push_back(std::move(
 void when_peeked(std::function<void()> step) { queue().when_peeked = std::move(step); }
 void forget_steps() { queue().steps.clear(); }
 std::size_t steps_left() { return queue().steps.size(); }
-bool queue_is_empty() { return queue().posted.empty() && !queue().quit && queue().input.empty(); }
+bool queue_is_empty() { return queue().posted.empty() && !quit_waits() && queue().input.empty(); }
+bool quit_waits() { return queue().quit.has_value(); }
 
 void dispatch_posted() {
     MSG message{};
@@ -180,6 +187,8 @@ void dispatch_posted() {
 void dispatch_all() {
     MSG message{};
     while (take({nullptr, 0, 0}, true, message) && message.message != WM_QUIT) {
+        if (filter_takes(message))
+            continue;
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
@@ -213,6 +222,10 @@ BOOL PostThreadMessageA(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam
         return FALSE;
     if (thread != GetCurrentThreadId())
         return refuse(ERROR_INVALID_THREAD_ID);
+    if (message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(wparam));
+        return TRUE;
+    }
     queue().posted.push_back({nullptr, message, wparam, lparam, 0, {0, 0}});
     return TRUE;
 }

@@ -22,5 +22,7 @@ void dispatch_posted();
 /// The same for everything that waits, input included.
 void dispatch_all();
 bool queue_is_empty();
+/// Whether the thread was asked to quit: then every modal loop ends at once.
+bool quit_waits();
 
 } // namespace substitute

@@ -65,6 +65,19 @@ BOOL TranslateMessage(const MSG* message);
 LRESULT DispatchMessageA(const MSG* message);
 BOOL IsDialogMessageA(HWND dialog, LPMSG message);
 
+using HOOKPROC = LRESULT (*)(int, WPARAM, LPARAM);
+struct HHOOK__;
+using HHOOK = HHOOK__*;
+inline constexpr int WH_MSGFILTER = -1;
+inline constexpr int MSGF_DIALOGBOX = 0;
+/// Of the kinds of hooks only WH_MSGFILTER, of the program's one thread.
+HHOOK SetWindowsHookExA(int kind, HOOKPROC procedure, HINSTANCE module, DWORD thread);
+BOOL UnhookWindowsHookEx(HHOOK hook);
+LRESULT CallNextHookEx(HHOOK hook, int code, WPARAM wparam, LPARAM lparam);
+
+BOOL ShutdownBlockReasonCreate(HWND window, LPCWSTR reason);
+BOOL ShutdownBlockReasonDestroy(HWND window);
+
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style);
 
 HGDIOBJ GetStockObject(int object);
