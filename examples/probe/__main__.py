@@ -1,16 +1,17 @@
-"""Plays the tool against a Tavrin Server: holds the conversations of docs/protocol.md with it, looks for it as a scan
-does, prints every octet, and says what is right and what is not.
+"""Tests a Tavrin Server: acts as the tool and as other agents, holds the conversations of docs/protocol.md, looks for the
+server as a scan does, prints every octet, and says what is right and what is wrong.
 
     python3 examples/probe HOST PORT [--expect accepted|refused] [--name NAME] [--domain DOMAIN]
 
-It needs Python 3.9 and nothing else. Exit codes: 0 all is right, 1 something is wrong, 2 wrong usage.
+It needs only Python 3.9. Exit codes: 0 everything is right, 1 something is wrong, 2 wrong usage.
 """
 import argparse
+import dataclasses
 import socket
 import sys
 import time
 
-from judge import Complaint, result_of
+from judge import TOOLS_PROTOCOL, Complaint, result_of
 
 OFFERED = "accepted"
 REFUSED = "Tavrin Server rejected us: "
@@ -30,28 +31,36 @@ def string(text):
     return bytes((4, 0x80 | size)) + len(octets).to_bytes(size, "big") + octets
 
 
-def wishes(name, domain, version="02 02 02 02", more_in_key="", more_in_wishes=""):
+def request(name, domain, version="02 02 02 02", more_in_key="", more_in_request=""):
     return (bytes.fromhex(f"60 80 {version} A1 80") + string(name) + string(domain) +
-            bytes.fromhex(f"04 00 01 01 01 01 01 01 01 01 01 {more_in_key} 00 00 {more_in_wishes} 00 00"))
+            bytes.fromhex(f"04 00 01 01 01 01 01 01 01 01 01 {more_in_key} 00 00 {more_in_request} 00 00"))
+
+
+@dataclasses.dataclass
+class Conversation:
+    title: str
+    octets: bytes
+    how: str = "whole"  # how the octets are sent
+    wanted: str = "the same"  # what the result must be
+    protocol: int = TOOLS_PROTOCOL  # of the agent: it accepts only offers of its own
 
 
 def conversations(name, domain):
-    """Title, the octets of the agent, how they are sent, and what must come of it."""
-    plain = wishes(name, domain)
-    unknown = {"more_in_key": "04 01 78", "more_in_wishes": "A2 80 02 00 00 00"}
+    plain = request(name, domain)
+    unknown = {"more_in_key": "04 01 78", "more_in_request": "A2 80 02 00 00 00"}
     return [
-        ("the wishes as the tool sends them", plain, "whole", "expected"),
-        ("octet by octet, as TCP may cut them", plain, "in pieces", "the same"),
-        ("with elements that nobody knows before both ends", wishes(name, domain, **unknown), "whole", "the same"),
-        ("with a domain of 130 octets", wishes(name, "d" * 130), "whole", "an answer"),
-        ("from a later agent of the same protocol, version 515",
-         wishes(name, domain, version="02 02 02 03"), "whole", "the same"),
-        ("from an agent of another protocol, version 768",
-         wishes(name, domain, version="02 02 03 00"), "whole", "an answer"),
-        ("cut off in the middle, and hung up", plain[:len(plain) // 2], "and hang up", "nothing"),
-        ("from no agent at all", b"GET / HTTP/1.0\r\n\r\n", "and hang up", "nothing"),
-        ("as the tool sends them, after all that", plain, "whole", "the same"),
-        ("as the tool sends them, while another connection says nothing", plain, "beside a silent one", "the same"),
+        Conversation("the request as the tool sends it", plain, wanted="expected"),
+        Conversation("octet by octet, as TCP may deliver it", plain, how="in pieces"),
+        Conversation("with unknown elements before both ends", request(name, domain, **unknown)),
+        Conversation("with a domain of 130 octets", request(name, "d" * 130), wanted="an answer"),
+        Conversation("from an agent of a later release of the same protocol, version 515",
+                     request(name, domain, version="02 02 02 03")),
+        Conversation("from an agent of another protocol, version 768",
+                     request(name, domain, version="02 02 03 00"), wanted="an answer", protocol=3),
+        Conversation("half a request, then the connection closes", plain[:len(plain) // 2], how="and hang up"),
+        Conversation("a request of another protocol altogether, HTTP", b"GET / HTTP/1.0\r\n\r\n", how="and hang up"),
+        Conversation("as the tool sends it, after all these", plain),
+        Conversation("as the tool sends it, while another connection is silent", plain, how="beside a silent one"),
     ]
 
 
@@ -70,10 +79,10 @@ class Connection:
                 self.socket.sendall(piece)
                 time.sleep(0.002 if in_pieces else 0)
         except OSError:
-            pass  # whether the server liked it is seen in what it answers
+            pass  # the server's answer shows whether it accepted this
 
     def receive(self, count):
-        """Exactly `count` octets, or at most 4096 of a longer element: what is skipped needs no memory."""
+        """Exactly `count` octets, but no more than 4096: an element that is skipped needs no memory."""
         count = min(count, 4096)
         start = len(self.received)
         while len(self.received) < start + count:
@@ -88,11 +97,11 @@ class Connection:
             self.received += piece
         return bytes(self.received[start:])
 
-    def result(self):
-        return result_of(self.receive)
+    def result(self, protocol):
+        return result_of(self.receive, protocol)
 
     def rest(self):
-        """What the server sends although the tool has heard enough."""
+        """What the server sends after the end of its answer, within a second."""
         end = time.monotonic() + min(self.timeout, 1)
         rest = b""
         while (left := end - time.monotonic()) > 0 and len(rest) < 256:
@@ -113,7 +122,7 @@ class Connection:
 # --- verdicts -------------------------------------------------------------------------------------------------------
 
 class Report:
-    """Prints, and remembers whether anything was wrong."""
+    """Prints the conversations and counts what is wrong."""
 
     def __init__(self):
         self.wrong = 0
@@ -142,21 +151,21 @@ def problem_of(result, wanted, first):
     """What is wrong with a result, or None."""
     kind = kind_of(result)
     if wanted == "an answer":
-        return None if kind != "no answer" else "neither a whole offer nor a whole refusal came"
+        return None if kind != "no answer" else "no complete offer and no complete refusal arrived"
     if wanted == "the same":
-        return None if kind == first else f"the first conversation ended otherwise ({first})"
+        return None if kind == first else f"the first conversation had another result ({first})"
     if kind not in ("accepted", "refused"):
         return "the tool shows this as a failure"
-    return None if wanted in ("expected", kind) else f"expected was: {wanted}"
+    return None if wanted in ("expected", kind) else f"the result should be: {wanted}"
 
 
-def hold(connection, report, octets, how):
+def hold(connection, report, conversation):
     """One conversation: the result, and what else is wrong."""
-    connection.send(octets, how == "in pieces")
-    report.octets("agent", octets)
-    if how == "and hang up":
+    connection.send(conversation.octets, conversation.how == "in pieces")
+    report.octets("agent", conversation.octets)
+    if conversation.how == "and hang up":
         return None, None
-    result = connection.result()
+    result = connection.result(conversation.protocol)
     report.octets("server", connection.received)
     if result == OFFERED:
         connection.send(CLOSING, False)
@@ -166,26 +175,27 @@ def hold(connection, report, octets, how):
     if not rest:
         return result, None
     report.octets("server", rest)
-    return result, "the server goes on behind the end of its answer: the tool has closed, and nobody reads this"
+    return result, "the server sends more after the end of its answer; the tool has closed and does not read it"
 
 
 def negotiate(options, report):
     first = None
-    for title, octets, how, wanted in conversations(options.name, options.domain):
-        report.say(f"\n{title}")
-        silent = None
+    for conversation in conversations(options.name, options.domain):
+        report.say(f"\n{conversation.title}")
+        silent, wanted = None, conversation.wanted
         try:
-            silent = Connection(options.address, options.timeout) if how == "beside a silent one" else None
+            if conversation.how == "beside a silent one":
+                silent = Connection(options.address, options.timeout)
             connection = Connection(options.address, options.timeout)
         except OSError as problem:
             report.verdict(f"no connection: {problem}")
             continue
-        result, problem = hold(connection, report, octets, how)
+        result, problem = hold(connection, report, conversation)
         connection.close()
         if silent:
             silent.close()
         if result is None:
-            report.say("  whether the server minds is seen in the next conversations")
+            report.say("  the next conversations show whether the server still works")
             continue
         if first is None:
             first, wanted = kind_of(result), options.expect or wanted
@@ -199,9 +209,9 @@ def is_answer(octets):
 
 def problem_of_answer(octets, sender, options):
     if not is_answer(octets):
-        return "the tool drops this in silence"
+        return "the tool silently drops this answer"
     if sender != options.address[0]:
-        return f"it comes from {sender}, which is what the tool would put into the list"
+        return f"it comes from {sender}, and the tool would add that address to the list"
     return None
 
 
@@ -226,7 +236,7 @@ def discover(options, report):
         if answer:
             break
     report.verdict(problem_of_answer(*answer, options) if answer else "no answer within a second, three times")
-    report.say("\na datagram that is no request")
+    report.say("\na datagram that is not a request")
     answer = ask(options, report, NO_REQUEST, 1)
     report.verdict("it was answered" if answer else None)
 
@@ -242,15 +252,15 @@ def ascii_text(longest):
 
 
 def parse_options(arguments):
-    parser = argparse.ArgumentParser(prog="probe", description="Plays the tool against a Tavrin Server.")
+    parser = argparse.ArgumentParser(prog="probe", description="Tests a Tavrin Server as the tool and other agents would use it.")
     parser.add_argument("host", help="name or IPv4 address")
     parser.add_argument("port", type=int)
-    parser.add_argument("--expect", choices=("accepted", "refused"), help="how the server must answer this agent")
+    parser.add_argument("--expect", choices=("accepted", "refused"), help="the right answer for this agent")
     parser.add_argument("--name", type=ascii_text(256), default="web1", help="the agent's name (default: web1)")
     parser.add_argument("--domain", type=ascii_text(1024), default="", help="the agent's domain (default: none)")
     parser.add_argument("--timeout", type=float, default=10,
                         help="seconds to wait for octets (default: 10; the tool waits 600)")
-    parser.add_argument("--no-discovery", action="store_true", help="do not look for the server as a scan does")
+    parser.add_argument("--no-discovery", action="store_true", help="do not test the answer to a scan")
     options = parser.parse_args(arguments)
     if not 0 < options.port < 65536 or options.timeout <= 0:
         parser.error("the port is 1 to 65535, and the time-out more than 0")

@@ -1,12 +1,12 @@
-"""What the tool reads of a server's answer, and the words in which it complains. Written from docs/protocol.md; it
-shares no code with the tool or with the sample server, so that a mistake in one cannot hide in another.
+"""How the tool reads a server's answer, and the texts with which it refuses one. Written from docs/protocol.md; it
+shares no code with the tool or the sample server, so that a mistake in one cannot hide in another.
 """
 
 OFFER, REFUSAL, PRIVATE_KEY = 0x61, 0x63, 0xA1
 BOOLEAN, INTEGER, STRING, FILLER, END = 0x01, 0x02, 0x04, 0x19, 0x00
 INDEFINITE = 0x80
 LONGEST_REASON = 1024
-OUR_PROTOCOL = 2
+TOOLS_PROTOCOL = 2  # the high octet of the version
 
 INCOMPATIBLE = "Tavrin Server using incompatible protocol"
 NO_PRIVATE_KEY = "Tavrin Server does not support private key authentication.  Upgrade the Tavrin Server."
@@ -19,7 +19,7 @@ class Complaint(Exception):
 
 
 class Answer:
-    """Takes an answer apart. `receive` gives as many octets as it is asked for, or raises."""
+    """Decodes an answer. `receive` returns as many octets as it is asked for, or raises."""
 
     def __init__(self, receive):
         self.receive = receive
@@ -28,7 +28,7 @@ class Answer:
         return self.receive(1)[0]
 
     def tag(self):
-        """A tag of one octet as it stands, a longer one as None: no message has one."""
+        """A tag of one octet, or None for a longer one, which no message contains."""
         first = self.octet()
         while first == FILLER:
             first = self.octet()
@@ -71,7 +71,7 @@ class Answer:
         return self.value(STRING, "BE_STRING", "read_string", lambda length: length <= LONGEST_REASON)
 
     def skip(self, ending):
-        """Skips to the end of the element that is open. `ending` is what a wrong end is called."""
+        """Skips to the end of the open element. `ending` is the name of the place in the text about a wrong end."""
         depth = 0
         while True:
             tag = self.tag()
@@ -94,14 +94,14 @@ class Answer:
 
 
 def named(field, read):
-    """Reads a field; what it complains of bears the field's name."""
+    """Reads a field, and puts its name before the text of a complaint."""
     try:
         return read()
     except Complaint as complaint:
         raise Complaint(f"{field}: {complaint}") from None
 
 
-def read_offer(answer):
+def read_offer(answer, protocol):
     answer.enter("read_server_offers_incomplete")
     version = named("server_offers.version", answer.integer)
     if answer.tag() != PRIVATE_KEY:
@@ -111,25 +111,25 @@ def read_offer(answer):
     named("server_private_key.hasHallmark", answer.boolean)
     answer.skip("skip_to_eol")
     answer.skip("skip_to_eol")
-    if version >> 8 != OUR_PROTOCOL:
+    if version >> 8 != protocol:
         raise Complaint(WRONG_VERSION)
 
 
 def read_refusal(answer):
-    """The words of the server."""
+    """The server's reason."""
     answer.enter("read_negotiate_nack")
     reason = named("negotiate_nack.reason", answer.text)
     answer.skip("skip_to_eol")
     return reason.split(b"\0")[0].decode("ascii", "backslashreplace")
 
 
-def result_of(receive):
-    """What the tool makes of an answer: "accepted", or its text, cut as in the tool after 255 bytes."""
+def result_of(receive, protocol=TOOLS_PROTOCOL):
+    """The result of an answer for an agent of this protocol: "accepted", or the tool's text, cut after 255 bytes."""
     answer = Answer(receive)
     try:
         tag = answer.tag()
         if tag == OFFER:
-            read_offer(answer)
+            read_offer(answer, protocol)
             return "accepted"
         if tag == REFUSAL:
             return f"Tavrin Server rejected us: {read_refusal(answer)}"[:255]

@@ -1,7 +1,7 @@
 // docs/protocol.md: every octet example goes through the tool's own code.
 //
 //   elements      octets and the value that they are; "also" before a value that is read but not written so
-//   wishes        what other agents send, read by the sample server alone
+//   request       what other agents send, read by the sample server alone
 //   conversation  what agent and server send, and the tool's result
 //   datagrams     the request, answers, and what is dropped
 #include "guides/guide.h"
@@ -114,9 +114,9 @@ void check_datagram(const std::string& line) {
 TEST(ProtocolGuide, EveryExampleIsTrueOfTheTool) {
     int checked = 0;
     for (const Fence& fence : fences_of("protocol.md")) {
-        ASSERT_THAT(fence.label, AnyOf("elements", "wishes", "conversation", "datagrams", "sh", "text"))
+        ASSERT_THAT(fence.label, AnyOf("elements", "request", "conversation", "datagrams", "sh", "text"))
             << fence.line;
-        if (fence.label == "sh" || fence.label == "text" || fence.label == "wishes")
+        if (fence.label == "sh" || fence.label == "text" || fence.label == "request")
             continue;
         ++checked;
         if (fence.label == "conversation") {

@@ -79,7 +79,7 @@ class Examples(unittest.TestCase):
             self.assertEqual(len(said["agent"]) == 2, said["result"] == ["accepted"])
 
     def test_what_other_agents_say(self):
-        for line, (version, domain) in zip(lines("wishes"), ((514, ""), (515, ""), (514, "d" * 130)), strict=True):
+        for line, (version, domain) in zip(lines("request"), ((514, ""), (515, ""), (514, "d" * 130)), strict=True):
             reader, rest = reader_of(bytes.fromhex(line))
             wants = wire.read_client_wants(reader)
             self.assertEqual((wants["version"], wants["domain"], rest), (version, domain, b""))
@@ -94,7 +94,7 @@ class Examples(unittest.TestCase):
 
     def test_tables_are_the_conversations(self):
         first = next(conversations())
-        self.assertEqual(octets_of_table("wishes"), bytes.fromhex(first["agent"][0]))
+        self.assertEqual(octets_of_table("request"), bytes.fromhex(first["agent"][0]))
         self.assertEqual(octets_of_table("offer"), bytes.fromhex(first["server"][0]))
         self.assertEqual(octets_of_table("refusal"), wire.negotiate_nack("no"))
 

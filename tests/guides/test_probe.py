@@ -35,7 +35,7 @@ def verdicts(output):
 
 
 class Scripted(socketserver.ThreadingTCPServer):
-    """A server that reads the wishes, says what the test wants, and closes."""
+    """A server that reads the request, sends what the test wants, and closes."""
     allow_reuse_address = daemon_threads = True
 
     def __init__(self, answer):
@@ -137,7 +137,7 @@ class Running(unittest.TestCase):
         _, output = probe(self.serve(OFFER), "--no-discovery")
         agents = [" ".join(line.split(None, 1)[1] for line in part.splitlines() if line.startswith("  agent"))
                   for part in output.split("\n\n")]
-        for line in lines("wishes"):
+        for line in lines("request"):
             self.assertIn(f"{line} {CLOSING}", agents)
 
     def test_sample_server(self):
@@ -154,30 +154,49 @@ class Running(unittest.TestCase):
                 server.communicate()
                 self.assertEqual(found, code, output)
 
+    def conversation_of_another_protocol(self, answer):
+        """Result and last octets of the agent of version 768 that gets this answer."""
+        _, output = probe(self.serve(answer), "--no-discovery")
+        part, = [part for part in output.split("\n\n") if "version 768" in part]
+        agent = [line for line in part.splitlines() if line.startswith("  agent")]
+        return re.search("  result  (.*)", part)[1], agent[-1].split(None, 1)[1], part.splitlines()[-1].strip()
+
+    def test_an_agent_of_another_protocol_asks_for_an_upgrade(self):
+        result, sent, verdict = self.conversation_of_another_protocol(OFFER)
+        self.assertEqual(result, "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or "
+                                 "downgrade the Tavrin Agent.")
+        self.assertNotEqual(sent, CLOSING)
+        self.assertEqual(verdict, "right")
+
+    def test_an_agent_of_another_protocol_accepts_its_own(self):
+        result, sent, verdict = self.conversation_of_another_protocol(
+            bytes.fromhex("61 80 02 02 03 05 A1 80 01 01 01 01 01 00 00 00 00 00"))
+        self.assertEqual((result, sent, verdict), ("accepted", CLOSING, "right"))
+
     def test_a_server_that_accepts_is_right_in_all(self):
         _, output = probe(self.serve(OFFER), "--no-discovery")
         self.assertEqual(set(verdicts(output).values()),
-                         {"right", "whether the server minds is seen in the next conversations"})
+                         {"right", "the next conversations show whether the server still works"})
 
     def test_a_server_that_goes_on_behind_its_answer(self):
         _, output = probe(self.serve(REFUSAL + b"abc"), "--no-discovery")
-        self.assertIn("goes on behind the end", verdicts(output)["the wishes as the tool sends them"])
+        self.assertIn("sends more after the end", verdicts(output)["the request as the tool sends it"])
 
     def test_a_server_that_takes_one_connection_at_a_time(self):
         code, output = probe(self.serve(OFFER, OneAtATime), "--no-discovery")
         self.assertEqual(code, 1)
-        found = verdicts(output)["as the tool sends them, while another connection says nothing"]
-        self.assertEqual(found, "the first conversation ended otherwise (accepted)")
+        found = verdicts(output)["as the tool sends it, while another connection is silent"]
+        self.assertEqual(found, "the first conversation had another result (accepted)")
 
-    def test_a_server_that_wants_the_wishes_in_one_piece(self):
+    def test_a_server_that_wants_the_request_in_one_piece(self):
         class OnePiece(Scripted):
             def finish_request(self, request, client_address):
                 if len(request.recv(4096)) > 30:
                     request.sendall(self.answer)
                 time.sleep(0.1)
         _, output = probe(self.serve(OFFER, OnePiece), "--no-discovery")
-        self.assertEqual(verdicts(output)["octet by octet, as TCP may cut them"],
-                         "the first conversation ended otherwise (accepted)")
+        self.assertEqual(verdicts(output)["octet by octet, as TCP may deliver it"],
+                         "the first conversation had another result (accepted)")
 
     def test_a_server_that_is_not_there(self):
         with socket.create_server(("127.0.0.1", 0)) as other:
@@ -206,11 +225,11 @@ class Running(unittest.TestCase):
     def test_discovery_that_answers_everything(self):
         found = self.discovery(ANSWER)
         self.assertEqual(found["a scan's request, to this address alone"], "right")
-        self.assertEqual(found["a datagram that is no request"], "it was answered")
+        self.assertEqual(found["a datagram that is not a request"], "it was answered")
 
     def test_discovery_with_a_wrong_answer(self):
         found = self.discovery(ANSWER[:15])
-        self.assertEqual(found["a scan's request, to this address alone"], "the tool drops this in silence")
+        self.assertEqual(found["a scan's request, to this address alone"], "the tool silently drops this answer")
 
     def test_usage(self):
         for wrong in (("0",), ("70000",), ("5000", "--name", "x" * 257), ("5000", "--name", "\u00e9")):
