@@ -7,10 +7,10 @@ TOP = pathlib.Path(__file__).resolve().parent.parent.parent
 BUILT = TOP / "build/windows/tavrinconfig.exe"
 
 
-def pack(folder, *options, top=TOP, umask=0o022, **environment):
+def pack(folder, *options, top=TOP, umask=0o022, built=BUILT, **environment):
     """Runs script/package, that of the clone at `top`, into a folder; returns what it printed."""
     result = subprocess.run(
-        [top / "script/package", "--built", BUILT, *options, folder], check=False, text=True, umask=umask,
+        [top / "script/package", "--built", built, *options, folder], check=False, text=True, umask=umask,
         stdout=subprocess.PIPE, stderr=subprocess.STDOUT, env={**os.environ, **environment})
     if result.returncode:
         raise RuntimeError(result.stdout)

@@ -3,6 +3,7 @@ import hashlib
 import html.parser
 import importlib
 import json
+import os
 import pathlib
 import re
 import shutil
@@ -15,14 +16,17 @@ import zipfile
 
 import packing
 import resources
+import windows_installer
 
 EPOCH = "1700000001"  # 2023-11-14 22:13:21 UTC
 NAME = "tavrinconfig-9.8.7-windows-x64"
 PROGRAMS = ["tavrinconfig.exe", "tavrinctl.exe"]
 CHAPTERS = ["docs/administrator.md", "docs/settings-without-the-window.md", "docs/tavrinctl.md", "docs/spec-files.md",
             "docs/protocol.md", "CHANGELOG.md", "SECURITY.md"]
-CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "guide.html", "tavrin.dsc.resource.json", "tavrinconfig.exe",
-            "tavrinctl.exe"]
+FLEET = sorted(path.relative_to(packing.TOP).as_posix() for path in (packing.TOP / "examples/fleet").rglob("*")
+               if path.is_file() and path.name != "tavrin.dsc.resource.json")
+CONTENTS = ["LICENSE-runtime.txt", "LICENSE.txt", "examples/agent.spec", *FLEET, "guide.html",
+            "tavrin.dsc.resource.json", "tavrinconfig.exe", "tavrinctl.exe"]
 
 
 def debian_version(name):
@@ -71,6 +75,22 @@ class Package(Packed):
         self.assertEqual([level.attrib["level"] for level in levels], ["requireAdministrator"])
 
 
+class Setup(Packed):
+    """What keeps a setup that runs as SYSTEM from others."""
+
+    def test_uses_no_plug_in(self):
+        for name in ("installer.nsi", "installer_path.nsh"):
+            self.assertNotIn("::", (packing.TOP / "package" / name).read_text())
+
+    def test_is_not_made_by_a_weak_nsis(self):
+        with tempfile.TemporaryDirectory() as folder:
+            query = pathlib.Path(folder) / "dpkg-query"
+            query.write_text("#!/bin/sh\necho 3.08-3\n")
+            query.chmod(0o755)
+            with self.assertRaisesRegex(RuntimeError, r"^package: the setup needs NSIS 3\.08-3\+deb12u1 or newer\n$"):
+                packing.pack(pathlib.Path(folder) / "out", PATH=f"{folder}:{os.environ['PATH']}")
+
+
 class Archive(Packed):
     def setUp(self):
         self.archive = zipfile.ZipFile(self.file(".zip"))
@@ -95,6 +115,17 @@ class Archive(Packed):
         text = self.archive.read("tavrinconfig-9.8.7/LICENSE-runtime.txt").decode()
         for owner in ("mingw-w64 project", "Niels Lohmann"):
             self.assertIn(owner, text)
+
+    def test_licences_can_be_read_in_any_editor_of_windows(self):
+        for name in ("LICENSE.txt", "LICENSE-runtime.txt"):
+            text = self.archive.read(f"tavrinconfig-9.8.7/{name}")
+            self.assertEqual((text.count(b"\r"), text.count(b"\n")), (text.count(b"\r\n"),) * 2, name)
+            self.assertGreater(text.count(b"\n"), 15)
+
+    def test_samples_are_those_of_the_sources(self):
+        for name in ("examples/agent.spec", *FLEET):
+            source = "examples/spec_files/agent.spec" if name == "examples/agent.spec" else name
+            self.assertEqual(self.archive.read(f"tavrinconfig-9.8.7/{name}"), (packing.TOP / source).read_bytes())
 
     def test_times_and_rights_are_fixed(self):
         for entry in self.archive.infolist():
@@ -173,16 +204,14 @@ class Guide(Packed):
 
 
 class WindowsInstaller(Packed):
-    def table(self, name):
-        """The rows of a table of the package, each a list of cells."""
-        text = subprocess.check_output(["msiinfo", "export", self.file(".msi"), name], text=True)
-        return [line.split("\t") for line in text.splitlines()[3:]]
+    """The tables that decide about a machine are in test_windows_installer.py."""
 
     def test_has_the_files_of_the_archive(self):
-        self.assertEqual(sorted(row[2] for row in self.table("File")), sorted(CONTENTS))
+        package = windows_installer.Package(self.file(".msi"))
+        self.assertEqual(sorted(package.files), sorted(name.replace("/", "\\") for name in CONTENTS))
 
     def test_says_what_it_is(self):
-        texts = dict(self.table("Property"))
+        texts = windows_installer.Package(self.file(".msi")).properties
         self.assertEqual((texts["ProductName"], texts["ProductVersion"], texts["ALLUSERS"]),
                          ("Tavrin Configuration", "9.8.7", "1"))
         summary = subprocess.check_output(["msiinfo", "suminfo", self.file(".msi")], text=True)
@@ -251,7 +280,7 @@ class PackageManager(unittest.TestCase):
         self.assertIn("\nReleaseDate: 2023-11-14\n", installer)
         # What the installer says of itself.
         source = (packing.TOP / "package/installer.nsi").read_text()
-        self.assertIn(r'"Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"', source)
+        self.assertIn(r'!define ENTRY "${PROGRAMS}\TavrinConfiguration"', source)
         self.assertIn("\nProductCode: TavrinConfiguration\n", installer)
 
 
