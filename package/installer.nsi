@@ -2,8 +2,10 @@
 ; script/package calls makensis with VERSION, NUMBERS (four, with dots), KILOBYTES, STAGE (the folder with what is
 ; packed), FILES (a list of Install instructions, sorted), ICON and OUTPUT; with SIGN, a command that signs a file.
 ;
-; Options: /S asks nothing; /SAMPLE registers the sample; /D=FOLDER, at the end and without quotes.
-; Exit codes: 0 done, 1 cancelled, 2 failed, 3 the program is open and nothing was changed.
+; Options: /S asks nothing; /SAMPLE registers the sample; /NOPATH leaves the PATH alone; /D=FOLDER, at the end and without
+; quotes.
+; Exit codes: 0 done, 1 cancelled, 2 failed, 3 a program is running and nothing was changed, 4 the MSI is installed.
+; No plug-in is used: a setup that runs as SYSTEM would unpack it into a folder that others can reach for a moment.
 Target amd64-unicode
 SetCompressor /SOLID lzma
 RequestExecutionLevel admin
@@ -16,13 +18,18 @@ AllowSkipFiles off
 !include FileFunc.nsh
 !include LogicLib.nsh
 !include Sections.nsh
+!include installer_path.nsh
 
 !define NAME "Tavrin Configuration"
 !define PROGRAM "$INSTDIR\tavrinconfig.exe"
+!define COMMAND_LINE "$INSTDIR\tavrinctl.exe"
 !define LINK "$SMPROGRAMS\${NAME}.lnk"
 !define GUIDE_LINK "$SMPROGRAMS\${NAME} Guide.lnk"
 !define SAMPLE_FILE "$INSTDIR\sample\sample.spec"
-!define ENTRY "Software\Microsoft\Windows\CurrentVersion\Uninstall\TavrinConfiguration"
+!define PROGRAMS "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+!define ENTRY "${PROGRAMS}\TavrinConfiguration"
+; By it "Run" finds the window without its folder.
+!define APP_PATH "Software\Microsoft\Windows\CurrentVersion\App Paths\tavrinconfig.exe"
 ; The program's own key; a value in it is a spec file.
 !define LIST "SOFTWARE\Tavrin\TRConfig"
 ; A value for each file that was installed, with the version that installed it. Nothing else is deleted: the folder may
@@ -65,21 +72,26 @@ ComponentText "The program edits the settings of the Tavrin Agent on this comput
 DirText "${NAME} is installed in the following folder." "Folder"
 UninstallText "The program, its guide, its entries in the Start menu and the sample are removed. The agent, its settings and spec files that you registered yourself stay." "Folder:"
 
-; Windows lets nobody write to the file of a running program. Stops, with nothing changed, unless the person closes it.
-!macro StopWhileOpen WHAT
-    ${DoWhile} ${FileExists} "${PROGRAM}"
+; Windows lets nobody write to the file of a running program. Stops, with nothing changed, unless the person ends it.
+!macro StopWhileRunning FILE PROBLEM WHAT
+    ${DoWhile} ${FileExists} "${FILE}"
         ClearErrors
-        FileOpen $0 "${PROGRAM}" a
+        FileOpen $0 "${FILE}" a
         ${IfNot} ${Errors}
             FileClose $0
             ${ExitDo}
         ${EndIf}
-        DetailPrint "${NAME} is open."
-        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "${NAME} is open, maybe in another person's session, and cannot be ${WHAT} meanwhile.$\r$\n$\r$\nClose it and press Retry, or press Cancel to leave everything as it is." /SD IDCANCEL IDCANCEL`
+        DetailPrint "${PROBLEM}."
+        ${If} ${Cmd} `MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "${PROBLEM}, maybe in another person's session, and cannot be ${WHAT} meanwhile.$\r$\n$\r$\nClose it and press Retry, or press Cancel to leave everything as it is." /SD IDCANCEL IDCANCEL`
             SetErrorLevel 3
             Quit
         ${EndIf}
     ${Loop}
+!macroend
+
+!macro StopWhileAnyRuns WHAT
+    !insertmacro StopWhileRunning "${PROGRAM}" "${NAME} is open" "${WHAT}"
+    !insertmacro StopWhileRunning "${COMMAND_LINE}" "The command line, tavrinctl, is running" "${WHAT}"
 !macroend
 
 !macro Setup
@@ -122,14 +134,31 @@ UninstallText "The program, its guide, its entries in the Start menu and the sam
     ${Loop}
 !macroend
 
+; A folder outside of the programs' own takes its rights from where it is made, and users may write to most of them.
+!macro MakeFolder
+    StrLen $0 "$PROGRAMFILES64\"
+    StrCpy $0 "$INSTDIR" $0
+    ${If} $0 != "$PROGRAMFILES64\"
+    ${AndIfNot} ${FileExists} "$INSTDIR\*.*"
+        CreateDirectory "$INSTDIR"
+        ; Inherited rights (all but those that are named) go. SYSTEM and administrators may do all, users read and run.
+        ExecWait '"$SYSDIR\icacls.exe" "$INSTDIR" /inheritance:r /grant:r *S-1-5-18:(OI)(CI)F *S-1-5-32-544:(OI)(CI)F *S-1-5-32-545:(OI)(CI)RX' $0
+        ${If} $0 <> 0
+            RMDir "$INSTDIR"
+            Abort "The rights of the folder $INSTDIR cannot be set ($0). Choose another folder."
+        ${EndIf}
+    ${EndIf}
+!macroend
+
 Section "The program and its guide" ProgramSection
     SectionIn RO
-    !insertmacro StopWhileOpen "replaced"
+    !insertmacro StopWhileAnyRuns "replaced"
     ReadRegStr $0 HKLM "${ENTRY}" "InstallLocation"
     ${If} $0 != $INSTDIR
         ; What is on the list lies elsewhere and stays there.
         DeleteRegKey HKLM "${INSTALLED}"
     ${EndIf}
+    !insertmacro MakeFolder
     !include "${FILES}"
     ; Another version may have had other files.
     !insertmacro DeleteInstalled "${VERSION}"
@@ -137,6 +166,8 @@ Section "The program and its guide" ProgramSection
     WriteUninstaller "$INSTDIR\uninstall.exe"
     CreateShortCut "${LINK}" "${PROGRAM}"
     CreateShortCut "${GUIDE_LINK}" "$INSTDIR\guide.html"
+
+    WriteRegStr HKLM "${APP_PATH}" "" "${PROGRAM}"
 
     WriteRegStr HKLM "${ENTRY}" "DisplayName" "${NAME}"
     WriteRegStr HKLM "${ENTRY}" "DisplayVersion" "${VERSION}"
@@ -148,6 +179,23 @@ Section "The program and its guide" ProgramSection
     WriteRegDWORD HKLM "${ENTRY}" "EstimatedSize" ${KILOBYTES}
     WriteRegDWORD HKLM "${ENTRY}" "NoModify" 1
     WriteRegDWORD HKLM "${ENTRY}" "NoRepair" 1
+SectionEnd
+
+Section "tavrinctl by its name (its folder on the PATH)" PathSection
+SectionEnd
+
+Section "-PATH"
+    StrCpy $0 ""
+    ${If} ${SectionIsSelected} ${PathSection}
+        StrCpy $0 $INSTDIR
+    ${EndIf}
+    ReadRegStr $1 HKLM "${ENTRY}" "OnPath"
+    ${If} $0 != $1
+        !insertmacro LeavePath ""
+        ${If} ${SectionIsSelected} ${PathSection}
+            !insertmacro JoinPath
+        ${EndIf}
+    ${EndIf}
 SectionEnd
 
 Section /o "Sample settings, registered, to try it out" SampleSection
@@ -175,11 +223,40 @@ Section /o "Sample settings, registered, to try it out" SampleSection
     ${EndIf}
 SectionEnd
 
+; The two packages would overwrite and remove each other's files.
+!macro StopBesideWindowsInstaller
+    StrCpy $0 0
+    ${Do}
+        EnumRegKey $1 HKLM "${PROGRAMS}" $0
+        ReadRegStr $2 HKLM "${PROGRAMS}\$1" "DisplayName"
+        ReadRegDWORD $3 HKLM "${PROGRAMS}\$1" "WindowsInstaller"
+        ${If} $2 == "${NAME}"
+        ${AndIf} $3 = 1
+            ReadRegStr $2 HKLM "${PROGRAMS}\$1" "DisplayVersion"
+            MessageBox MB_OK|MB_ICONEXCLAMATION "${NAME} $2 was installed from its MSI package. Remove it in the list of installed programs, then start this setup again." /SD IDOK
+            SetErrorLevel 4
+            Quit
+        ${EndIf}
+        IntOp $0 $0 + 1
+    ${LoopUntil} $1 == ""
+!macroend
+
 Function .onInit
     !insertmacro Setup
-    ${GetParameters} $0
+    !insertmacro StopBesideWindowsInstaller
+    ReadRegStr $0 HKLM "${ENTRY}" "DisplayVersion"
+    ReadRegStr $1 HKLM "${ENTRY}" "OnPath"
+    ${GetParameters} $2
     ClearErrors
-    ${GetOptions} $0 "/SAMPLE" $1
+    ${GetOptions} $2 "/NOPATH" $3
+    ; An upgrade leaves it as it was.
+    ${If} $0 != ""
+    ${AndIf} $1 == ""
+    ${OrIfNot} ${Errors}
+        !insertmacro UnselectSection ${PathSection}
+    ${EndIf}
+    ClearErrors
+    ${GetOptions} $2 "/SAMPLE" $3
     ${IfNot} ${Errors}
     ${OrIf} ${FileExists} "${SAMPLE_FILE}"
         !insertmacro SelectSection ${SampleSection}
@@ -191,7 +268,7 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
-    !insertmacro StopWhileOpen "removed"
+    !insertmacro StopWhileAnyRuns "removed"
     ReadRegStr $0 HKLM "${LIST}" "${SAMPLE_NAME}"
     ${If} $0 == "${SAMPLE_FILE}"
         DeleteRegValue HKLM "${LIST}" "${SAMPLE_NAME}"
@@ -204,6 +281,11 @@ Section Uninstall
     ${If} $0 = 1
         DeleteRegKey /ifempty HKLM "${LIST}"
         DeleteRegKey /ifempty HKLM "SOFTWARE\Tavrin"
+    ${EndIf}
+    !insertmacro LeavePath "un."
+    ReadRegStr $0 HKLM "${APP_PATH}" ""
+    ${If} $0 == "${PROGRAM}"
+        DeleteRegKey HKLM "${APP_PATH}"
     ${EndIf}
     !insertmacro DeleteInstalled ""
     DeleteRegKey HKLM "${ENTRY}"

@@ -43,6 +43,8 @@ ExpectedReturnCodes:
   ReturnResponse: cancelledByUser
 - InstallerReturnCode: 3
   ReturnResponse: packageInUse
+- InstallerReturnCode: 4
+  ReturnResponse: alreadyInstalled
 Installers:
 - Architecture: x64
   InstallerUrl: {url}/{name}

@@ -74,7 +74,9 @@ TEST_F(Installer, InstallsProgramGuideLinksAndEntry) {
     EXPECT_THAT(traces(),
                 IsSupersetOf({home + "\\tavrinconfig.exe", home + "\\LICENSE.txt",
                               home + "\\LICENSE-runtime.txt", home + "\\guide.html", home + "\\tavrinctl.exe",
-                              home + "\\tavrin.dsc.resource.json", home + "\\uninstall.exe"}));
+                              home + "\\tavrin.dsc.resource.json", home + "\\uninstall.exe",
+                              home + "\\examples\\agent.spec", home + "\\examples\\fleet\\agent.json"}));
+    EXPECT_EQ(app_path(), home + "\\tavrinconfig.exe");
     EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration")), home + "\\tavrinconfig.exe");
     EXPECT_EQ(target_of(start_menu_link("Tavrin Configuration Guide")), home + "\\guide.html");
     EXPECT_EQ(read_value(entry_key, "DisplayName"), "Tavrin Configuration");
@@ -202,9 +204,9 @@ TEST_F(Installer, UpgradesInTheFolderThatWasChosen) {
 }
 
 TEST_F(WhileOpen, SilentUpgradeAndRemovalChangeNothing) {
-    EXPECT_EQ(run_to_end(newer() + " /S"), program_is_open);
+    EXPECT_EQ(run_to_end(newer() + " /S"), program_runs);
     expect_nothing_changed();
-    EXPECT_EQ(run_to_end(uninstaller_in_place()), program_is_open);
+    EXPECT_EQ(run_to_end(uninstaller_in_place()), program_runs);
     expect_nothing_changed();
     close_tool();
     EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
@@ -219,7 +221,7 @@ TEST_F(WhileOpen, UpgradeSaysSoAndCanBeCancelled) {
               "Tavrin Configuration is open, maybe in another person's session, and cannot be replaced "
               "meanwhile.\r\n\r\nClose it and press Retry, or press Cancel to leave everything as it is.");
     installer.answer(IDCANCEL);
-    EXPECT_EQ(installer.exit_code(), program_is_open);
+    EXPECT_EQ(installer.exit_code(), program_runs);
     expect_nothing_changed();
 }
 
@@ -235,6 +237,62 @@ TEST_F(WhileOpen, UpgradeGoesOnAfterTheProgramIsClosed) {
     installer.press("&Close");
     EXPECT_EQ(installer.exit_code(), 0U);
     EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+}
+
+/// A tavrinctl that waits for the end of its standard input.
+class WaitingCommandLine {
+public:
+    WaitingCommandLine() {
+        SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+        CreatePipe(&read_, &write_, &inherited, 0);
+        SetHandleInformation(write_, HANDLE_FLAG_INHERIT, 0);
+        SetStdHandle(STD_INPUT_HANDLE, read_);
+        const std::string command_line = "\"" + (folder() / "tavrinctl.exe").string() + "\" apply -";
+        process_ = std::make_unique<Process>(command_line);
+        SetStdHandle(STD_INPUT_HANDLE, before_);
+    }
+    ~WaitingCommandLine() {
+        CloseHandle(read_);
+        CloseHandle(write_);
+    }
+    WaitingCommandLine(const WaitingCommandLine&) = delete;
+    WaitingCommandLine& operator=(const WaitingCommandLine&) = delete;
+    Process& process() { return *process_; }
+
+private:
+    const HANDLE before_ = GetStdHandle(STD_INPUT_HANDLE);
+    HANDLE read_ = nullptr;
+    HANDLE write_ = nullptr;
+    std::unique_ptr<Process> process_;
+};
+
+TEST_F(Installer, ChangesNothingWhileTheCommandLineRuns) {
+    ASSERT_EQ(run_to_end(older() + " /S"), 0U);
+    const auto before = traces();
+    {
+        WaitingCommandLine command_line;
+        EXPECT_EQ(run_to_end(newer() + " /S"), program_runs);
+        EXPECT_EQ(run_to_end(uninstaller_in_place()), program_runs);
+        EXPECT_TRUE(command_line.process().running());
+        EXPECT_EQ(traces(), before);
+        EXPECT_EQ(version(), "0.0.9");
+    }
+    EXPECT_EQ(run_to_end(newer() + " /S"), 0U);
+    EXPECT_EQ(version(), environment("TAVRIN_VERSION"));
+}
+
+TEST_F(Installer, SaysThatTheCommandLineRuns) {
+    ASSERT_EQ(run_to_end(older() + " /S"), 0U);
+    WaitingCommandLine command_line;
+    Dialog installer(newer());
+    installer.press("&Next >");
+    installer.press("&Install");
+    EXPECT_EQ(
+        installer.box_text(),
+        "The command line, tavrinctl, is running, maybe in another person's session, and cannot be replaced "
+        "meanwhile.\r\n\r\nClose it and press Retry, or press Cancel to leave everything as it is.");
+    installer.answer(IDCANCEL);
+    EXPECT_EQ(installer.exit_code(), program_runs);
 }
 
 } // namespace

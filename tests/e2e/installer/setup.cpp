@@ -11,6 +11,8 @@
 namespace e2e {
 namespace {
 
+constexpr char app_paths[] = "Software\\Microsoft\\Windows\\CurrentVersion\\App Paths";
+constexpr char environment_key[] = "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment";
 constexpr char entries[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 std::string quoted(const std::string& path) { return "\"" + path + "\""; }
@@ -66,6 +68,14 @@ std::string uninstaller_in_place() {
     return quoted((folder() / "uninstall.exe").string()) + " /S _?=" + folder().string();
 }
 
+std::string older_msi(const char* order) {
+    return std::string("msiexec ") + order + " " + quoted(environment("TAVRIN_OLDER_MSI")) + " /qn";
+}
+
+std::string newer_msi(const char* order) {
+    return std::string("msiexec ") + order + " " + quoted(environment("TAVRIN_NEWER_MSI")) + " /qn";
+}
+
 DWORD run_to_end(const std::string& command_line) { return Process(command_line).exit_code(120); }
 
 void remove_all() {
@@ -98,6 +108,21 @@ std::string target_of(const std::filesystem::path& path) {
 
 std::string installed_program() { return quoted((folder() / "tavrinconfig.exe").string()); }
 
+std::string app_path() { return read_value(std::string(app_paths) + "\\tavrinconfig.exe", ""); }
+
+std::string machine_path() {
+    char path[8192] = "";
+    DWORD size = sizeof path;
+    RegGetValueA(HKEY_LOCAL_MACHINE, environment_key, "PATH", RRF_RT_ANY | RRF_NOEXPAND, nullptr, path,
+                 &size);
+    return path;
+}
+
+void set_machine_path(const std::string& path) {
+    RegSetKeyValueA(HKEY_LOCAL_MACHINE, environment_key, "PATH", REG_EXPAND_SZ, path.c_str(),
+                    static_cast<DWORD>(path.size() + 1));
+}
+
 DWORD entry_number(const char* name) {
     DWORD number = 0;
     DWORD size = sizeof number;
@@ -111,6 +136,8 @@ std::vector<std::string> traces() {
     add_files(found, environment("ProgramData"));
     add_keys(found, "SOFTWARE\\Tavrin");
     add_keys(found, entries);
+    add_keys(found, app_paths);
+    found.push_back("PATH=" + machine_path());
     std::sort(found.begin(), found.end());
     return found;
 }

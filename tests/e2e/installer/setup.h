@@ -18,8 +18,10 @@ constexpr char sample_name[] = "Tavrin Sample";
 
 /// Exit code of an installer that could not install.
 constexpr DWORD failed = 2;
-/// Exit code of installer and uninstaller when the program is open.
-constexpr DWORD program_is_open = 3;
+/// Exit code of installer and uninstaller when a program is running.
+constexpr DWORD program_runs = 3;
+/// Exit code of the installer when the MSI is installed.
+constexpr DWORD msi_is_installed = 4;
 
 /// Command lines of the installers of version 0.0.9 and of the version to test.
 std::string older();
@@ -27,6 +29,9 @@ std::string newer();
 /// Command line of the installed uninstaller, in a form that runs in one process and leaves its own file
 /// behind.
 std::string uninstaller_in_place();
+/// Command lines of Windows Installer with the MSI of each version; `order` is /i, /x or /f.
+std::string older_msi(const char* order);
+std::string newer_msi(const char* order);
 /// Runs a command line to its end; returns the exit code.
 DWORD run_to_end(const std::string& command_line);
 /// Has the installed uninstaller remove everything, its own file too, and waits for that.
@@ -39,11 +44,17 @@ std::filesystem::path start_menu_link(const std::string& name);
 std::string target_of(const std::filesystem::path& link);
 /// Command line of the installed program.
 std::string installed_program();
+/// What App Paths gives for the window's program.
+std::string app_path();
+
+/// The machine's PATH as it is stored.
+std::string machine_path();
+void set_machine_path(const std::string& path);
 /// A number in the entry of installed programs; 0 when it is not there.
 DWORD entry_number(const char* name);
 
-/// Everything that an installer could leave: files, and keys with their values, in the places where it
-/// writes.
+/// Everything that an installer could leave: files, keys with their values in the places where it writes, and
+/// the PATH.
 std::vector<std::string> traces();
 
 /// An installer that asks.
