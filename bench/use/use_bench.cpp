@@ -40,7 +40,6 @@ void add_value(const char* path, const char* name, const std::string& text) {
 /// Runs the program with this many entries; the person does one thing and closes the window.
 void run(int entries, const std::function<void()>& person) {
     substitute::reset();
-    substitute::record_calls(false);
     configurations.clear();
     entryByGroupBox.clear();
     write_spec(entries);

@@ -74,7 +74,6 @@ protected:
     static constexpr int box_count = 1000;
 
     void prepare() {
-        substitute::record_calls(false);
         substitute::keep_datagrams();
         make_key(agent_key + "\\Certificates");
         set_text(agent_key, "Servers", "127.0.0.1");
@@ -130,6 +129,17 @@ protected:
 
     BusyServer server{first_count + test_count};
 };
+
+TEST(Notes, DoNotGrowWithAProgramThatRunsForEver) {
+    substitute::reset();
+    ReleaseDC(nullptr, nullptr);
+    for (int call = 0; call < 100'000; ++call)
+        GetTickCount64();
+    EXPECT_EQ(substitute::call_count("GetTickCount64"), 100'000);
+    const std::vector<std::string> calls = substitute::calls();
+    EXPECT_EQ(calls.size(), 100'000u);
+    EXPECT_EQ(calls.front(), "GetTickCount64");
+}
 
 TEST_F(LongUse, LeavesNothingOpen) {
     prepare();

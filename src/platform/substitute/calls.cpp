@@ -19,12 +19,11 @@ struct Plan {
 };
 
 struct State {
-    std::vector<std::string> made;
+    std::deque<const char*> made;
     std::map<std::string, int, std::less<>> counts;
     std::map<std::string, Plan, std::less<>> planned;
     int failed = 0;
     std::string last_failed;
-    bool recording = true;
 };
 
 State& state() {
@@ -64,8 +63,7 @@ DWORD failing(const char* function, DWORD fitting) {
     if (!watched())
         return 0;
     State& now = state();
-    if (now.recording)
-        now.made.emplace_back(function);
+    note(now.made, function);
     ++now.counts[function];
     const auto plan = now.planned.find(function);
     if (plan == now.planned.end() || !is_due(plan->second.remaining))
@@ -91,8 +89,7 @@ void fail_every_call(const std::string& function, DWORD code) {
 }
 int failed_calls() { return state().failed; }
 std::string last_failed_call() { return state().last_failed; }
-void record_calls(bool on) { state().recording = on; }
-std::vector<std::string> calls() { return state().made; }
+std::vector<std::string> calls() { return {state().made.begin(), state().made.end()}; }
 int call_count(const std::string& function) {
     const auto found = state().counts.find(function);
     return found == state().counts.end() ? 0 : found->second;

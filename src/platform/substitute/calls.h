@@ -3,6 +3,8 @@
 /// wants this very call to fail.
 #include "platform/substitute/kernel/kernel.h"
 
+#include <deque>
+
 namespace substitute {
 
 /// Notes a call of `function`. Returns 0 when the call is to do its work, or the code to fail with (already
@@ -16,6 +18,15 @@ template <typename Result = BOOL> Result refuse(DWORD code) {
 }
 /// False on threads whose calls are neither noted nor failed: those of a test's peers.
 bool watched();
+
+/// A test looks at some thousands of notes at most.
+inline constexpr std::size_t most_notes = 100'000;
+/// Adds a note, in place of the first of very many: a program that runs for ever must not fill the memory.
+template <typename Note> void note(std::deque<Note>& notes, Note made) {
+    if (notes.size() == most_notes)
+        notes.pop_front();
+    notes.push_back(std::move(made));
+}
 
 /// Each area of the substitute registers, at namespace scope, how it goes back to its state at process start.
 struct ResetHook {

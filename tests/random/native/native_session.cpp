@@ -52,7 +52,6 @@ Outcome NativeSession::play(std::uint32_t seed, const std::vector<Step>& steps, 
 }
 
 void NativeSession::prepare() {
-    substitute::record_calls(false);
     // Without a network the program has its say sooner.
     substitute::fail_every_call("gethostbyname", WSAHOST_NOT_FOUND);
     substitute::fail_every_call("socket", WSAENETDOWN);

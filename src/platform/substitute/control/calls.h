@@ -30,9 +30,8 @@ public:
     ~OwnCalls();
 };
 
-/// Names of all functions called since reset(), in order. Recording can be switched off for long runs.
+/// Names of the functions called since reset(), in order; of more than 100,000 the last ones.
 std::vector<std::string> calls();
-void record_calls(bool on);
 /// How often `function` was called since reset().
 int call_count(const std::string& function);
 

@@ -3,8 +3,8 @@
 #include "platform/substitute/windows/user.h"
 
 #include <algorithm>
+#include <deque>
 #include <string_view>
-#include <vector>
 
 /// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on. Of what is
 /// drawn, filled rectangles can be looked at.
@@ -37,7 +37,7 @@ struct Filled {
     }
 };
 /// In the one device context, since it was handed out.
-std::vector<Filled> filled;
+std::deque<Filled> filled;
 
 /// A brush may be given as the number of a colour of the system's, plus one.
 COLORREF colour_of(HBRUSH brush) {
@@ -117,7 +117,7 @@ BOOL GetTextMetricsA(HDC, LPTEXTMETRICA metrics) {
 int FillRect(HDC, const RECT* rectangle, HBRUSH brush) {
     if (substitute::failing("FillRect", ERROR_INVALID_HANDLE))
         return 0;
-    filled.push_back({*rectangle, colour_of(brush)});
+    substitute::note(filled, Filled{*rectangle, colour_of(brush)});
     return 1;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/substitute/calls.h"
 
+#include <deque>
 #include <map>
 #include <mutex>
 #include <set>
@@ -15,7 +16,7 @@ struct Planned {
 
 struct Script {
     std::map<std::string, std::vector<Planned>, std::less<>> results;
-    std::vector<int> waits;
+    std::deque<int> waits;
     std::function<bool()> silence;
     std::map<std::string, std::vector<DWORD>, std::less<>> hosts;
     std::vector<substitute::Interface> interfaces{{0x0100007F, 0x000000FF}};
@@ -63,7 +64,7 @@ std::optional<int> scripted_result(const char* function) {
 
 void note_select_wait(int seconds) {
     if (substitute::watched())
-        script().waits.push_back(seconds);
+        substitute::note(script().waits, seconds);
 }
 
 bool peers_are_silent() { return substitute::watched() && script().silence && script().silence(); }
@@ -107,7 +108,7 @@ void time_out_select(int nth) { answer_call("select", nth, 0); }
 void except_select(int nth) { answer_call(winsock::exception_in_select, nth, 1); }
 void set_socket_error(int code) { answer_call(winsock::socket_error, 1, code); }
 void skip_waits_when(std::function<bool()> silent) { script().silence = std::move(silent); }
-std::vector<int> select_waits() { return script().waits; }
+std::vector<int> select_waits() { return {script().waits.begin(), script().waits.end()}; }
 
 std::size_t open_sockets() {
     const std::lock_guard lock(open_guard);
