@@ -14,10 +14,13 @@ target_compile_definitions(tavrin_json INTERFACE JSON_NO_IO)
 
 if(WIN32)
     set(platform windows)
+    set(other_platform linux)
 else()
     set(platform linux)
+    set(other_platform windows)
 endif()
-file(GLOB TAVRIN_CTL_SOURCES CONFIGURE_DEPENDS src/ctl/*.cpp src/ctl/${platform}/*.cpp)
+file(GLOB_RECURSE TAVRIN_CTL_SOURCES CONFIGURE_DEPENDS src/ctl/*.cpp)
+list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "/${other_platform}/")
 set(TAVRIN_CTL_PROGRAM src/ctl/${platform}/main.cpp src/ctl/${platform}/verbs.cpp)
 list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "src/ctl/${platform}/(main|verbs)\\.cpp$")
 add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
@@ -30,11 +33,10 @@ if(WIN32)
     tavrin_console_program()
 else()
     # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
-    set(portable adml admx arguments check console files json json_tree preferences program reg_file reg_template same_name
-        octet_check seen_names spec_check spec_model state template template_source visible xml linux/code_page linux/main
-        linux/present_values linux/system linux/verbs)
-    list(TRANSFORM portable REPLACE "(.+)" "src/ctl/\\1.cpp")
-    add_executable(tavrinctl ${portable} src/spec/spec_text.cpp src/error/text.cpp)
+    file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
+         src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)
+    add_executable(tavrinctl ${portable} src/base/text.cpp src/ctl/verbs/check.cpp src/ctl/verbs/template.cpp
+                   src/ctl/change/state_file.cpp src/ctl/machine/linux/present_values.cpp)
     target_include_directories(tavrinctl PRIVATE src)
     target_link_libraries(tavrinctl PRIVATE tavrin_json tavrin_warnings)
     set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

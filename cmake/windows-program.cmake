@@ -29,9 +29,9 @@ function(tavrin_windows_program)
     enable_language(RC)
     target_compile_options(tavrin PRIVATE $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)
     # Windows' headers take longer to read than most files of the program to compile. The native build, which has its
-    # own, shows where a file forgets to include what it uses; error/ does not know the system.
+    # own, shows where a file forgets to include what it uses; specfile/ does not know the system.
     target_precompile_headers(tavrin PRIVATE src/platform/win32.h <functional> <map> <memory> <string> <vector>)
-    file(GLOB without_windows src/error/*.cpp)
+    file(GLOB without_windows src/specfile/*.cpp)
     set_source_files_properties(${without_windows} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     # The project's version, into the version resource and the manifest.
     set(resources ${CMAKE_BINARY_DIR}/resources)

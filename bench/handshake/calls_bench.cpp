@@ -2,7 +2,7 @@
 // server that has not answered yet costs a receive more. usage: calls_bench RESULT_FILE PORT (bench/answering
 // listens)
 #include "net/socket.h"
-#include "platform/substitute/control/calls.h"
+#include "substitute/control/calls.h"
 #include "protocol/negotiation.h"
 
 #include <cstdio>

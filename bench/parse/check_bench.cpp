@@ -1,8 +1,8 @@
 // `tavrinctl check` of a large spec file, beside parsing the same text as the window does and beside reading
 // its statements alone.
-#include "ctl/spec_check.h"
+#include "ctl/check/spec_check.h"
 #include "parse/settings.h"
-#include "spec/spec_text.h"
+#include "specfile/spec_text.h"
 
 #include <benchmark/benchmark.h>
 

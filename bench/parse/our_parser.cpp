@@ -1,8 +1,8 @@
 #include "parse/settings.h"
-#include "spec/building.h"
-#include "spec/configuration.h"
-#include "spec/selectors.h"
-#include "spec/value_entries.h"
+#include "pages/building.h"
+#include "pages/configuration.h"
+#include "pages/selectors.h"
+#include "pages/value_entries.h"
 
 namespace parse {
 namespace {

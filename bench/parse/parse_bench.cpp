@@ -1,7 +1,7 @@
 // Settings from text to memory and back to nothing. Before anything is timed, every parser must build the
 // same model.
 #include "parse/settings.h"
-#include "spec/spec_text.h"
+#include "specfile/spec_text.h"
 
 #include <benchmark/benchmark.h>
 

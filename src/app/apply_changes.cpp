@@ -1,7 +1,7 @@
 #include "app/apply_changes.h"
 
 #include "service/apply.h"
-#include "service/wait_window.h"
+#include "window/wait_window.h"
 #include "window/boxes.h"
 #include "window/main_handle.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 
 /// Writes what changed in `configuration` and, when it names a service, restarts that service around the
 /// writing, asking first. Trouble with the service is told in message boxes and never keeps the values from

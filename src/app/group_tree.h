@@ -1,5 +1,5 @@
 #pragma once
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 
 /// Adds the configuration's nodes to the tree and records which entry each stands for. A configuration
 /// without groups gets none; entries of a group without a name hang under the configuration's own node.

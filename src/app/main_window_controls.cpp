@@ -1,6 +1,6 @@
 #include "app/main_window_controls.h"
 
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 
 #include <algorithm>
 

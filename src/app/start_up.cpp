@@ -2,9 +2,9 @@
 
 #include "app/focus.h"
 #include "app/main_window.h"
-#include "error/trace.h"
+#include "base/trace.h"
 #include "net/socket.h"
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 #include "store/registry_key.h"
 #include "window/boxes.h"
 #include "window/guard.h"

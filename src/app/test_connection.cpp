@@ -1,8 +1,8 @@
 #include "app/test_connection.h"
 
-#include "error/text.h"
+#include "base/text.h"
 #include "protocol/connection_test.h"
-#include "service/wait_window.h"
+#include "window/wait_window.h"
 #include "window/boxes.h"
 
 #include <optional>

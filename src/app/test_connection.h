@@ -1,5 +1,5 @@
 #pragma once
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #include "ctl/arguments.h"
 
-#include "ctl/code_page.h"
+#include "ctl/io/encoding.h"
 #include "ctl/failure.h"
 
 #include <algorithm>

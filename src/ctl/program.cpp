@@ -1,6 +1,6 @@
 #include "ctl/program.h"
 
-#include "ctl/console.h"
+#include "ctl/io/console.h"
 #include "ctl/failure.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "net/discovery.h"
 
-#include "error/messages.h"
-#include "error/text.h"
+#include "base/messages.h"
+#include "base/text.h"
 #include "net/address_text.h"
 #include "net/udp.h"
 

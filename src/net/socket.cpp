@@ -1,6 +1,6 @@
 #include "net/socket.h"
 
-#include "error/messages.h"
+#include "base/messages.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "protocol/connection_test.h"
 
-#include "error/exceptions.h"
-#include "error/text.h"
+#include "base/exceptions.h"
+#include "base/text.h"
 #include "protocol/negotiation.h"
 
 #include <vector>

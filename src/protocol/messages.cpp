@@ -1,6 +1,6 @@
 #include "protocol/messages.h"
 
-#include "error/messages.h"
+#include "base/messages.h"
 #include "protocol/heads.h"
 #include "protocol/values.h"
 

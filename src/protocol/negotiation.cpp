@@ -1,6 +1,6 @@
 #include "protocol/negotiation.h"
 
-#include "error/messages.h"
+#include "base/messages.h"
 #include "net/address_text.h"
 #include "net/memory.h"
 #include "protocol/heads.h"

@@ -1,6 +1,6 @@
 #include "protocol/stream.h"
 
-#include "error/messages.h"
+#include "base/messages.h"
 #include "net/memory.h"
 
 #include <algorithm>

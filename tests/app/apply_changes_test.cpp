@@ -1,4 +1,4 @@
-// The apply sequence as far as a machine without the agent's service can show it; tests/native/apply_test.cpp
+// The apply sequence as far as a machine without the agent's service can show it; tests/app/apply_changes_native_test.cpp
 // has every branch over scripted services.
 #include "app/apply_changes.h"
 #include "support/boxes.h"

@@ -1,5 +1,5 @@
 #include "app/main_window_controls.h"
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 #include "support/program.h"
 #include "support/registry.h"
 #include "window/main_handle.h"

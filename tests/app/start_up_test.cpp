@@ -1,9 +1,9 @@
 #include "app/start_up.h"
 
 #include "app/main_window_controls.h"
-#include "error/exceptions.h"
-#include "error/trace.h"
-#include "spec/configuration.h"
+#include "base/exceptions.h"
+#include "base/trace.h"
+#include "pages/configuration.h"
 #include "support/program.h"
 #include "support/refusing_class.h"
 #include "support/registry.h"

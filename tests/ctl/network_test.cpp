@@ -3,7 +3,7 @@
 
 #include "ctl/exit_codes.h"
 #include "net/socket.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/discovery_server.h"
 #include "support/loopback.h"
 #include "support/octets.h"

@@ -1,9 +1,9 @@
 #include "ctl/program_run.h"
 
-#include "ctl/code_page.h"
+#include "ctl/io/encoding.h"
 #include "ctl/program.h"
 #include "ctl/verbs.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,7 +2,7 @@
 #include "ctl/program_run.h"
 
 #include "ctl/exit_codes.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 #include <gmock/gmock.h>
 

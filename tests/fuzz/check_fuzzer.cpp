@@ -1,10 +1,10 @@
 /// What `tavrinctl check` finds in a file: an error at least wherever the window refuses it, every finding at
 /// a line of the file and in order; and a template of what has no error can be made, or is refused in words.
+#include "ctl/check/spec_check.h"
 #include "ctl/failure.h"
-#include "ctl/spec_check.h"
-#include "ctl/spec_model.h"
-#include "ctl/templates.h"
+#include "ctl/template/formats.h"
 #include "fuzz/input.h"
+#include "specfile/spec_model.h"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ std::size_t lines_of(const std::string& octets) {
 }
 
 bool window_refuses(const std::string& octets) {
-    const ctl::SpecModel model{octets};
+    const SpecModel model{octets};
     return !model.errors.empty() || !model.unknown_types.empty();
 }
 

@@ -2,7 +2,7 @@
 /// raw values of every type and length and others read and write them through the stores. What the stores
 /// give, and what they leave behind, must be what a plain reading of the rules gives.
 #include "fuzz/input.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
 #include "store/registry_key.h"

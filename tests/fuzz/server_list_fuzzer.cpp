@@ -1,11 +1,11 @@
 /// What a user may type as a server list: the input is the default port (2 octets, most significant first)
 /// and the list. Items, hosts and ports must be what a plain reading of the rules gives.
-#include "error/exceptions.h"
-#include "error/text.h"
+#include "base/exceptions.h"
+#include "base/text.h"
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
 #include "protocol/connection_test.h"
-#include "spec/value_text.h"
+#include "specfile/value_text.h"
 
 #include <algorithm>
 #include <cstring>

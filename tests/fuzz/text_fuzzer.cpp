@@ -1,11 +1,11 @@
 /// What the text utilities make of any text: the input is a separator (1 octet), whether empty pieces stay (1
 /// octet) and the text. Every result must be what the plainest reading of the rules gives.
-#include "error/text.h"
+#include "base/text.h"
 
-#include "error/exceptions.h"
+#include "base/exceptions.h"
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
-#include "spec/value_text.h"
+#include "specfile/value_text.h"
 
 #include <cstdio>
 #include <utility>

@@ -7,8 +7,8 @@
 //   subspec   one entry of the type that the heading names
 //   nsis      wxs      for installers; test_installer_snippets.py compiles them
 #include "guides/guide.h"
-#include "spec/building.h"
-#include "spec/configuration.h"
+#include "pages/building.h"
+#include "pages/configuration.h"
 #include "support/boxes.h"
 #include "support/kinds.h"
 #include "support/page.h"

@@ -21,26 +21,26 @@ class House(unittest.TestCase):
         return loaded().complaint(list(pairs))
 
     def test_nothing_is_wrong_with_arrows_that_run_downwards(self):
-        self.assertIsNone(self.complains(("app/a.cpp", "app/a.h"), ("app/a.cpp", "spec/b.h"),
-                                         ("ctl/c.cpp", "spec/b.h"), ("spec/b.cpp", "window/d.h")))
+        self.assertIsNone(self.complains(("app/a.cpp", "app/a.h"), ("app/a.cpp", "pages/b.h"),
+                                         ("ctl/c.cpp", "pages/b.h"), ("pages/b.cpp", "window/d.h")))
 
     def test_no_room_uses_one_above_or_beside_it(self):
-        self.assertEqual(self.complains(("service/a.cpp", "spec/b.h")), "house: service must not use spec")
+        self.assertEqual(self.complains(("service/a.cpp", "pages/b.h")), "house: service must not use pages")
         self.assertEqual(self.complains(("app/a.cpp", "ctl/b.h")), "house: app must not use ctl")
         self.assertEqual(self.complains(("app/a.cpp", "attic/b.h")), "house: app must not use attic")
 
     def test_no_two_files_need_each_other(self):
-        self.assertEqual(self.complains(("spec/a.cpp", "spec/b.h"), ("spec/b.cpp", "spec/a.h")),
-                         "house: spec/a and spec/b need each other")
+        self.assertEqual(self.complains(("pages/a.cpp", "pages/b.h"), ("pages/b.cpp", "pages/a.h")),
+                         "house: pages/a and pages/b need each other")
 
     def test_nor_do_more_by_each_other(self):
-        self.assertEqual(self.complains(("spec/a.h", "spec/b.h"), ("spec/b.h", "spec/c.h"), ("spec/c.cpp", "spec/a.h"),
-                                        ("spec/c.cpp", "net/d.h")),
-                         "house: spec/a and spec/b and spec/c need each other")
+        self.assertEqual(self.complains(("pages/a.h", "pages/b.h"), ("pages/b.h", "pages/c.h"), ("pages/c.cpp", "pages/a.h"),
+                                        ("pages/c.cpp", "net/d.h")),
+                         "house: pages/a and pages/b and pages/c need each other")
 
     def test_a_source_may_use_what_its_header_is_used_by(self):
-        self.assertIsNone(self.complains(("spec/a.cpp", "spec/b.h"), ("spec/a.cpp", "spec/c.h"),
-                                         ("spec/b.cpp", "spec/c.h")))
+        self.assertIsNone(self.complains(("pages/a.cpp", "pages/b.h"), ("pages/a.cpp", "pages/c.h"),
+                                         ("pages/b.cpp", "pages/c.h")))
 
 
 class Ways(unittest.TestCase):

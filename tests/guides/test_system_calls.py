@@ -10,7 +10,6 @@ WINDOWS = TOP / "build" / "windows"
 TOOLS = "x86_64-w64-mingw32-"
 # The compiler's runtime is called by its standard names, not as Windows.
 RUNTIME = {"msvcrt.dll"}
-NATIVE_ONLY = {"native"}
 WINE_ONLY = {"e2e"}
 
 
@@ -69,8 +68,8 @@ class SystemCalls(unittest.TestCase):
         for function, names, where in table():
             for name in names.split(", "):
                 with self.subTest(function=function, test=name):
-                    folder = known[name].parent.name
-                    one_sided = folder in NATIVE_ONLY | WINE_ONLY
+                    file = known[name]
+                    one_sided = file.parent.name in WINE_ONLY or file.name.endswith("_native_test.cpp")
                     self.assertEqual(where == "both", not one_sided)
 
     def test_every_test_of_the_platform_calls_its_function(self):

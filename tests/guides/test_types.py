@@ -6,7 +6,7 @@ from guide import TOP, fences
 
 GUIDE = (TOP / "docs/spec-files.md").read_text()
 SECTIONS = dict(re.findall(r"^### `(\w+)`\n(.*?)(?=^#)", GUIDE, re.M | re.S))
-KINDS = (TOP / "src/spec/spec_text.h").read_text()
+KINDS = (TOP / "src/specfile/spec_text.h").read_text()
 SAMPLE = (TOP / "examples/spec_files/agent.spec").read_text()
 
 

@@ -1,7 +1,7 @@
 // What the guides say of opening a page: the tables with the columns page, stored, shown and OK writes.
 #include "guides/guide.h"
-#include "spec/building.h"
-#include "spec/configuration.h"
+#include "pages/building.h"
+#include "pages/configuration.h"
 #include "support/boxes.h"
 #include "support/page.h"
 #include "support/registry.h"

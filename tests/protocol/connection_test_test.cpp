@@ -1,6 +1,6 @@
 #include "protocol/connection_test.h"
 
-#include "error/exceptions.h"
+#include "base/exceptions.h"
 #include "net/socket.h"
 #include "support/conversation.h"
 #include "support/loopback.h"

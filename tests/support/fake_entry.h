@@ -1,6 +1,6 @@
 #pragma once
 /// An entry without controls whose store is three flags, for tests of what handles entries from outside.
-#include "spec/base_entry.h"
+#include "pages/base_entry.h"
 
 #include <functional>
 #include <string_view>

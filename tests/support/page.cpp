@@ -1,6 +1,6 @@
 #include "support/page.h"
 
-#include "spec/base_entry.h"
+#include "pages/base_entry.h"
 #include "support/user.h"
 #include "window/guard.h"
 #include "window/main_handle.h"

@@ -1,7 +1,7 @@
 #include "support/spec_text.h"
 
-#include "error/trace.h"
-#include "spec/building.h"
+#include "base/trace.h"
+#include "pages/building.h"
 #include "support/kinds.h"
 #include "support/thrown.h"
 

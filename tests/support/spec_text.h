@@ -1,6 +1,6 @@
 #pragma once
 /// Spec files as texts, and configurations as texts that a test can compare.
-#include "spec/configuration.h"
+#include "pages/configuration.h"
 
 #include <memory>
 #include <string>

@@ -5,7 +5,7 @@
 #include "peers/octets.h"
 #include "peers/servers.h"
 #include "seeded.h"
-#include "service/wait_window.h"
+#include "window/wait_window.h"
 #include "window/main_handle.h"
 
 #include <cstdlib>

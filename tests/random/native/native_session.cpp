@@ -2,7 +2,7 @@
 
 #include "app/main_window_controls.h"
 #include "app/start_up.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/registry.h"
 #include "window/main_handle.h"
 

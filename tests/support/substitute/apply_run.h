@@ -1,7 +1,7 @@
 #pragma once
 /// Runs the apply sequence over scripted services and the virtual clock.
 #include "app/apply_changes.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/fake_entry.h"
 #include "window/main_handle.h"
 

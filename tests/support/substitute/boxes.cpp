@@ -1,6 +1,6 @@
 #include "support/boxes.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 Boxes::Boxes() : first_(substitute::shown_boxes().size()) {}
 Boxes::~Boxes() { substitute::forget_answers(); }

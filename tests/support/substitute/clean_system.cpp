@@ -1,5 +1,5 @@
 #include "support/clean_system.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 void clean_system() { substitute::reset(); }

@@ -1,6 +1,6 @@
 #include "support/dialogs.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 void accept_folder(const std::string& folder) { substitute::choose_next_folder({{folder}, true}); }
 void cancel_folder_browser() { substitute::choose_next_folder({{"C:\\elsewhere"}, false}); }

@@ -1,8 +1,8 @@
 #pragma once
 /// Sockets whose calls fail, one at a time, towards a peer of the test's own.
-#include "error/messages.h"
+#include "base/messages.h"
 #include "net/socket.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/loopback.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "support/machine_interfaces.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 void see_machine_interfaces() { substitute::use_machine_interfaces(); }

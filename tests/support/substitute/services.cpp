@@ -1,6 +1,6 @@
 #include "support/services.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "platform/win32.h"
 
 void install_broken_service(const std::string& name) {

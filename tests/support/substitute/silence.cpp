@@ -1,6 +1,6 @@
 #include "support/silence.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "support/user.h"
 
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/pump.h"
 
 void press_key(int virtual_key, bool with_shift) { substitute::press(virtual_key, with_shift); }

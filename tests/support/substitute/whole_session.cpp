@@ -2,9 +2,9 @@
 
 #include "app/main_window_controls.h"
 #include "app/start_up.h"
-#include "error/exceptions.h"
+#include "base/exceptions.h"
 #include "net/socket.h"
-#include "platform/substitute/control.h"
+#include "substitute/control.h"
 #include "support/conversation.h"
 #include "support/loopback.h"
 #include "support/registry.h"

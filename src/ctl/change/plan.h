@@ -1,0 +1,39 @@
+#pragma once
+/// From what is wished to what is to be written: every wish is looked at before anything is written, and what
+/// is so already is left alone.
+#include "ctl/machine/machine.h"
+#include "ctl/change/state_file.h"
+#include "ctl/machine/stored_value.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ctl {
+
+struct Change {
+    const Declaration* declaration;
+    StoredValue before;
+    /// As it shall be stored, in the machine's code page; nothing when the value shall not be there.
+    std::optional<std::string> after;
+    bool differs = false;
+    bool is_written = false;
+
+    std::string value_name() const { return std::string(declaration->value_name.text); }
+};
+
+struct ConfigurationChanges {
+    const MachineConfiguration* configuration;
+    std::vector<Change> changes;
+    bool is_restarted = false;
+
+    bool differ() const;
+};
+
+/// In the order of the state, and of the spec file within a configuration. Throws Failure of the code
+/// `invalid` with every problem in its words.
+std::vector<ConfigurationChanges> plan_changes(const Machine& machine, const State& state);
+
+bool any_differ(const std::vector<ConfigurationChanges>& all);
+
+} // namespace ctl

@@ -1,0 +1,125 @@
+#include "ctl/change/report.h"
+
+#include "ctl/io/encoding.h"
+#include "ctl/io/console.h"
+#include "ctl/failure.h"
+#include "ctl/change/state_file.h"
+
+#include <algorithm>
+
+namespace ctl {
+namespace {
+
+std::string utf8(const SpecLine& line) { return to_utf8(line.text); }
+
+/// What would change, or what did: a failure may have come between.
+bool is_changed(const Change& change, bool what_if) { return what_if ? change.differs : change.is_written; }
+
+Json json_of(const Change& change, bool what_if) {
+    Json json = Json::object();
+    json.get_ref<Json::object_t&>().reserve(4);
+    add_member(json, "before", json_of(change.before));
+    if (change.before.is_there && !change.before.is_text())
+        add_member(json, "type", type_name(change.before.type));
+    add_member(json, "after", change.after ? Json(to_utf8(*change.after)) : Json());
+    add_member(json, "changed", is_changed(change, what_if));
+    return json;
+}
+
+bool any_changed(const ConfigurationChanges& changes, bool what_if) {
+    return std::any_of(changes.changes.begin(), changes.changes.end(),
+                       [&](const Change& each) { return is_changed(each, what_if); });
+}
+
+Json json_of(const ConfigurationChanges& changes, bool what_if) {
+    Json values = Json::object();
+    for (const Change& each : changes.changes)
+        add_member(values, to_utf8(each.value_name()), json_of(each, what_if));
+    return {{"service", to_utf8(changes.configuration->service())},
+            {"restarted", changes.is_restarted},
+            {"changed", any_changed(changes, what_if)},
+            {"values", std::move(values)}};
+}
+
+/// A value that is too long to be read stands without one, so that nobody takes it for empty.
+Json described_value(const MachineConfiguration& configuration, const SpecEntry& entry,
+                     const StoredValue& value) {
+    Json json = Json::object();
+    if (value.is_too_long) {
+        json["unreadable"] = "longer than 1,024 bytes";
+    } else {
+        json["value"] = json_of(value);
+    }
+    if (value.is_there && !value.is_text())
+        json["type"] = type_name(value.type);
+    json["group"] = utf8(configuration.spec.groups[entry.group].name);
+    json["title"] = utf8(entry.declaration.title);
+    json["kind"] = std::string(entry.declaration.kind->type);
+    return json;
+}
+
+/// What has no value is there to be seen.
+Json described_action(const MachineConfiguration& configuration, const SpecEntry& entry) {
+    return {{"kind", std::string(entry.declaration.kind->type)},
+            {"name", utf8(entry.declaration.value_name)},
+            {"group", utf8(configuration.spec.groups[entry.group].name)},
+            {"title", utf8(entry.declaration.title)}};
+}
+
+bool has_value(const SpecEntry& entry) { return entry.declaration.kind->form != ValueForm::none; }
+
+} // namespace
+
+Json json_of(const StoredValue& value) { return value.is_there ? Json(to_utf8(value.text)) : Json(); }
+
+Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const std::string& backup) {
+    Json configurations = Json::object();
+    for (const ConfigurationChanges& each : all)
+        configurations[to_utf8(each.configuration->name)] = json_of(each, what_if);
+    const bool changed =
+        std::any_of(all.begin(), all.end(), [&](const auto& each) { return any_changed(each, what_if); });
+    return {{"schema", schema_version},
+            {"changed", changed},
+            {"whatIf", what_if},
+            {"backup", backup.empty() ? Json() : Json(backup)},
+            {"configurations", std::move(configurations)}};
+}
+
+std::vector<StoredValue> stored_values(const MachineConfiguration& configuration) {
+    std::vector<StoredValue> values(configuration.spec.entries.size());
+    try {
+        const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const SpecEntry& entry = configuration.spec.entries[i];
+            if (has_value(entry))
+                values[i] = look_up(key, std::string(entry.declaration.value_name.text));
+        }
+    } catch (const Failure& failure) {
+        if (failure.code != invalid)
+            throw;
+        say(failure.text, Level::warning);
+    }
+    return values;
+}
+
+Json described(const MachineConfiguration& configuration) {
+    const std::vector<StoredValue> stored = stored_values(configuration);
+    NameTable seen(true);
+    Json values = Json::object();
+    Json actions = Json::array();
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        const SpecEntry& entry = configuration.spec.entries[i];
+        if (!has_value(entry)) {
+            actions.push_back(described_action(configuration, entry));
+        } else if (seen.add(entry.declaration.value_name.text, i + 1) == 0) {
+            add_member(values, utf8(entry.declaration.value_name),
+                       described_value(configuration, entry, stored[i]));
+        }
+    }
+    return {{"key", to_utf8(configuration.key())},
+            {"service", to_utf8(configuration.service())},
+            {"values", std::move(values)},
+            {"actions", std::move(actions)}};
+}
+
+} // namespace ctl

@@ -1,0 +1,271 @@
+#include "ctl/check/spec_check.h"
+
+#include "ctl/check/octet_check.h"
+#include "specfile/name_table.h"
+#include "base/text.h"
+#include "specfile/spec_text.h"
+#include "specfile/value_forms.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+namespace ctl {
+namespace {
+
+/// What the page shows in the smallest window, in the stock font: about so many characters in a line of the
+/// help text, so many lines of it, and so many characters of the title in the frame.
+constexpr std::size_t help_columns = 32;
+constexpr std::size_t help_lines = 6;
+constexpr std::size_t title_columns = 27;
+
+/// At least so many has an entry in a file of many.
+constexpr std::size_t octets_an_entry = 64;
+
+std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+/// How many lines the text takes when words are wrapped.
+std::size_t wrapped_lines(std::string_view text) {
+    std::size_t lines = 1;
+    std::size_t column = 0;
+    while (!text.empty()) {
+        const std::size_t word = std::min(text.find(' '), text.size());
+        if (column != 0 && column + word > help_columns) {
+            ++lines;
+            column = 0;
+        }
+        lines += word / (help_columns + 1);
+        column += word + 1;
+        text.remove_prefix(std::min(word + 1, text.size()));
+    }
+    return lines;
+}
+
+class SpecCheck {
+public:
+    SpecCheck(std::string_view octets, bool is_utf8)
+        : octets_(octets), is_utf8_(is_utf8), titles_(false, octets.size() / octets_an_entry),
+          value_names_(true, octets.size() / octets_an_entry) {}
+
+    std::vector<Finding> run();
+
+private:
+    void check_head(const SpecReader& reader);
+    void check_root(const SpecLine& path);
+    void check_statement(const SpecStatement& statement);
+    void take(const ServiceName& service);
+    void take(const GroupStart& group);
+    void take(const Declaration& declaration);
+    void take(const SpecError& error);
+    void check_title(const Declaration& declaration);
+    void check_value_name(const Declaration& declaration);
+    void check_help(const Declaration& declaration);
+    void check_options(const Declaration& declaration);
+    void check_underline(const SpecLine& line, const char* what);
+    void check_lookups();
+    void check_wanted_title(const SpecLine& title);
+
+    std::string_view octets_;
+    bool is_utf8_;
+    Findings findings_;
+    bool is_old_ = false;
+    bool has_ampersand_ = false;
+    std::size_t groups_ = 0;
+    std::size_t entries_ = 0;
+    NameTable titles_;
+    /// Of those, the ones whose first entry has no registry value.
+    NameTable titles_without_value_{false};
+    NameTable value_names_;
+    /// What the connection test looks up, and the lines where it and the first server list stand.
+    std::vector<SpecLine> wanted_titles_;
+    std::size_t connection_test_ = 0;
+    std::size_t server_list_ = 0;
+};
+
+std::vector<Finding> SpecCheck::run() {
+    const auto text = check_octets(octets_, is_utf8_, findings_);
+    if (!text)
+        return findings_.in_order();
+    has_ampersand_ = text->find('&') != std::string_view::npos;
+    SpecReader reader(*text);
+    is_old_ = reader.is_old();
+    check_head(reader);
+    while (const auto statement = reader.next())
+        check_statement(*statement);
+    if (entries_ == 0)
+        findings_.warn(1, "the file declares no entry, so the window shows nothing to edit");
+    check_lookups();
+    return findings_.in_order();
+}
+
+void SpecCheck::check_head(const SpecReader& reader) {
+    check_root(reader.registry_path());
+    if (!is_old_ && reader.name().text.empty())
+        findings_.warn(2, "the configuration has no name");
+}
+
+void SpecCheck::check_root(const SpecLine& path) {
+    const std::string_view root = path.text.substr(0, path.text.find('\\'));
+    const std::string lower = to_lower(std::string(root));
+    if (lower == "software" || lower == "system" || lower == "hardware")
+        return;
+    if (root.empty()) {
+        findings_.error(path.number, "the key path is missing");
+    } else {
+        findings_.error(
+            path.number,
+            "the key path begins with " + quoted(root) +
+                "; below HKEY_LOCAL_MACHINE, where the tool looks, there are SOFTWARE, SYSTEM and "
+                "HARDWARE to read");
+    }
+}
+
+void SpecCheck::check_statement(const SpecStatement& statement) {
+    std::visit([this](const auto& each) { take(each); }, statement);
+}
+
+void SpecCheck::take(const ServiceName& service) {
+    if (!service.name.text.starts_with('$'))
+        return;
+    findings_.warn(service.name.number,
+                   quoted(service.name.text) + " is taken for the name of the service, not for an entry: " +
+                       (groups_ == 0 ? "no group has begun" : "a blank line ended the group before it"));
+}
+
+void SpecCheck::take(const GroupStart& group) {
+    if (group.is_implied && groups_ != 0)
+        findings_.warn(group.name.number,
+                       "a blank line ended the group; what follows stands in one without a name");
+    ++groups_;
+}
+
+void SpecCheck::take(const SpecError& found) { findings_.error(found.line, found.text); }
+
+void SpecCheck::take(const Declaration& declaration) {
+    ++entries_;
+    if (declaration.kind == nullptr) {
+        take(unknown_type(declaration));
+        check_underline(declaration.title, "title");
+        check_underline(declaration.help_text, "help text");
+        return;
+    }
+    check_title(declaration);
+    check_value_name(declaration);
+    check_help(declaration);
+    if (declaration.kind->form == ValueForm::option)
+        check_options(declaration);
+    if (declaration.kind->form == ValueForm::server_list && server_list_ == 0)
+        server_list_ = declaration.title.number;
+    if (declaration.kind->least_further != 0) {
+        wanted_titles_ = declaration.further;
+        connection_test_ = declaration.title.number;
+    }
+}
+
+void SpecCheck::check_title(const Declaration& declaration) {
+    const SpecLine& title = declaration.title;
+    // A connection test has no page and is never looked up.
+    if (declaration.kind->least_further != 0)
+        return;
+    const std::size_t first = titles_.add(title.text, title.number);
+    if (first == 0 && declaration.kind->form == ValueForm::none)
+        titles_without_value_.add(title.text, title.number);
+    if (first != 0) {
+        findings_.warn(title.number, "the title " + quoted(title.text) + " stands at line " +
+                                         std::to_string(first) + " already; lookups find only that one");
+    }
+    if (title.text.empty())
+        findings_.warn(title.number, "the entry has no title");
+    if (title.text.size() > title_columns) {
+        findings_.warn(title.number, "the title has " + std::to_string(title.text.size()) +
+                                         " characters; the page shows about " +
+                                         std::to_string(title_columns));
+    }
+    check_underline(title, "title");
+}
+
+void SpecCheck::check_value_name(const Declaration& declaration) {
+    const SpecLine& name = declaration.value_name;
+    if (name.number == 0)
+        findings_.warn(declaration.title.number, "the file ends before the value name of this entry");
+    if (declaration.kind->form == ValueForm::none || name.number == 0)
+        return;
+    if (name.text.empty())
+        findings_.warn(name.number, "the value name is empty: that is the key's default value");
+    if (const std::size_t first = value_names_.add(name.text, name.number)) {
+        findings_.warn(name.number, "the value name " + quoted(name.text) + " stands at line " +
+                                        std::to_string(first) +
+                                        " already; the two entries overwrite each other's value");
+    }
+}
+
+void SpecCheck::check_help(const Declaration& declaration) {
+    const SpecLine& help = declaration.help_text;
+    if (help.number == 0 && declaration.value_name.number != 0)
+        findings_.warn(declaration.title.number, "the file ends before the help text of this entry");
+    if (declaration.kind->least_further != 0)
+        return;
+    // Two lines together hold more than one would: a short text needs no wrapping to be known to fit.
+    const bool may_be_long = 2 * help.text.size() / help_columns + 1 > help_lines;
+    const std::size_t lines = may_be_long ? wrapped_lines(help.text) : 1;
+    if (lines > help_lines) {
+        findings_.warn(help.number, "the help text takes about " + std::to_string(lines) +
+                                        " lines; the page shows " + std::to_string(help_lines) +
+                                        " in the smallest window");
+    }
+    check_underline(help, "help text");
+}
+
+void SpecCheck::check_options(const Declaration& declaration) {
+    if (declaration.further.empty())
+        findings_.warn(declaration.type.number, "there is no option to choose");
+    NameTable seen(false);
+    for (const SpecLine& option : declaration.further) {
+        if (option.text.empty())
+            findings_.warn(option.number, "a blank line among the options is an option with an empty text");
+        if (option.text.size() > longest_value) {
+            findings_.warn(option.number, "the option has " + std::to_string(option.text.size()) +
+                                              " characters; " + std::to_string(longest_value) +
+                                              " are stored");
+        }
+        if (const std::size_t first = seen.add(option.text, option.number)) {
+            findings_.warn(option.number, "the option " + quoted(option.text) + " stands at line " +
+                                              std::to_string(first) + " already");
+        }
+    }
+}
+
+void SpecCheck::check_underline(const SpecLine& line, const char* what) {
+    if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
+        findings_.warn(line.number,
+                       std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
+    }
+}
+
+void SpecCheck::check_lookups() {
+    for (const SpecLine& title : wanted_titles_)
+        check_wanted_title(title);
+    if (server_list_ != 0 && titles_.find("Port") == 0)
+        findings_.warn(server_list_,
+                       "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
+}
+
+void SpecCheck::check_wanted_title(const SpecLine& title) {
+    if (title.number == 0) {
+        findings_.error(connection_test_, "the file ends before the four titles of the connection test");
+    } else if (titles_.find(title.text) == 0) {
+        findings_.error(title.number,
+                        "the connection test does not find anything with the title " + quoted(title.text));
+    } else if (titles_without_value_.find(title.text) != 0) {
+        findings_.error(title.number, "the connection test finds the title " + quoted(title.text) +
+                                          ", but it has no value");
+    }
+}
+
+} // namespace
+
+std::vector<Finding> check_spec(std::string_view octets, bool is_utf8) {
+    return SpecCheck(octets, is_utf8).run();
+}
+
+} // namespace ctl

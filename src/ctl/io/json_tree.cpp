@@ -1,0 +1,132 @@
+#include "ctl/io/json_tree.h"
+
+#include "ctl/failure.h"
+#include "ctl/io/visible.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace ctl {
+namespace {
+
+using Parser = nlohmann::ordered_json;
+using Kind = JsonTree::Kind;
+
+[[noreturn]] void refuse(const std::string& text) { throw Failure{invalid, text}; }
+
+/// The library's words begin with its own name for the kind of error.
+std::string without_class(const std::string& words) {
+    const std::size_t end = words.find("] ");
+    return end == std::string::npos ? words : words.substr(end + 2);
+}
+
+void refuse_repeated_names(const std::vector<JsonMember>& members) {
+    std::vector<std::string_view> names(members.size());
+    std::transform(members.begin(), members.end(), names.begin(),
+                   [](const JsonMember& each) { return std::string_view(each.name); });
+    std::sort(names.begin(), names.end());
+    const auto repeated = std::adjacent_find(names.begin(), names.end());
+    if (repeated != names.end())
+        refuse("\"" + visible(*repeated) + "\" stands twice in one object");
+}
+
+/// Takes the parser's events, so that what is refused is refused before it costs memory.
+class TreeBuilder final : public nlohmann::json_sax<Parser> {
+public:
+    bool null() override { return put(Kind::null, {}); }
+    bool boolean(bool value) override { return put(Kind::boolean, value ? "true" : "false"); }
+    bool number_integer(number_integer_t value) override {
+        return put(Kind::whole_number, std::to_string(value));
+    }
+    bool number_unsigned(number_unsigned_t value) override {
+        return put(Kind::whole_number, std::to_string(value));
+    }
+    bool number_float(number_float_t, const string_t& literal) override {
+        return put(Kind::fraction, literal);
+    }
+    bool string(string_t& value) override { return put(Kind::text, std::move(value)); }
+    bool binary(binary_t&) override { return false; }
+    bool start_object(std::size_t) override { return open(Kind::object); }
+    bool end_object() override { return close(); }
+    bool start_array(std::size_t) override { return open(Kind::array); }
+    bool end_array() override { return close(); }
+    bool key(string_t& name) override;
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& failure) override {
+        refuse(without_class(failure.what()));
+    }
+
+    JsonTree take() { return std::move(root_); }
+
+private:
+    bool put(Kind kind, std::string text);
+    bool open(Kind kind);
+    bool close();
+    JsonTree& place();
+
+    JsonTree root_;
+    std::vector<JsonTree*> open_;
+    std::string name_;
+};
+
+/// Where the next value goes. Only the last member of an open tree is ever open, so the others may move.
+JsonTree& TreeBuilder::place() {
+    if (open_.empty())
+        return root_;
+    return open_.back()->members.emplace_back(JsonMember{std::move(name_), {}}).value;
+}
+
+bool TreeBuilder::put(Kind kind, std::string text) {
+    JsonTree& tree = place();
+    tree.kind = kind;
+    tree.text = std::move(text);
+    return true;
+}
+
+bool TreeBuilder::open(Kind kind) {
+    if (open_.size() == deepest_json)
+        refuse("the nesting is deeper than " + std::to_string(deepest_json));
+    JsonTree& tree = place();
+    tree.kind = kind;
+    open_.push_back(&tree);
+    return true;
+}
+
+bool TreeBuilder::close() {
+    if (open_.back()->kind == Kind::object)
+        refuse_repeated_names(open_.back()->members);
+    open_.pop_back();
+    return true;
+}
+
+bool TreeBuilder::key(string_t& name) {
+    name_ = std::move(name);
+    return true;
+}
+
+/// A zero byte the parser would take for the end.
+void refuse_other_encodings(std::string_view octets) {
+    if (octets.starts_with("\xFF\xFE") || octets.starts_with("\xFE\xFF"))
+        refuse("the text is UTF-16; write it as UTF-8");
+    if (octets.find('\0') != std::string_view::npos)
+        refuse("the text has a zero byte");
+}
+
+} // namespace
+
+const JsonTree* JsonTree::find(std::string_view name) const {
+    const auto found = std::find_if(members.begin(), members.end(),
+                                    [&](const JsonMember& each) { return each.name == name; });
+    return found == members.end() ? nullptr : &found->value;
+}
+
+JsonTree read_json(std::string_view octets) {
+    if (octets.size() > longest_json)
+        refuse("the text is larger than 16 MiB");
+    refuse_other_encodings(octets);
+    TreeBuilder builder;
+    Parser::sax_parse(octets.begin(), octets.end(), &builder);
+    return builder.take();
+}
+
+} // namespace ctl

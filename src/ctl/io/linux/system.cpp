@@ -1,0 +1,32 @@
+#include "ctl/io/system.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ctl {
+
+std::FILE* open_file(const std::string& path, const char* mode) { return std::fopen(path.c_str(), mode); }
+
+bool make_folders(const std::string& path) {
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1))
+        mkdir(path.substr(0, end).c_str(), 0777);
+    mkdir(path.c_str(), 0777);
+    struct stat found {};
+    return stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode);
+}
+
+std::string backup_folder() { return "tavrinctl-backups"; }
+
+void remove_file(const std::string& path) { unlink(path.c_str()); }
+
+bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
+
+std::string join_path(const std::string& folder, const std::string& name) {
+    return folder + (folder.ends_with('/') ? "" : "/") + name;
+}
+
+bool is_terminal(std::FILE* file) { return isatty(fileno(file)) != 0; }
+
+void make_binary(std::FILE*) {}
+
+} // namespace ctl

@@ -1,0 +1,50 @@
+#include "ctl/io/system.h"
+
+#include "ctl/io/windows/wide.h"
+#include "platform/win32.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+
+namespace ctl {
+
+/// Not with "x": the C library of older systems does not know it.
+std::FILE* open_file(const std::string& path, const char* mode) {
+    std::string known = mode;
+    const std::size_t fresh = known.find('x');
+    if (fresh == std::string::npos)
+        return _wfsopen(to_wide(path).c_str(), to_wide(known).c_str(), _SH_DENYNO);
+    const int file = _wopen(to_wide(path).c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, 0600);
+    return file < 0 ? nullptr : _fdopen(file, known.erase(fresh, 1).c_str());
+}
+
+bool make_folders(const std::string& path) {
+    const std::wstring wide = to_wide(path);
+    for (std::size_t end = wide.find_first_of(L"\\/", 1); end != std::wstring::npos;
+         end = wide.find_first_of(L"\\/", end + 1))
+        CreateDirectoryW(wide.substr(0, end).c_str(), nullptr);
+    CreateDirectoryW(wide.c_str(), nullptr);
+    const DWORD found = GetFileAttributesW(wide.c_str());
+    return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// For all users of the machine, and there without one who is logged on.
+std::string backup_folder() {
+    const wchar_t* const data = _wgetenv(L"ProgramData");
+    return (data != nullptr ? from_wide(data) : "C:\\ProgramData") + "\\Tavrin\\Backup";
+}
+
+void remove_file(const std::string& path) { DeleteFileW(to_wide(path).c_str()); }
+
+bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
+
+std::string join_path(const std::string& folder, const std::string& name) {
+    return folder + (folder.ends_with('\\') || folder.ends_with('/') ? "" : "\\") + name;
+}
+
+bool is_terminal(std::FILE* file) { return _isatty(_fileno(file)) != 0; }
+
+void make_binary(std::FILE* file) { _setmode(_fileno(file), _O_BINARY); }
+
+} // namespace ctl

@@ -1,0 +1,29 @@
+#include "ctl/machine/machine_key.h"
+
+#include "ctl/io/encoding.h"
+#include "ctl/failure.h"
+#include "base/messages.h"
+
+namespace ctl {
+namespace {
+
+[[noreturn]] void refuse(LSTATUS status, const std::string& path) {
+    const std::string key = "the key HKEY_LOCAL_MACHINE\\" + to_utf8(path);
+    switch (status) {
+    case ERROR_ACCESS_DENIED: throw Failure{access_denied, "access to " + key + " is denied"};
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND: throw Failure{invalid, key + " does not exist; keys are never created"};
+    default:
+        throw Failure{failed,
+                      key + " cannot be opened: " + to_utf8(system_error_string(static_cast<DWORD>(status)))};
+    }
+}
+
+} // namespace
+
+MachineKey::MachineKey(const std::string& path, REGSAM access) : key_(HKEY_LOCAL_MACHINE, path, access) {
+    if (!key_)
+        refuse(key_.status(), path);
+}
+
+} // namespace ctl

@@ -1,0 +1,28 @@
+#include "ctl/machine/exact_value.h"
+
+#include "ctl/io/encoding.h"
+#include "ctl/failure.h"
+#include "ctl/io/windows/wide.h"
+
+namespace ctl {
+
+std::optional<ExactValue> read_exactly(const MachineKey& key, const std::string& name) {
+    const std::wstring wide = to_wide(to_utf8(name));
+    ExactValue value{};
+    DWORD size = 0;
+    LSTATUS status = RegQueryValueExW(key.get(), wide.c_str(), nullptr, &value.type, nullptr, &size);
+    if (status == ERROR_FILE_NOT_FOUND)
+        return std::nullopt;
+    if (status == ERROR_SUCCESS) {
+        value.octets.resize(size);
+        status = RegQueryValueExW(key.get(), wide.c_str(), nullptr, &value.type,
+                                  reinterpret_cast<BYTE*>(value.octets.data()), &size);
+    }
+    if (status != ERROR_SUCCESS)
+        throw Failure{failed, "the value \"" + to_utf8(name) +
+                                  "\" cannot be read for the backup; nothing was written"};
+    value.octets.resize(size);
+    return value;
+}
+
+} // namespace ctl

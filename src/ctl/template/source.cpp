@@ -1,0 +1,134 @@
+#include "ctl/template/source.h"
+
+#include "ctl/io/encoding.h"
+#include "ctl/failure.h"
+#include "ctl/io/files.h"
+#include "ctl/io/visible.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+
+namespace ctl {
+namespace {
+
+std::string stem_of(const std::string& path) {
+    const std::string file = path.substr(path.find_last_of("/\\:") + 1);
+    return file.substr(0, file.rfind('.'));
+}
+
+std::string without_last_backslashes(std::string_view path) {
+    return std::string(path.substr(0, path.find_last_not_of('\\') + 1));
+}
+
+class Reading {
+public:
+    Reading(const std::string& path, unsigned code_page) : code_page_(code_page) {
+        source_.path = path;
+        source_.stem = stem_of(path);
+    }
+
+    TemplateSource read(const SpecModel& spec);
+
+private:
+    std::string utf8(const SpecLine& line) const { return to_utf8(line.text, code_page_); }
+    std::string id_of(const std::string& value_name);
+    void add(const SpecEntry& entry);
+    TemplateEntry made_of(const Declaration& declaration);
+    void add_left_out(const Declaration& declaration);
+
+    unsigned code_page_;
+    TemplateSource source_;
+    std::set<std::string> ids_;
+};
+
+TemplateSource Reading::read(const SpecModel& spec) {
+    source_.configuration = spec.is_old ? source_.stem : utf8(spec.name);
+    source_.key = without_last_backslashes(utf8(spec.registry_path));
+    for (const GroupStart& group : spec.groups)
+        source_.groups.push_back({utf8(group.name), {}});
+    for (const SpecEntry& entry : spec.entries)
+        add(entry);
+    std::erase_if(source_.groups, [](const TemplateGroup& group) { return group.entries.empty(); });
+    return std::move(source_);
+}
+
+/// Other systems than ours compare identifiers, and not all of them with regard to letter case.
+std::string Reading::id_of(const std::string& value_name) {
+    std::string id = value_name.empty() ? "Default" : value_name;
+    std::replace_if(
+        id.begin(), id.end(),
+        [](char byte) { return (byte & 0x80) != 0 || std::isalnum(static_cast<unsigned char>(byte)) == 0; },
+        '_');
+    std::string own = id;
+    for (int number = 2; !ids_.insert(to_lower(own)).second; ++number)
+        own = id + "_" + std::to_string(number);
+    return own;
+}
+
+void Reading::add(const SpecEntry& entry) {
+    if (entry.declaration.kind->form == ValueForm::none) {
+        add_left_out(entry.declaration);
+    } else {
+        source_.groups[entry.group].entries.push_back(made_of(entry.declaration));
+    }
+}
+
+TemplateEntry Reading::made_of(const Declaration& declaration) {
+    TemplateEntry entry{};
+    entry.value_name = utf8(declaration.value_name);
+    entry.id = id_of(entry.value_name);
+    entry.title = declaration.title.text.empty() ? entry.value_name : utf8(declaration.title);
+    entry.help = utf8(declaration.help_text);
+    entry.type = declaration.kind->type;
+    entry.form = declaration.kind->form;
+    entry.line = declaration.title.number;
+    if (entry.form == ValueForm::option) {
+        for (const SpecLine& option : declaration.further)
+            entry.options.push_back(utf8(option));
+    }
+    return entry;
+}
+
+void Reading::add_left_out(const Declaration& declaration) {
+    const std::string_view type = declaration.kind->type;
+    const char* reason = "it tests a connection";
+    if (type == "RemoveKey")
+        reason = "it removes a whole key, once, when somebody asks for it";
+    if (type == "SignalEvent")
+        reason = "it signals an event";
+    leave_out(source_, declaration.title.number, utf8(declaration.title), type,
+              std::string(reason) + ", and a template sets values");
+}
+
+[[noreturn]] void refuse(const std::string& path, const SpecError& error, unsigned code_page) {
+    throw Failure{invalid, path + ":" + std::to_string(error.line) +
+                               ": error: " + visible(to_utf8(error.text, code_page))};
+}
+
+} // namespace
+
+void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
+               const std::string& reason) {
+    source.left_out.push_back(source.path + ":" + std::to_string(line) + ": \"" + visible(title) + "\" (" +
+                              std::string(type) + ") is left out: " + reason);
+}
+
+TemplateSource template_source_of(const std::string& path, std::string octets, unsigned code_page) {
+    const SpecModel spec(std::move(octets));
+    for (const auto* errors : {&spec.errors, &spec.unknown_types}) {
+        if (!errors->empty())
+            refuse(path, errors->front(), code_page);
+    }
+    return Reading(path, code_page).read(spec);
+}
+
+TemplateSource read_template_source(const std::string& path, unsigned code_page) {
+    auto octets = read_file(path);
+    if (!octets)
+        throw Failure{invalid, path + ": the file cannot be read"};
+    return template_source_of(path, std::move(*octets), code_page);
+}
+
+} // namespace ctl

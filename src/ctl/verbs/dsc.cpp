@@ -1,0 +1,138 @@
+#include "ctl/change/change.h"
+#include "ctl/io/encoding.h"
+#include "ctl/io/console.h"
+#include "ctl/failure.h"
+#include "ctl/io/files.h"
+#include "ctl/change/report.h"
+#include "ctl/verbs.h"
+
+#include <algorithm>
+
+/// An instance is one configuration: its name is the key, its values are the properties that an engine
+/// compares.
+///
+///     {"name":"Tavrin Agent","values":{"Port":"5000","Compress":true}}
+namespace ctl {
+namespace {
+
+constexpr const char* instance_schema =
+    R"({"$schema":"https://json-schema.org/draft/2020-12/schema","title":"A configuration of the Tavrin Agent",)"
+    R"("type":"object","required":["name"],"additionalProperties":false,"properties":{)"
+    R"("name":{"type":"string","title":"The configuration's name"},)"
+    R"("service":{"type":"string","readOnly":true,"title":"The service that is restarted after a change"},)"
+    R"("values":{"type":"object","title":"Texts by value name; null for a value that shall not be there",)"
+    R"("additionalProperties":{"type":["string","integer","boolean","null"]}},)"
+    R"("_inDesiredState":{"type":["boolean","null"],"readOnly":true}}})"
+    "\n";
+
+WishedConfiguration read_instance() {
+    const auto octets = read_file("-", longest_json);
+    if (!octets)
+        throw Failure{failed, "the standard input cannot be read"};
+    const JsonTree instance = read_json(*octets);
+    if (instance.kind != JsonTree::Kind::object)
+        throw Failure{invalid, "the instance is no object"};
+    refuse_unknown(instance, "the instance", {"name", "service", "values", "_inDesiredState"});
+    const JsonTree* const values = instance.find("values");
+    if (values != nullptr && values->kind != JsonTree::Kind::object)
+        throw Failure{invalid, "\"values\" is no object"};
+    return {text_member(instance, "name"),
+            {},
+            values != nullptr ? read_values(*values) : std::vector<WishedValue>()};
+}
+
+Json instance_of(const MachineConfiguration& configuration, Json values) {
+    return {{"name", to_utf8(configuration.name)},
+            {"service", to_utf8(configuration.service())},
+            {"values", std::move(values)}};
+}
+
+/// A value too long to be read is none that anybody could ask for.
+Json all_values(const MachineConfiguration& configuration) {
+    const std::vector<StoredValue> stored = stored_values(configuration);
+    Json values = Json::object();
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        const Declaration& declaration = configuration.spec.entries[i].declaration;
+        if (declaration.kind->form != ValueForm::none && !stored[i].is_too_long)
+            values.emplace(to_utf8(declaration.value_name.text), json_of(stored[i]));
+    }
+    return values;
+}
+
+enum class Moment { before, after };
+
+/// Only the values that were asked for.
+Json asked_values(const ConfigurationChanges& changes, Moment moment) {
+    Json values = Json::object();
+    for (const Change& each : changes.changes) {
+        const bool is_new = moment == Moment::after;
+        values[to_utf8(each.value_name())] = !is_new      ? json_of(each.before)
+                                             : each.after ? Json(to_utf8(*each.after))
+                                                          : Json();
+    }
+    return values;
+}
+
+int get(const Arguments&) {
+    const WishedConfiguration wished = read_instance();
+    const Machine machine = read_machine();
+    const MachineConfiguration& configuration = configuration_named(machine, wished.name);
+    print(to_line(instance_of(configuration, all_values(configuration))));
+    return as_wished;
+}
+
+int test_instance(const Arguments&) {
+    const Machine machine = read_machine();
+    const std::vector<ConfigurationChanges> changes = plan_changes(machine, {read_instance()});
+    Json instance =
+        instance_of(*changes.front().configuration, asked_values(changes.front(), Moment::before));
+    instance["_inDesiredState"] = !any_differ(changes);
+    print(to_line(instance));
+    return as_wished;
+}
+
+/// Two lines: the state, and the names of the properties that changed.
+int set_instance(const Arguments& arguments) {
+    const Machine machine = read_machine();
+    const Done done = carry_out(machine, {read_instance()}, arguments);
+    const ConfigurationChanges& changes = done.changes.front();
+    print(to_line(instance_of(*changes.configuration, asked_values(changes, Moment::after))));
+    print(to_line(changes.differ() ? Json::array({"values"}) : Json::array()));
+    return done.code;
+}
+
+int export_all(const Arguments&) {
+    const Machine machine = read_machine();
+    for (const MachineConfiguration& each : machine)
+        print(to_line(instance_of(each, all_values(each))));
+    return as_wished;
+}
+
+int print_schema(const Arguments&) {
+    print(instance_schema);
+    return as_wished;
+}
+
+struct Operation {
+    const char* name;
+    int (*run)(const Arguments&);
+};
+
+constexpr Operation operations[] = {
+    {"get", get},           {"set", set_instance},    {"test", test_instance},
+    {"export", export_all}, {"schema", print_schema},
+};
+
+} // namespace
+
+int dsc(const Arguments& arguments) {
+    const std::string& name = arguments.operands.front();
+    const auto* const found = std::find_if(std::begin(operations), std::end(operations),
+                                           [&](const Operation& each) { return name == each.name; });
+    if (found == std::end(operations))
+        throw Failure{usage, "dsc knows get, set, test, export and schema, not \"" + name + "\""};
+    say_in_json();
+    return found->run(arguments);
+}
+
+} // namespace ctl

@@ -1,0 +1,90 @@
+#include "ctl/io/encoding.h"
+#include "ctl/io/console.h"
+#include "ctl/failure.h"
+#include "ctl/io/json.h"
+#include "ctl/machine/machine.h"
+#include "ctl/change/state_file.h"
+#include "ctl/machine/stored_value.h"
+#include "ctl/verbs.h"
+#include "base/exceptions.h"
+#include "base/text.h"
+#include "net/discovery.h"
+#include "net/socket.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+namespace ctl {
+namespace {
+
+bool lists_servers(const MachineConfiguration& configuration) {
+    const auto& entries = configuration.spec.entries;
+    return std::any_of(entries.begin(), entries.end(), [](const SpecEntry& each) {
+        return each.declaration.kind->form == ValueForm::server_list;
+    });
+}
+
+const Declaration* port_of(const MachineConfiguration& configuration) {
+    const auto& entries = configuration.spec.entries;
+    const auto found = std::find_if(entries.begin(), entries.end(), [](const SpecEntry& each) {
+        return each.declaration.title.text == "Port" && each.declaration.kind->form != ValueForm::none;
+    });
+    return found == entries.end() ? nullptr : &found->declaration;
+}
+
+std::uint16_t configured_port(const MachineConfiguration& configuration, const Declaration& port) {
+    const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
+    try {
+        return static_cast<std::uint16_t>(parse_int(look_up(key, std::string(port.value_name.text)).text));
+    } catch (const error::EParseError& failure) {
+        throw Failure{invalid, "Error reading value: " + to_utf8(failure.full_text())};
+    }
+}
+
+/// Where the window would scan.
+std::uint16_t find_port() {
+    for (const MachineConfiguration& each : read_machine()) {
+        const Declaration* const port = lists_servers(each) ? port_of(each) : nullptr;
+        if (port != nullptr)
+            return configured_port(each, *port);
+    }
+    throw Failure{usage, "no configuration tells the port; name it with --port"};
+}
+
+std::vector<std::string> scan_at(std::uint16_t port, int wait) {
+    char* block = nullptr;
+    const char* const problem = scan_servers(port, &block, {.silence = wait});
+    const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
+    if (problem != nullptr)
+        throw Failure{failed, "Error scanning for Tavrin Servers: " + to_utf8(problem)};
+    std::vector<std::string> found;
+    for (const char* server = block; *server != '\0'; server += std::strlen(server) + 1)
+        found.emplace_back(server);
+    return found;
+}
+
+void print_found(const std::vector<std::string>& found, std::uint16_t port, bool as_json) {
+    if (as_json) {
+        print(to_text({{"schema", schema_version}, {"port", port}, {"servers", found}}));
+        return;
+    }
+    for (const std::string& server : found)
+        print(server + "\n");
+    if (found.empty())
+        say("no Tavrin Server answered at port " + std::to_string(port), Level::info);
+}
+
+} // namespace
+
+int scan(const Arguments& arguments) {
+    const std::uint16_t port = arguments.port ? *arguments.port : find_port();
+    if (const char* const problem = net_startup())
+        throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
+    show_progress("scanning for Tavrin Servers at port " + std::to_string(port));
+    print_found(scan_at(port, arguments.wait), port, arguments.json);
+    return as_wished;
+}
+
+} // namespace ctl

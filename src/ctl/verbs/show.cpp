@@ -1,0 +1,110 @@
+#include "ctl/io/encoding.h"
+#include "ctl/io/console.h"
+#include "ctl/exit_codes.h"
+#include "ctl/change/report.h"
+#include "ctl/change/state_file.h"
+#include "ctl/verbs.h"
+#include "ctl/io/visible.h"
+
+#include <algorithm>
+#include <array>
+
+namespace ctl {
+namespace {
+
+using Row = std::array<std::string, 3>;
+
+std::string shown(const SpecEntry& entry, const StoredValue& value) {
+    if (entry.declaration.kind->form == ValueForm::none)
+        return "(no value)";
+    if (!value.is_there)
+        return "(not set)";
+    if (value.is_too_long)
+        return "(longer than 1,024 bytes)";
+    return visible(to_utf8(value.text)) + (value.is_text() ? "" : " (" + type_name(value.type) + ")");
+}
+
+Row row_of(const SpecEntry& entry, const StoredValue& value) {
+    return {visible(to_utf8(entry.declaration.value_name.text)), std::string(entry.declaration.kind->type),
+            shown(entry, value)};
+}
+
+/// Characters, not octets.
+std::size_t width_of(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+std::string padded(const std::string& text, std::size_t width) {
+    return text + std::string(width - std::min(width_of(text), width) + 2, ' ');
+}
+
+std::size_t widest(const std::vector<Row>& rows, std::size_t column) {
+    std::size_t width = 0;
+    for (const Row& row : rows)
+        width = std::max(width, width_of(row[column]));
+    return width;
+}
+
+std::string line_of(const Row& row, std::size_t name_width, std::size_t kind_width) {
+    std::string line = "    " + padded(row[0], name_width) + padded(row[1], kind_width) + row[2];
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line + "\n";
+}
+
+void print_head(const MachineConfiguration& configuration) {
+    std::string head = visible(to_utf8(configuration.name)) + "\n  key      HKEY_LOCAL_MACHINE\\" +
+                       visible(to_utf8(configuration.key())) + "\n";
+    if (!configuration.service().empty())
+        head += "  service  " + visible(to_utf8(configuration.service())) + "\n";
+    print(head);
+}
+
+/// Entries that stand in no group have no head of one.
+void print_group(const MachineConfiguration& configuration, std::size_t group) {
+    const std::string name = visible(to_utf8(configuration.spec.groups[group].name.text));
+    if (!name.empty())
+        print("  [" + name + "]\n");
+}
+
+void print_table(const MachineConfiguration& configuration) {
+    const std::vector<StoredValue> values = stored_values(configuration);
+    const std::vector<SpecEntry>& entries = configuration.spec.entries;
+    std::vector<Row> rows;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        rows.push_back(row_of(entries[i], values[i]));
+    const std::size_t name_width = widest(rows, 0);
+    const std::size_t kind_width = widest(rows, 1);
+    print_head(configuration);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (i == 0 || entries[i].group != entries[i - 1].group)
+            print_group(configuration, entries[i].group);
+        print(line_of(rows[i], name_width, kind_width));
+    }
+}
+
+void print_json(const std::vector<const MachineConfiguration*>& configurations) {
+    Json all = Json::object();
+    for (const MachineConfiguration* each : configurations)
+        all[to_utf8(each->name)] = described(*each);
+    print(to_text({{"schema", schema_version}, {"configurations", std::move(all)}}));
+}
+
+} // namespace
+
+int show(const Arguments& arguments) {
+    const Machine machine = read_machine();
+    const auto configurations = chosen(machine, arguments.operands);
+    if (arguments.json) {
+        print_json(configurations);
+        return as_wished;
+    }
+    for (const MachineConfiguration* each : configurations) {
+        if (each != configurations.front())
+            print("\n");
+        print_table(*each);
+    }
+    return as_wished;
+}
+
+} // namespace ctl

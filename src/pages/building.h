@@ -1,0 +1,18 @@
+#pragma once
+/// Makes groups and entries of what a spec file says.
+#include "specfile/spec_text.h"
+
+#include <functional>
+#include <string>
+
+class Settings;
+
+/// Is told of an error that does not end the building.
+using SpecErrorReport = std::function<void(const SpecError&)>;
+
+/// Fills `target`, which must be fresh, from the text of a spec file, which it keeps; `registry_value_name`
+/// becomes the name of an old file's configuration. An unknown type is told to `unknown_type_found`, unless
+/// the configuration serves the connection test only. Throws a text (std::string) on every other error, and
+/// at the first.
+void build_settings(Settings& target, const std::string& registry_value_name, std::string text,
+                    const SpecErrorReport& unknown_type_found);

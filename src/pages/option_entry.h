@@ -1,0 +1,38 @@
+#pragma once
+/// A choice from a fixed list of texts; each is at once what the user sees and what is stored.
+#include "pages/base_entry.h"
+#include "store/common_reg_key.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+class OptionEntry final : public SingleControlEntry, public CommonRegKey {
+public:
+    OptionEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
+                std::vector<std::string> options);
+
+    void createControls(HWND parent) override;
+    void layout(HWND parent) override;
+    /// A value that is not among the options shows as no selection.
+    void showValue() override;
+    /// Without a selection the value is the one that was shown as none. Throws a text when the list holds
+    /// what this entry did not add.
+    void takeValue() override;
+    LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
+
+private:
+    void add_option(const std::string& option);
+    void limit_opened_list();
+
+    std::vector<std::string> options_;
+    /// The list box as it was filled. The value is taken from here and not from the box's texts, so it is
+    /// exactly the option, whatever the box does with it.
+    std::map<std::uint32_t, std::string> text_by_index_;
+    std::map<std::string, std::uint32_t> index_by_text_;
+    /// The value that shows as no selection, while there is such a value. A choice in an opened list is
+    /// taken, and gone again when the list closes without it.
+    std::optional<std::string> shown_as_none_;
+};

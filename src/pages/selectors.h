@@ -1,0 +1,74 @@
+#pragma once
+/// The entries whose value is typed or found: a text box and a button beside it.
+#include "pages/base_entry.h"
+#include "store/common_reg_key.h"
+
+#include <string>
+#include <string_view>
+
+/// What tells one such kind from another; distances and sizes in pixels.
+struct TextAndButton {
+    const char* text_box_failure;
+    const char* button_text;
+    const char* button_failure;
+    /// How much narrower than the page the text box is.
+    int text_box_narrower;
+    /// Where the button's upper left corner is, from the page's lower right one.
+    int button_from_right;
+    int button_above_bottom;
+    int button_width;
+    int button_height;
+};
+
+/// The page of every kind of entry that has a text box, which holds the value, and a button beside it, which
+/// finds one.
+class TextAndButtonEntry : public BaseEntry, public CommonRegKey {
+public:
+    /// `kind` must outlive the entry.
+    TextAndButtonEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
+                       const TextAndButton& kind);
+
+    void createControls(HWND parent) override;
+    void destroyControls(HWND parent) override;
+    void layout(HWND parent) override;
+    void showValue() override;
+    void takeValue() override;
+    LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
+
+protected:
+    ~TextAndButtonEntry() = default;
+
+    virtual void button_pressed() = 0;
+
+    /// Null while the page is not shown.
+    HWND text_box() const { return text_box_; }
+    /// Makes `found` the value and shows it.
+    void replace_value(std::string found);
+
+private:
+    const TextAndButton& kind_;
+    HWND text_box_ = nullptr;
+    HWND button_ = nullptr;
+};
+
+/// A folder, typed or picked with the shell's folder browser.
+class DirectorySelector final : public TextAndButtonEntry {
+public:
+    DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text);
+
+private:
+    void button_pressed() override;
+};
+
+/// A file, typed or picked with the open-file dialog, which offers the files of one extension.
+class FileSelector final : public TextAndButtonEntry {
+public:
+    /// `extension` has no dot; empty for files of every name.
+    FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
+                 std::string extension);
+
+private:
+    void button_pressed() override;
+
+    std::string extension_;
+};

@@ -1,0 +1,52 @@
+#pragma once
+/// What a spec file describes, as entries: which settings there are, and where they are kept.
+#include "pages/base_entry.h"
+#include "store/common_reg_key.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// A named list of entries, in the order of the spec file.
+struct Group {
+    /// Empty for the implicit group of entries that stand before any group start; it gets no tree node.
+    std::string name;
+    std::vector<OwnedEntry> entries;
+};
+
+class Settings {
+public:
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
+
+    /// The first entry, in group and entry order, whose title is exactly `title`. Throws a text when there is
+    /// none.
+    BaseEntry& entry_by_title(const std::string& title) const;
+    /// The value of that entry. Throws a text when the entry has no registry value.
+    CommonRegKey& value_by_title(const std::string& title) const;
+    /// That value's current text.
+    std::string text_by_title(const std::string& title) const;
+    /// That value's current text as a decimal number. Throws a text when it is none.
+    std::int32_t integer_by_title(const std::string& title) const;
+
+    /// Only what the connection test needs is built, and no value is read.
+    const bool connectionTestOnly;
+    /// The spec file as it was read. The entries' titles, help texts and value names stand in it.
+    std::string spec_text;
+    /// The key below HKEY_LOCAL_MACHINE under which all values of this configuration live.
+    std::string registryPath;
+    std::string name;
+    /// The agent's Windows service; empty when the configuration has none.
+    std::string serviceName;
+    std::vector<Group> groups;
+    bool offersConnectionTest = false;
+    /// Titles of the entries that hold the connection test's parameters.
+    std::string agent_name_title;
+    std::string agent_domain_title;
+    std::string server_list_title;
+    std::string default_port_title;
+
+protected:
+    explicit Settings(bool connection_test_only) : connectionTestOnly(connection_test_only) {}
+    ~Settings() = default;
+};

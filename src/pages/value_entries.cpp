@@ -1,0 +1,61 @@
+#include "pages/value_entries.h"
+
+#include "specfile/value_forms.h"
+
+#include <utility>
+
+// Whoever sets a value without a page may enter just as long a text.
+static_assert(longest_value == longest_taken_text);
+
+namespace {
+
+constexpr PageControl text_box{.child = {.window_class = "Edit",
+                                         .style = ES_AUTOHSCROLL,
+                                         .extended_style = WS_EX_CLIENTEDGE,
+                                         .failure = "Unable to create text entry control"},
+                               .above_bottom = 30,
+                               .height = 20,
+                               .edited = EN_CHANGE};
+
+constexpr PageControl number_box{.child = {.window_class = "Edit",
+                                           .style = ES_NUMBER | ES_AUTOHSCROLL,
+                                           .extended_style = WS_EX_CLIENTEDGE,
+                                           .failure = "Unable to create integer entry control"},
+                                 .above_bottom = 30,
+                                 .height = 20,
+                                 .edited = EN_CHANGE};
+
+constexpr PageControl checkbox{.child = {.window_class = "Button",
+                                         .text = "Enabled",
+                                         .style = BS_AUTOCHECKBOX,
+                                         .failure = "Unable to create checkbox control"},
+                               .above_bottom = 25,
+                               .height = 15,
+                               .edited = BN_CLICKED};
+
+} // namespace
+
+StringEntry::StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, text_box), CommonRegKey(std::move(binding)) {}
+
+void StringEntry::showValue() { SetWindowTextA(control(), value().c_str()); }
+
+void StringEntry::takeValue() { set_value(control_text(control())); }
+
+IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, number_box), CommonRegKey(std::move(binding)) {}
+
+void IntegerEntry::showValue() { SetWindowTextA(control(), integer_text(value()).c_str()); }
+
+void IntegerEntry::takeValue() { set_value(integer_text(control_text(control()))); }
+
+BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
+    : SingleControlEntry(title, help_text, checkbox), CommonRegKey(std::move(binding)) {}
+
+void BooleanEntry::showValue() {
+    SendMessageA(control(), BM_SETCHECK, means_checked(value()) ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+void BooleanEntry::takeValue() {
+    set_value(checked_text(SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED));
+}

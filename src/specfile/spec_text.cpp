@@ -1,0 +1,165 @@
+#include "specfile/spec_text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+namespace {
+
+/// Ctrl-Z, with which a text ends on Windows; `copy` leaves one behind the files that it joins.
+constexpr char end_of_text = '\x1A';
+
+SpecError parse_error(const SpecLine& line, const char* expected) {
+    return {line.number, "Parse error: line \"" + std::string(line.text) + "\" not " + expected + " start"};
+}
+
+SpecLine without_first(const SpecLine& line) { return {line.text.substr(1), line.number}; }
+
+} // namespace
+
+/// Binary, since text mode would end the file at that byte on one system and not on the other. The C
+/// library's files, since a stream would bring the whole of the locales into the program.
+std::optional<std::string> read_spec_file(const std::string& path) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
+    if (file == nullptr)
+        return std::nullopt;
+    std::string bytes;
+    char chunk[65536];
+    while (const std::size_t size = std::fread(chunk, 1, sizeof chunk, file.get()))
+        bytes.append(chunk, size);
+    // Some systems open a directory and then refuse to read it.
+    if (std::ferror(file.get()) != 0)
+        return std::nullopt;
+    bytes.resize(std::min(bytes.find(end_of_text), bytes.size()));
+    return bytes;
+}
+
+std::string_view LineReader::read() {
+    if (at_end())
+        return {};
+    ++lines_read_;
+    const char* const start = rest_.data();
+    const auto* const feed = static_cast<const char*>(std::memchr(start, '\n', rest_.size()));
+    if (feed == nullptr)
+        return std::exchange(rest_, {});
+    const auto size = static_cast<std::size_t>(feed - start);
+    rest_ = {feed + 1, rest_.size() - size - 1};
+    return {start, size > 0 && feed[-1] == '\r' ? size - 1 : size};
+}
+
+const EntryKind* find_entry_kind(std::string_view type) {
+    const auto* const found = std::find_if(std::begin(entry_kinds), std::end(entry_kinds),
+                                           [&](const EntryKind& kind) { return kind.type == type; });
+    return found == std::end(entry_kinds) ? nullptr : found;
+}
+
+SpecReader::SpecReader(std::string_view text) : lines_(text), registry_path_(read_line()) {
+    std::string_view& path = registry_path_.text;
+    path.remove_prefix(std::min(path.find_first_not_of('\\'), path.size()));
+    is_old_ = lines_.next_starts_with('!') || lines_.next_starts_with('$');
+    if (!is_old_)
+        name_ = read_line();
+}
+
+const SpecStatement* SpecReader::next() {
+    while (!lines_.at_end()) {
+        if (is_in_group_ && lines_.next_starts_with('$')) {
+            read_declaration();
+            return &statement_;
+        }
+        is_in_group_ = false;
+        if (read_group_level())
+            return &statement_;
+    }
+    return nullptr;
+}
+
+/// False for a blank line, which says nothing.
+bool SpecReader::read_group_level() {
+    // Every run of subspecs outside a group gets an unnamed group of its own.
+    if (is_old_ && lines_.next_starts_with('$')) {
+        start_group({{}, lines_.line_number() + 1}, true);
+        return true;
+    }
+    const SpecLine line = read_line();
+    if (line.text.empty())
+        return false;
+    if (line.text.front() == '!') {
+        start_group(without_first(line), false);
+    } else {
+        take_service_name(line);
+    }
+    return true;
+}
+
+void SpecReader::start_group(const SpecLine& name, bool is_implied) {
+    is_in_group_ = true;
+    statement_ = GroupStart{name, is_implied};
+}
+
+void SpecReader::take_service_name(const SpecLine& line) {
+    if (has_service_name_) {
+        statement_ = parse_error(line, "group");
+        return;
+    }
+    has_service_name_ = true;
+    statement_ = ServiceName{line};
+}
+
+void SpecReader::read_declaration() {
+    const SpecLine start = read_line();
+    if (start.text.empty() || start.text.front() != '$') {
+        statement_ = parse_error(start, "subspec");
+        return;
+    }
+    Declaration& declaration = fresh_declaration();
+    declaration.title = without_first(start);
+    declaration.value_name = read_line();
+    declaration.help_text = read_line();
+    declaration.type = read_type();
+    declaration.kind = find_entry_kind(declaration.type.text);
+    if (declaration.kind != nullptr && declaration.kind->most_further > 0)
+        read_further(declaration);
+}
+
+/// In place, since there may be a hundred thousand of them.
+Declaration& SpecReader::fresh_declaration() {
+    auto* const last = std::get_if<Declaration>(&statement_);
+    if (last == nullptr)
+        return statement_.emplace<Declaration>();
+    last->further.clear();
+    return *last;
+}
+
+SpecLine SpecReader::read_line() {
+    if (lines_.at_end())
+        return {};
+    const std::string_view text = lines_.read();
+    return {text, lines_.line_number()};
+}
+
+SpecLine SpecReader::read_type() {
+    return is_old_ && at_subspec_end() ? SpecLine{"Integer", 0} : read_line();
+}
+
+void SpecReader::read_further(Declaration& declaration) {
+    std::vector<SpecLine>& further = declaration.further;
+    while (further.size() < declaration.kind->most_further &&
+           (further.size() < declaration.kind->least_further || !at_subspec_end()))
+        further.push_back(read_line());
+}
+
+/// At the next subspec, at a group start or at the end of the text.
+bool SpecReader::at_subspec_end() const {
+    return lines_.at_end() || lines_.next_starts_with('$') || lines_.next_starts_with('!');
+}
+
+SpecError unknown_type(const Declaration& declaration) {
+    const std::size_t line =
+        declaration.type.number != 0 ? declaration.type.number : declaration.title.number;
+    return {line, "Unknown type: \"" + std::string(declaration.type.text) + "\", for subspec " +
+                      std::string(declaration.title.text)};
+}

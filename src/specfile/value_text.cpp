@@ -1,0 +1,107 @@
+#include "specfile/value_text.h"
+
+#include "base/text.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <vector>
+
+namespace {
+
+using Problem = std::optional<std::string>;
+
+using Limits = std::numeric_limits<std::int32_t>;
+
+/// The number that the whole of `text` is, in C's notations and of any size; nothing when it is none.
+std::optional<long long> whole_number(const std::string& text) {
+    char* end = nullptr;
+    const long long number = std::strtoll(text.c_str(), &end, 0);
+    // What the C library of some day reads further than an entry does is no number either.
+    const bool reads_alike = scan_int(text) == std::clamp<long long>(number, Limits::min(), Limits::max());
+    return reads_alike && end == text.c_str() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+Problem integer_problem(const std::string& text) {
+    if (text.empty())
+        return {};
+    const auto number = whole_number(text);
+    if (!number)
+        return "not a whole number";
+    if (*number < Limits::min() || *number > Limits::max())
+        return "not between -2147483648 and 2147483647";
+    return {};
+}
+
+Problem boolean_problem(const std::string& text) {
+    const std::string lower = to_lower(text);
+    if (lower != "true" && lower != "false")
+        return "neither \"true\" nor \"false\"";
+    return {};
+}
+
+Problem option_problem(const Declaration& declaration, const std::string& text) {
+    std::string offered;
+    for (const SpecLine& option : declaration.further) {
+        if (option.text == text)
+            return {};
+        offered += (offered.empty() ? "" : ", ") + ('"' + std::string(option.text) + '"');
+    }
+    return offered.empty() ? "there is no option to choose" : "none of the options " + offered;
+}
+
+bool is_port(const std::string& text) {
+    char* end = nullptr;
+    const long number = std::strtol(text.c_str(), &end, 10);
+    constexpr long highest = std::numeric_limits<std::uint16_t>::max();
+    return end == text.c_str() + text.size() && number >= 0 && number <= highest;
+}
+
+Problem server_problem(const std::string& item) {
+    const std::size_t colon = item.find(':');
+    if (colon == std::string::npos || is_port(item.substr(colon + 1)))
+        return {};
+    return "the port \"" + item.substr(colon + 1) + "\" of the server \"" + item.substr(0, colon) +
+           "\" is not a number from 0 to 65535";
+}
+
+Problem server_list_problem(const std::string& text) {
+    std::vector<std::string> items;
+    split_string(items, text, ',', false);
+    for (const std::string& item : items) {
+        if (auto problem = server_problem(item))
+            return problem;
+    }
+    return {};
+}
+
+ValueForm form_of(const Declaration& declaration) {
+    return declaration.kind == nullptr ? ValueForm::none : declaration.kind->form;
+}
+
+} // namespace
+
+std::string stored_by_page(const Declaration& declaration, const std::string& stored) {
+    switch (form_of(declaration)) {
+    case ValueForm::integer: return integer_text(stored);
+    case ValueForm::flag: return checked_text(means_checked(stored));
+    default: return stored.substr(0, longest_value);
+    }
+}
+
+std::optional<std::string> value_problem(const Declaration& declaration, const std::string& text) {
+    if (text.size() > longest_value)
+        return "longer than " + std::to_string(longest_value) + " bytes";
+    if (text.find('\0') != std::string::npos)
+        return "holds a zero byte";
+    switch (form_of(declaration)) {
+    case ValueForm::text: return {};
+    case ValueForm::integer: return integer_problem(text);
+    case ValueForm::flag: return boolean_problem(text);
+    case ValueForm::option: return option_problem(declaration, text);
+    case ValueForm::server_list: return server_list_problem(text);
+    case ValueForm::none: break;
+    }
+    return "there is no value to set";
+}

@@ -1,0 +1,12 @@
+#pragma once
+/// The one header through which a test talks to the substitute: it scripts the user and the system's answers,
+/// makes calls fail, lets the clock run and lists what was asked.
+#include "substitute/control/calls.h"
+#include "substitute/control/clock.h"
+#include "substitute/control/dialogs.h"
+#include "substitute/control/errors.h"
+#include "substitute/control/events.h"
+#include "substitute/control/registry.h"
+#include "substitute/control/services.h"
+#include "substitute/control/sockets.h"
+#include "substitute/control/user.h"

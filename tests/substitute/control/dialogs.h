@@ -1,0 +1,57 @@
+#pragma once
+/// The scripted user in the folder browser and in the open-file dialog.
+#include "substitute/dialogs/shell.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace substitute {
+
+/// What the user does in the next folder browser: clicks through places, then leaves.
+struct FolderChoice {
+    /// Places that are selected one after the other; an empty path is a place without one (a control panel).
+    std::vector<std::string> clicked;
+    /// Whether the browser is left with OK; the last place selected is then the result.
+    bool accepted = true;
+};
+
+/// What the program asked of the folder browser and told it from its callback.
+struct ShownFolderBrowser {
+    HWND owner = nullptr;
+    std::string title;
+    UINT flags = 0;
+    bool has_root = false;
+    /// Whether there was a place for the name of what was chosen.
+    bool takes_name = false;
+    /// Paths that the program selected with BFFM_SETSELECTIONA.
+    std::vector<std::string> selections;
+    /// What BFFM_ENABLEOK said, in order.
+    std::vector<bool> ok_enabled;
+};
+
+/// A browser without a scripted choice is cancelled.
+void choose_next_folder(FolderChoice choice);
+const std::vector<ShownFolderBrowser>& shown_folder_browsers();
+/// Places that the browser handed out and the program has not freed.
+std::size_t places_held();
+
+/// What the program asked of the open-file dialog.
+struct ShownFileDialog {
+    OPENFILENAMEA details{};
+    /// Up to the two NULs at its end, which are not kept; empty when there is none.
+    std::string filter;
+    std::string initial_file;
+    std::string title;
+};
+
+/// The path that the user picks in the next open-file dialog; none: the dialog is cancelled, as one without a
+/// scripted choice is.
+void choose_next_file(std::optional<std::string> path);
+const std::vector<ShownFileDialog>& shown_file_dialogs();
+
+/// How often CoInitialize was called without CoUninitialize since.
+int com_initialized();
+bool common_controls_initialized();
+
+} // namespace substitute

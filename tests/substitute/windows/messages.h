@@ -1,0 +1,28 @@
+#pragma once
+/// The message queue. Internal to the substitute.
+#include "substitute/windows/user_types.h"
+
+#include <functional>
+
+namespace substitute {
+
+/// One act of the user, as it comes from keyboard or mouse: which window it reaches is settled only when
+/// the program takes it out of the queue.
+struct Input {
+    UINT message;
+    WPARAM wparam;
+    HWND clicked;
+    LPARAM where;
+};
+
+void queue_input(const Input& input);
+void queue_step(std::function<void()> step);
+/// Dispatches what is posted, as the system's own modal loops do, but takes no input.
+void dispatch_posted();
+/// The same for everything that waits, input included.
+void dispatch_all();
+bool queue_is_empty();
+/// Whether the thread was asked to quit: then every modal loop ends at once.
+bool quit_waits();
+
+} // namespace substitute

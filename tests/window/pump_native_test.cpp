@@ -1,0 +1,39 @@
+// What the pump between the steps of a long wait leaves alone.
+#include "substitute/control.h"
+#include "support/test_window.h"
+#include "support/thrown.h"
+#include "support/user.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+class NativePump : public TestWindow {
+protected:
+    void SetUp() override {
+        TestWindow::SetUp();
+        pump_messages();
+    }
+    ~NativePump() override { forget_kept(); }
+};
+
+TEST_F(NativePump, HandsNothingOnWhenNothingWaits) {
+    const int before = substitute::call_count("DispatchMessageA");
+    pump_one_message();
+    EXPECT_EQ(substitute::call_count("DispatchMessageA"), before);
+}
+
+/// What another program sends is handled while the queue is looked at, and is no message that is taken.
+TEST_F(NativePump, HandsOnAtOnceWhatIsThrownWhileItLooks) {
+    substitute::when_peeked([] {
+        guarded(
+            0, []() -> LRESULT { throw std::string("broken"); }, [] { return LRESULT{0}; });
+        MSG wake_up{};
+        PeekMessageA(&wake_up, nullptr, WM_NULL, WM_NULL, PM_REMOVE);
+    });
+    EXPECT_EQ(thrown_text([] { pump_one_message(); }), "broken");
+}
+
+} // namespace
