@@ -2,8 +2,8 @@
 // server that has not answered yet costs a receive more. usage: calls_bench RESULT_FILE PORT (bench/answering
 // listens)
 #include "net/socket.h"
-#include "substitute/control/calls.h"
 #include "protocol/negotiation.h"
+#include "substitute/control/calls.h"
 
 #include <cstdio>
 #include <cstdlib>

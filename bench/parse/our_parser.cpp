@@ -1,8 +1,8 @@
-#include "parse/settings.h"
 #include "pages/building.h"
 #include "pages/configuration.h"
 #include "pages/selectors.h"
 #include "pages/value_entries.h"
+#include "parse/settings.h"
 
 namespace parse {
 namespace {

@@ -3,8 +3,8 @@
 // person.
 #include "app/main_window_controls.h"
 #include "app/start_up.h"
-#include "substitute/control.h"
 #include "pages/configuration.h"
+#include "substitute/control.h"
 #include "window/main_handle.h"
 
 #include <benchmark/benchmark.h>

@@ -1,9 +1,9 @@
 #include "app/apply_changes.h"
 
 #include "service/apply.h"
-#include "window/wait_window.h"
 #include "window/boxes.h"
 #include "window/main_handle.h"
+#include "window/wait_window.h"
 
 #include <cstdio>
 

@@ -2,8 +2,8 @@
 
 #include "base/text.h"
 #include "protocol/connection_test.h"
-#include "window/wait_window.h"
 #include "window/boxes.h"
+#include "window/wait_window.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #include "ctl/arguments.h"
 
-#include "ctl/io/encoding.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 
 #include <algorithm>
 #include <charconv>

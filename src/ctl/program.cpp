@@ -1,7 +1,7 @@
 #include "ctl/program.h"
 
-#include "ctl/io/console.h"
 #include "ctl/failure.h"
+#include "ctl/io/console.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,8 +1,8 @@
 #pragma once
 /// One configuration of the agent: the settings that a spec file describes, and what the main window notes
 /// about them.
-#include "platform/win32.h"
 #include "pages/settings.h"
+#include "platform/win32.h"
 
 #include <map>
 #include <memory>

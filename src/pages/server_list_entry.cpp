@@ -2,10 +2,10 @@
 
 #include "base/text.h"
 #include "net/discovery.h"
-#include "window/wait_window.h"
 #include "pages/settings.h"
 #include "window/boxes.h"
 #include "window/main_handle.h"
+#include "window/wait_window.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// The apply sequence as far as a machine without the agent's service can show it; tests/app/apply_changes_native_test.cpp
-// has every branch over scripted services.
+// The apply sequence as far as a machine without the agent's service can show it;
+// tests/app/apply_changes_native_test.cpp has every branch over scripted services.
 #include "app/apply_changes.h"
 #include "support/boxes.h"
 #include "support/clean_system.h"

@@ -1,7 +1,7 @@
 /// What the program asks of the system before its first window, where no look at the window could tell.
 #include "substitute/control.h"
-#include "window/wait_window.h"
 #include "support/program.h"
+#include "window/wait_window.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

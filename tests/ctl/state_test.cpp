@@ -1,6 +1,6 @@
 // State files: their form, and what is refused in them.
-#include "ctl/failure.h"
 #include "ctl/change/state_file.h"
+#include "ctl/failure.h"
 
 #include <gmock/gmock.h>
 

@@ -2,10 +2,10 @@
 /// raw values of every type and length and others read and write them through the stores. What the stores
 /// give, and what they leave behind, must be what a plain reading of the rules gives.
 #include "fuzz/input.h"
-#include "substitute/control.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
 #include "store/registry_key.h"
+#include "substitute/control.h"
 
 #include <map>
 #include <optional>

@@ -1,9 +1,9 @@
 /// What the parser makes of a spec file, in both modes: the same as a plain reading of the format over a
 /// standard stream, line by line, with a key that can be read only where the registry has one.
 #include "fuzz/input.h"
-#include "substitute/control.h"
 #include "pages/building.h"
 #include "pages/configuration.h"
+#include "substitute/control.h"
 #include "support/kinds.h"
 #include "support/spec_text.h"
 

@@ -1,6 +1,6 @@
 /// State files: what is accepted says the same to a plain reading of the JSON, and nothing else is.
-#include "ctl/failure.h"
 #include "ctl/change/state_file.h"
+#include "ctl/failure.h"
 #include "fuzz/input.h"
 
 #include <nlohmann/json.hpp>

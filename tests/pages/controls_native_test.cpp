@@ -1,6 +1,6 @@
-#include "substitute/control.h"
 #include "pages/configuration.h"
 #include "pages/option_entry.h"
+#include "substitute/control.h"
 #include "support/kinds.h"
 #include "support/page.h"
 #include "support/registry.h"

@@ -1,7 +1,7 @@
 #include "base/exceptions.h"
-#include "substitute/control.h"
 #include "pages/actions.h"
 #include "pages/selectors.h"
+#include "substitute/control.h"
 #include "support/page.h"
 #include "support/registry.h"
 #include "window/guard.h"

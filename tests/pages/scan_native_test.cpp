@@ -1,5 +1,5 @@
-#include "substitute/control.h"
 #include "pages/configuration.h"
+#include "substitute/control.h"
 #include "support/boxes.h"
 #include "support/discovery_server.h"
 #include "support/page.h"

@@ -1,6 +1,6 @@
 #include "base/messages.h"
-#include "substitute/control.h"
 #include "protocol/negotiation.h"
+#include "substitute/control.h"
 #include "support/conversation.h"
 #include "support/loopback.h"
 

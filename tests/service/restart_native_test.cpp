@@ -1,7 +1,7 @@
 // The apply sequence as its caller meets it, with whatever realisation of the dialogue, over scripted
 // services and the virtual clock.
-#include "substitute/control.h"
 #include "service/apply.h"
+#include "substitute/control.h"
 #include "support/thrown.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
-#include "substitute/control.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
 #include "store/registry_key.h"
+#include "substitute/control.h"
 #include "support/clean_system.h"
 #include "support/registry.h"
 #include "support/thrown.h"

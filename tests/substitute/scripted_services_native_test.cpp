@@ -1,5 +1,5 @@
-#include "substitute/control.h"
 #include "platform/win32.h"
+#include "substitute/control.h"
 #include "support/clean_system.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "substitute/control.h"
-#include "window/wait_window.h"
 #include "support/test_window.h"
 #include "window/main_handle.h"
+#include "window/wait_window.h"
 
 #include <gmock/gmock.h>
 

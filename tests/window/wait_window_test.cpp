@@ -1,10 +1,10 @@
-#include "window/wait_window.h"
 #include "support/page.h"
 #include "support/test_window.h"
 #include "support/thrown.h"
 #include "support/user.h"
 #include "window/guard.h"
 #include "window/main_handle.h"
+#include "window/wait_window.h"
 
 #include <gmock/gmock.h>
 #include <string>

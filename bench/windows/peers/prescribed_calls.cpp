@@ -5,8 +5,8 @@
 #include "peers/octets.h"
 #include "peers/servers.h"
 #include "seeded.h"
-#include "window/wait_window.h"
 #include "window/main_handle.h"
+#include "window/wait_window.h"
 
 #include <cstdlib>
 #include <cstring>

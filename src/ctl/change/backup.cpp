@@ -1,11 +1,11 @@
 #include "ctl/change/backup.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/machine/exact_value.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
 #include "ctl/io/reg_file.h"
 #include "ctl/io/system.h"
+#include "ctl/machine/exact_value.h"
 
 #include <ctime>
 

@@ -1,10 +1,10 @@
 #include "ctl/change/change.h"
 
 #include "ctl/change/backup.h"
-#include "ctl/io/console.h"
-#include "ctl/change/write.h"
 #include "ctl/change/lock.h"
 #include "ctl/change/report.h"
+#include "ctl/change/write.h"
+#include "ctl/io/console.h"
 
 namespace ctl {
 namespace {

@@ -1,9 +1,9 @@
 #include "ctl/change/plan.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/machine/entry_index.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/visible.h"
+#include "ctl/machine/entry_index.h"
 #include "specfile/value_text.h"
 #include "store/serial_ports.h"
 

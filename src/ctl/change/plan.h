@@ -1,8 +1,8 @@
 #pragma once
 /// From what is wished to what is to be written: every wish is looked at before anything is written, and what
 /// is so already is left alone.
-#include "ctl/machine/machine.h"
 #include "ctl/change/state_file.h"
+#include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
 
 #include <optional>

@@ -1,9 +1,9 @@
 #include "ctl/change/report.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/failure.h"
 #include "ctl/change/state_file.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
 
 #include <algorithm>
 

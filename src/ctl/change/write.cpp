@@ -1,9 +1,9 @@
 #include "ctl/change/write.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/failure.h"
 #include "base/messages.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
 #include "service/apply.h"
 #include "store/common_reg_key.h"
 

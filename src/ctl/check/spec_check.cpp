@@ -1,8 +1,8 @@
 #include "ctl/check/spec_check.h"
 
+#include "base/text.h"
 #include "ctl/check/octet_check.h"
 #include "specfile/name_table.h"
-#include "base/text.h"
 #include "specfile/spec_text.h"
 #include "specfile/value_forms.h"
 

@@ -1,11 +1,11 @@
 #include "ctl/machine/machine.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
 #include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
+#include "ctl/io/visible.h"
 #include "ctl/machine/machine_key.h"
 #include "specfile/name_table.h"
-#include "ctl/io/visible.h"
 #include "store/registry_key.h"
 
 #include <algorithm>

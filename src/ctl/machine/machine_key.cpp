@@ -1,8 +1,8 @@
 #include "ctl/machine/machine_key.h"
 
-#include "ctl/io/encoding.h"
-#include "ctl/failure.h"
 #include "base/messages.h"
+#include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 
 namespace ctl {
 namespace {

@@ -1,10 +1,10 @@
 #include "ctl/template/source.h"
 
-#include "ctl/io/encoding.h"
+#include "base/text.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
 #include "ctl/io/visible.h"
-#include "base/text.h"
 
 #include <algorithm>
 #include <cctype>

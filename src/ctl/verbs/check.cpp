@@ -1,10 +1,10 @@
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/failure.h"
-#include "ctl/io/files.h"
 #include "ctl/check/spec_check.h"
-#include "ctl/verbs.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
+#include "ctl/io/files.h"
 #include "ctl/io/visible.h"
+#include "ctl/verbs.h"
 
 #include <algorithm>
 

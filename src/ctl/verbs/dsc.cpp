@@ -1,9 +1,9 @@
 #include "ctl/change/change.h"
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/failure.h"
-#include "ctl/io/files.h"
 #include "ctl/change/report.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
+#include "ctl/io/files.h"
 #include "ctl/verbs.h"
 
 #include <algorithm>

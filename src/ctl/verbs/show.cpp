@@ -1,10 +1,10 @@
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/exit_codes.h"
 #include "ctl/change/report.h"
 #include "ctl/change/state_file.h"
-#include "ctl/verbs.h"
+#include "ctl/exit_codes.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/visible.h"
+#include "ctl/verbs.h"
 
 #include <algorithm>
 #include <array>

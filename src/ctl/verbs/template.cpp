@@ -1,13 +1,13 @@
-#include "ctl/io/encoding.h"
-#include "ctl/io/console.h"
-#include "ctl/failure.h"
-#include "ctl/io/files.h"
-#include "ctl/machine/present_values.h"
-#include "specfile/name_table.h"
 #include "ctl/change/state_file.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
+#include "ctl/io/files.h"
 #include "ctl/io/system.h"
+#include "ctl/machine/present_values.h"
 #include "ctl/template/formats.h"
 #include "ctl/verbs.h"
+#include "specfile/name_table.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "ctl/program.h"
 #include "ctl/io/system.h"
 #include "ctl/io/windows/wide.h"
+#include "ctl/program.h"
 #include "platform/win32.h"
 
 #include <string>

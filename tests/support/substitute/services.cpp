@@ -1,7 +1,7 @@
 #include "support/services.h"
 
-#include "substitute/control.h"
 #include "platform/win32.h"
+#include "substitute/control.h"
 
 void install_broken_service(const std::string& name) {
     substitute::ServiceScript script;

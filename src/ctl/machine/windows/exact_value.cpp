@@ -1,7 +1,7 @@
 #include "ctl/machine/exact_value.h"
 
-#include "ctl/io/encoding.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/windows/wide.h"
 
 namespace ctl {

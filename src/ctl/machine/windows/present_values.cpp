@@ -1,7 +1,7 @@
 #include "ctl/machine/present_values.h"
 
-#include "ctl/io/encoding.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/machine/stored_value.h"
 
 namespace ctl {
