@@ -22,12 +22,16 @@ class House(unittest.TestCase):
 
     def test_nothing_is_wrong_with_arrows_that_run_downwards(self):
         self.assertIsNone(self.complains(("app/a.cpp", "app/a.h"), ("app/a.cpp", "pages/b.h"),
-                                         ("ctl/c.cpp", "pages/b.h"), ("pages/b.cpp", "window/d.h")))
+                                         ("ctl/c.cpp", "net/b.h"), ("pages/b.cpp", "window/d.h")))
 
     def test_no_room_uses_one_above_or_beside_it(self):
         self.assertEqual(self.complains(("service/a.cpp", "pages/b.h")), "house: service must not use pages")
         self.assertEqual(self.complains(("app/a.cpp", "ctl/b.h")), "house: app must not use ctl")
         self.assertEqual(self.complains(("app/a.cpp", "attic/b.h")), "house: app must not use attic")
+
+    def test_what_is_used_without_windows_uses_none(self):
+        self.assertEqual(self.complains(("ctl/a.cpp", "window/b.h")), "house: ctl must not use window")
+        self.assertEqual(self.complains(("specfile/a.cpp", "platform/b.h")), "house: specfile must not use platform")
 
     def test_no_two_files_need_each_other(self):
         self.assertEqual(self.complains(("pages/a.cpp", "pages/b.h"), ("pages/b.cpp", "pages/a.h")),
