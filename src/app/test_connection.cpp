@@ -1,7 +1,7 @@
 #include "app/test_connection.h"
 
 #include "base/text.h"
-#include "protocol/connection_test.h"
+#include "protocol/try_servers.h"
 #include "window/boxes.h"
 #include "window/wait_window.h"
 
@@ -14,7 +14,7 @@ void warn(const std::string& text) {
 }
 
 /// Shows what the user sees of a test.
-class ShownTest final : public ConnectionTestListener {
+class ShownTest final : public TrialListener {
 public:
     void trying(const std::string& host, std::uint16_t port) override {
         wait_.emplace("Testing connection to server \"" + host + "\" at port " + port_text(port) +
@@ -57,7 +57,7 @@ private:
 void testConnection(const std::string& agent_name, const std::string& agent_domain,
                     const std::string& server_list, std::uint16_t default_port) {
     ShownTest shown;
-    if (test_servers(server_list, default_port, {agent_name, agent_domain}, shown))
+    if (try_servers(server_list, default_port, {agent_name, agent_domain}, shown))
         shown.show_result();
 }
 

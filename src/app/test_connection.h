@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-/// Tests every server of `server_list` (protocol/connection_test.h), with a wait window around each attempt,
+/// Tests every server of `server_list` (protocol/try_servers.h), with a wait window around each attempt,
 /// and reports in one message box: success, or every server that failed and why. A port that is not a number
 /// ends the test at once with a box of its own. An empty `agent_name` stands for the connection's local
 /// address.

@@ -51,13 +51,10 @@ const char* receive_answer(Socket& socket, AddressBlock& found) {
     std::uint16_t port = 0;
     if (const char* problem = udp_receive_from(socket, &sender, &port, octets, &length))
         return concerns_one_datagram(WSAGetLastError()) ? nullptr : problem;
-    if (length < shortest_answer) {
-        // Formatted for whoever debugs this line; deliberately not reported.
-        format_error("Message too short: %zu", length);
-        return nullptr;
-    }
-    if (is_discovery_answer(octets, length) && !found.add(sender))
-        return out_of_memory;
+    if (is_discovery_answer(octets, length))
+        return found.add(sender) ? nullptr : out_of_memory;
+    if (length < shortest_answer)
+        format_error("Message too short: %zu", length); // for a debugger; deliberately not reported
     return nullptr;
 }
 
@@ -86,14 +83,6 @@ const char* run_passes(const Interface* networks, std::uint16_t port, AddressBlo
     return nullptr;
 }
 
-const char* scan_into(AddressBlock& found, const Interface* networks, std::uint16_t port,
-                      char** found_servers, const ScanWaits& waits) {
-    if (const char* problem = run_passes(networks, port, found, waits))
-        return problem;
-    *found_servers = found.finish();
-    return *found_servers != nullptr ? nullptr : out_of_memory;
-}
-
 } // namespace
 
 std::array<unsigned char, 20> discovery_request() {
@@ -111,24 +100,21 @@ bool is_discovery_answer(const unsigned char* octets, std::size_t length) {
            word_at(octets + 12) == kind_answer;
 }
 
-const char* scan_networks(const Interface* networks, std::uint16_t port, char** found_servers,
-                          const ScanWaits& waits) {
-    *found_servers = nullptr;
-    AddressBlock found;
-    return found.open() ? scan_into(found, networks, port, found_servers, waits) : out_of_memory;
-}
-
 } // namespace net
 
-const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits) {
+const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits,
+                         const net::Interface* networks) {
     if (found_servers == nullptr)
         return "found_servers must not be NULL";
     *found_servers = nullptr;
     net::AddressBlock found;
     if (!found.open())
         return net::out_of_memory;
-    const net::InterfaceList networks = net::list_interfaces();
-    if (networks == nullptr)
+    const net::InterfaceList own = networks == nullptr ? net::list_interfaces() : nullptr;
+    if (networks == nullptr && own == nullptr)
         return "No memory for small nic structure";
-    return net::scan_into(found, networks.get(), port, found_servers, waits);
+    if (const char* problem = net::run_passes(own != nullptr ? own.get() : networks, port, found, waits))
+        return problem;
+    *found_servers = found.finish();
+    return *found_servers != nullptr ? nullptr : net::out_of_memory;
 }

@@ -44,15 +44,10 @@ bool is_discovery_answer(const unsigned char* octets, std::size_t length);
 
 } // namespace net
 
-/// Scans all networks of this machine at `port`. On success (null) `*found_servers` is the list of addresses,
-/// each ended by a zero byte, in the order of their first answers, ended by one more zero byte; the caller
-/// frees it with free(). On failure the text says why and `*found_servers` is null.
-const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits = {});
-
-namespace net {
-
-/// The same on the given networks only.
-const char* scan_networks(const Interface* networks, std::uint16_t port, char** found_servers,
-                          const ScanWaits& waits = {});
-
-} // namespace net
+/// Scans all networks of this machine at `port`, or those of `networks` unless that is null. On success
+/// (null)
+/// `*found_servers` is the list of addresses, each ended by a zero byte, in the order of their first answers,
+/// ended by one more zero byte; the caller frees it with free(). On failure the text says why and
+/// `*found_servers` is null.
+const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits = {},
+                         const net::Interface* networks = nullptr);

@@ -104,8 +104,8 @@ const char* write_end_of_contents(Stream* stream) {
     return write_octets(stream, octets, sizeof octets);
 }
 
-const char* read_head_by_parts(Stream* stream, std::uint32_t tag, std::uint32_t expected,
-                               const char* wrong_tag, Head* head) {
+const char* read_head(Stream* stream, std::uint32_t tag, std::uint32_t expected, const char* wrong_tag,
+                      Head* head) {
     if (const char* problem = read_tag_if_needed(stream, &tag))
         return problem;
     if (tag != expected)

@@ -4,7 +4,7 @@
 #include "base/text.h"
 #include "fuzz/input.h"
 #include "fuzz/plain_number.h"
-#include "protocol/connection_test.h"
+#include "protocol/try_servers.h"
 #include "specfile/value_text.h"
 
 #include <algorithm>

@@ -281,7 +281,7 @@ TEST(ScanMemory, IsNeededForTheEndOfAFullResult) {
         {"no name(0)", loopback::address(), htonl(0xFFFFFFFF), loopback::address()}, {}};
     const ShortMemory memory(2);
     char* found = nullptr;
-    EXPECT_THAT(net::scan_networks(network, server.port(), &found), StrEq("Out of memory"));
+    EXPECT_THAT(scan_servers(server.port(), &found, {}, network), StrEq("Out of memory"));
     EXPECT_EQ(found, nullptr);
     EXPECT_THAT(memory.sizes(), ElementsAre(64, 65));
 }

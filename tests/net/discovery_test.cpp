@@ -27,13 +27,13 @@ protected:
 
     std::vector<std::string> scan(const DiscoveryServer& server) {
         char* found = nullptr;
-        EXPECT_EQ(net::scan_networks(networks_, server.port(), &found, waits_), nullptr);
+        EXPECT_EQ(scan_servers(server.port(), &found, waits_, networks_), nullptr);
         return servers_in(found);
     }
     const char* scan_failing(std::uint16_t port) {
         char none = 'x';
         char* found = &none;
-        const char* message = net::scan_networks(networks_, port, &found);
+        const char* message = scan_servers(port, &found, {}, networks_);
         EXPECT_EQ(found, nullptr);
         return message;
     }

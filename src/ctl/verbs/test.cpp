@@ -10,7 +10,7 @@
 #include "ctl/machine/stored_value.h"
 #include "ctl/verbs.h"
 #include "net/socket.h"
-#include "protocol/connection_test.h"
+#include "protocol/try_servers.h"
 
 #include <algorithm>
 
@@ -49,7 +49,7 @@ std::uint16_t port_from(const std::string& text) {
 }
 
 /// Prints each server as soon as its answer is there.
-class Printing final : public ConnectionTestListener {
+class Printing final : public TrialListener {
 public:
     Printing(const MachineConfiguration& configuration, bool as_json)
         : name_(to_utf8(configuration.name)), as_json_(as_json) {}
@@ -111,7 +111,7 @@ void test_configuration(const MachineConfiguration& configuration, const Declara
     const AgentIdentity agent{value(0), value(1)};
     const std::string servers = value(2);
     Printing printing(configuration, as_json);
-    test_servers(servers, port_from(value(3)), agent, printing);
+    try_servers(servers, port_from(value(3)), agent, printing);
     if (printing.servers == 0)
         say(to_utf8(configuration.name) + ": the server list is empty, so no server was reached");
     results.servers += printing.servers;

@@ -25,7 +25,7 @@ ServerItem split_server_item(const std::string& item);
 std::uint16_t server_port(const ServerItem& item, std::uint16_t default_port);
 
 /// Is told how a test goes.
-class ConnectionTestListener {
+class TrialListener {
 public:
     /// An attempt begins.
     virtual void trying(const std::string& host, std::uint16_t port) = 0;
@@ -35,11 +35,11 @@ public:
     virtual void bad_port(const ServerItem& item) = 0;
 
 protected:
-    ~ConnectionTestListener() = default;
+    ~TrialListener() = default;
 };
 
 /// Negotiates with every server of `server_list`, whose items are separated by commas, in turn. Each port is
 /// looked at when its server's turn comes, so those before a bad one have been tried. False when a bad port
 /// ended the test.
-bool test_servers(const std::string& server_list, std::uint16_t default_port, const AgentIdentity& agent,
-                  ConnectionTestListener& listener);
+bool try_servers(const std::string& server_list, std::uint16_t default_port, const AgentIdentity& agent,
+                 TrialListener& listener);

@@ -1,4 +1,4 @@
-#include "protocol/connection_test.h"
+#include "protocol/try_servers.h"
 
 #include "base/exceptions.h"
 #include "net/socket.h"
@@ -14,7 +14,7 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 /// Writes down what it is told.
-struct Told : ConnectionTestListener {
+struct Told : TrialListener {
     void trying(const std::string& host, std::uint16_t port) override {
         events.push_back("trying " + host + " at " + std::to_string(port));
     }
@@ -42,7 +42,7 @@ protected:
     }
     bool test(const std::string& list, std::uint16_t default_port = 1) {
         told.events.clear();
-        return test_servers(list, default_port, {.name = "web1", .domain = ""}, told);
+        return try_servers(list, default_port, {.name = "web1", .domain = ""}, told);
     }
 
     Told told;

@@ -1,4 +1,4 @@
-#include "protocol/connection_test.h"
+#include "protocol/try_servers.h"
 
 #include "base/exceptions.h"
 #include "base/text.h"
@@ -9,7 +9,7 @@
 namespace {
 
 void try_server(const std::string& host, std::uint16_t port, const AgentIdentity& agent,
-                ConnectionTestListener& listener) {
+                TrialListener& listener) {
     listener.trying(host, port);
     listener.tried(host, port,
                    connect_and_negotiate(host.c_str(), port, agent.name.c_str(), agent.domain.c_str(),
@@ -29,8 +29,8 @@ std::uint16_t server_port(const ServerItem& item, std::uint16_t default_port) {
     return item.port_text ? static_cast<std::uint16_t>(parse_int(*item.port_text)) : default_port;
 }
 
-bool test_servers(const std::string& server_list, std::uint16_t default_port, const AgentIdentity& agent,
-                  ConnectionTestListener& listener) {
+bool try_servers(const std::string& server_list, std::uint16_t default_port, const AgentIdentity& agent,
+                 TrialListener& listener) {
     std::vector<std::string> items;
     split_string(items, server_list, ',', false);
     for (const std::string& text : items) {
