@@ -16,6 +16,8 @@ TEST_F(ErrorTexts, LoseEveryLineEndAtTheirEndAndNoOther) {
     EXPECT_THAT(system_error_text(700), StrEq("first\r\nsecond."));
     substitute::set_system_text(700, "blank stays. \n");
     EXPECT_THAT(system_error_text(700), StrEq("blank stays. "));
+    substitute::set_system_text(700, "!");
+    EXPECT_THAT(system_error_text(700), StrEq("!"));
     substitute::set_system_text(700, "no line end");
     EXPECT_THAT(system_error_text(700), StrEq("no line end"));
 }

@@ -129,14 +129,14 @@ class Scripts(unittest.TestCase):
     def test_hosted_machines_call_these_scripts(self):
         workflow = (TOP / ".github/workflows/ci.yml").read_text()
         called = re.findall(r"run: (script/\w+)$", workflow, re.M)
-        self.assertEqual(called, ["script/setup", "script/test"])
+        self.assertEqual(called, ["script/setup", "script/test", "script/coverage"])
         lists = (TOP / "tests/CMakeLists.txt").read_text()
         folders = re.search(r"foreach\(folder ([a-z ]+)\)", lists)[1].split()
         on_both = [folder for folder in sorted(folders) if any(
             not test.stem.endswith("_native_test") for test in (TOP / "tests" / folder).glob("*_test.cpp"))]
         self.assertEqual(on_both, re.search(r"^  SUITES: (.*)$", workflow, re.M)[1].split())
         release = (TOP / ".github/workflows/release.yml").read_text()
-        self.assertEqual(re.findall(r"run: (script/.*)$", release, re.M), [*called, "script/package build/unsigned"])
+        self.assertEqual(re.findall(r"run: (script/.*)$", release, re.M), ["script/setup", "script/test", "script/package build/unsigned"])
         for option in re.findall(r"script/package (.*?)build/package", release, re.S)[0].split():
             if option.startswith("--"):
                 self.assertIn(option, help_of("package"))
