@@ -5,6 +5,7 @@
 #include "ctl/verbs.h"
 #include "substitute/control.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -30,6 +31,7 @@ constexpr const char* list = "SOFTWARE\\Tavrin\\TRConfig";
 } // namespace
 
 Program::Program() {
+    setenv("TAVRINCTL_DATA", scratch.path_of("data").c_str(), 1);
     make_key(list);
     make_key(key);
     set_text(key, "AgentName", "web1");

@@ -12,6 +12,8 @@ std::FILE* open_file(const std::string& path, const char* mode);
 bool make_folders(const std::string& path);
 /// Where backups go unless the caller has a better place.
 std::string backup_folder();
+/// Whether there is such a file, also one that may not be read.
+bool file_exists(const std::string& path);
 /// Removes the file, if it is there.
 void remove_file(const std::string& path);
 /// Waits until what was written to the file is on the disk.

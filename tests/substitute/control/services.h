@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace substitute {
 
@@ -13,6 +14,10 @@ inline constexpr std::uint64_t never = UINT64_MAX;
 /// How a service behaves. Codes: 0 is success, anything else fails the call with that code.
 struct ServiceScript {
     DWORD state = SERVICE_RUNNING;
+    DWORD start_type = SERVICE_AUTO_START;
+    bool accepts_stop = true;
+    /// Services that depend on it and run.
+    std::vector<std::string> dependents = {};
     DWORD open_error = 0;
     DWORD stop_error = 0;
     DWORD start_error = 0;
@@ -34,6 +39,8 @@ void set_service(const std::string& name, const ServiceScript& script);
 /// Open handles of it stay, and every call with one fails as with a service that does not exist.
 void remove_service(const std::string& name);
 DWORD service_state(const std::string& name);
+/// The rights that were asked for when it was opened last.
+DWORD asked_access(const std::string& name);
 /// Calls that reached the service, refused ones included.
 ServiceCounts service_counts(const std::string& name);
 /// How many handles of services and of the manager are open.

@@ -19,6 +19,7 @@ namespace {
 struct Service {
     ServiceScript script;
     ServiceCounts counts;
+    DWORD asked_access = 0;
     bool stop_requested = false;
     DWORD next_state = 0; // 0: nothing is pending
     std::uint64_t due = 0;
@@ -79,12 +80,17 @@ void report(const Service& service, SERVICE_STATUS& status) {
     status = {};
     status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
     status.dwCurrentState = service.script.state;
-    status.dwControlsAccepted = service.script.state == SERVICE_RUNNING ? SERVICE_ACCEPT_STOP : 0;
+    const bool accepts_stop = service.script.state == SERVICE_RUNNING && service.script.accepts_stop;
+    status.dwControlsAccepted = accepts_stop ? SERVICE_ACCEPT_STOP : 0;
 }
 
 DWORD stop_error(const Service& service) {
     if (service.script.stop_error != 0)
         return service.script.stop_error;
+    if (!service.script.dependents.empty())
+        return ERROR_DEPENDENT_SERVICES_RUNNING;
+    if (!service.script.accepts_stop)
+        return ERROR_INVALID_SERVICE_CONTROL;
     switch (service.script.state) {
     case SERVICE_STOPPED: return ERROR_SERVICE_NOT_ACTIVE;
     case SERVICE_START_PENDING:
@@ -117,6 +123,7 @@ SC_HANDLE OpenServiceA(SC_HANDLE manager, LPCSTR name, DWORD access) {
     if (found == state().services.end())
         return refuse<SC_HANDLE>(ERROR_SERVICE_DOES_NOT_EXIST);
     const DWORD refusal = found->second.script.open_error;
+    found->second.asked_access = access;
     return refusal != 0 ? refuse<SC_HANDLE>(refusal) : add_handle(found->first, access);
 }
 
@@ -131,6 +138,38 @@ BOOL QueryServiceStatus(SC_HANDLE handle, SERVICE_STATUS* status) {
         return refuse(service->script.query_error_while_stopping);
     settle(*service);
     report(*service, *status);
+    return TRUE;
+}
+
+BOOL QueryServiceConfigA(SC_HANDLE handle, QUERY_SERVICE_CONFIGA* config, DWORD size, DWORD* needed) {
+    if (substitute::failing("QueryServiceConfigA", ERROR_INVALID_HANDLE))
+        return FALSE;
+    const Service* const service = usable(handle, SERVICE_QUERY_CONFIG);
+    if (service == nullptr)
+        return FALSE;
+    *needed = sizeof *config;
+    if (size < *needed)
+        return refuse(ERROR_INSUFFICIENT_BUFFER);
+    *config = {};
+    config->dwServiceType = SERVICE_WIN32_OWN_PROCESS;
+    config->dwStartType = service->script.start_type;
+    return TRUE;
+}
+
+BOOL EnumDependentServicesA(SC_HANDLE handle, DWORD, ENUM_SERVICE_STATUSA* services, DWORD size,
+                            DWORD* needed, DWORD* count) {
+    if (substitute::failing("EnumDependentServicesA", ERROR_INVALID_HANDLE))
+        return FALSE;
+    Service* const service = usable(handle, SERVICE_ENUMERATE_DEPENDENTS);
+    if (service == nullptr)
+        return FALSE;
+    std::vector<std::string>& names = service->script.dependents;
+    *needed = static_cast<DWORD>(names.size() * sizeof *services);
+    if (size < *needed)
+        return refuse(ERROR_MORE_DATA);
+    *count = static_cast<DWORD>(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        services[i] = {names[i].data(), names[i].data(), {}};
     return TRUE;
 }
 
@@ -178,7 +217,7 @@ BOOL CloseServiceHandle(SC_HANDLE handle) {
 namespace substitute {
 
 void set_service(const std::string& name, const ServiceScript& script) {
-    state().services[folded(name)] = Service{script, {}, false, 0, 0};
+    state().services[folded(name)] = Service{script, {}, 0, false, 0, 0};
 }
 
 void remove_service(const std::string& name) { state().services.erase(folded(name)); }
@@ -188,6 +227,8 @@ DWORD service_state(const std::string& name) {
     settle(service);
     return service.script.state;
 }
+
+DWORD asked_access(const std::string& name) { return state().services.at(folded(name)).asked_access; }
 
 ServiceCounts service_counts(const std::string& name) { return state().services.at(folded(name)).counts; }
 

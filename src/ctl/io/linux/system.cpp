@@ -17,6 +17,8 @@ bool make_folders(const std::string& path) {
 
 std::string backup_folder() { return "tavrinctl-backups"; }
 
+bool file_exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+
 void remove_file(const std::string& path) { unlink(path.c_str()); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }

@@ -35,6 +35,11 @@ std::string backup_folder() {
     return (data != nullptr ? from_wide(data) : "C:\\ProgramData") + "\\Tavrin\\Backup";
 }
 
+bool file_exists(const std::string& path) {
+    return GetFileAttributesW(to_wide(path).c_str()) != INVALID_FILE_ATTRIBUTES ||
+           GetLastError() == ERROR_ACCESS_DENIED;
+}
+
 void remove_file(const std::string& path) { DeleteFileW(to_wide(path).c_str()); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
