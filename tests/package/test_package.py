@@ -415,6 +415,13 @@ class Signature(unittest.TestCase):
         packing.pack(self.folder / "again", "--version", "9.8.7", top=clone, **self.sign)
         self.assertTrue(self.is_signed(self.folder / "again" / (NAME + "-setup.exe")))
 
+    def test_publishes_no_signature_without_a_time_stamp(self):
+        packed = self.folder / "unstamped"
+        with self.assertRaisesRegex(RuntimeError, "^package: published signatures need a time stamp: set "
+                                                  "TAVRIN_SIGN_TIMESTAMP, or leave out --url\n$"):
+            packing.pack(packed, "--version", "9.8.7", "--url", "https://example.com/v9.8.7/", **self.sign)
+        self.assertFalse(packed.exists())
+
     def test_says_that_the_time_stamp_is_missing(self):
         self.assertIn("sign: no time stamp: TAVRIN_SIGN_TIMESTAMP is not set\n", self.output)
 
