@@ -50,6 +50,7 @@ void signal_the_agent(Tool& tool) {
 
 void save_and_restart(Tool& tool) {
     say("OK saves and restarts the agent");
+    tool.select({"Tavrin Agent", "Identity", "Agent name"});
     tool.press(ok_id);
     answer_restart_question(tool, "restart-question", IDYES);
     picture_of(tool.wait_window(), "agent-stops");

@@ -30,6 +30,7 @@ void change_one_and_cancel() {
 void do_the_job() {
     install_agent("--stop-seconds 4");
     start_agent();
+    show_the_whole_tree();
     change_one_and_cancel();
     Tool tool;
     bring_to_front(tool.window());

@@ -25,6 +25,20 @@ void open_and_cancel(Tool& tool, const std::string& page, const std::string& cap
 
 } // namespace
 
+void show_the_whole_tree() {
+    say("the whole tree of a configuration");
+    Tool tool;
+    bring_to_front(tool.window());
+    SetWindowPos(tool.window(), nullptr, 0, 0, 520, 420, SWP_NOMOVE | SWP_NOZORDER);
+    for (const char* const group : {"Identity", "Servers", "Measuring", "Maintenance"})
+        send(tool.control(tree_id), TVM_EXPAND, TVE_EXPAND,
+             reinterpret_cast<LPARAM>(tool.tree().find({"Tavrin Agent", group})));
+    tool.select({"Tavrin Agent", "Servers", "Server list"});
+    picture_of(tool, "whole-tree");
+    tool.press(close_id);
+    expect_end(tool, 0);
+}
+
 void edit_a_setting(Tool& tool) {
     say("a setting is opened and changed");
     tool.select({"Tavrin Agent", "Identity", "Agent name"});

@@ -4,7 +4,8 @@
 
 namespace e2e {
 
-/// Pages: one of each kind, a changed setting, the system's dialogs.
+/// Pages: the whole tree, a changed setting, one page of each kind, the system's dialogs.
+void show_the_whole_tree();
 void edit_a_setting(Tool& tool);
 void change_the_name(Tool& tool);
 void cancel(Tool& tool);
