@@ -53,7 +53,7 @@ bool AddressBlock::grow(std::size_t capacity) {
     void* larger = resize_memory(data_.get(), capacity);
     if (larger == nullptr)
         return false;
-    // The old block is gone or the same: only its owner's pointer is to be forgotten.
+    // realloc has freed the old block or returned it, so its owner must not free it.
     static_cast<void>(data_.release());
     data_.reset(static_cast<char*>(larger));
     capacity_ = capacity;

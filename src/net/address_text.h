@@ -10,12 +10,12 @@ namespace net {
 /// Writes the dotted form, which has at most 15 characters.
 void write_dotted(char (&text)[16], std::uint32_t address);
 
-/// The result of a scan while it grows: dotted addresses, each ended by a zero byte, in one block.
+/// The growing result of a scan: dotted addresses, each ended by a zero byte, in one block.
 class AddressBlock {
 public:
-    /// Allocates the first 64 bytes; false without memory. To be called once, before all else.
+    /// Allocates the first 64 bytes; false without memory. Must be called once, before everything else.
     bool open();
-    /// Appends `address` unless it is there; false without memory.
+    /// Appends `address` unless the list has it; false without memory.
     bool add(std::uint32_t address);
     /// Ends the list with one more zero byte and hands it over, to be freed with free(); null without memory.
     char* finish();

@@ -1,14 +1,14 @@
 #pragma once
-/// Finds servers on the local networks: a broadcast on every IPv4 network, three times, and whoever answers
-/// is one.
+/// Finds servers on the local networks: sends a broadcast on every IPv4 network, three times, and collects
+/// the senders of the answers.
 ///
-/// A pass goes on for as long as datagrams come less than a second apart, but no longer than a minute:
-/// answers that never end must not hold the user's window for ever. What was found until then counts. Memory
-/// is bounded likewise, by the distinct senders that can answer in that time.
+/// A pass lasts as long as datagrams arrive less than a second apart, but no longer than a minute: endless
+/// answers must not block the user's window for ever. The servers found until then are the result. This also
+/// limits the memory, to the distinct senders that can answer in that time.
 ///
-/// A datagram that cannot be received (too large, or a note that a port is closed or that a packet's time to
-/// live is over) is dropped like one that is too short. Any other failure to receive ends the scan with its
-/// text, as a failure to send does.
+/// A datagram that cannot be received (too large, or a report that a port is closed or that a packet's time
+/// to live expired) is dropped like one that is too short. Any other failure to receive ends the scan with
+/// its text, as a failure to send does.
 ///
 /// The datagrams (all words are unsigned, 32 bits, in network byte order):
 ///
@@ -28,8 +28,8 @@ namespace net {
 
 /// How long a scan listens, in seconds.
 struct ScanWaits {
-    int silence = 1; // a pass ends when nothing has come for so long,
-    int pass = 60;   // and when it has lasted so long
+    int silence = 1; // a pass ends when nothing has arrived for this long,
+    int pass = 60;   // or when it has lasted this long
 };
 
 /// An answer is at least this long.
@@ -38,8 +38,7 @@ inline constexpr std::size_t shortest_answer = 16;
 /// The octets of a request, which are always the same.
 std::array<unsigned char, 20> discovery_request();
 
-/// True when these octets are a server's answer. Who sent them is what counts, so nothing else is taken from
-/// them.
+/// Whether these octets are a server's answer. Nothing else is read from them: only the sender matters.
 bool is_discovery_answer(const unsigned char* octets, std::size_t length);
 
 } // namespace net

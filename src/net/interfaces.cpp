@@ -14,7 +14,7 @@ AddressTable allocate_table(ULONG size) {
     return AddressTable(static_cast<MIB_IPADDRTABLE*>(resize_memory(nullptr, size)));
 }
 
-/// Null when the system does not tell or memory is short.
+/// Null if the system refuses or there is no memory.
 AddressTable read_table() {
     ULONG size = sizeof(MIB_IPADDRTABLE);
     AddressTable table = allocate_table(size);
@@ -30,7 +30,7 @@ AddressTable read_table() {
     return code == NO_ERROR ? std::move(table) : nullptr;
 }
 
-/// An empty list that has room for `count` entries and the one that ends it.
+/// An empty list with room for `count` entries and the final one.
 InterfaceList allocate_list(std::size_t count) {
     const std::size_t size = (count + 1) * sizeof(Interface);
     InterfaceList list(static_cast<Interface*>(resize_memory(nullptr, size)));

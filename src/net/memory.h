@@ -1,5 +1,5 @@
 #pragma once
-/// Memory that changes hands: who takes it over frees it with free().
+/// Memory that is passed on: the receiver frees it with free().
 #include <cstddef>
 #include <cstdlib>
 
@@ -7,9 +7,9 @@ namespace net {
 
 using ResizeMemory = void* (*)(void* block, std::size_t size);
 
-/// By realloc's rules: a null `block` allocates, a null result means that `block` is as it was. Only tests
-/// change it, to let memory run out on any platform; to replace realloc itself the linker would have to
-/// replace malloc too, which compilers call in its place, and with it all other memory.
+/// Works like realloc: a null `block` allocates, and after a null result `block` is unchanged. Only tests
+/// replace it, to let memory run out on any platform. Replacing realloc itself would mean replacing malloc as
+/// well, which compilers call in its place.
 inline ResizeMemory resize_memory = std::realloc;
 
 /// For std::unique_ptr.

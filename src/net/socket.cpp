@@ -7,17 +7,17 @@
 
 namespace {
 
-// How this layer ends its messages: the words of an error code and, in brackets, the code itself.
+// Messages of this layer end with the system's words for an error code and the code in brackets.
 
 /// `what` followed by "words (code)".
 const char* code_message(const char* what, int code) {
     return format_error("%s%s (%d)", what, system_error_text(static_cast<DWORD>(code)), code);
 }
 
-/// The same with WSAGetLastError; to be called before anything else may change it.
+/// The same with WSAGetLastError; must be called before anything changes that.
 const char* last_error_message(const char* what) { return code_message(what, WSAGetLastError()); }
 
-/// The set that holds `handle` alone.
+/// The set with only `handle`.
 fd_set only(SOCKET handle) {
     fd_set set;
     FD_ZERO(&set);
@@ -39,7 +39,7 @@ int wait_writable(SOCKET handle, int seconds) {
     return select(0, nullptr, &set, nullptr, &limit);
 }
 
-/// Winsock counts in int; what does not fit is left for the next call.
+/// Winsock counts in int; the rest is left for the next call.
 int winsock_size(std::size_t length) {
     return static_cast<int>(std::min<std::size_t>(length, std::numeric_limits<int>::max()));
 }
@@ -52,7 +52,7 @@ const char* failed_connect(SOCKET handle) {
     return code_message("Error connecting: ", code);
 }
 
-/// Waits until a connect that is under way has succeeded (null) or not.
+/// Waits until a pending connect has succeeded (null) or failed.
 const char* wait_connected(SOCKET handle) {
     fd_set writable = only(handle);
     fd_set excepted = writable;
@@ -93,7 +93,7 @@ const char* connect_to(SOCKET handle, std::uint32_t address, std::uint16_t port)
     return wait_connected(handle);
 }
 
-/// For a socket that never became the caller's. The message, with the error's code, is complete by then.
+/// Closes a socket that the caller never received. The message must already contain the error's code.
 void drop(Socket& socket) {
     if (socket.handle != INVALID_SOCKET)
         closesocket(socket.handle);
@@ -114,7 +114,7 @@ const char* net_startup() {
 }
 
 const char* resolve_host(const char* name, std::uint32_t* address) {
-    // 255.255.255.255 reads as the failure value and goes to the look-up, which knows it or not.
+    // 255.255.255.255 equals the failure value, so the look-up decides about it.
     const ULONG dotted = inet_addr(name);
     if (dotted != INADDR_NONE) {
         *address = dotted;
@@ -165,7 +165,7 @@ const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
         next += sent;
         length -= static_cast<std::size_t>(sent);
     }
-    // The loop leaves no remainder; the text is kept for the day that it does.
+    // Cannot happen, because the loop sends everything; the text is required all the same.
     if (length != 0)
         return format_error("socket_send did not send all data: length = %zu", length); // GCOVR_EXCL_LINE
     return nullptr;

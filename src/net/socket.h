@@ -8,21 +8,21 @@
 #include <cstdint>
 #include <utility>
 
-/// One socket of the system. It is not closed by itself: `socket_close`, `udp_close` or an owner does.
+/// One socket of the system, without an owner: `socket_close`, `udp_close` or an OwnedSocket closes it.
 struct Socket {
     SOCKET handle = INVALID_SOCKET;
 };
 
-/// How many seconds one wait of `socket_send` and `socket_recv` may last. A program that has no window sets
-/// both limits once, as it starts; the window's program never does.
+/// The limit of one wait in `socket_send` and `socket_recv`, in seconds. A program without a window may set
+/// both limits once when it starts; the window's program does not.
 inline int socket_io_timeout = 600;
 
 namespace net {
 
-/// How many seconds `socket_connect` may wait.
+/// The limit of the wait in `socket_connect`, in seconds.
 inline int connect_timeout = 600;
 
-/// What `socket_connect` is told about the new socket.
+/// Options of `socket_connect` for the new socket.
 enum ConnectFlags : unsigned {
     connect_nonblocking = 1,
     connect_no_delay = 2,
@@ -30,14 +30,14 @@ enum ConnectFlags : unsigned {
     connect_buffered = 4
 };
 
-/// A socket that is closed with `Close` unless somebody takes it over.
+/// Owns a socket and closes it with `Close` unless it was released.
 template <auto Close> struct OwnedSocket : Socket {
     OwnedSocket() = default;
     OwnedSocket(const OwnedSocket&) = delete;
     OwnedSocket& operator=(const OwnedSocket&) = delete;
     ~OwnedSocket() { Close(*this); }
 
-    /// Hands the socket over.
+    /// Gives up the ownership.
     Socket release() { return {std::exchange(handle, INVALID_SOCKET)}; }
 };
 
@@ -49,7 +49,7 @@ inline bool started = false;
 /// Starts the socket layer of the process, once; later calls do nothing.
 const char* net_startup();
 
-/// The address of `name`, a dotted address or a host's name (then its first).
+/// The address of `name`, which is a dotted address or a host's name; the first one if a host has several.
 const char* resolve_host(const char* name, std::uint32_t* address);
 
 /// Connects `out`, waiting no longer than `net::connect_timeout`; `flags` of net::ConnectFlags. Leaves no
@@ -59,10 +59,10 @@ const char* socket_connect(std::uint32_t address, std::uint16_t port, Socket* ou
 const char* socket_send(Socket& socket, const void* bytes, std::size_t length);
 /// Receives once; `received` is 0 when the peer closed.
 const char* socket_recv(Socket& socket, void* buffer, std::size_t capacity, std::size_t* received);
-/// Closes in both directions. When the socket cannot be made blocking again it stays open.
+/// Closes in both directions. If the socket cannot be made blocking again, it stays open.
 const char* socket_close(Socket& socket);
 
-/// Waits up to `seconds` for something to receive; false when nothing came, or the wait failed.
+/// Waits up to `seconds` for data; false if none arrived or the wait failed.
 bool socket_wait_readable(Socket& socket, int seconds);
-/// The socket's own address and port, either of which may be null; false when the system does not tell.
+/// Reads the socket's local address and port, either of which may be null; false if the system refuses.
 bool socket_local_address(Socket& socket, std::uint32_t* address, std::uint16_t* port);

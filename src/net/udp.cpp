@@ -19,7 +19,7 @@ const char* udp_enable_broadcast(Socket& socket, bool on) {
     if (setsockopt(socket.handle, SOL_SOCKET, SO_BROADCAST, reinterpret_cast<const char*>(&value),
                    sizeof value) == 0)
         return nullptr;
-    // It has nothing to do with receiving, but this wording is deliberate: users and their helpers know it.
+    // The failure is not about receiving, but the text is deliberate: users and their helpers know it.
     std::snprintf(problem, sizeof problem, "UDP receive failed");
     return problem;
 }
@@ -35,7 +35,7 @@ const char* udp_send_to(Socket& socket, std::uint32_t address, std::uint16_t por
                reinterpret_cast<const sockaddr*>(&target), sizeof target) != SOCKET_ERROR)
         return nullptr;
     const int code = WSAGetLastError();
-    // A network that is down just now must not spoil the others.
+    // One network that is down must not end the scan of the others.
     if (code == WSAENETUNREACH || code == WSAEHOSTUNREACH)
         return nullptr;
     std::snprintf(problem, sizeof problem, "UDP send failed error code %i", code);

@@ -49,7 +49,7 @@ const char* write_client_private_key(Stream* stream, const char* name, const cha
 
 constexpr std::uint32_t longest_reason = 1024;
 
-/// What every message begins with: its own identifier and the indefinite length.
+/// The start of every message: its identifier and the indefinite length.
 const char* enter_message(Stream* stream, std::uint32_t tag, std::uint32_t expected, const char* wrong_tag,
                           const char* definite) {
     std::uint32_t length = 0;

@@ -36,33 +36,33 @@ inline constexpr std::uint32_t tag_negotiate_nack = 27;     // 63
 inline constexpr std::uint32_t tag_client_private_key = 13; // A1
 inline constexpr std::uint32_t tag_server_private_key = 13; // A1
 
-// The readers take the identifier that the caller has read (0: they read it themselves).
+// `tag` is the identifier if the caller has read it; if it is 0, the reader reads it.
 
 /// `name` and `domain` may be null, which is the same as empty.
 const char* write_client_wants(Stream* stream, std::int32_t version, const char* name, const char* domain);
 const char* write_closing(Stream* stream);
-/// Reads the head of the element and the version only; the rest is the caller's.
+/// Reads only the head of the element and the version; the caller reads the rest.
 const char* read_server_offers_incomplete(Stream* stream, std::int32_t* version, std::uint32_t tag);
-/// Reads the whole element. Nothing depends on the two values.
+/// Reads the whole element. The two values are not used.
 const char* read_server_private_key(Stream* stream, std::uint32_t tag);
 /// Reads the whole element. The caller frees `*reason` with `free`; it is null on failure.
 const char* read_negotiate_nack(Stream* stream, char** reason, std::uint32_t tag);
 
-/// A message on its way to being sent: keeps what is written until all of it is sent with one call. In two
-/// pieces the second would wait for the acknowledgement of the first, since Nagle's algorithm is on, and a
-/// peer that answers and closes early would refuse it.
+/// Collects a message and sends it with one call. If it were sent in two pieces, the second would wait for
+/// the acknowledgement of the first, because Nagle's algorithm is on, and a peer that answers and closes
+/// early would refuse it.
 class Composition {
 public:
     Composition();
     Composition(const Composition&) = delete;
     Composition& operator=(const Composition&) = delete;
 
-    /// A stream that can only be written.
+    /// A stream for writing only.
     Stream* stream() { return &stream_; }
     /// Sends what was written so far.
     const char* send_over(Stream* connection) const;
 
 private:
     Stream stream_;
-    std::uint8_t octets_[1311]; // an agent's wishes with the longest name and domain
+    std::uint8_t octets_[1311]; // client_wants with the longest name and domain
 };

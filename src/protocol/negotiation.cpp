@@ -18,7 +18,7 @@ constexpr char wrong_version[] =
     "Tavrin Server does not support our protocol version. Upgrade the Tavrin Server, or downgrade "
     "the Tavrin Agent.";
 
-/// The high octet is the protocol; servers are free to count their releases in the low one.
+/// The high octet is the protocol; servers may count their releases in the low one.
 bool compatible(std::int32_t version) { return (version >> 8 & 0xFF) == (our_version >> 8 & 0xFF); }
 
 const char* read_offer(Stream* stream, std::int32_t* version) {
@@ -34,7 +34,7 @@ const char* read_offer(Stream* stream, std::int32_t* version) {
     return skip_to_eol(stream);
 }
 
-/// A refused text leaves what stands before it to the server: the connection then ends within an element.
+/// If a text is too long, what precedes it is sent all the same, and the connection ends within an element.
 const char* send_wishes(Stream* stream, const char* name, const char* domain) {
     Composition wishes;
     const char* refused = write_client_wants(wishes.stream(), our_version, name, domain);

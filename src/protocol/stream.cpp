@@ -9,7 +9,7 @@
 namespace {
 
 struct TcpStream : Stream {
-    std::uint8_t received[2048]; // more than any answer with fields that are known
+    std::uint8_t received[2048]; // longer than any answer without unknown fields
 };
 
 /// A socket has nothing to flush, so this never fails, and its caller's text is never shown; another kind of
@@ -23,7 +23,8 @@ const char* tcp_flush(Stream* stream) {
     return nullptr;
 }
 
-/// Waits for one octet and takes all that have come: never for more than the next reader needs.
+/// Waits for one octet and takes all that have arrived, so that it never waits for more than the reader
+/// needs.
 const char* receive(TcpStream* stream) {
     std::size_t count = 0;
     if (const char* problem = socket_recv(stream->socket, stream->received, sizeof stream->received, &count))
@@ -72,7 +73,7 @@ bool tcp_wait_readable(Stream* stream, int seconds) {
 void tcp_close(Stream* stream) {
     if (stream->pending)
         stream->socket_flush(stream);
-    socket_close(stream->socket); // the exchange is over: a failing close changes nothing for the caller
+    socket_close(stream->socket); // the exchange is over, so a failing close does not matter to the caller
     std::free(static_cast<TcpStream*>(stream));
 }
 

@@ -1,10 +1,9 @@
 #pragma once
-/// A stream of octets to and from one peer. The record begins with its operations, so that codec and
-/// negotiation work over any stream without knowing its kind: the TCP stream opened here, or a test's own.
+/// A stream of octets to and from one peer. The record holds its operations, so that codec and negotiation
+/// work over any stream: a TCP connection, or the memory of a test.
 ///
 /// Operations return null on success and otherwise the message for the user, which is valid until two further
-/// messages are formatted. After a failure the stream is out of step with its peer; all it is good for is
-/// `close`.
+/// messages are formatted. After a failure, only `close` may be called.
 #include "net/socket.h"
 
 #include <cstddef>
@@ -16,7 +15,7 @@ struct Stream {
     const char* (*read)(Stream* stream, void* buffer, std::size_t count) = nullptr;
     /// Sends `count` octets at once: there is no send buffer.
     const char* (*socket_write_buf)(Stream* stream, const void* bytes, std::size_t count) = nullptr;
-    /// Hands on what writes may have left behind; a TCP connection has nothing.
+    /// Sends what earlier writes have buffered; a TCP connection buffers nothing.
     const char* (*socket_flush)(Stream* stream) = nullptr;
     /// True when octets (or the peer's close) can be read within `seconds`.
     bool (*wait_readable)(Stream* stream, int seconds) = nullptr;
@@ -27,29 +26,29 @@ struct Stream {
     bool pending = false;
     Socket socket = {};
 
-    /// Octets that are received and that nobody has read yet; both null in a stream that keeps none. Readers
-    /// take them through the functions below.
+    /// Octets that were received and not read yet; both null in a stream without a buffer. Readers use the
+    /// functions below.
     const std::uint8_t* next = nullptr;
     const std::uint8_t* end = nullptr;
-    /// Memory in which writers may leave octets instead of writing them; both null in a stream that sends at
+    /// Memory into which writers may put octets instead of sending them; both null in a stream that sends at
     /// once.
     std::uint8_t* room = nullptr;
     std::uint8_t* room_end = nullptr;
 };
 
-/// Connects to the IPv4 `address` (network byte order) and `port` and hands out a new record, to be ended by
-/// its own `close`. `flags` are those of `socket_connect`; the bit that marks a buffered stream is added. On
+/// Connects to the IPv4 `address` (network byte order) and `port` and returns a new record, which its `close`
+/// frees. `flags` are those of `socket_connect`; the bit that marks a buffered stream is added. On
 /// failure `*stream` is null.
 const char* stream_open(Stream** stream, std::uint32_t address, std::uint16_t port, unsigned flags);
 
-// The octets and the room that a stream has at hand, used without a call through its record.
+// These use the stream's buffers directly and call its operations only when these are empty or full.
 
-/// How many octets can be taken. None while writes are pending: the stream's own `read` flushes first.
+/// The number of buffered octets; 0 while writes are pending, because `read` must flush first.
 inline std::size_t at_hand(const Stream* stream) {
     return stream->pending ? 0 : static_cast<std::size_t>(stream->end - stream->next);
 }
 
-/// As the stream's own `read`.
+/// Like `read`.
 inline const char* read_octets(Stream* stream, void* buffer, std::size_t count) {
     if (count == 0 || count > at_hand(stream))
         return stream->read(stream, buffer, count);
@@ -65,7 +64,7 @@ inline const char* read_octet(Stream* stream, std::uint8_t* octet) {
     return nullptr;
 }
 
-/// As the stream's own `socket_write_buf`.
+/// Like `socket_write_buf`.
 inline const char* write_octets(Stream* stream, const void* bytes, std::size_t count) {
     if (count > static_cast<std::size_t>(stream->room_end - stream->room))
         return stream->socket_write_buf(stream, bytes, count);

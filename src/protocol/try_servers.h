@@ -1,6 +1,6 @@
 #pragma once
-/// Whether every server of a list accepts this agent. The test asks the servers and tells a listener; it
-/// shows nothing itself.
+/// Tests whether every server of a list accepts this agent. The test reports to a listener and shows nothing
+/// itself.
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,32 +14,32 @@ struct AgentIdentity {
 /// One item of a server list: `host` or `host:port`. Blanks belong to the host.
 struct ServerItem {
     std::string host;
-    std::optional<std::string> port_text; // absent without a colon; everything behind the first one
+    std::optional<std::string> port_text; // what follows the first colon; absent without a colon
 };
 
-/// Takes an item apart.
+/// Splits an item at its first colon.
 ServerItem split_server_item(const std::string& item);
 
-/// The low 16 bits of the item's port, or `default_port` where it names none. An empty port text is port 0.
+/// The low 16 bits of the item's port, or `default_port` if it has none. An empty port text is port 0.
 /// Throws error::EParseError for a port text that is not a whole decimal number.
 std::uint16_t server_port(const ServerItem& item, std::uint16_t default_port);
 
-/// Is told how a test goes.
+/// Receives the progress of a test.
 class TrialListener {
 public:
     /// An attempt begins.
     virtual void trying(const std::string& host, std::uint16_t port) = 0;
-    /// The attempt is over. `problem` is null when the server accepted; its text is gone once this returns.
+    /// The attempt is over. `problem` is null when the server accepted; its text is valid during this call.
     virtual void tried(const std::string& host, std::uint16_t port, const char* problem) = 0;
-    /// The item's port is no number, which ends the test.
+    /// The item's port is not a number, which ends the test.
     virtual void bad_port(const ServerItem& item) = 0;
 
 protected:
     ~TrialListener() = default;
 };
 
-/// Negotiates with every server of `server_list`, whose items are separated by commas, in turn. Each port is
-/// looked at when its server's turn comes, so those before a bad one have been tried. False when a bad port
-/// ended the test.
+/// Negotiates with the servers of `server_list`, whose items are separated by commas, one after the other.
+/// Parses each port just before its server is tried, so the servers before a bad port have been tried. False
+/// when a bad port ended the test.
 bool try_servers(const std::string& server_list, std::uint16_t default_port, const AgentIdentity& agent,
                  TrialListener& listener);

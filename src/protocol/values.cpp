@@ -55,7 +55,7 @@ const char* discard(Stream* stream, std::uint32_t count) {
     return nullptr;
 }
 
-/// Behind an identifier: goes into an indefinite element, drops the contents of a definite one.
+/// After an identifier: enters an indefinite element, or drops the contents of a definite one.
 const char* enter_or_discard(Stream* stream, std::uint64_t* depth) {
     std::uint32_t length = 0;
     bool indefinite = false;
@@ -67,7 +67,7 @@ const char* enter_or_discard(Stream* stream, std::uint64_t* depth) {
     return nullptr;
 }
 
-/// Behind the identifier of an end of contents, whose length can only be 0.
+/// After the identifier of an end of contents, whose length must be 0.
 const char* read_end(Stream* stream, const char* not_terminated) {
     std::uint32_t length = 0;
     bool indefinite = false;
@@ -78,7 +78,7 @@ const char* read_end(Stream* stream, const char* not_terminated) {
 
 const char* leave(Stream* stream, std::uint64_t* depth) {
     --*depth;
-    // Deliberate: the message names another reader.
+    // That the message names another reader is deliberate: administrators' scripts know it.
     return read_end(stream, "List not terminated correctly in read_devnode_list");
 }
 
@@ -156,7 +156,7 @@ const char* skip_value(Stream* stream, std::uint32_t tag) {
         return problem;
     if (tag == end_of_contents)
         return "skip_value encountered end of list";
-    std::uint64_t depth = 0; // a peer can send for years without bringing 64 bits round
+    std::uint64_t depth = 0; // a peer would have to send for years to overflow 64 bits
     const char* problem = enter_or_discard(stream, &depth);
     while (problem == nullptr && depth > 0) {
         problem = read_tag(stream, &tag);

@@ -20,17 +20,16 @@ const char* write_signed_int(Stream* stream, std::int32_t min, std::int32_t max,
 const char* read_bool(Stream* stream, bool* value, std::uint32_t tag);
 const char* write_bool(Stream* stream, bool value);
 
-/// `max` is the largest number of bytes that the field may hold. Hands out the text with a zero byte added;
-/// the caller frees it with `free`. Nothing is allocated before the length is known to be within `max`, and
-/// nothing is handed out on failure.
+/// Reads a text of at most `max` bytes and adds a zero byte; the caller frees it with `free`. Allocates only
+/// after the length is known to be within `max`. `*text` is null on failure.
 const char* read_string(Stream* stream, std::uint32_t max, char** text, std::uint32_t tag);
-/// A text longer than `max` fails with its identifier octet already sent. `text` may be null.
+/// Fails for a text longer than `max`, after its identifier octet was written. `text` may be null.
 const char* write_string(Stream* stream, std::uint32_t max, const char* text);
 
-/// Reads one whole element and drops it, whatever it holds. A peer may nest elements without end: that costs
-/// neither stack nor memory, only the time to read them.
+/// Reads one whole element and drops it. Nested elements use neither stack nor memory, because a peer may
+/// send any number of them.
 const char* skip_value(Stream* stream, std::uint32_t tag);
 
-/// Drops all further elements of an indefinite element, its end of contents included. Readers of such
-/// elements end with this, so that a peer may append fields which this program does not know.
+/// Drops the remaining elements of an indefinite element and its end of contents. Readers of such elements
+/// call this last, so that a peer may append fields that this program does not know.
 const char* skip_to_eol(Stream* stream);
