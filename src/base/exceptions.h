@@ -1,13 +1,13 @@
 #pragma once
-/// What the configuration side throws where a number is parsed or an operating-system call fails. Everything
-/// else that is fatal there is thrown as a plain std::string.
+/// Exceptions of the configuration side, for failures to parse a number and failed calls of the operating
+/// system. Every other fatal error there is thrown as a plain std::string.
 #include <cstdint>
 #include <string>
 #include <utility>
 
 namespace error {
 
-/// Base of the family; never thrown bare.
+/// The base class; never thrown itself.
 class Exception {
 public:
     Exception() = default;
@@ -21,7 +21,7 @@ public:
     /// `description` followed directly by `message`.
     std::string full_text() const { return description() + message; }
 
-    /// Empty unless a caller fills it.
+    /// Empty unless a caller sets it.
     std::string message;
 };
 
@@ -59,5 +59,5 @@ private:
 
 } // namespace error
 
-/// Throws the class of the family that fits `code`, described as `context`, ": " and the system's text.
+/// Throws the class for `code`, with the description `context`, ": " and the system's text.
 [[noreturn]] void throw_system_error(std::uint32_t code, const std::string& context);

@@ -1,7 +1,6 @@
 #pragma once
-/// Message texts of the network side, which reports failure by returning a text (null is success), and the
-/// system's words for its error codes. The buffers are static: one thread, the user interface's, runs every
-/// caller.
+/// Message texts of the network side, which returns a text on failure and null on success, and the system's
+/// texts for its error codes. The buffers are static, because all callers run on one thread.
 #include "platform/win32.h"
 
 #include <string>
@@ -16,9 +15,9 @@ __attribute__((format(printf, 1, 2)))
 const char*
 format_error(const char* format, ...);
 
-/// The system's message for `code` without its line end. When the message is empty: the decimal code; when
-/// there is none: the code and, in brackets, why. Never empty; overwritten by the next call.
+/// The system's message for `code` without its line end. If the message is empty, the decimal code; if there
+/// is no message, the code and the reason in brackets. Never empty. The next call overwrites it.
 const char* system_error_text(DWORD code);
 
-/// The same text as an own string; leaves the buffer of `system_error_text` alone.
+/// The same text as a string; does not change the buffer of `system_error_text`.
 std::string system_error_string(DWORD code);

@@ -24,7 +24,7 @@ template <typename Number> std::string formatted(const char* format, Number valu
     return buffer;
 }
 
-/// The letter that follows the backslash, or 0 when the character has no letter of its own.
+/// The letter that follows the backslash, or 0 if there is none for this character.
 char escape_letter(char character) {
     switch (character) {
     case '\a': return 'a';
@@ -89,7 +89,8 @@ std::optional<std::int32_t> scan_int(const std::string& text) {
     const char* first = text.c_str() + std::strspn(text.c_str(), " \t\n\v\f\r");
     if (*first == '-' || *first == '+')
         ++first;
-    // Runtimes differ in whether strtol tells that it converted something in "0x"; all give 0.
+    // For "0x", some runtimes report that strtol converted the 0 and some that it converted nothing; all
+    // return 0.
     if (*first < '0' || *first > '9')
         return std::nullopt;
     return clamped(std::strtol(text.c_str(), nullptr, 0));

@@ -1,10 +1,10 @@
 #pragma once
-/// Trace points of start-up and parser. A release shows them to nobody; a debugger or a test may listen.
+/// Trace points of start-up and parser. A release discards them; a debugger or a test may listen.
 #include <cstdarg>
 
 using TraceListener = void (*)(const char* format, std::va_list arguments);
 
-/// Who listens; null (the default) discards every trace.
+/// Receives every trace; null (the default) discards them.
 inline TraceListener trace_listener = nullptr;
 
 /// printf rules.

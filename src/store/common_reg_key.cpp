@@ -34,9 +34,10 @@ void CommonRegKey::write() {
         throw "Cannot open path \"" + *path_ + "\" for writing";
     const std::string name(value_name_);
     // A text of up to 1,023 characters is written with its terminating zero, so that at most 1,024 bytes are.
-    // A longer one fills the buffer and is written as 1,024 bytes without a terminator. The system, given a
-    // string without one, looks at the byte behind and takes it along when it is zero; the value would then
-    // have 1,025 bytes and read as empty. The buffer therefore has one byte more, which is not zero.
+    // A longer one fills the buffer and is written as 1,024 bytes without a terminator. If a
+    // string has no terminator, the system reads the next byte as well and includes it if it is zero; the
+    // value would then have 1,025 bytes and read as empty. So the buffer has one more byte, which is not
+    // zero.
     char buffer[value_buffer_size + 1];
     std::strncpy(buffer, value_.c_str(), value_buffer_size);
     buffer[value_buffer_size] = '#';

@@ -11,7 +11,7 @@
 class CommonRegKey : public virtual DataManipulator {
 public:
     /// `path` is relative to `root`. With `read_now` the value is read at once; otherwise it starts empty.
-    /// The two texts must outlive this object: a configuration, which owns them, has a great many of these.
+    /// The two texts must outlive this object. They are not copied because a configuration has many of these.
     CommonRegKey(HKEY root, const std::string& path, std::string_view value_name, bool read_now);
     CommonRegKey(HKEY root, std::string&& path, std::string_view value_name, bool read_now) = delete;
 
@@ -28,5 +28,5 @@ private:
     const std::string* path_;
     std::string_view value_name_;
     std::string value_;
-    std::unique_ptr<std::string> stored_value_; // null while the current value is still the same
+    std::unique_ptr<std::string> stored_value_; // null while it equals the current value
 };

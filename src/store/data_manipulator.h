@@ -1,9 +1,9 @@
 #pragma once
 
-/// What an entry edits, as it is stored. Entry classes and their store classes share one such base.
+/// The stored state that an entry edits. Entry classes and their store classes share one base object.
 class DataManipulator {
 public:
-    /// Loads the stored state, dropping what was edited. Throws a text when it cannot be reached.
+    /// Loads the stored state and drops edits. Throws a text if the state cannot be read.
     virtual void read() = 0;
     /// Stores the current state. Throws a text on failure.
     virtual void write() = 0;
@@ -11,7 +11,7 @@ public:
     virtual bool changed() const = 0;
 
 protected:
-    // Stores live as long as their entries, which nobody deletes through this base.
+    // Not virtual: nothing deletes an entry or its store through this base.
     ~DataManipulator() = default;
 };
 

@@ -4,10 +4,10 @@
 
 #include <string>
 
-/// A whole registry key that the user may have deleted.
+/// A whole registry key that the user can delete.
 class DeleteRegKey : public virtual DataManipulator {
 public:
-    /// Looks at once whether the key exists. `path` is relative to `root`.
+    /// Checks whether the key exists. `path` is relative to `root`.
     DeleteRegKey(HKEY root, std::string path);
 
     void read() override;
@@ -16,7 +16,7 @@ public:
     void write() override;
     bool changed() const override { return exists_ && delete_requested_; }
 
-    /// Whether the key could be opened when last looked at, and was not deleted since.
+    /// Whether the key could be opened at the last check and was not deleted since.
     bool exists() const { return exists_; }
     bool delete_requested() const { return delete_requested_; }
     void request_delete(bool on) { delete_requested_ = on; }

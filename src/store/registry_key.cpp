@@ -39,7 +39,7 @@ void enumerate_values(std::map<std::string, std::string>& target, HKEY root, con
     if (RegQueryInfoKeyA(key.get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
                          nullptr, nullptr, nullptr) != ERROR_SUCCESS)
         throw "Cannot get number of keys under " + path;
-    // Deliberately from one past the last value down to the first.
+    // It is deliberate that this starts one past the last value and goes down to the first.
     for (DWORD index = count + 1; index-- > 0;)
         add_value(target, key.get(), index);
 }

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-/// An open registry key; closes itself. False when it could not be opened.
+/// Owns an open registry key. False if it could not be opened.
 class RegistryKeyHandle {
 public:
     RegistryKeyHandle(HKEY root, const std::string& path, REGSAM access)
@@ -23,7 +23,7 @@ public:
 
     explicit operator bool() const { return key_ != nullptr; }
     HKEY get() const { return key_; }
-    /// What the system answered.
+    /// The system's return code.
     LSTATUS status() const { return status_; }
 
 private:
@@ -31,10 +31,10 @@ private:
     LSTATUS status_;
 };
 
-/// Values are read and written through buffers of this many bytes.
+/// The size of the buffers for reading and writing values, in bytes.
 inline constexpr DWORD value_buffer_size = 1024;
 
-/// A value's data as the registry gave it.
+/// A value's data as it is in the registry.
 struct ValueData {
     char octets[value_buffer_size];
     DWORD size = value_buffer_size;
@@ -43,7 +43,7 @@ struct ValueData {
     std::string text();
 };
 
-/// Reads a value's data, and its type where that is asked for. Returns what the system answered.
+/// Reads a value's data, and its type if that is requested. Returns the system's return code.
 LSTATUS query_value(HKEY key, const char* name, ValueData& data, DWORD* type = nullptr);
 
 /// A value's data of whatever type, as text up to its first zero byte and cut to 1,023 characters. Nothing

@@ -1,11 +1,11 @@
 #pragma once
-/// Child controls: how they come into being and go, where they stand, what they report.
+/// Child controls: their creation, destruction, placement and notifications.
 #include "platform/win32.h"
 
 #include <cstddef>
 #include <string>
 
-/// Where a control stands in its parent's client area, in pixels.
+/// A control's place in its parent's client area, in pixels.
 struct Placement {
     int x = 0;
     int y = 0;
@@ -14,22 +14,22 @@ struct Placement {
     friend bool operator==(const Placement&, const Placement&) = default;
 };
 
-/// For a control that nobody looks up by its identifier.
+/// The identifier of a control that is never looked up.
 inline constexpr int no_identifier = -1;
 
-/// How a child control comes into being.
+/// Describes a child control for its creation.
 struct ControlDescription {
     const char* window_class;
     const char* text = "";
-    /// Beside WS_CHILD and, unless `hidden`, WS_VISIBLE.
+    /// Added to WS_CHILD and, unless `hidden`, WS_VISIBLE.
     DWORD style = 0;
     DWORD extended_style = 0;
     bool hidden = false;
     int identifier = no_identifier;
-    /// Until it is laid out.
+    /// The place until the first layout.
     Placement placement{.width = 1, .height = 1};
     bool has_stock_font = true;
-    /// The text that is thrown when there is no such control; null when the parent goes on without it.
+    /// The text that is thrown if the control cannot be created; null if the parent can do without it.
     const char* failure = nullptr;
 };
 
@@ -40,14 +40,14 @@ void destroy_control(HWND& control);
 /// Moves the control within its parent.
 void place(HWND control, const Placement& placement);
 RECT client_rectangle(HWND window);
-/// Draws the ground of buttons over the window's client area.
+/// Fills the window's client area with the colour of buttons.
 void fill_ground(HWND window, HDC context);
 
-/// The longest text, in bytes, that is taken from a control; what follows is cut.
+/// The longest text that is read from a control, in bytes; longer texts are cut.
 inline constexpr std::size_t longest_taken_text = 1023;
 std::string control_text(HWND control);
 
-/// True for a WM_COMMAND by which `control` reports `notification`.
+/// Whether a WM_COMMAND is the `notification` of `control`.
 bool reports(UINT message, WPARAM wparam, LPARAM lparam, HWND control, WORD notification);
-/// True for a WM_COMMAND by which whatever button of the parent reports that it was pressed.
+/// Whether a WM_COMMAND says that a button of the parent, any of them, was pressed.
 bool reports_press(UINT message, WPARAM wparam);

@@ -1,5 +1,5 @@
 #pragma once
-/// What the rooms below app/ know of the main window.
+/// The main window, as far as the rooms below app/ need it.
 #include "platform/win32.h"
 
 /// Owner of message boxes and of the wait window, receiver of the page-changed message, window of the
