@@ -25,6 +25,11 @@ set(TAVRIN_CTL_PROGRAM src/ctl/${platform}/main.cpp src/ctl/${platform}/verbs.cp
 list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "src/ctl/${platform}/(main|verbs)\\.cpp$")
 add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
 target_link_libraries(tavrin_ctl PUBLIC tavrin tavrin_json PRIVATE tavrin_warnings)
+if(NOT WIN32)
+    # SHA-256. Small, and free of obligations where the program is linked statically.
+    find_library(TAVRIN_DIGESTS libmd.a REQUIRED)
+    target_link_libraries(tavrin_ctl PUBLIC ${TAVRIN_DIGESTS})
+endif()
 set_source_files_properties(src/ctl/program.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
 
 if(WIN32)
@@ -38,6 +43,6 @@ else()
     add_executable(tavrinctl ${portable} src/base/text.cpp src/ctl/verbs/check.cpp src/ctl/verbs/template.cpp
                    src/ctl/change/state_file.cpp src/ctl/machine/linux/present_values.cpp)
     target_include_directories(tavrinctl PRIVATE src)
-    target_link_libraries(tavrinctl PRIVATE tavrin_json tavrin_warnings)
+    target_link_libraries(tavrinctl PRIVATE tavrin_json ${TAVRIN_DIGESTS} tavrin_warnings)
     set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endif()

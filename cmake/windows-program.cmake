@@ -5,9 +5,9 @@ add_link_options(-static)
 
 # Some DLLs are loaded with their first call. Windows would look for iphlpapi.dll beside the program first (the others
 # are known DLLs, or named with their version in the manifest), and by then the program has closed that folder to the
-# search. The dialogs' DLLs bring others along, a seventh of the program's private memory, which few runs ever need.
+# search; tavrinctl loads bcrypt.dll by its full path before its first call. The dialogs' DLLs bring others along, a seventh of the program's private memory, which few runs ever need.
 set(TAVRIN_DELAYED_DLLS)
-foreach(dll iphlpapi comdlg32 shell32)
+foreach(dll iphlpapi comdlg32 shell32 bcrypt)
     set(library ${CMAKE_BINARY_DIR}/lib${dll}_delayed.a)
     add_custom_command(
         OUTPUT ${library}

@@ -1,0 +1,17 @@
+// The digests that the standard gives as examples.
+#include "ctl/io/sha256.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Sha256, TheStandardsExamples) {
+    EXPECT_EQ(ctl::sha256(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(ctl::sha256("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(ctl::sha256(std::string(1'000'000, 'a')),
+              "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+TEST(Sha256, DigitsOfOctets) { EXPECT_EQ(ctl::hex_of(std::string("\0\x0F\xA5\xFF", 4)), "000fa5ff"); }
+
+} // namespace
