@@ -106,6 +106,8 @@ struct Declaration {
     std::vector<SpecLine> further;
     /// Null for an unknown type.
     const EntryKind* kind = nullptr;
+
+    bool has_value() const { return kind != nullptr && kind->form != ValueForm::none; }
 };
 
 struct GroupStart {

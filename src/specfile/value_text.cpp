@@ -23,15 +23,42 @@ std::optional<long long> whole_number(const std::string& text) {
     return reads_alike && end == text.c_str() + text.size() ? std::optional(number) : std::nullopt;
 }
 
+constexpr const char* out_of_range = "not between -2147483648 and 2147483647";
+
+bool is_in_range(long long number) { return number >= Limits::min() && number <= Limits::max(); }
+
+bool all_digits(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// What the digits are when the zeros in front mean nothing.
+std::string without_zeros(std::string_view digits) {
+    return std::string(digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1)));
+}
+
+/// Digits as a person writes them: zeros in front would make them octal for the agent.
+Problem decimal_problem(const std::string& text, std::string_view digits) {
+    const std::string sign(text, 0, text.size() - digits.size());
+    const std::string plain = without_zeros(digits);
+    if (plain != digits)
+        return "a leading zero makes it octal for the agent; write " + sign + plain;
+    if (sign == "-" && plain == "0")
+        return "write 0";
+    const bool fits = plain.size() <= 10 && is_in_range(std::strtoll(text.c_str(), nullptr, 10));
+    return fits ? Problem() : out_of_range;
+}
+
 Problem integer_problem(const std::string& text) {
     if (text.empty())
         return {};
+    const std::string_view digits = std::string_view(text).substr(text.starts_with('-') ? 1 : 0);
+    if (all_digits(digits))
+        return decimal_problem(text, digits);
     const auto number = whole_number(text);
     if (!number)
         return "not a whole number";
-    if (*number < Limits::min() || *number > Limits::max())
-        return "not between -2147483648 and 2147483647";
-    return {};
+    return is_in_range(*number) ? "not in plain decimal digits; write " + std::to_string(*number)
+                                : out_of_range;
 }
 
 Problem boolean_problem(const std::string& text) {
@@ -52,17 +79,21 @@ Problem option_problem(const Declaration& declaration, const std::string& text) 
 }
 
 bool is_port(const std::string& text) {
-    char* end = nullptr;
-    const long number = std::strtol(text.c_str(), &end, 10);
     constexpr long highest = std::numeric_limits<std::uint16_t>::max();
-    return end == text.c_str() + text.size() && number >= 0 && number <= highest;
+    return text.empty() ||
+           (all_digits(text) && text.size() <= 5 && std::strtol(text.c_str(), nullptr, 10) <= highest);
 }
 
+/// Blanks are part of a name for the agent, which then finds no such server.
 Problem server_problem(const std::string& item) {
-    const std::size_t colon = item.find(':');
-    if (colon == std::string::npos || is_port(item.substr(colon + 1)))
+    const std::string host = item.substr(0, item.find(':'));
+    if (item.find_first_of(" \t\r\n") != std::string::npos)
+        return "\"" + item + "\" contains a blank; servers are separated by a comma alone";
+    if (host.empty())
+        return "\"" + item + "\" names no server";
+    if (host == item || is_port(item.substr(host.size() + 1)))
         return {};
-    return "the port \"" + item.substr(colon + 1) + "\" of the server \"" + item.substr(0, colon) +
+    return "the port \"" + item.substr(host.size() + 1) + "\" of the server \"" + host +
            "\" is not a number from 0 to 65535";
 }
 

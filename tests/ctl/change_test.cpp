@@ -53,12 +53,12 @@ TEST_F(Change, ReportsEachValue) {
 }
 
 TEST_F(Change, ASecondRunChangesNothingAndSaysSo) {
-    change({"set", "Agent", "Port=0x1389", "Flag=FALSE", "Colour=green", "Modem="});
+    change({"set", "Agent", "Port=5001", "Flag=FALSE", "Colour=green", "Modem="});
     EXPECT_EQ(text("Port"), "5001");
     EXPECT_EQ(text("Flag"), "false");
     EXPECT_EQ(text("Modem"), "");
     const int writes = substitute::call_count("RegSetValueExA");
-    const Ended second = change({"set", "Agent", "Port=0x1389", "Flag=FALSE", "Colour=green", "Modem="});
+    const Ended second = change({"set", "Agent", "Port=5001", "Flag=FALSE", "Colour=green", "Modem="});
     EXPECT_EQ(second.code, ctl::as_wished);
     EXPECT_EQ(second.err, "tavrinctl: everything is as wished, nothing is changed\n");
     EXPECT_THAT(second.out, HasSubstr("\"changed\": false,\n  \"whatIf\": false,\n  \"backup\": null"));
@@ -126,10 +126,11 @@ TEST_F(Change, EverythingIsLookedAtBeforeTheFirstWrite) {
         "  Agent: ServerList: \"a:b\" is refused: the port \"b\" of the server \"a\" is not a number from 0 "
         "to 65535\n"
         "  Agent: Nothing: there is no such value\n"
-        "  Agent: Twice: several entries have this title; name one by its value name\n"
-        "  Agent: Gone: this is a RemoveKey, which has no value to set; the window does what it is for\n"
-        "  Agent: Event: this is a SignalEvent, which has no value to set; the window does what it is for\n"
-        "  Agent: Test: this is a ConnectionTest, which has no value to set; the window does what it is for\n"
+        "  Agent: Twice: several entries have this title; use a value name\n"
+        "  Agent: Gone: this is a RemoveKey, which has no value that could be set; use the window\n"
+        "  Agent: Event: this is a SignalEvent, which has no value that could be set; use the window\n"
+        "  Agent: Test: this is a ConnectionTest, which has no value that could be set; use the window\n"
+        "  Agent: port: the value is given twice\n"
         "  Agent: Modem: the text does not fit the machine's code page 1252\n");
     EXPECT_EQ(text("AgentName"), "web1");
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
@@ -175,14 +176,19 @@ TEST_F(Change, WhatTheToolCouldNotHaveWrittenMayStay) {
 TEST_F(Change, AValueOfAnotherTypeIsNoText) {
     set_value(key, "Port", REG_DWORD, std::string("\x88\x13\0\0", 4));
     const Ended done = change({"set", "Agent", "Port=5000"});
-    EXPECT_THAT(done.out, HasSubstr("\"before\": \"5000\",\n          \"type\": \"REG_DWORD\",\n"
+    EXPECT_THAT(done.out, HasSubstr("\"before\": {\n            \"type\": \"REG_DWORD\",\n"
+                                    "            \"octets\": \"88130000\"\n          },\n"
                                     "          \"after\": \"5000\",\n          \"changed\": true"));
     EXPECT_EQ(text("Port"), "5000");
 }
 
-TEST_F(Change, AnExpandableTextIsAText) {
+TEST_F(Change, AnExpandableTextIsWrittenAsAPlainOne) {
     set_value(key, "AgentName", REG_EXPAND_SZ, std::string("web1\0", 5));
-    EXPECT_THAT(change({"set", "Agent", "AgentName=web1"}).err, HasSubstr("nothing is changed"));
+    EXPECT_THAT(change({"set", "Agent", "AgentName=web1"}).out,
+                HasSubstr("\"before\": {\n            \"value\": \"web1\",\n"
+                          "            \"type\": \"REG_EXPAND_SZ\"\n          },\n"
+                          "          \"after\": \"web1\",\n          \"changed\": true"));
+    EXPECT_EQ(text("AgentName"), "web1");
 }
 
 TEST_F(Change, AValueThatIsTooLongIsNotEmpty) {
@@ -218,9 +224,13 @@ TEST_F(Change, JsonsOwnNumbersAndTruthValuesAreForTheirKinds) {
     const Ended refused =
         apply(R"({"schema":1,"configurations":{"Agent":{"values":{"Flag":1,"AgentName":5,"Port":true}}}})");
     EXPECT_EQ(refused.code, ctl::invalid);
-    EXPECT_THAT(refused.err, HasSubstr("Agent: Flag: a text is expected for the kind Boolean\n"
-                                       "  Agent: AgentName: a text is expected for the kind String\n"
-                                       "  Agent: Port: a text is expected for the kind Integer\n"));
+    EXPECT_EQ(refused.err,
+              "tavrinctl: nothing was written:\n"
+              "  Agent: Flag: not 1, which is a number, but true or false is expected for the kind Boolean\n"
+              "  Agent: AgentName: not 5, which is a number, but a text in quotes is expected for the kind "
+              "String\n"
+              "  Agent: Port: not true, which is a truth value, but a whole number is expected for the kind "
+              "Integer\n");
 }
 
 TEST_F(Change, SerialPortsAreThoseOfTheMachineOrNumbered) {

@@ -1,9 +1,12 @@
 #include "ctl/change/plan.h"
 
+#include "ctl/change/state_check.h"
 #include "ctl/failure.h"
+#include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/registry_names.h"
+#include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
-#include "ctl/machine/entry_index.h"
 #include "specfile/value_text.h"
 #include "store/serial_ports.h"
 
@@ -13,40 +16,32 @@
 namespace ctl {
 namespace {
 
+/// More lines than these help nobody.
+constexpr std::size_t most_told = 20;
+
 /// All that is wrong is told at once.
 class Problems {
 public:
     void add(const MachineConfiguration& configuration, const std::string& name, const std::string& words) {
         add(to_utf8(configuration.name) + ": " + visible(name) + ": " + words);
     }
-    void add(const std::string& line) { text_ += "\n  " + line; }
+    void add(const std::string& line) {
+        if (++count_ <= most_told)
+            text_ += "\n  " + line;
+    }
 
     void refuse_if_any() const {
-        if (!text_.empty())
-            throw Failure{invalid, "nothing was written:" + text_};
+        if (count_ == 0)
+            return;
+        const std::string more =
+            count_ > most_told ? "\n  and " + std::to_string(count_ - most_told) + " more" : "";
+        throw Failure{invalid, "nothing was written:" + text_ + more};
     }
 
 private:
     std::string text_;
+    std::size_t count_ = 0;
 };
-
-bool is_meant_for(const WishedValue& wished, ValueForm form) {
-    switch (wished.written) {
-    case JsonTree::Kind::whole_number: return form == ValueForm::integer;
-    case JsonTree::Kind::boolean: return form == ValueForm::flag;
-    default: return true;
-    }
-}
-
-/// The text in the machine's code page. Throws a text when it cannot be what is wished.
-std::string own_text(const WishedValue& wished, const Declaration& declaration) {
-    if (!is_meant_for(wished, declaration.kind->form))
-        throw "a text is expected for the kind " + std::string(declaration.kind->type);
-    const auto text = from_utf8(*wished.text);
-    if (!text)
-        throw "the text does not fit the machine's code page " + std::to_string(machine_code_page());
-    return *text;
-}
 
 /// Which ports there are the machine knows, not the spec file. One that is still to be plugged in may be
 /// named as the system will name it.
@@ -70,25 +65,70 @@ Change change_to(const std::string& text, const Declaration& declaration, Stored
     if (change.before.holds(text))
         return change;
     if (const auto problem = problem_with(text, declaration))
-        throw to_utf8("\"" + visible(text.substr(0, 80)) + "\" is refused: " + *problem);
+        throw refusal(text, *problem, machine_code_page());
     change.after = stored_by_page(declaration, text);
     change.differs = !change.before.holds(*change.after);
     return change;
 }
 
-Change change_for(const WishedValue& wished, const Declaration& declaration, const MachineKey& key) {
-    StoredValue before = look_up(key, std::string(declaration.value_name.text));
+bool is_stored(const WishedValue& wished, const StoredValue& stored) {
+    if (!stored.is_there || stored.is_too_long || type_name(stored.type) != wished.type)
+        return false;
+    return wished.octets ? stored.octets == wished.octets
+                         : !stored.octets && to_utf8(stored.text) == *wished.text;
+}
+
+/// The tool writes texts, so a value of another type is one that is there already.
+Change kept(const WishedValue& wished, const Declaration& declaration, StoredValue before) {
+    if (!is_stored(wished, before))
+        throw "only texts are written; this value of the type " + visible(wished.type) +
+            " is accepted where it is stored already, and here it is " + shown(before);
+    Change change{&declaration, std::move(before), std::nullopt};
+    change.is_kept = true;
+    return change;
+}
+
+Change change_for(const WishedValue& wished, const Declaration& declaration, StoredValue before) {
+    if (!wished.type.empty())
+        return kept(wished, declaration, std::move(before));
     if (wished.text)
-        return change_to(own_text(wished, declaration), declaration, std::move(before));
+        return change_to(desired_text(wished, declaration, machine_code_page()), declaration,
+                         std::move(before));
     const bool is_there = before.is_there;
     return {&declaration, std::move(before), std::nullopt, is_there};
 }
 
+/// The configuration's key, which need not exist where nothing is to be written.
+class ReadableKey {
+public:
+    explicit ReadableKey(const std::string& path) {
+        try {
+            key_.emplace(path, KEY_QUERY_VALUE);
+        } catch (const Failure& failure) {
+            if (failure.code != invalid)
+                throw;
+            missing_ = failure;
+        }
+    }
+
+    StoredValue look_up(const std::string& name) const {
+        return key_ ? ctl::look_up(*key_, name) : StoredValue{};
+    }
+    void require() const {
+        if (missing_)
+            throw Failure(*missing_);
+    }
+
+private:
+    std::optional<MachineKey> key_;
+    std::optional<Failure> missing_;
+};
+
 class Planning {
 public:
     Planning(const MachineConfiguration& configuration, Problems& problems)
-        : configuration_(configuration), index_(configuration), problems_(problems),
-          key_(configuration.key(), KEY_QUERY_VALUE), is_given_(configuration.spec.entries.size()) {}
+        : configuration_(configuration), entries_(configuration.spec, machine_code_page()),
+          problems_(problems), key_(configuration.key()) {}
 
     ConfigurationChanges plan(const std::vector<WishedValue>& values) {
         changes_.reserve(values.size());
@@ -99,6 +139,8 @@ public:
         std::sort(places_.begin(), places_.end());
         for (const auto& [place, number] : places_)
             all.changes.push_back(std::move(changes_[number]));
+        if (all.differ())
+            key_.require();
         return all;
     }
 
@@ -112,28 +154,55 @@ private:
     }
 
     void add(const WishedValue& wished) {
-        const auto name = from_utf8(wished.name);
-        if (!name)
-            throw std::string("there is no such value");
-        const std::size_t place = index_.find(*name);
+        const std::size_t place = entries_.place_of(wished);
         const Declaration& declaration = configuration_.spec.entries[place].declaration;
-        if (is_given_[place])
-            throw std::string("the value is given twice");
-        changes_.push_back(change_for(wished, declaration, key_));
+        changes_.push_back(
+            change_for(wished, declaration, key_.look_up(std::string(declaration.value_name.text))));
         places_.emplace_back(place, changes_.size() - 1);
-        is_given_[place] = true;
     }
 
     const MachineConfiguration& configuration_;
-    EntryIndex index_;
+    DesiredEntries entries_;
     Problems& problems_;
-    MachineKey key_;
+    ReadableKey key_;
     std::vector<Change> changes_;
-    /// Of each entry, whether it has a change.
-    std::vector<bool> is_given_;
     /// The entries that have one, and which.
     std::vector<std::pair<std::size_t, std::size_t>> places_;
 };
+
+/// One member of a state that says what it was made for, and what this machine has.
+struct Claim {
+    const char* what;
+    std::string said;
+    std::string found;
+
+    bool holds() const { return said.empty() || is_same_registry_name(said, found); }
+    std::string words() const {
+        return std::string(what) + " is \"" + visible(found) + "\" here, not \"" + visible(said) + "\"";
+    }
+};
+
+void check_guards(const MachineConfiguration& configuration, const Guards& guards, Problems& problems) {
+    const bool has_digest = !guards.sha256.empty();
+    const Claim claims[] = {{"the key", guards.key, to_utf8(configuration.key())},
+                            {"the service", guards.service, to_utf8(configuration.service())},
+                            {"the SHA-256 of the spec file", guards.sha256,
+                             has_digest ? sha256_of_file(to_utf8(configuration.path)).value_or("") : ""}};
+    for (const Claim& each : claims) {
+        if (!each.holds())
+            problems.add(to_utf8(configuration.name) + ": the state is guarded: " + each.words());
+    }
+}
+
+/// What only informs refuses nothing.
+void warn_of_others(const MachineConfiguration& configuration, const WishedConfiguration& wished) {
+    const Claim claims[] = {{"the key", wished.key, to_utf8(configuration.key())},
+                            {"the service", wished.service, to_utf8(configuration.service())}};
+    for (const Claim& each : claims) {
+        if (!each.holds())
+            say(to_utf8(configuration.name) + ": " + each.words(), Level::warning);
+    }
+}
 
 void plan_one(const Machine& machine, const WishedConfiguration& wished,
               std::vector<ConfigurationChanges>& all, Problems& problems) {
@@ -142,6 +211,8 @@ void plan_one(const Machine& machine, const WishedConfiguration& wished,
                                    [&](const auto& each) { return each.configuration == &configuration; });
     if (twice)
         throw Failure{invalid, "the configuration \"" + visible(wished.name) + "\" is given twice"};
+    check_guards(configuration, wished.guards, problems);
+    warn_of_others(configuration, wished);
     all.push_back(Planning(configuration, problems).plan(wished.values));
 }
 

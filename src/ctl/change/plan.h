@@ -17,6 +17,8 @@ struct Change {
     /// As it shall be stored, in the machine's code page; nothing when the value shall not be there.
     std::optional<std::string> after;
     bool differs = false;
+    /// Stays as it is stored, of whatever type; `after` has no part in it.
+    bool is_kept = false;
     bool is_written = false;
 
     std::string value_name() const { return std::string(declaration->value_name.text); }

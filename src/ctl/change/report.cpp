@@ -4,6 +4,7 @@
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/registry_names.h"
 
 #include <algorithm>
 
@@ -19,9 +20,7 @@ Json json_of(const Change& change, bool what_if) {
     Json json = Json::object();
     json.get_ref<Json::object_t&>().reserve(4);
     add_member(json, "before", json_of(change.before));
-    if (change.before.is_there && !change.before.is_text())
-        add_member(json, "type", type_name(change.before.type));
-    add_member(json, "after", change.after ? Json(to_utf8(*change.after)) : Json());
+    add_member(json, "after", json_of_result(change));
     add_member(json, "changed", is_changed(change, what_if));
     return json;
 }
@@ -41,17 +40,11 @@ Json json_of(const ConfigurationChanges& changes, bool what_if) {
             {"values", std::move(values)}};
 }
 
-/// A value that is too long to be read stands without one, so that nobody takes it for empty.
 Json described_value(const MachineConfiguration& configuration, const SpecEntry& entry,
                      const StoredValue& value) {
-    Json json = Json::object();
-    if (value.is_too_long) {
-        json["unreadable"] = "longer than 1,024 bytes";
-    } else {
-        json["value"] = json_of(value);
-    }
-    if (value.is_there && !value.is_text())
-        json["type"] = type_name(value.type);
+    Json json = json_of(value);
+    if (!json.is_object())
+        json = {{"value", json}};
     json["group"] = utf8(configuration.spec.groups[entry.group].name);
     json["title"] = utf8(entry.declaration.title);
     json["kind"] = std::string(entry.declaration.kind->type);
@@ -66,11 +59,13 @@ Json described_action(const MachineConfiguration& configuration, const SpecEntry
             {"title", utf8(entry.declaration.title)}};
 }
 
-bool has_value(const SpecEntry& entry) { return entry.declaration.kind->form != ValueForm::none; }
-
 } // namespace
 
-Json json_of(const StoredValue& value) { return value.is_there ? Json(to_utf8(value.text)) : Json(); }
+Json json_of_result(const Change& change) {
+    if (change.is_kept)
+        return json_of(change.before);
+    return change.after ? Json(to_utf8(*change.after)) : Json();
+}
 
 Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const std::string& backup) {
     Json configurations = Json::object();
@@ -91,7 +86,7 @@ std::vector<StoredValue> stored_values(const MachineConfiguration& configuration
         const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
         for (std::size_t i = 0; i < values.size(); ++i) {
             const SpecEntry& entry = configuration.spec.entries[i];
-            if (has_value(entry))
+            if (entry.declaration.has_value())
                 values[i] = look_up(key, std::string(entry.declaration.value_name.text));
         }
     } catch (const Failure& failure) {
@@ -104,12 +99,12 @@ std::vector<StoredValue> stored_values(const MachineConfiguration& configuration
 
 Json described(const MachineConfiguration& configuration) {
     const std::vector<StoredValue> stored = stored_values(configuration);
-    NameTable seen(true);
+    RegistryNames seen(machine_code_page());
     Json values = Json::object();
     Json actions = Json::array();
     for (std::size_t i = 0; i < stored.size(); ++i) {
         const SpecEntry& entry = configuration.spec.entries[i];
-        if (!has_value(entry)) {
+        if (!entry.declaration.has_value()) {
             actions.push_back(described_action(configuration, entry));
         } else if (seen.add(entry.declaration.value_name.text, i + 1) == 0) {
             add_member(values, utf8(entry.declaration.value_name),

@@ -12,8 +12,8 @@ namespace ctl {
 /// What became of each value, or with `what_if` would become. `backup` is empty when none was needed.
 Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const std::string& backup);
 
-/// A stored text, or null for a value that is not there.
-Json json_of(const StoredValue& value);
+/// The value after the change, in the form of json_of for what is stored.
+Json json_of_result(const Change& change);
 
 /// Of one configuration, all entries with their values.
 Json described(const MachineConfiguration& configuration);

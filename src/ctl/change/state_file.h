@@ -7,10 +7,12 @@
 ///           "service": "TavrinAgent", "key": "SOFTWARE\\Tavrin\\Agent",
 ///           "values": {
 ///             "Port": { "value": "5000", "group": "Servers", "title": "Port", "kind": "Integer" },
-///             "Compress": "true" } } } }
+///             "Token": { "type": "REG_BINARY", "octets": "00ff", ... },
+///             "Compress": "true" },
+///           "guards": { "key": "SOFTWARE\\Tavrin\\Agent", "service": "TavrinAgent", "sha256": "..." } } } }
 ///
-/// Only names and values say what is wished; the rest informs. A value may stand alone in the place of its
-/// object.
+/// Only names, values and guards say what is wished; the rest informs. A value may stand alone in the place
+/// of its object. One with a type is for a machine that has just this value.
 #include "ctl/io/json_tree.h"
 
 #include <optional>
@@ -29,6 +31,18 @@ struct WishedValue {
     std::optional<std::string> text;
     /// How JSON writes it: a text may be meant for every kind of entry, a number or truth value for its own.
     JsonTree::Kind written = JsonTree::Kind::text;
+    /// The registry's type that the value must have already; empty when any text may be written.
+    std::string type = {};
+    /// Of such a value, in the place of a text.
+    std::optional<std::string> octets = {};
+};
+
+/// What a state was made for; empty where it does not tell.
+struct Guards {
+    std::string key;
+    std::string service;
+    /// Of the spec file.
+    std::string sha256;
 };
 
 struct WishedConfiguration {
@@ -36,6 +50,8 @@ struct WishedConfiguration {
     /// Below HKEY_LOCAL_MACHINE; empty when the state does not tell.
     std::string key;
     std::vector<WishedValue> values;
+    std::string service = {};
+    Guards guards = {};
 };
 
 using State = std::vector<WishedConfiguration>;

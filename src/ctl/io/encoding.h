@@ -22,6 +22,8 @@ inline bool is_ascii(std::string_view text) {
 std::string to_utf8(std::string_view text, unsigned code_page = machine_code_page());
 /// Nothing when the text does not fit: it has characters that the code page lacks, or is no UTF-8.
 std::optional<std::string> from_utf8(std::string_view text, unsigned code_page = machine_code_page());
+/// The UTF-8 text with all its letters in one case, as the registry compares names.
+std::string in_one_case(std::string_view text);
 /// The octets of the UTF-8 text in UTF-16, lower octets first.
 std::string to_utf16(std::string_view text);
 /// And back; what is no UTF-16 is not kept.

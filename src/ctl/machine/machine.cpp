@@ -3,9 +3,9 @@
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
 #include "ctl/machine/machine_key.h"
-#include "specfile/name_table.h"
 #include "store/registry_key.h"
 
 #include <algorithm>
@@ -62,12 +62,12 @@ Machine read_machine() {
 }
 
 const MachineConfiguration& configuration_named(const Machine& machine, const std::string& name) {
-    const std::string wanted = from_utf8(name).value_or("");
+    const std::optional<std::string> wanted = from_utf8(name);
     std::vector<const MachineConfiguration*> alike;
     for (const MachineConfiguration& each : machine) {
         if (each.name == wanted)
             return each;
-        if (same_name(each.name, wanted))
+        if (wanted && is_same_registry_name(to_utf8(each.name), name))
             alike.push_back(&each);
     }
     if (alike.size() != 1)

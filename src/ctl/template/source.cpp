@@ -68,7 +68,7 @@ std::string Reading::id_of(const std::string& value_name) {
 }
 
 void Reading::add(const SpecEntry& entry) {
-    if (entry.declaration.kind->form == ValueForm::none) {
+    if (!entry.declaration.has_value()) {
         add_left_out(entry.declaration);
     } else {
         source_.groups[entry.group].entries.push_back(made_of(entry.declaration));

@@ -36,6 +36,8 @@ WishedConfiguration read_instance() {
     const JsonTree* const values = instance.find("values");
     if (values != nullptr && values->kind != JsonTree::Kind::object)
         throw Failure{invalid, "\"values\" is no object"};
+    if (instance.find("name") == nullptr)
+        throw Failure{invalid, "the instance has no member \"name\""};
     return {text_member(instance, "name"),
             {},
             values != nullptr ? read_values(*values) : std::vector<WishedValue>()};
@@ -53,7 +55,7 @@ Json all_values(const MachineConfiguration& configuration) {
     Json values = Json::object();
     for (std::size_t i = 0; i < stored.size(); ++i) {
         const Declaration& declaration = configuration.spec.entries[i].declaration;
-        if (declaration.kind->form != ValueForm::none && !stored[i].is_too_long)
+        if (declaration.has_value() && !stored[i].is_too_long)
             values.emplace(to_utf8(declaration.value_name.text), json_of(stored[i]));
     }
     return values;
@@ -65,10 +67,8 @@ enum class Moment { before, after };
 Json asked_values(const ConfigurationChanges& changes, Moment moment) {
     Json values = Json::object();
     for (const Change& each : changes.changes) {
-        const bool is_new = moment == Moment::after;
-        values[to_utf8(each.value_name())] = !is_new      ? json_of(each.before)
-                                             : each.after ? Json(to_utf8(*each.after))
-                                                          : Json();
+        values[to_utf8(each.value_name())] =
+            moment == Moment::after ? json_of_result(each) : json_of(each.before);
     }
     return values;
 }

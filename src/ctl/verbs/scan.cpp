@@ -29,7 +29,7 @@ bool lists_servers(const MachineConfiguration& configuration) {
 const Declaration* port_of(const MachineConfiguration& configuration) {
     const auto& entries = configuration.spec.entries;
     const auto found = std::find_if(entries.begin(), entries.end(), [](const SpecEntry& each) {
-        return each.declaration.title.text == "Port" && each.declaration.kind->form != ValueForm::none;
+        return each.declaration.title.text == "Port" && each.declaration.has_value();
     });
     return found == entries.end() ? nullptr : &found->declaration;
 }

@@ -14,19 +14,9 @@ namespace {
 
 using Row = std::array<std::string, 3>;
 
-std::string shown(const SpecEntry& entry, const StoredValue& value) {
-    if (entry.declaration.kind->form == ValueForm::none)
-        return "(no value)";
-    if (!value.is_there)
-        return "(not set)";
-    if (value.is_too_long)
-        return "(longer than 1,024 bytes)";
-    return visible(to_utf8(value.text)) + (value.is_text() ? "" : " (" + type_name(value.type) + ")");
-}
-
 Row row_of(const SpecEntry& entry, const StoredValue& value) {
     return {visible(to_utf8(entry.declaration.value_name.text)), std::string(entry.declaration.kind->type),
-            shown(entry, value)};
+            entry.declaration.has_value() ? shown(value) : "(no value)"};
 }
 
 /// Characters, not octets.

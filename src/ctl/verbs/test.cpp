@@ -35,7 +35,7 @@ std::string value_titled(const MachineConfiguration& configuration, const Machin
     });
     if (found == entries.end())
         throw Failure{invalid, "Did not find anything with the title \"" + to_utf8(title) + "\""};
-    if (found->declaration.kind->form == ValueForm::none)
+    if (!found->declaration.has_value())
         throw Failure{invalid, "Found title, but it is not a CommonRegKey"};
     return look_up(key, std::string(found->declaration.value_name.text)).text;
 }

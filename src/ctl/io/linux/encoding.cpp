@@ -3,6 +3,9 @@
 #include <iconv.h>
 
 #include <cerrno>
+#include <clocale>
+#include <cstring>
+#include <cwctype>
 
 namespace ctl {
 namespace {
@@ -71,6 +74,23 @@ std::optional<std::string> from_utf8(std::string_view text, unsigned code_page) 
     std::string converted;
     if (!Converter(name_of(code_page), "UTF-8").convert(text, converted))
         return std::nullopt;
+    return converted;
+}
+
+/// Letters beyond ASCII keep their case on a system without this locale, which comes with the C library.
+std::string in_one_case(std::string_view text) {
+    static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    std::string wide;
+    Converter("WCHAR_T", "UTF-8").convert(text, wide);
+    for (std::size_t i = 0; locale != nullptr && i < wide.size(); i += sizeof(wchar_t)) {
+        wchar_t character = 0;
+        std::memcpy(&character, wide.data() + i, sizeof character);
+        character = static_cast<wchar_t>(towupper_l(static_cast<wint_t>(character), locale));
+        std::memcpy(wide.data() + i, &character, sizeof character);
+    }
+    std::string_view rest = wide;
+    std::string converted;
+    Converter("UTF-8", "WCHAR_T").convert(rest, converted);
     return converted;
 }
 

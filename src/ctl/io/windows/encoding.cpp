@@ -31,6 +31,12 @@ std::optional<std::string> from_utf8(std::string_view text, unsigned code_page) 
     return encoded;
 }
 
+std::string in_one_case(std::string_view text) {
+    std::wstring wide = decode(text, CP_UTF8, 0);
+    CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+    return from_wide(wide);
+}
+
 std::string to_utf16(std::string_view text) {
     const std::wstring wide = decode(text, CP_UTF8, 0);
     return {reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(wchar_t)};

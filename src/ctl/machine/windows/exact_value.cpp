@@ -1,5 +1,6 @@
 #include "ctl/machine/exact_value.h"
 
+#include "base/messages.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/windows/wide.h"
@@ -19,8 +20,8 @@ std::optional<ExactValue> read_exactly(const MachineKey& key, const std::string&
                                   reinterpret_cast<BYTE*>(value.octets.data()), &size);
     }
     if (status != ERROR_SUCCESS)
-        throw Failure{failed, "the value \"" + to_utf8(name) +
-                                  "\" cannot be read for the backup; nothing was written"};
+        throw Failure{failed, "cannot read the value \"" + to_utf8(name) +
+                                  "\": " + to_utf8(system_error_string(static_cast<DWORD>(status)))};
     value.octets.resize(size);
     return value;
 }

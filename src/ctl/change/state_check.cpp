@@ -1,0 +1,74 @@
+#include "ctl/change/state_check.h"
+
+#include "ctl/io/encoding.h"
+#include "ctl/io/visible.h"
+#include "specfile/value_text.h"
+
+namespace ctl {
+namespace {
+
+/// Of a longer text its beginning says enough.
+constexpr std::size_t most_quoted = 80;
+
+/// JSON's numbers and truth values stand for texts of one form only.
+void refuse_other_form(const WishedValue& wished, const EntryKind& kind) {
+    const bool is_number = wished.written == JsonTree::Kind::whole_number;
+    const bool is_flag = wished.written == JsonTree::Kind::boolean;
+    if ((!is_number && !is_flag) || (is_number && kind.form == ValueForm::integer) ||
+        (is_flag && kind.form == ValueForm::flag))
+        return;
+    const std::string found = *wished.text + ", which is " + (is_number ? "a number" : "a truth value");
+    const char* const expected = kind.form == ValueForm::flag      ? "true or false"
+                                 : kind.form == ValueForm::integer ? "a whole number"
+                                                                   : "a text in quotes";
+    throw "not " + found + ", but " + expected + " is expected for the kind " + std::string(kind.type);
+}
+
+void check_value(const WishedValue& wished, const Declaration& declaration, unsigned code_page) {
+    if (!wished.text || !wished.type.empty())
+        return;
+    const std::string text = desired_text(wished, declaration, code_page);
+    if (const auto problem = value_problem(declaration, text))
+        throw refusal(text, *problem, code_page);
+}
+
+} // namespace
+
+std::size_t DesiredEntries::place_of(const WishedValue& wished) {
+    const auto name = from_utf8(wished.name, code_page_);
+    if (!name)
+        throw std::string("there is no such value");
+    const std::size_t place = index_.find(*name);
+    if (is_given_[place])
+        throw std::string("the value is given twice");
+    is_given_[place] = true;
+    return place;
+}
+
+std::string desired_text(const WishedValue& wished, const Declaration& declaration, unsigned code_page) {
+    refuse_other_form(wished, *declaration.kind);
+    const auto text = from_utf8(*wished.text, code_page);
+    if (!text)
+        throw "the text does not fit the machine's code page " + std::to_string(code_page);
+    return *text;
+}
+
+std::string refusal(const std::string& text, const std::string& problem, unsigned code_page) {
+    return to_utf8("\"" + visible(text.substr(0, most_quoted)) + "\" is refused: " + problem, code_page);
+}
+
+std::vector<std::string> state_problems(const WishedConfiguration& wished, const SpecModel& spec,
+                                        unsigned code_page) {
+    DesiredEntries entries(spec, code_page);
+    std::vector<std::string> problems;
+    for (const WishedValue& each : wished.values) {
+        try {
+            check_value(each, spec.entries[entries.place_of(each)].declaration, code_page);
+        } catch (const std::string& problem) {
+            problems.push_back(visible(each.name) + ": " + problem);
+        }
+    }
+    return problems;
+}
+
+} // namespace ctl

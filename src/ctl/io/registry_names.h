@@ -1,0 +1,32 @@
+#pragma once
+#include "specfile/name_table.h"
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <string_view>
+
+namespace ctl {
+
+/// Whether the registry takes both (UTF-8) for one name: the same but for the case of letters, not of ASCII
+/// alone.
+bool is_same_registry_name(std::string_view one, std::string_view other);
+
+/// A table of the registry's names in a code page. The names must outlive it.
+class RegistryNames {
+public:
+    explicit RegistryNames(unsigned code_page, std::size_t expected = 0)
+        : code_page_(code_page), names_(true, expected) {}
+
+    /// As those of NameTable.
+    std::size_t add(std::string_view name, std::size_t line);
+    std::size_t find(std::string_view name) const;
+
+private:
+    unsigned code_page_;
+    NameTable names_;
+    /// Names with letters beyond ASCII, in one case.
+    std::deque<std::string> folded_;
+};
+
+} // namespace ctl
