@@ -1,5 +1,5 @@
-// How many calls of the system a connection test makes for one server, as its median over some tests: a
-// server that has not answered yet costs a receive more. usage: calls_bench RESULT_FILE PORT (bench/answering
+// Counts the system calls of a connection test for one server, as the median of several tests: if the server
+// has not answered yet, there is one more receive. usage: calls_bench RESULT_FILE PORT (bench/answering
 // listens)
 #include "net/socket.h"
 #include "protocol/negotiation.h"

@@ -1,5 +1,5 @@
-// Times handshakes with servers that are far away, in turn with a bare loop that does the same in as few
-// calls as will do. usage: far_bench RESULT_FILE PREFIX COUNT PORT     (the servers, as in
+// Times handshakes with distant servers, alternating with a bare loop that does the same in as few calls as
+// possible. usage: far_bench RESULT_FILE PREFIX COUNT PORT     (the servers, as in
 // windows/peers/servers.h)
 #include "net/socket.h"
 #include "protocol/negotiation.h"

@@ -19,7 +19,7 @@ struct Free {
 };
 using Text = std::unique_ptr<char, Free>;
 
-/// What the agent says.
+/// The values that the agent sends.
 struct Wishes {
     long version;
     const char* name;
@@ -28,7 +28,7 @@ struct Wishes {
     bool has_hallmark;
     bool testing;
 };
-/// What the server heard.
+/// The values that the server received.
 struct HeardWishes {
     long version;
     Text name;
@@ -38,7 +38,7 @@ struct HeardWishes {
     bool has_hallmark;
     bool testing;
 };
-/// What the server says, and what the agent hears.
+/// The values that the server sends and the agent receives.
 struct Offer {
     long version;
     bool has_master_key;
@@ -51,7 +51,7 @@ struct Packet {
     std::size_t size = 0;
 };
 
-/// All return false where something is out of range, cut short or not what it should be.
+/// All return false if a value is out of range, cut off or otherwise wrong.
 struct Codec {
     const char* name;
     bool (*write_wishes)(const Wishes& wishes, Packet& packet);

@@ -1,4 +1,4 @@
-// Before anything is timed, every codec must carry the same values across and refuse the same defects.
+// Before anything is timed, every codec must transfer the same values and refuse the same errors.
 #include "handshake/handshake.h"
 
 #include <benchmark/benchmark.h>
@@ -16,14 +16,14 @@ const Offer offer = {517, true, false};
 
 bool compatible(long version) { return (version >> 8 & 0xFF) == 2; }
 
-/// The agent's part: it asks, hears the offer out, checks the version and closes.
+/// The agent's side: sends the request, reads the offer, checks the version and closes.
 bool agent_side(const Codec& codec, const Packet& answer, Packet& question, Packet& closing) {
     Offer heard{};
     return codec.write_wishes(wishes, question) && codec.read_offer(answer, heard) &&
            compatible(heard.version) && codec.write_closing(closing);
 }
 
-/// Both parts, from the first element to the last.
+/// Both sides, from the first element to the last.
 bool both_sides(const Codec& codec, HeardWishes& heard_wishes, Offer& heard_offer) {
     Packet packet;
     return codec.write_wishes(wishes, packet) && codec.read_wishes(packet, heard_wishes) &&

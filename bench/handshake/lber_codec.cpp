@@ -1,5 +1,5 @@
-// OpenLDAP's liblber. It knows definite lengths only, so its elements have those. Its element records are
-// kept from message to message; the octets that it writes are released after each.
+// OpenLDAP's liblber. It supports only definite lengths, so its elements have these. Its element records are
+// reused for all messages; the octets that it writes are freed after each message.
 #include "handshake/handshake.h"
 
 #include <cstring>
@@ -84,7 +84,7 @@ public:
         text.reset(content);
         return good;
     }
-    /// Fields behind the known ones are passed over, as the elements' own length allows; here are none.
+    /// Skips fields after the known ones, by the length of the element; there are none here.
     bool at_end() {
         ber_len_t length = 0;
         return ber_peek_tag(element(), &length) == LBER_DEFAULT;

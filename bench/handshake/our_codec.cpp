@@ -14,14 +14,14 @@ const char* no_room(Stream*, const void*, std::size_t) { return "no room"; }
 
 const Stream operations = {.read = end_of_packet, .socket_write_buf = no_room};
 
-/// Gathers what is written, as a message is before it is sent.
+/// Collects what is written, like a message that is about to be sent.
 Stream writing(Packet& packet) {
     Stream stream = operations;
     stream.room = packet.octets;
     stream.room_end = packet.octets + sizeof packet.octets;
     return stream;
 }
-/// Has the octets at hand, as an answer's are once it is received.
+/// Has the octets in its buffer, like an answer that was received.
 Stream reading(const Packet& packet) {
     Stream stream = operations;
     stream.next = packet.octets;

@@ -1,6 +1,6 @@
-// net-snmp's asn_build_* and asn_parse_*. They know definite lengths only; an element's header is written
-// once to hold its place and again when its length is known. There is no boolean: an INTEGER of 0 or 1 stands
-// in.
+// net-snmp's asn_build_* and asn_parse_*. They support only definite lengths; an element's header is written
+// once to reserve its place and again when its length is known. There is no boolean: an INTEGER of 0 or 1
+// replaces it.
 #include "handshake/handshake.h"
 
 #include <cstring>
@@ -78,7 +78,7 @@ public:
     }
     bool text(std::size_t max, Text& text) {
         u_char content[longest_domain];
-        std::size_t length = max; // the most that is taken
+        std::size_t length = max; // the longest accepted text
         u_char type = 0;
         if (!step(asn_parse_string(next_, &left_, &type, content, &length)) || type != ASN_OCTET_STR)
             return false;

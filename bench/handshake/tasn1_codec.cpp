@@ -1,5 +1,5 @@
-// libtasn1's DER primitives. They know identifiers, lengths and simple types; what is inside an element is
-// written first, behind the room for the longest head, and moved up when the head is known.
+// libtasn1's DER primitives. They support identifiers, lengths and simple types. The contents of an element
+// are written first, after room for the longest head, and moved when the head is known.
 #include "handshake/handshake.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
-// `tavrinctl check` of a large spec file, beside parsing the same text as the window does and beside reading
-// its statements alone.
+// `tavrinctl check` of a large spec file, compared with parsing the same text as the window does and with
+// only reading its statements.
 #include "ctl/check/spec_check.h"
 #include "parse/settings.h"
 #include "specfile/spec_text.h"

@@ -1,5 +1,5 @@
-// The registry at next to no cost, in place of the substitute's (the linker takes this one because it comes
-// first): every key exists, and every value holds its own name. So what is measured is the program's work.
+// A registry of almost no cost, in place of the substitute's (the linker takes this one because it comes
+// first): every key exists, and every value contains its own name. So only the program's work is measured.
 #include "platform/win32.h"
 
 #include <cstring>

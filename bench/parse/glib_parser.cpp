@@ -25,7 +25,7 @@ void expect(bool good) {
 void take_group(GKeyFile* loaded, const char* group, Model& model) {
     const Texts keys(g_key_file_get_keys(loaded, group, nullptr, nullptr));
     for (char** key = keys.get(); *key != nullptr; ++key) {
-        // Raw, since no character of these files stands for another.
+        // Raw, because these files have no escapes.
         const Text value(g_key_file_get_value(loaded, group, *key, nullptr));
         expect(take(model, group, *key, value.get()));
     }

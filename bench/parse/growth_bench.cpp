@@ -1,5 +1,5 @@
-// What an entry costs in time, by the number of entries. In a program of its own: parsers that leave holes in
-// the heap would scatter the entries over it.
+// The time for an entry, by the number of entries. It has a program of its own, because the heap that other
+// parsers leave has holes, over which the entries would be scattered.
 #include "parse/settings.h"
 
 #include <benchmark/benchmark.h>
@@ -18,8 +18,8 @@ double processor_seconds() {
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// The time of one entry. The pages have been handed out by the system before the clock runs: how long that
-/// takes depends on what else the machine has done, and not on us.
+/// The time of one entry. The system has allocated the pages before the clock starts: how long that takes
+/// depends on what else the machine has done.
 void time_growth(benchmark::State& state, int entries) {
     const std::string text = spec_text(entries);
     our_parser.from_text(text, nullptr); // its memory stays with the process

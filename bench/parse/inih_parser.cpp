@@ -1,4 +1,4 @@
-// inih, through its C functions: what it has parsed goes straight into the model.
+// inih, through its C functions: its results go directly into the model.
 #include "parse/settings.h"
 
 #include <ini.h>

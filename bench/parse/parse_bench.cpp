@@ -1,5 +1,5 @@
-// Settings from text to memory and back to nothing. Before anything is timed, every parser must build the
-// same model.
+// Reads settings from a text into a model and destroys the model. Before anything is timed, every parser must
+// build the same model.
 #include "parse/settings.h"
 #include "specfile/spec_text.h"
 
@@ -53,7 +53,7 @@ void time_file(benchmark::State& state, const Parser& parser, int entries) {
         parser.from_file(path, nullptr);
 }
 
-/// What every parser does at least: lines of the spec file, each an owned text.
+/// What every parser does at least: splits the spec file into lines, each an owned text.
 void time_cutting(benchmark::State& state, int entries) {
     const std::string text = spec_text(entries);
     for (auto _ : state) {
@@ -80,7 +80,7 @@ void compare(int entries) {
 } // namespace
 
 int main(int count, char** arguments) {
-    // The heap stays with the process: what the system takes for fresh memory is growth_bench's to measure.
+    // The process keeps its heap: growth_bench measures what new memory from the system costs.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     for (const Parser* parser : parsers) {

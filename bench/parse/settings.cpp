@@ -31,7 +31,7 @@ void add_entry(Model& model, std::string_view title, std::string_view value_name
     Entry& entry = *model.groups.back().entries.emplace_back(std::make_unique<Entry>());
     entry.title = title;
     entry.value_name = value_name;
-    // What the registry's stand-in returns for any value is the value's name.
+    // The stand-in for the registry returns the value's name for every value.
     entry.value = value_name;
     entry.stored_value = entry.value;
 }

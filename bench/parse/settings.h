@@ -15,7 +15,7 @@ struct Entry {
     std::string help;
     Kind kind = Kind::string;
     std::string value_name;
-    /// What the registry holds: as the user edits it, and as it was read.
+    /// The value in the registry: as the user edits it, and as it was read.
     std::string value;
     std::string stored_value;
 };
@@ -34,24 +34,24 @@ struct Model {
 std::string spec_text(int entries);
 /// The same as an INI file: a section for the configuration, one for each group and one for each entry.
 std::string ini_text(int entries);
-/// What is to be built from both.
+/// The model that both describe.
 Model expected_model(int entries);
 
-/// Takes one "name = value" of an INI file into the model. What a section holds tells what it is of. False
-/// for a name or type that is not known.
+/// Adds one "name = value" of an INI file to the model. The names in a section show what it describes. False
+/// for an unknown name or type.
 bool take(Model& model, std::string_view section, std::string_view name, std::string_view value);
 
-/// Everything that a model holds, a line an entry.
+/// A description of the whole model, with one line for each entry.
 std::string description(const Model& model);
 std::string_view name_of(Kind kind);
 
-/// One contestant. What a function builds is freed before it returns, unless `described` is given: then it
-/// gets what was built.
+/// One parser. A function frees what it builds before it returns; if `described` is given, it first writes
+/// the description there.
 struct Parser {
     const char* name;
     void (*from_text)(const std::string& text, std::string* described);
     void (*from_file)(const std::string& path, std::string* described);
-    /// The bytes that what is built from a text occupies.
+    /// The number of bytes of the model that is built from a text.
     std::size_t (*memory)(const std::string& text);
 };
 

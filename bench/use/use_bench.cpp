@@ -1,5 +1,5 @@
 // What a person does in the window, with few entries and with many. The whole program runs, over the
-// substitute; the person is a step of its message loop. What the program does must be what it would do for a
+// substitute, and the person is a step of its message loop. The program must do what it would do for a
 // person.
 #include "app/main_window_controls.h"
 #include "app/start_up.h"
@@ -37,7 +37,7 @@ void add_value(const char* path, const char* name, const std::string& text) {
     RegCloseKey(key);
 }
 
-/// Runs the program with this many entries; the person does one thing and closes the window.
+/// Runs the program with this number of entries; the person does one thing and closes the window.
 void run(int entries, const std::function<void()>& person) {
     substitute::reset();
     configurations.clear();
@@ -94,7 +94,7 @@ void handle_messages() {
     }
 }
 
-/// A letter and a backspace, with all that the program does about them.
+/// A letter and a backspace, with everything that the program does for them.
 void press_keys(benchmark::State& state) {
     select(first_entry());
     expect(shows("4711"), "the page does not show the value");

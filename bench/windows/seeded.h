@@ -1,5 +1,5 @@
 #pragma once
-/// What the driver puts into the registry and into the spec file, and what the peers take from there.
+/// What the driver writes to the registry and to the spec file, and what the peers read there.
 
 namespace seeded {
 
@@ -10,7 +10,7 @@ inline constexpr char agent_key[] = "SOFTWARE\\TavrinBench\\Agent";
 inline constexpr int entries_per_group = 50;
 inline constexpr char title_format[] = "Setting number %d";
 inline constexpr char value_format[] = "Value%d";
-/// A value as it is at first, and after OK.
+/// A value before and after OK.
 inline constexpr char text_format[] = "text %d";
 inline constexpr char changed_format[] = "changed %d";
 

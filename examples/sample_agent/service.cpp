@@ -55,7 +55,7 @@ HANDLE create_awaited_event() {
 /// Notes every signal until the stop is requested.
 void wait_for_signals() {
     const HANDLE events[] = {stop_requested, create_awaited_event()};
-    // Whoever sees the service run finds the note.
+    // A program that sees the service running must also find the log line.
     note("started");
     report(SERVICE_RUNNING, behaviour.refuse_stop ? 0 : SERVICE_ACCEPT_STOP);
     while (WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_OBJECT_0 + 1)

@@ -1,4 +1,4 @@
-// Times the finished program from outside, beside programs that do no more than they must.
+// Times the finished program from outside, beside programs that do only what is necessary.
 // usage: windows_bench RESULT_FILE all|console|far PREFIX COUNT PORT [OLD_PROGRAM]
 // bench/answering plays the servers (peers/servers.h); "far": only their connection test, over a slow line;
 // "console": only the command line.

@@ -29,7 +29,7 @@ Program::Program(const std::string& command_line) {
     if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                         &process_))
         fail("cannot start " + command_line);
-    // A program that waits for input has nothing left to paint.
+    // A program that waits for input has painted everything.
     WaitForInputIdle(process_.hProcess, patience);
     e2e::wait_for(
         "the window of " + command_line, [&] { return (window_ = find_window()) != nullptr; }, 120);

@@ -6,7 +6,8 @@
 
 namespace bench {
 
-/// A spec file of the name, listed in the registry, and keys for its values; all gone at the end.
+/// A spec file with this name, listed in the registry, and keys for its values; removes all of them at the
+/// end.
 class Seed {
 public:
     /// Text entries, each with a value.

@@ -1,5 +1,5 @@
 #pragma once
-/// The works that are measured. Every program does each in turn, and what it has done is looked at.
+/// The tasks that are measured. Every program does each of them in turn, and its results are checked.
 #include "driver/samples.h"
 #include "peers/servers.h"
 

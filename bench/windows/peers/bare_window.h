@@ -1,8 +1,8 @@
 #pragma once
-/// The least that shows what the tool's main window shows: a window with a tree and three buttons.
+/// The least code that shows what the tool's main window shows: a window with a tree and three buttons.
 #include "platform/win32.h"
 
-/// What a program adds; each may be null.
+/// The functions of a program; each may be null.
 struct BareProgram {
     /// Fills the tree when the window is made.
     void (*fill)(HWND tree);

@@ -1,6 +1,6 @@
-// A program that makes only the calls of Windows that the tool cannot do without: it reads the spec file,
-// each entry's value, fills the tree, and writes as many values on OK. What it reads it forgets; names it
-// makes up. usage: bare_tool ENTRIES [PREFIX COUNT PORT]     (the servers, as in peers/servers.h)
+// A program that makes only the Windows calls that the tool cannot avoid: it reads the spec file and each
+// entry's value, fills the tree, and writes as many values on OK. It does not keep what it reads, and it
+// invents names. usage: bare_tool ENTRIES [PREFIX COUNT PORT]     (the servers, as in peers/servers.h)
 #include "peers/bare_window.h"
 #include "peers/connections_only.h"
 #include "seeded.h"

@@ -1,12 +1,12 @@
 #pragma once
 #include "peers/servers.h"
 
-/// The bare loop over the servers: the same octets there and back, in as few calls as will do.
+/// The bare loop over the servers: sends and receives the same octets in as few calls as possible.
 namespace connections_only {
 
 inline Servers servers;
 
-/// Connects to every server in turn and tells in a message box that all have answered, or which did not.
+/// Connects to every server in turn. A message box says that all have answered, or which one did not.
 void test();
 
 } // namespace connections_only

@@ -1,4 +1,4 @@
-// The smallest program that needs what every C++ program of this kind needs: a map of texts, and exceptions.
+// The smallest program that uses what every C++ program of this kind uses: a map of texts, and exceptions.
 #include "platform/win32.h"
 
 #include <map>

@@ -1,4 +1,4 @@
-// What the connection test may not leave out, and no more: for each server a wait window over the main
+// Only the calls that the connection test must make: for each server a wait window over the main
 // window, a socket that does not block, one send, one receive, one closing send. usage: prescribed_calls
 // windows|no-windows PREFIX COUNT PORT     (the servers, as in peers/servers.h)
 #include "peers/bare_window.h"

@@ -1,5 +1,5 @@
 #pragma once
-/// The servers of a connection test, as bench/answering plays them.
+/// The servers of a connection test, which bench/answering provides.
 #include <string>
 
 struct Servers {

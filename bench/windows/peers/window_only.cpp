@@ -1,4 +1,4 @@
-// The barest program with the same window, and nothing in it.
+// The smallest program with the same window, which is empty.
 #include "peers/bare_window.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int show_command) {
