@@ -34,6 +34,8 @@ void show_the_whole_tree() {
         send(tool.control(tree_id), TVM_EXPAND, TVE_EXPAND,
              reinterpret_cast<LPARAM>(tool.tree().find({"Tavrin Agent", group})));
     tool.select({"Tavrin Agent", "Servers", "Server list"});
+    // Wine does not paint buttons that a program from outside has moved with their window.
+    RedrawWindow(tool.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     picture_of(tool, "whole-tree");
     tool.press(close_id);
     expect_end(tool, 0);
