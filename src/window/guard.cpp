@@ -1,5 +1,6 @@
 #include "window/guard.h"
 
+#include <cstdlib>
 #include <utility>
 
 namespace {
@@ -8,11 +9,13 @@ std::exception_ptr kept;
 
 bool keeping() noexcept { return kept != nullptr; }
 
-void keep_current() noexcept {
-    kept = std::current_exception();
-    // A message sent from another process runs inside GetMessageA, which returns to the loop only for a
-    // posted one.
-    PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0);
+void keep_current() noexcept { kept = std::current_exception(); }
+
+void keep_and_end_waits() noexcept {
+    keep_current();
+    // GetMessageA, in which a message that another process sends is handled, returns to the program's loop
+    // for this; and boxes and dialogs of the system's end by it, of which any number may stand.
+    PostQuitMessage(EXIT_FAILURE);
 }
 
 void rethrow_kept() {

@@ -9,8 +9,11 @@
 
 /// True while an exception is kept; procedures then only do the default.
 bool keeping() noexcept;
-/// Keeps the exception being handled and wakes the message loop, which may be blocked inside the system.
+/// Keeps the exception being handled.
 void keep_current() noexcept;
+/// Keeps it and ends every wait inside the system, be it the message loop's or a box's: what is kept ends the
+/// program, and at once.
+void keep_and_end_waits() noexcept;
 /// Throws the kept exception, if there is one; afterwards none is kept.
 void rethrow_kept();
 /// Drops the kept exception, if there is one.
@@ -25,7 +28,7 @@ LRESULT guarded(LRESULT failure, Body body, Fallback fallback) noexcept {
     try {
         return body();
     } catch (...) {
-        keep_current();
+        keep_and_end_waits();
         return failure;
     }
 }

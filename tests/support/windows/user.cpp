@@ -34,7 +34,7 @@ void run_next_step() {
     try {
         step();
     } catch (...) {
-        keep_current();
+        keep_and_end_waits();
     }
     in_step = false;
 }

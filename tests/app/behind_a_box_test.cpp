@@ -1,0 +1,78 @@
+// The boxes of Test Connection and Execute have no owner: the window behind them is still the user's.
+#include "app/main_window_controls.h"
+#include "substitute/control.h"
+#include "support/program.h"
+#include "support/registry.h"
+#include "window/main_handle.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr char boxes_spec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
+                              "!All\n$Name\nName\nh\nString\n$Signal\nTavrinSignal\nh\nSignalEvent\n"
+                              "$Folder\nFolder\nh\nDirectory\n"
+                              "$Test\n\nh\nConnectionTest\nName\nName\nName\nPort\n";
+
+void press_execute() { SendMessageA(page_controls().at(0), BM_CLICK, 0, 0); }
+/// There is no entry "Port", and the program says so and ends.
+void press_failing_test() { SendMessageA(control(test_connection_id), BM_CLICK, 0, 0); }
+
+class BehindABox : public ProgramTest {
+protected:
+    void SetUp() override {
+        spec_file("A", boxes_spec);
+        then([] { select("Signal"); });
+    }
+    std::vector<std::string> captions() const {
+        std::vector<std::string> found;
+        for (const SeenBox& box : boxes.seen())
+            found.push_back(box.caption);
+        return found;
+    }
+};
+
+TEST_F(BehindABox, AFatalTextIsShownAtOnce) {
+    boxes.answer(IDOK);
+    boxes.answer(IDOK);
+    boxes.while_shown(press_failing_test);
+    then(press_execute);
+    EXPECT_EQ(run(), 1);
+    EXPECT_THAT(captions(), ElementsAre("Action taken", "Error!"));
+    EXPECT_EQ(boxes.seen()[1].text, "Did not find anything with the title \"Port\"");
+    EXPECT_EQ(boxes.answers_left(), 1U) << "nobody had to answer the first box";
+}
+
+TEST_F(BehindABox, AFatalTextIsShownAtOnceHoweverManyBoxesThereAre) {
+    for (int box = 0; box < 4; ++box)
+        boxes.answer(IDOK);
+    boxes.while_shown(press_execute);
+    boxes.while_shown(press_execute);
+    boxes.while_shown(press_failing_test);
+    then(press_execute);
+    EXPECT_EQ(run(), 1);
+    EXPECT_THAT(captions(), ElementsAre("Action taken", "Action taken", "Action taken", "Error!"));
+    EXPECT_EQ(boxes.answers_left(), 3U) << "nobody had to answer the first boxes";
+}
+
+TEST_F(BehindABox, AFatalTextEndsTheQuestionsOfOkToo) {
+    substitute::set_service("NoService", {});
+    spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nOther\nNoService\n!All\n$Colour\nColour\nh\nString\n");
+    then([] { select("Colour"); });
+    then([] { SetWindowTextA(page_controls().at(0), "red"); });
+    boxes.answer(IDYES);
+    boxes.answer(IDOK);
+    boxes.while_shown([] {
+        substitute::fail_call("CreateWindowExA");
+        select("Signal");
+    });
+    then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
+    EXPECT_EQ(run(), 1);
+    EXPECT_THAT(captions(), ElementsAre("Restart Other Service?", "Error!"));
+    EXPECT_EQ(boxes.answers_left(), 1U);
+    EXPECT_EQ(substitute::service_counts("NoService").stops, 0);
+}
+
+} // namespace
