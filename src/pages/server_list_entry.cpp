@@ -32,6 +32,7 @@ std::string scan(std::uint16_t port) {
     const char* const failure = scan_servers(port, &block);
     const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
     if (failure != nullptr) {
+        wait_window.drop_waiting_input();
         show_box({.owner = main_window,
                   .text = std::string("Error scanning for Tavrin Servers:\n\n") + failure,
                   .caption = "Error scanning for Tavrin Servers",

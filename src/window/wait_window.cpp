@@ -3,6 +3,7 @@
 #include "window/boxes.h"
 #include "window/controls.h"
 #include "window/guard.h"
+#include "window/input.h"
 #include "window/main_handle.h"
 #include "window/quit.h"
 #include "window/window_class.h"
@@ -130,7 +131,14 @@ WaitWindow::WaitWindow(const std::string& text) : window_(open(text)) {}
 
 WaitWindow::~WaitWindow() { ask_to_close(window_); }
 
+void WaitWindow::drop_waiting_input() const {
+    drop_input(window_);
+    drop_input(main_window);
+}
+
 void WaitWindow::close() {
     ask_to_close(std::exchange(window_, nullptr));
+    // The focus is back at the main window, and with it what was typed meanwhile.
+    drop_waiting_input();
     rethrow_kept();
 }

@@ -14,8 +14,11 @@ public:
     /// `rethrow_kept`.
     ~WaitWindow();
 
-    /// Closes the window, and handles no other message meanwhile. While the main window is disabled it is
-    /// only asked to close when messages are next handled. Throws what a window procedure had to keep.
+    /// Drops what the user has typed and clicked meanwhile: it was not meant for what comes now.
+    void drop_waiting_input() const;
+    /// Closes the window, drops that input, and handles no other message meanwhile. While the main window is
+    /// disabled it is only asked to close when messages are next handled. Throws what a window procedure had
+    /// to keep.
     void close();
 
 private:

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace substitute {
@@ -22,6 +23,7 @@ struct State {
     std::deque<const char*> made;
     std::map<std::string, int, std::less<>> counts;
     std::map<std::string, Plan, std::less<>> planned;
+    std::map<std::string, std::function<void()>, std::less<>> steps;
     int failed = 0;
     std::string last_failed;
 };
@@ -65,6 +67,8 @@ DWORD failing(const char* function, DWORD fitting) {
     State& now = state();
     note(now.made, function);
     ++now.counts[function];
+    if (const auto step = now.steps.extract(function); !step.empty())
+        step.mapped()();
     const auto plan = now.planned.find(function);
     if (plan == now.planned.end() || !is_due(plan->second.remaining))
         return 0;
@@ -84,6 +88,9 @@ void reset() {
 }
 
 void fail_call(const std::string& function, int nth, DWORD code) { state().planned[function] = {nth, code}; }
+void when_called(const std::string& function, std::function<void()> step) {
+    state().steps[function] = std::move(step);
+}
 void fail_every_call(const std::string& function, DWORD code) {
     state().planned[function] = {every_call, code};
 }

@@ -3,6 +3,7 @@
 /// count.
 #include "substitute/types.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ void reset();
 void fail_call(const std::string& function, int nth = 1, DWORD code = 0);
 /// Makes every call of `function` from now on fail with `code`.
 void fail_every_call(const std::string& function, DWORD code);
+/// Runs once, when the program next calls `function`, before that does anything.
+void when_called(const std::string& function, std::function<void()> step);
 /// How many calls were made to fail since reset(), and which function the last of them was; empty when none.
 int failed_calls();
 std::string last_failed_call();

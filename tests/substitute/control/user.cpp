@@ -45,6 +45,8 @@ void click(HWND window, POINT where) {
     queue_input({WM_LBUTTONUP, 0, window, at});
 }
 
+void click_frame(HWND window, WPARAM button) { queue_input({WM_NCLBUTTONDOWN, button, window, 0}); }
+
 void then(std::function<void()> step) { queue_step(std::move(step)); }
 
 std::size_t open_windows() {

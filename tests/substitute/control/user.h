@@ -20,6 +20,11 @@ void click(HWND window);
 /// The same at a point of its client area.
 void click(HWND window, POINT where);
 
+/// Clicks on a button of the window's frame: HTMINBUTTON or HTCLOSE.
+void click_frame(HWND window, WPARAM button);
+/// Whether keys or clicks wait that the program has not taken.
+bool input_waits();
+
 /// The user turns to another program: no window of this one is active, and none has the focus.
 void leave_program();
 /// The window that was active then is active again.

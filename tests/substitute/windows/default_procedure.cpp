@@ -24,8 +24,17 @@ LRESULT set_text(Window& window, LPCSTR text) {
 
 LRESULT obey(HWND handle, WPARAM order) {
     switch (order) {
+    case SC_CLOSE: return SendMessageA(handle, WM_CLOSE, 0, 0);
     case SC_MINIMIZE: show_window(handle, SW_MINIMIZE); return 0;
     case SC_RESTORE: show_window(handle, SW_RESTORE); return 0;
+    default: return 0;
+    }
+}
+
+LRESULT click_frame(HWND handle, WPARAM place) {
+    switch (place) {
+    case HTCLOSE: return SendMessageA(handle, WM_SYSCOMMAND, SC_CLOSE, 0);
+    case HTMINBUTTON: return SendMessageA(handle, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     default: return 0;
     }
 }
@@ -56,6 +65,7 @@ LRESULT DefWindowProcA(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) 
     case WM_GETTEXT: return read_text(window->text, wparam, lparam);
     case WM_GETTEXTLENGTH: return static_cast<LRESULT>(window->text.size());
     case WM_ACTIVATE: return accept_activation(handle, wparam);
+    case WM_NCLBUTTONDOWN: return click_frame(handle, wparam);
     case WM_SYSCOMMAND: return obey(handle, wparam);
     case WM_CLOSE: return close(handle);
     case WM_QUERYENDSESSION: return TRUE;

@@ -53,9 +53,11 @@ struct Filter {
     }
 };
 
+bool is_key_message(UINT number) { return number >= WM_KEYFIRST && number <= WM_KEYLAST; }
+
 /// Keys go to the window with the focus; without one the active window gets them as system keys.
 MSG message_of(const Input& input) {
-    const bool is_key = input.message <= WM_KEYLAST;
+    const bool is_key = is_key_message(input.message);
     const HWND focus = GetFocus();
     const HWND target = !is_key ? input.clicked : focus != nullptr ? focus : GetActiveWindow();
     const UINT number = is_key && focus == nullptr ? input.message + system_key : input.message;
@@ -65,12 +67,13 @@ MSG message_of(const Input& input) {
 bool can_be_clicked(HWND handle) { return is_enabled_throughout(handle) && IsWindowVisible(handle); }
 
 bool reaches(const MSG& message) {
-    return message.message <= WM_KEYLAST ? IsWindow(message.hwnd) != FALSE : can_be_clicked(message.hwnd);
+    return is_key_message(message.message) ? IsWindow(message.hwnd) != FALSE : can_be_clicked(message.hwnd);
 }
 
 /// A click first brings the window that it goes to in front.
 void note_input(const Input& input) {
-    if (input.message == WM_LBUTTONDOWN && can_be_clicked(input.clicked))
+    const bool clicks = input.message == WM_LBUTTONDOWN || input.message == WM_NCLBUTTONDOWN;
+    if (clicks && can_be_clicked(input.clicked))
         activate_by_click(input.clicked);
     if (input.message == WM_KEYDOWN || input.message == WM_KEYUP)
         queue().key_down[input.wparam & 0xFF] = input.message == WM_KEYDOWN;
@@ -176,6 +179,7 @@ void when_peeked(std::function<void()> step) { queue().when_peeked = std::move(s
 void forget_steps() { queue().steps.clear(); }
 std::size_t steps_left() { return queue().steps.size(); }
 bool queue_is_empty() { return queue().posted.empty() && !quit_waits() && queue().input.empty(); }
+bool input_waits() { return !queue().input.empty(); }
 bool quit_waits() { return queue().quit.has_value(); }
 
 void dispatch_posted() {

@@ -59,6 +59,8 @@ inline constexpr WPARAM WMSZ_BOTTOM = 6;
 inline constexpr WPARAM WMSZ_BOTTOMLEFT = 7;
 inline constexpr WPARAM WMSZ_BOTTOMRIGHT = 8;
 
+inline constexpr WPARAM HTMINBUTTON = 8;
+inline constexpr WPARAM HTCLOSE = 20;
 inline constexpr WPARAM SC_MINIMIZE = 0xF020;
 inline constexpr WPARAM SC_CLOSE = 0xF060;
 inline constexpr WPARAM SC_RESTORE = 0xF120;
