@@ -159,6 +159,10 @@ LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wpar
 }
 
 void TextAndButtonEntry::replace_value(std::string found) {
+    // Another process may have selected another item while the user or the network was waited for. The value
+    // of a page that is not shown is settled: nobody would see the change, and the buttons would not tell.
+    if (text_box_ == nullptr)
+        return;
     set_value(std::move(found));
     showValue();
 }

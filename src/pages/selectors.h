@@ -42,7 +42,7 @@ protected:
 
     /// Null while the page is not shown.
     HWND text_box() const { return text_box_; }
-    /// Makes `found` the value and shows it.
+    /// Makes `found` the value and shows it; drops it when the page is no longer shown.
     void replace_value(std::string found);
 
 private:
