@@ -1,6 +1,8 @@
 #include "app/focus.h"
 
 #include "app/main_window_controls.h"
+#include "window/guard.h"
+#include "window/main_handle.h"
 
 #include <algorithm>
 #include <vector>
@@ -66,6 +68,18 @@ bool press_button(HWND control, LPARAM key_state) {
     return true;
 }
 
+/// Which keys a control takes for itself may depend on its state, such as an open list.
+bool wants_key(const MSG& message) {
+    const LRESULT code =
+        SendMessageA(message.hwnd, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message));
+    return (code & DLGC_WANTMESSAGE) != 0;
+}
+
+/// Enter that presses nothing is lost, as in a dialog: an edit control would beep.
+bool handle_enter(const MSG& message) {
+    return press_button(message.hwnd, message.lParam) || !wants_key(message);
+}
+
 bool wants_arrows(HWND control) { return (dialog_code(control) & (DLGC_WANTARROWS | DLGC_WANTALLKEYS)) != 0; }
 
 } // namespace
@@ -75,13 +89,32 @@ bool handle_key(HWND window, const MSG& message) {
         return false;
     switch (message.wParam) {
     case VK_TAB: return GetKeyState(VK_CONTROL) >= 0 && move_to_next_stop(window);
-    case VK_RETURN: return press_button(message.hwnd, message.lParam);
+    case VK_RETURN: return handle_enter(message);
     case VK_LEFT:
     case VK_UP:
     case VK_RIGHT:
     case VK_DOWN: return !wants_arrows(message.hwnd);
     default: return false;
     }
+}
+
+/// Windows asks this hook from within the loops of boxes and dialogs.
+LRESULT CALLBACK filter_keys(int code, WPARAM wparam, LPARAM lparam) noexcept {
+    const auto pass_on = [&] { return CallNextHookEx(nullptr, code, wparam, lparam); };
+    const auto filter = [&]() -> LRESULT {
+        const bool taken = code == MSGF_DIALOGBOX && IsWindowEnabled(main_window) &&
+                           handle_key(main_window, *reinterpret_cast<const MSG*>(lparam));
+        return taken ? TRUE : pass_on();
+    };
+    return guarded(TRUE, filter, pass_on);
+}
+
+KeysBesideBoxes::KeysBesideBoxes()
+    : hook_(SetWindowsHookExA(WH_MSGFILTER, filter_keys, nullptr, GetCurrentThreadId())) {}
+
+KeysBesideBoxes::~KeysBesideBoxes() {
+    if (hook_ != nullptr)
+        UnhookWindowsHookEx(hook_);
 }
 
 void restore_focus(HWND window, HWND left) {

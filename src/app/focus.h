@@ -9,6 +9,19 @@
 /// for any other message, which the caller handles.
 bool handle_key(HWND window, const MSG& message);
 
+/// While one lives, keys do the same beside a message box: its own loop takes the thread's messages then, and
+/// knows nothing of the main window's keys.
+class KeysBesideBoxes {
+public:
+    KeysBesideBoxes();
+    KeysBesideBoxes(const KeysBesideBoxes&) = delete;
+    KeysBesideBoxes& operator=(const KeysBesideBoxes&) = delete;
+    ~KeysBesideBoxes();
+
+private:
+    HHOOK hook_;
+};
+
 /// The user comes back (from another program, a message box, the taskbar): the control that was `left` with
 /// the focus gets it again, or the tree if that control can no longer be used. Null, before the user has been
 /// anywhere: nothing gets it.

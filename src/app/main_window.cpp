@@ -160,6 +160,12 @@ LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
     }
 }
 
+/// Only windows without a parent are told of new colours by the system; the common controls want to know.
+LRESULT on_colours(HWND window, WPARAM wparam, LPARAM lparam) {
+    tell_children(window, WM_SYSCOLORCHANGE, wparam, lparam);
+    return DefWindowProcA(window, WM_SYSCOLORCHANGE, wparam, lparam);
+}
+
 LRESULT on_close(HWND window) {
     if (!state.applying)
         DestroyWindow(window);
@@ -200,6 +206,7 @@ LRESULT handle_main_window(HWND window, UINT message, WPARAM wparam, LPARAM lpar
     case page_changed_message: return update_buttons(window);
     case WM_ACTIVATE: return on_activation(window, wparam, lparam);
     case WM_SETFOCUS: return on_focus(window, reinterpret_cast<HWND>(wparam));
+    case WM_SYSCOLORCHANGE: return on_colours(window, wparam, lparam);
     case WM_CLOSE: return on_close(window);
     case WM_QUERYENDSESSION: return state.applying ? FALSE : TRUE;
     case WM_DESTROY: return on_destroy(window);

@@ -53,6 +53,7 @@ int start_and_run(HINSTANCE instance, int show_command) {
     register_main_window_class(instance);
     load_configurations();
     open_main_window(instance, show_command);
+    const KeysBesideBoxes keys;
     return run_message_loop(main_window);
 }
 

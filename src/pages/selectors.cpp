@@ -85,8 +85,24 @@ PathBuffer filter_for(const std::string& extension) {
     return buffer;
 }
 
+/// Puts the program's current folder back at its end. The dialog leaves it where the file lies, and a stick
+/// or share with a program's current folder cannot be removed.
+class CurrentFolder {
+public:
+    CurrentFolder() : path_(GetCurrentDirectoryW(0, nullptr), L'\0') {
+        GetCurrentDirectoryW(static_cast<DWORD>(path_.size()), path_.data());
+    }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+    ~CurrentFolder() { SetCurrentDirectoryW(path_.c_str()); }
+
+private:
+    std::wstring path_;
+};
+
 /// False when the user cancels, or the dialog does not open.
 bool is_accepted(OPENFILENAMEA& request) {
+    const CurrentFolder folder;
     const BOOL chosen = GetOpenFileNameA(&request);
     rethrow_kept();
     return chosen != FALSE;

@@ -39,6 +39,13 @@ void fill_ground(HWND window, HDC context) {
     FillRect(context, &area, reinterpret_cast<HBRUSH>(INT_PTR{COLOR_BTNFACE + 1}));
 }
 
+void tell_children(HWND parent, UINT message, WPARAM wparam, LPARAM lparam) {
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        SendMessageA(child, message, wparam, lparam);
+        tell_children(child, message, wparam, lparam);
+    }
+}
+
 std::string control_text(HWND control) {
     std::array<char, longest_taken_text + 1> buffer{};
     GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size()));

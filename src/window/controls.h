@@ -43,6 +43,9 @@ RECT client_rectangle(HWND window);
 /// Fills the window's client area with the colour of buttons.
 void fill_ground(HWND window, HDC context);
 
+/// Sends the message to every window inside `parent`.
+void tell_children(HWND parent, UINT message, WPARAM wparam, LPARAM lparam);
+
 /// The longest text that is read from a control, in bytes; longer texts are cut.
 inline constexpr std::size_t longest_taken_text = 1023;
 std::string control_text(HWND control);

@@ -17,8 +17,12 @@ constexpr char boxes_spec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
                               "$Test\n\nh\nConnectionTest\nName\nName\nName\nPort\n";
 
 void press_execute() { SendMessageA(page_controls().at(0), BM_CLICK, 0, 0); }
+void click_execute() { substitute::click(page_controls().at(0)); }
 /// There is no entry "Port", and the program says so and ends.
 void press_failing_test() { SendMessageA(control(test_connection_id), BM_CLICK, 0, 0); }
+
+/// Beside all controls: the one that had the focus gets it again.
+void click_into_window() { substitute::click(main_window, {3, 3}); }
 
 class BehindABox : public ProgramTest {
 protected:
@@ -33,6 +37,53 @@ protected:
         return found;
     }
 };
+
+TEST_F(BehindABox, TabMovesTheFocus) {
+    HWND focus = nullptr;
+    boxes.while_shown([] {
+        click_into_window();
+        substitute::press(VK_TAB);
+    });
+    then(press_execute);
+    then([&] { focus = GetFocus(); });
+    then([&] { EXPECT_EQ(focus, control(test_connection_id)); });
+    EXPECT_EQ(run(), 0);
+}
+
+TEST_F(BehindABox, EnterPressesTheButtonThatHasTheFocus) {
+    boxes.while_shown([] {
+        click_into_window();
+        substitute::press(VK_RETURN);
+    });
+    then(click_execute);
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(captions(), ElementsAre("Action taken", "Action taken"));
+}
+
+/// As with a dialog's owner that cannot be used: its keys are not worth anything either.
+TEST_F(BehindABox, KeysOfADisabledWindowDoNothing) {
+    boxes.while_shown([] {
+        click_into_window();
+        substitute::press(VK_TAB);
+        substitute::press(VK_RETURN);
+        EnableWindow(main_window, FALSE);
+    });
+    then(press_execute);
+    then([] { EnableWindow(main_window, TRUE); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(captions(), ElementsAre("Action taken"));
+}
+
+TEST_F(BehindABox, TheKeysNeedNoHookToWorkInTheProgramsOwnLoop) {
+    substitute::fail_call("SetWindowsHookExA");
+    HWND focus = nullptr;
+    then([] { SetFocus(control(tree_id)); });
+    then([] { substitute::press(VK_TAB); });
+    then([&] { focus = GetFocus(); });
+    then([&] { EXPECT_EQ(focus, page_controls().at(0)); });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(substitute::call_count("UnhookWindowsHookEx"), 0);
+}
 
 TEST_F(BehindABox, AFatalTextIsShownAtOnce) {
     boxes.answer(IDOK);

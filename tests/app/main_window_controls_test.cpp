@@ -171,4 +171,37 @@ TEST_F(Buttons, ThatArePaintedWhileTheyChangeAreChangedOnce) {
     EXPECT_THAT(texts, ElementsAre("Cancel", "Close"));
 }
 
+int coloured = 0;
+WNDPROC uncounted = nullptr;
+
+LRESULT CALLBACK count_colours(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    coloured += message == WM_SYSCOLORCHANGE ? 1 : 0;
+    return CallWindowProcA(uncounted, window, message, wparam, lparam);
+}
+
+class NewColours : public ProgramTest {
+protected:
+    /// How often the control is told when the main window is.
+    static int told(HWND control) {
+        coloured = 0;
+        uncounted = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(count_colours)));
+        SendMessageA(main_window, WM_SYSCOLORCHANGE, 0, 0);
+        SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(uncounted));
+        return coloured;
+    }
+};
+
+TEST_F(NewColours, AreToldToTheControlsAndToThoseOfThePage) {
+    spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nA\n!All\n$Name\nName\nh\nString\n");
+    then([] { select("Name"); });
+    then([] {
+        EXPECT_EQ(told(control(tree_id)), 1);
+        EXPECT_EQ(told(control(ok_id)), 1);
+        EXPECT_EQ(told(page()), 1);
+        EXPECT_EQ(told(page_controls().at(0)), 1);
+    });
+    EXPECT_EQ(run(), 0);
+}
+
 } // namespace

@@ -162,6 +162,13 @@ TEST_F(FileDialog, OpensWithTheFirst259Characters) {
     EXPECT_EQ(shown("log", std::string(2000, 'x')).initial_file, std::string(259, 'x'));
 }
 
+TEST_F(FileDialog, LeavesTheProgramInItsFolder) {
+    substitute::choose_next_file("E:\\stick\\agent.log");
+    shown("log", "");
+    EXPECT_EQ(file->value(), "E:\\stick\\agent.log");
+    EXPECT_EQ(substitute::current_folder(), L"C:\\start");
+}
+
 TEST_F(FileDialog, ThatFailsChangesNothing) {
     substitute::choose_next_file("C:\\never.log");
     substitute::fail_call("GetOpenFileNameA");

@@ -110,6 +110,22 @@ TEST_F(ShellDialogs, TheFileDialogGivesThePathThatIsAccepted) {
     EXPECT_EQ(open_file(window, existing_file()), existing_file());
 }
 
+std::wstring current_folder() {
+    std::wstring path(GetCurrentDirectoryW(0, nullptr), L'\0');
+    path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
+    return path;
+}
+
+TEST_F(ShellDialogs, TheFileDialogTakesTheProgramToTheFilesFolder) {
+    const std::wstring before = current_folder();
+    accept_file(existing_file());
+    open_file(window, existing_file());
+    const std::string folder = existing_folder();
+    EXPECT_EQ(current_folder(), std::wstring(folder.begin(), folder.end()));
+    EXPECT_TRUE(SetCurrentDirectoryW(before.c_str()));
+    EXPECT_EQ(current_folder(), before);
+}
+
 TEST_F(ShellDialogs, ACancelledFileDialogGivesNone) {
     cancel_file_dialog();
     EXPECT_EQ(open_file(window, existing_file()), "none");

@@ -50,6 +50,10 @@ struct ShownFileDialog {
 void choose_next_file(std::optional<std::string> path);
 const std::vector<ShownFileDialog>& shown_file_dialogs();
 
+/// The program's current folder. The open-file dialog makes it that of the chosen file, as Windows' does.
+std::wstring current_folder();
+void change_current_folder(const std::wstring& path);
+
 /// How often CoInitialize was called without CoUninitialize since.
 int com_initialized();
 bool common_controls_initialized();

@@ -50,6 +50,11 @@ std::optional<std::string> next_choice() {
     return choice;
 }
 
+std::wstring folder_of(const std::string& path) {
+    const std::string folder = path.substr(0, path.find_last_of('\\'));
+    return {folder.begin(), folder.end()};
+}
+
 } // namespace
 
 void choose_next_file(std::optional<std::string> path) { dialogs().choices.push_back(std::move(path)); }
@@ -75,6 +80,7 @@ BOOL GetOpenFileNameA(LPOPENFILENAMEA details) {
         return FALSE;
     if (choice->size() >= details->nMaxFile)
         return refuse(FNERR_BUFFERTOOSMALL);
+    change_current_folder(folder_of(*choice));
     std::copy_n(choice->c_str(), choice->size() + 1, details->lpstrFile);
     return TRUE;
 }

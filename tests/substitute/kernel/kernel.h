@@ -43,6 +43,10 @@ DWORD FormatMessageA(DWORD flags, const void* source, DWORD code, DWORD language
 
 DWORD GetCurrentThreadId();
 
+/// Nobody looks whether such a folder exists.
+DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer);
+BOOL SetCurrentDirectoryW(LPCWSTR folder);
+
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 /// The clock is virtual: it stands still but for these calls and substitute::advance_clock.
 void Sleep(DWORD milliseconds);

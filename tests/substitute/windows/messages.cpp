@@ -184,8 +184,10 @@ bool quit_waits() { return queue().quit.has_value(); }
 
 void dispatch_posted() {
     MSG message{};
-    while (take_posted({nullptr, 0, 0}, true, message))
-        DispatchMessageA(&message);
+    while (take_posted({nullptr, 0, 0}, true, message)) {
+        if (!filter_takes(message))
+            DispatchMessageA(&message);
+    }
 }
 
 void dispatch_all() {
