@@ -17,7 +17,10 @@ void keep(const char* text) {
 
 class ShownBox : public TestWindow {
 protected:
-    ~ShownBox() override { forget_kept(); }
+    void TearDown() override {
+        forget_kept();
+        TestWindow::TearDown();
+    }
 
     Boxes boxes;
 };
