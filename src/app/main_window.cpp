@@ -17,6 +17,8 @@
 namespace {
 
 constexpr char class_name[] = "trconfigclass";
+/// The bits of an order of the system menu; the others are the system's own.
+constexpr WPARAM system_order = 0xFFF0;
 
 /// What the main window remembers between messages; begins anew with each main window.
 struct State {
@@ -191,6 +193,22 @@ LRESULT on_focus(HWND window, HWND loser) {
     return 0;
 }
 
+/// The system takes the focus from the controls when it minimises the window.
+LRESULT on_order(HWND window, WPARAM order, LPARAM lparam) {
+    if ((order & system_order) == SC_MINIMIZE)
+        remember_focus(window, GetFocus());
+    return DefWindowProcA(window, WM_SYSCOMMAND, order, lparam);
+}
+
+/// A minimised window may be given the focus, which it cannot hand on to a control. When it is restored it
+/// has it already, and is not told again.
+LRESULT on_size(HWND window, WPARAM how) {
+    lay_out(window);
+    if (how != SIZE_MINIMIZED && GetFocus() == window)
+        restore_focus(window, state.left_focus);
+    return 0;
+}
+
 LRESULT on_sizing(WPARAM edge, RECT& proposed) {
     keep_minimum_size(edge, proposed);
     return TRUE;
@@ -199,11 +217,12 @@ LRESULT on_sizing(WPARAM edge, RECT& proposed) {
 LRESULT handle_main_window(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_CREATE: return on_create(window);
-    case WM_SIZE: lay_out(window); return 0;
+    case WM_SIZE: return on_size(window, wparam);
     case WM_SIZING: return on_sizing(wparam, *reinterpret_cast<RECT*>(lparam));
     case WM_NOTIFY: return on_notify(window, *reinterpret_cast<const NMHDR*>(lparam));
     case WM_COMMAND: return on_command(window, wparam, lparam);
     case page_changed_message: return update_buttons(window);
+    case WM_SYSCOMMAND: return on_order(window, wparam, lparam);
     case WM_ACTIVATE: return on_activation(window, wparam, lparam);
     case WM_SETFOCUS: return on_focus(window, reinterpret_cast<HWND>(wparam));
     case WM_SYSCOLORCHANGE: return on_colours(window, wparam, lparam);

@@ -148,6 +148,15 @@ TEST_F(Focus, KeysGoToTheFocusAtTheTimeTheyAreHandled) {
     EXPECT_EQ(keys, 2);
 }
 
+TEST_F(Focus, AChildOfAMinimisedWindowDoesNotGetIt) {
+    ShowWindow(window, SW_MINIMIZE);
+    SetFocus(first);
+    EXPECT_NE(GetFocus(), first);
+    ShowWindow(window, SW_RESTORE);
+    SetFocus(first);
+    EXPECT_EQ(GetFocus(), first);
+}
+
 TEST_F(Focus, ADisabledMainWindowStillHandsOutKeysToItsFocusedChild) {
     SetFocus(first);
     EnableWindow(window, FALSE);

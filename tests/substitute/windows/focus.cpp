@@ -78,6 +78,11 @@ HWND top_level_of(HWND handle) {
     return handle;
 }
 
+bool is_in_minimized(HWND handle) {
+    const Window* window = window_of(top_level_of(handle));
+    return window != nullptr && is_minimized(*window);
+}
+
 bool is_enabled_throughout(HWND handle) {
     const Window* window = window_of(handle);
     while (window != nullptr && (window->style & WS_DISABLED) == 0 && is_child(*window))
@@ -124,7 +129,8 @@ void leave_focus(HWND handle) {
 
 HWND set_focus(HWND handle) {
     const HWND before = state().focus;
-    if (handle != nullptr && (window_of(handle) == nullptr || !is_enabled_throughout(handle)))
+    if (handle != nullptr &&
+        (window_of(handle) == nullptr || !is_enabled_throughout(handle) || is_in_minimized(handle)))
         return nullptr;
     if (handle != nullptr && !set_active(top_level_of(handle)))
         return nullptr;

@@ -91,6 +91,8 @@ void activate_restored(HWND handle);
 /// Gives the window that `clicked` lies in the activity, and the focus, if another one has it.
 void activate_by_click(HWND clicked);
 HWND top_level_of(HWND handle);
+/// A minimised window hands the focus to none of its controls.
+bool is_in_minimized(HWND handle);
 /// Whether neither the window nor one that it lies in is disabled: only then can it have focus or clicks.
 bool is_enabled_throughout(HWND handle);
 
