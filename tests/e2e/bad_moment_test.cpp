@@ -53,6 +53,13 @@ protected:
     void expect_focus(HWND control, const std::string& what) {
         wait_for("the focus on " + what, [&] { return focus_of(window) == control; });
     }
+    void tab_to(HWND control) {
+        while (focus_of(window) != control) {
+            const HWND before = focus_of(window);
+            press_key(VK_TAB);
+            wait_for("the next control", [&] { return focus_of(window) != before; });
+        }
+    }
     /// Changes the name and presses OK.
     void apply_name(Tool& tool) {
         open(tool, agent_name);
@@ -69,18 +76,15 @@ protected:
     HWND window = nullptr;
 };
 
-/// As the task manager does it, which closes every window of a program.
-TEST_F(BadMoment, TheQuestionOfOkStandsWhenAllWindowsAreToldToClose) {
+TEST_F(BadMoment, TheQuestionOfOkStandsWhenTheWindowIsToldToClose) {
     install_agent();
     start_agent();
     Tool tool;
     apply_name(tool);
-    const HWND first = tool.box().window;
-    for (const HWND each : {first, window})
-        PostMessageA(each, WM_CLOSE, 0, 0);
-    send(window, WM_NULL);
     const Box question = tool.box();
     EXPECT_EQ(question.caption, "Restart Tavrin Agent Service?");
+    send(window, WM_CLOSE);
+    EXPECT_TRUE(IsWindow(window));
     question.press(IDYES);
     expect_name_written(tool);
 }
@@ -244,8 +248,7 @@ TEST_F(BadMoment, TheFocusIsBackAfterTheFrameMinimisedTheWindow) {
         {tool.control(tree_id), "the tree"},
     };
     for (const auto& [control, what] : controls) {
-        while (focus_of(window) != control)
-            press_key(VK_TAB);
+        tab_to(control);
         click_at(place_on_frame(window, HTMINBUTTON));
         wait_for("the minimised window", [&] { return IsIconic(window) != FALSE; });
         { const OtherWindow other; }

@@ -38,6 +38,10 @@ void forget_steps();
 /// Runs once, when the program next calls PeekMessageA.
 void when_peeked(std::function<void()> step);
 
+/// Runs wherever the system may hand the program what another process sends: when the program looks at its
+/// queue or waits for a message, and while a box or a dialog is shown. Empty: nothing runs.
+void on_delivery(std::function<void(const char* function)> step);
+
 struct ShownBox {
     std::string text;
     std::string caption;

@@ -23,6 +23,7 @@ ModalDialog::ModalDialog(HWND owner, LPCSTR title, LPCSTR class_name)
     : owner_(owner), owner_was_disabled_(owner != nullptr && enable_window(owner, false)),
       handle_(open(owner, title, class_name)) {
     dispatch_posted();
+    deliver("a dialog");
 }
 
 ModalDialog::~ModalDialog() {

@@ -28,6 +28,7 @@ struct Queue {
     std::optional<int> quit;
     std::array<bool, 256> key_down{};
     std::function<void()> when_peeked;
+    std::function<void(const char*)> on_delivery;
 };
 
 Queue& queue() {
@@ -176,6 +177,17 @@ WPARAM character_of(WPARAM key) {
 void queue_input(const Input& input) { queue().input.push_back(input); }
 void queue_step(std::function<void()> step) { queue().steps.push_back(std::move(step)); }
 void when_peeked(std::function<void()> step) { queue().when_peeked = std::move(step); }
+void on_delivery(std::function<void(const char*)> step) { queue().on_delivery = std::move(step); }
+
+/// What the step itself brings about is no delivery.
+void deliver(const char* function) {
+    if (!queue().on_delivery || !watched())
+        return;
+    const OwnCalls own;
+    const auto step = queue().on_delivery; // it may set another one
+    step(function);
+}
+
 void forget_steps() { queue().steps.clear(); }
 std::size_t steps_left() { return queue().steps.size(); }
 bool queue_is_empty() { return queue().posted.empty() && !quit_waits() && queue().input.empty(); }
@@ -242,8 +254,11 @@ BOOL GetMessageA(LPMSG message, HWND handle, UINT first, UINT last) {
     if (failing("GetMessageA", ERROR_INVALID_WINDOW_HANDLE) ||
         (handle != nullptr && window_of(handle) == nullptr))
         return -1;
-    while (!take({handle, first, last}, true, *message))
+    deliver("GetMessageA");
+    while (!take({handle, first, last}, true, *message)) {
         run_next_step();
+        deliver("GetMessageA");
+    }
     return message->message != WM_QUIT;
 }
 
@@ -252,6 +267,7 @@ BOOL PeekMessageA(LPMSG message, HWND handle, UINT first, UINT last, UINT remove
         return FALSE;
     if (queue().when_peeked)
         std::exchange(queue().when_peeked, nullptr)();
+    deliver("PeekMessageA");
     return take({handle, first, last}, (remove & PM_REMOVE) != 0, *message);
 }
 

@@ -17,6 +17,8 @@ struct Input {
 
 void queue_input(const Input& input);
 void queue_step(std::function<void()> step);
+/// Lets a test send what other processes may send while the program is inside `function`.
+void deliver(const char* function);
 /// Dispatches what is posted, as the system's own modal loops do, but takes no input.
 void dispatch_posted();
 /// The same for everything that waits, input included.

@@ -63,13 +63,16 @@ const std::map<std::string, WholeSession::Values>& WholeSession::values() {
     return values;
 }
 
-WholeSession::WholeSession(const Disturbance& disturbance, const std::string& server) {
+WholeSession::WholeSession(const Disturbance& disturbance, const std::string& server)
+    : look_(disturbance.look) {
     socket_io_timeout = 60;
     net::started = false;
     loopback::Listener listener;
     prepare(listener.port());
     add_steps();
     auto peer = std::async(std::launch::async, [&] { return serve_one(listener, server); });
+    if (disturbance.at_delivery)
+        substitute::on_delivery([&](const char* function) { disturbance.at_delivery(*this, function); });
     const ShortMemory memory(disturbance.memory, !disturbance.memory_stays_short);
     const std::size_t calls_before = substitute::calls().size();
     substitute::fail_call(disturbance.function, disturbance.call);
@@ -110,22 +113,31 @@ void WholeSession::add_steps() {
     visit("Level", [](HWND list) { SendMessageA(list, CB_SETCURSEL, 1, 0); });
     for (const char* pushed : {"Flag", "Folder", "File", "Signal", "Forget", "Servers"})
         visit(pushed, [](HWND button) { SendMessageA(button, BM_CLICK, 0, 0); });
-    then([] { push(test_connection_id); });
-    then([] { SetWindowPos(main_window, nullptr, 0, 0, 600, 400, SWP_NOZORDER | SWP_NOMOVE); });
-    then([] { push(ok_id); });
+    step([] { push(test_connection_id); });
+    step([] { SetWindowPos(main_window, nullptr, 0, 0, 600, 400, SWP_NOZORDER | SWP_NOMOVE); });
+    step([this] {
+        ok_pressed_ = true;
+        push(ok_id);
+    });
     // A window that could not be closed is closed again.
     for (int attempt = 0; attempt < 3; ++attempt)
         then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
 }
 
+void WholeSession::step(std::function<void()> act) {
+    then(std::move(act));
+    if (look_)
+        then([this] { look_(*this); });
+}
+
 /// Selects the entry and, when its page came up, acts on the page's last control.
 void WholeSession::visit(const char* title, void (*act)(HWND)) {
-    then([title] {
+    step([title] {
         const HWND tree = see([] { return control(tree_id); });
         const HTREEITEM found = see([title] { return item(title); });
         SendMessageA(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(found));
     });
-    then([act] {
+    step([act] {
         const std::vector<HWND> controls = see(page_controls);
         if (!controls.empty())
             act(controls.back());

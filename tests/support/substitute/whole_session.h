@@ -9,7 +9,9 @@
 #include <string>
 #include <vector>
 
-/// What fails in a session; 0 stands for nothing.
+class WholeSession;
+
+/// What goes wrong in a session, or arrives in the middle of it; 0 stands for nothing.
 struct Disturbance {
     /// The n-th call of this function of the system.
     std::string function = {};
@@ -18,6 +20,10 @@ struct Disturbance {
     std::size_t memory = 0;
     /// Whether all later requests fail, too.
     bool memory_stays_short = false;
+    /// Called wherever another process's message may arrive.
+    std::function<void(const WholeSession&, const char* function)> at_delivery = {};
+    /// Called after each of the user's steps, when the program has nothing else to do.
+    std::function<void(const WholeSession&)> look = {};
 };
 
 /// What the server of the connection test answers, in octets.
@@ -46,6 +52,8 @@ public:
     std::string failed_call() const;
     /// How often the network code asked for memory.
     std::size_t memory_requests() const { return memory_requests_; }
+    /// The user has pressed OK.
+    bool ok_pressed() const { return ok_pressed_; }
     int exit_code() const { return exit_code_; }
     std::vector<SeenBox> seen() const { return boxes.seen(); }
 
@@ -53,10 +61,13 @@ private:
     void TestBody() override {}
     void prepare(std::uint16_t server_port);
     void add_steps();
+    void step(std::function<void()> act);
     void visit(const char* title, void (*act)(HWND));
     void run_program();
 
     const int usual_io_timeout_ = socket_io_timeout;
+    std::function<void(const WholeSession&)> look_;
+    bool ok_pressed_ = false;
     std::vector<std::string> calls_;
     int exit_code_ = 0;
     std::size_t memory_requests_ = 0;
