@@ -1,6 +1,7 @@
 #include "substitute/windows/messages.h"
 
 #include "substitute/calls.h"
+#include "substitute/control/calls.h"
 #include "substitute/control/user.h"
 #include "substitute/controls/controls.h"
 #include "substitute/kernel/kernel.h"
