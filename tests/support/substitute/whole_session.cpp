@@ -77,6 +77,7 @@ WholeSession::WholeSession(const Disturbance& disturbance, const std::string& se
     const std::size_t calls_before = substitute::calls().size();
     substitute::fail_call(disturbance.function, disturbance.call);
     run_program();
+    substitute::on_delivery({});
     substitute::fail_call(disturbance.function, 0);
     calls_ = substitute::calls();
     calls_.erase(calls_.begin(), calls_.begin() + static_cast<std::ptrdiff_t>(calls_before));
