@@ -3,14 +3,23 @@
 #include "base/text.h"
 #include "protocol/try_servers.h"
 #include "window/boxes.h"
+#include "window/input.h"
+#include "window/main_handle.h"
 #include "window/wait_window.h"
 
 #include <optional>
 
 namespace {
 
+/// An impatient click or key from before the box was there answers nothing and begins no second test, also
+/// when no server had to be waited for.
+void tell(const BoxDescription& box) {
+    drop_input(main_window);
+    show_box(box);
+}
+
 void warn(const std::string& text) {
-    show_box({.text = text, .caption = "Error testing connection", .style = MB_ICONEXCLAMATION});
+    tell({.text = text, .caption = "Error testing connection", .style = MB_ICONEXCLAMATION});
 }
 
 /// Shows what the user sees of a test.
@@ -33,11 +42,10 @@ public:
     }
     void show_result() const {
         if (failures_.empty()) {
-            show_box({.text =
-                          "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
+            tell({.text = "All the Tavrin Servers accepted the settings. The Tavrin Agent will now be able "
                           "to check in, once started",
-                      .caption = "Connection test successful",
-                      .style = MB_ICONINFORMATION});
+                  .caption = "Connection test successful",
+                  .style = MB_ICONINFORMATION});
         } else {
             warn(failures_);
         }

@@ -138,6 +138,16 @@ TEST_F(ImpatientUser, LosesNothingElse) {
     EXPECT_THAT(waiting, ElementsAre(WM_APP + 7, WM_SETFONT));
 }
 
+TEST_F(ImpatientUser, GetsOneResultForManyClicksThatNoServerKeepsWaiting) {
+    set_text(agent_key, "Servers", "");
+    then([] {
+        for (int click = 0; click < 4; ++click)
+            substitute::click(test_button());
+    });
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(captions(), ElementsAre("Connection test successful"));
+}
+
 TEST_F(ImpatientUser, ReadsTheResultAlsoWhenNoWaitWindowCouldBeShown) {
     then([] { substitute::fail_every_call("RegisterClassExA", ERROR_NOT_ENOUGH_MEMORY); });
     test_meanwhile([] { substitute::click(test_button()); });

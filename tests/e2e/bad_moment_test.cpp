@@ -143,10 +143,12 @@ TEST_F(BadMoment, OkDuringAScanWritesNothing) {
     const HWND list = tool.page("Server list").controls[0];
     replace_text(list, "typed");
     tool.expect_changes(true);
+    const HWND ok = tool.control(ok_id);
+    const POINT close_box = place_on_frame(window, HTCLOSE);
     click(tool.page_button("Server list", "Scan"));
     tool.wait_window();
-    click_blindly(tool.control(ok_id));
-    click_at(place_on_frame(window, HTCLOSE));
+    click_blindly(ok);
+    click_at(close_box);
     wait_for("the servers found", [&] { return text_of(list).find("10.9.0.2") != std::string::npos; });
     click(list);
     expect_focus(list, "the list");

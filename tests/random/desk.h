@@ -3,6 +3,7 @@
 /// program when the next look is taken.
 #include "platform/win32.h"
 
+#include <optional>
 #include <string>
 
 namespace random_user {
@@ -29,6 +30,17 @@ public:
     virtual void minimise_and_restore() = 0;
     virtual void resize(int width, int height) = 0;
     virtual void shut() = 0;
+    /// Minimises the window by its frame and restores it after a window of another program came and went.
+    virtual void minimise_beside_another_window() = 0;
+
+    // What other processes and the system do.
+    virtual void select(HTREEITEM item) = 0;
+    virtual void order_to_close() = 0;
+    virtual bool may_session_end() = 0;
+    /// How many message boxes there were; nothing where boxes may come between two looks.
+    virtual std::optional<std::size_t> boxes_shown() = 0;
+    /// Whether it is no message box that is open, but a dialog of the system's.
+    virtual bool shows_system_dialog() = 0;
 };
 
 } // namespace random_user

@@ -146,6 +146,12 @@ bool Model::changed(const Entry& entry) const {
     return entry.kind->view == View::removal && expected(entry) == "ticked";
 }
 
+bool Model::is_changed_by_a_look(const Entry& entry) const {
+    Model looked = *this;
+    looked.see(entry, expected(entry));
+    return looked.changed(entry) != changed(entry);
+}
+
 bool Model::has_changes() const {
     return std::any_of(loaded_.begin(), loaded_.end(), [this](const SpecFile* file) {
         const auto entries = entries_of(*file);

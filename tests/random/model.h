@@ -36,6 +36,8 @@ public:
     /// The user has seen this.
     void see(const Entry& entry, const Sight& sight) { seen_[&entry] = sight; }
 
+    /// Whether the entry's value becomes another one by being shown alone: a check box knows only two.
+    bool is_changed_by_a_look(const Entry& entry) const;
     /// Whether anything differs from what is stored.
     bool has_changes() const;
     /// The text with which the program gives up when the user asks for a connection test or, of this file,

@@ -81,6 +81,8 @@ Sight Player::sight_of(const Entry& entry, const Page& page) const {
 void Player::play(const Step& step) {
     may_edit_ = may_close_item_ = false;
     wanted_focus_ = nullptr;
+    pressed_ = {};
+    most_boxes_ = {};
     if (needs_mouse(step.action) && list_is_open())
         return close_list();
     switch (step.action) {
@@ -90,19 +92,15 @@ void Player::play(const Step& step) {
     case Action::background: click_background(); break;
     case Action::key: press_key(step); break;
     case Action::text: type(step); break;
-    case Action::test: click_button(test_connection_id, "Test Connection"); break;
-    case Action::ok: click_button(ok_id, "OK"); break;
-    case Action::close: click_button(close_id, "Close"); break;
+    case Action::test: click_button(test_connection_id, "Test Connection", step); break;
+    case Action::ok: click_button(ok_id, "OK", step); break;
+    case Action::close: click_button(close_id, "Close", step); break;
     case Action::leave:
         note("leaves for another program and comes back");
         keep_focus();
         desk_.leave_and_return();
         break;
-    case Action::minimise:
-        note("minimises and restores the window");
-        keep_focus();
-        desk_.minimise_and_restore();
-        break;
+    case Action::minimise: minimise(step); break;
     case Action::resize:
         note("resizes the window");
         keep_focus();
@@ -113,6 +111,17 @@ void Player::play(const Step& step) {
         end_ = End::discarded;
         desk_.shut();
         break;
+    }
+}
+
+void Player::minimise(const Step& step) {
+    note(std::string("minimises and restores the window") +
+         (step.other_way ? ", while a window of another program comes and goes" : ""));
+    keep_focus();
+    if (step.other_way) {
+        desk_.minimise_beside_another_window();
+    } else {
+        desk_.minimise_and_restore();
     }
 }
 
@@ -129,33 +138,6 @@ void Player::close_list() {
 
 /// Before the user has been anywhere, the focus is nowhere in particular.
 void Player::keep_focus() { wanted_focus_ = went_somewhere_ ? desk_.focus() : nullptr; }
-
-void Player::play_meanwhile(const Step& step) {
-    switch (step.meanwhile) {
-    case Meanwhile::nothing: break;
-    case Meanwhile::leave:
-        note("  meanwhile leaves for another program and comes back");
-        desk_.leave_and_return();
-        break;
-    case Meanwhile::item:
-        note("  meanwhile:");
-        click_item(step);
-        wanted_focus_ = nullptr;
-        break;
-    case Meanwhile::window:
-        note("  meanwhile clicks into the main window");
-        desk_.click(desk_.window(), {3, 3});
-        break;
-    case Meanwhile::shut:
-        if (!IsWindowEnabled(desk_.window()))
-            break;
-        note("  meanwhile closes the window by its frame");
-        if (end_ == End::none)
-            end_ = End::discarded;
-        desk_.shut();
-        break;
-    }
-}
 
 /// Whatever is not inside a closed item, from top to bottom.
 std::vector<std::size_t> Player::open_items() const {
@@ -216,7 +198,25 @@ void Player::click_control(const Step& step) {
     wanted_focus_ = IsWindowEnabled(control) ? control : nullptr;
     RECT area{};
     GetClientRect(control, &area);
-    desk_.click(control, {std::min<LONG>(3, area.right - 1), area.bottom / 2});
+    click_and_remember(control, {std::min<LONG>(3, area.right - 1), area.bottom / 2});
+    if (is_scan(control))
+        grow_impatient(step, 2);
+}
+
+void Player::click_and_remember(HWND control, POINT where) {
+    pressed_ = {control, where};
+    desk_.click(control, where);
+}
+
+/// Whoever clicks on and on while a test or a scan is under way gets the boxes of one.
+void Player::grow_impatient(const Step& step, std::size_t boxes) {
+    const std::optional<std::size_t> shown = desk_.boxes_shown();
+    if (!shown || failure_ || step.meanwhile != Meanwhile::nothing || step.number % 3 != 0)
+        return;
+    note("  and clicks on and on");
+    most_boxes_ = *shown + boxes;
+    for (int more = 0; more < 3; ++more)
+        desk_.click(pressed_.control, pressed_.where);
 }
 
 /// What the program will do about it is told by the values that the user sees.
@@ -235,7 +235,7 @@ void Player::press(HWND pressed) {
         end_ = End::failed;
 }
 
-void Player::click_button(int id, const char* name) {
+void Player::click_button(int id, const char* name, const Step& step) {
     const HWND pressed = button(id);
     if (!is_usable(pressed))
         return;
@@ -244,7 +244,9 @@ void Player::click_button(int id, const char* name) {
     wanted_focus_ = pressed;
     RECT area{};
     GetClientRect(pressed, &area);
-    desk_.click(pressed, {area.right / 2, area.bottom / 2});
+    click_and_remember(pressed, {area.right / 2, area.bottom / 2});
+    if (id == test_connection_id)
+        grow_impatient(step, 1);
 }
 
 void Player::click_background() {
@@ -283,7 +285,9 @@ void Player::type(const Step& step) {
 std::string Player::look() {
     if (handles_.empty() && tree_fault_.empty())
         learn_items();
-    std::string fault = tree_fault_;
+    std::string fault = tree_fault_ + fault_;
+    if (fault.empty() && most_boxes_ && *desk_.boxes_shown() > *most_boxes_)
+        fault = "impatient clicks brought more boxes";
     if (fault.empty())
         fault = follow_caret();
     if (fault.empty())

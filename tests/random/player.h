@@ -21,11 +21,15 @@ public:
     void play(const Step& step);
     /// Does what the user does while a box is open that the step has brought up.
     void play_meanwhile(const Step& step);
+    /// The same for what other processes and the system do, at any moment.
+    void play_others(const Step& step);
     /// Looks at the window after a step. Returns what is wrong; empty when all is well.
     std::string look();
 
     /// Whether the last step was one that may end the program, and how.
     End end() const { return end_; }
+    /// What was wrong in the middle of a step.
+    const std::string& fault() const { return fault_; }
     const std::optional<std::string>& failure() const { return failure_; }
     const std::vector<std::string>& notes() const { return notes_; }
 
@@ -50,13 +54,20 @@ private:
     void click_item(const Step& step);
     void click_expander(const Step& step);
     void click_control(const Step& step);
-    void click_button(int id, const char* name);
+    void click_button(int id, const char* name, const Step& step);
+    void click_and_remember(HWND control, POINT where);
+    void grow_impatient(const Step& step, std::size_t boxes);
+    void minimise(const Step& step);
     void click_background();
     void close_list();
     void press_key(const Step& step);
     void type(const Step& step);
     void press(HWND pressed);
     void keep_focus();
+    void close_meanwhile(const char* how, void (Desk::*close)());
+    void press_again();
+    void select_from_outside(const Step& step);
+    void ask_for_end_of_session();
     void note(const std::string& text) { notes_.push_back(text); }
 
     // The looks.
@@ -90,6 +101,14 @@ private:
     std::optional<std::string> failure_;
     std::vector<std::string> notes_;
     std::string tree_fault_;
+    std::string fault_;
+    /// What the step has clicked on, if that can bring up a box, and where.
+    struct {
+        HWND control = nullptr;
+        POINT where = {};
+    } pressed_;
+    /// How many boxes there may have been after the step; nothing when any number may.
+    std::optional<std::size_t> most_boxes_;
 };
 
 } // namespace random_user

@@ -37,7 +37,7 @@ Action make_action(Chance& chance) {
 }
 
 Meanwhile make_meanwhile(Chance& chance) {
-    switch (chance.below(20)) {
+    switch (chance.below(24)) {
     case 0:
     case 1:
     case 2: return Meanwhile::leave;
@@ -45,6 +45,12 @@ Meanwhile make_meanwhile(Chance& chance) {
     case 4: return Meanwhile::item;
     case 5: return Meanwhile::window;
     case 6: return Meanwhile::shut;
+    case 7:
+    case 8: return Meanwhile::again;
+    case 9:
+    case 10: return Meanwhile::select;
+    case 11: return Meanwhile::order;
+    case 12: return Meanwhile::end;
     default: return Meanwhile::nothing;
     }
 }

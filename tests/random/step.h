@@ -24,8 +24,19 @@ enum class Action {
     shut,       ///< closes the window by its frame
 };
 
-/// What the user does while the box is open that the step brings up, if it brings up one.
-enum class Meanwhile { nothing, leave, item, window, shut };
+/// What happens while the box is open that the step brings up, if it brings up one; and, where another
+/// process has a hand in it, while the agent's service stops.
+enum class Meanwhile {
+    nothing,
+    leave,  ///< the user turns to another program's window and comes back
+    item,   ///< clicks on one of the tree's items
+    window, ///< clicks into the main window
+    shut,   ///< closes it by its frame
+    again,  ///< presses once more what has brought up the box
+    select, ///< another process selects an item
+    order,  ///< another process tells the window to close
+    end,    ///< the system asks whether the session may end
+};
 
 struct Step {
     Action action;

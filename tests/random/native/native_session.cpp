@@ -112,9 +112,10 @@ void NativeSession::arrange_dialogs(const Step& step) {
     substitute::while_next_box([this, step] { player_.play_meanwhile(step); });
     for (int box = 0; box < 6; ++box)
         boxes.answer(chance_.percent(70) ? IDYES : IDNO);
-    const bool shuts = step.meanwhile == Meanwhile::shut && step.action == Action::ok;
-    substitute::when_peeked(shuts ? [] { PostMessageA(main_window, WM_CLOSE, 0, 0); }
-                                  : std::function<void()>());
+    substitute::on_clock([this, step, passes = step.number % 50](std::uint64_t) mutable {
+        if (passes-- == 0)
+            player_.play_others(step);
+    });
     substitute::choose_next_folder({{"C:\\" + step.text}, step.other_way});
     substitute::choose_next_file(step.other_way ? std::optional("C:\\log\\" + step.text) : std::nullopt);
 }
@@ -137,6 +138,8 @@ std::string NativeSession::fault_at_the_end(int exit_code) const {
         return "the program does not say \"" + *player_.failure() + "\"";
     if (player_.end() == End::none)
         return "the program ends by itself";
+    if (!player_.fault().empty())
+        return player_.fault();
     return model_.registry_faults(player_.end() == End::applied);
 }
 
@@ -167,6 +170,20 @@ void NativeSession::minimise_and_restore() {
     SendMessageA(main_window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     SendMessageA(main_window, WM_SYSCOMMAND, SC_RESTORE, 0);
 }
+
+void NativeSession::minimise_beside_another_window() {
+    SendMessageA(main_window, WM_NCLBUTTONDOWN, HTMINBUTTON, 0);
+    leave_and_return();
+    SendMessageA(main_window, WM_SYSCOMMAND, SC_RESTORE, 0);
+}
+
+void NativeSession::select(HTREEITEM item) {
+    SendMessageA(control(tree_id), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
+void NativeSession::order_to_close() { SendMessageA(main_window, WM_CLOSE, 0, 0); }
+
+bool NativeSession::may_session_end() { return SendMessageA(main_window, WM_QUERYENDSESSION, 0, 0) != 0; }
 
 void NativeSession::resize(int width, int height) {
     SetWindowPos(main_window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER);

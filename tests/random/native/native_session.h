@@ -25,6 +25,12 @@ public:
     void minimise_and_restore() override;
     void resize(int width, int height) override;
     void shut() override;
+    void minimise_beside_another_window() override;
+    void select(HTREEITEM item) override;
+    void order_to_close() override;
+    bool may_session_end() override;
+    std::optional<std::size_t> boxes_shown() override { return boxes.seen().size(); }
+    bool shows_system_dialog() override { return false; }
 
 private:
     NativeSession(std::uint32_t seed, const std::vector<Step>& to_play, const Meddle& meddle);

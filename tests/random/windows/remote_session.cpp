@@ -28,7 +28,6 @@ public:
             DispatchMessageA(&message);
     }
 
-private:
     static HWND make() {
         const HWND window =
             CreateWindowExA(0, "Static", "another program", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 560, 420, 80,
@@ -174,6 +173,8 @@ std::string RemoteSession::fault_at_the_end() {
         return "the program does not say \"" + *player_.failure() + "\"";
     if (player_.end() == End::none)
         return "the program ends by itself";
+    if (!player_.fault().empty())
+        return player_.fault();
     return model_.registry_faults(player_.end() == End::applied);
 }
 
@@ -305,6 +306,37 @@ void RemoteSession::minimise_and_restore() {
     e2e::wait_for("the minimised window", [this] { return IsIconic(main_) != FALSE; });
     PostMessageA(main_, WM_SYSCOMMAND, SC_RESTORE, 0);
     e2e::wait_for("the restored window", [this] { return IsIconic(main_) == FALSE; });
+}
+
+void RemoteSession::minimise_beside_another_window() {
+    PostMessageA(main_, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+    e2e::wait_for("the minimised window", [this] { return IsIconic(main_) != FALSE; });
+    leave_and_return_to(OtherProgram::make());
+    PostMessageA(main_, WM_SYSCOMMAND, SC_RESTORE, 0);
+    e2e::wait_for("the restored window", [this] { return IsIconic(main_) == FALSE; });
+}
+
+/// A window of another program's comes to the front and goes for good.
+void RemoteSession::leave_and_return_to(HWND other) {
+    e2e::bring_to_front(other);
+    OtherProgram::take_messages();
+    DestroyWindow(other);
+    OtherProgram::take_messages();
+}
+
+void RemoteSession::select(HTREEITEM item) {
+    e2e::send(GetDlgItem(main_, e2e::tree_id), TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(item));
+}
+
+void RemoteSession::order_to_close() { PostMessageA(main_, WM_CLOSE, 0, 0); }
+bool RemoteSession::may_session_end() { return e2e::send(main_, WM_QUERYENDSESSION) != 0; }
+
+bool RemoteSession::shows_system_dialog() {
+    const HWND dialog = open_dialog();
+    if (dialog == nullptr)
+        return false;
+    const std::string caption = e2e::text_of(dialog);
+    return caption == "File selection..." || caption == "Browse for Folder";
 }
 
 void RemoteSession::resize(int width, int height) {

@@ -27,6 +27,13 @@ public:
     void minimise_and_restore() override;
     void resize(int width, int height) override;
     void shut() override;
+    void minimise_beside_another_window() override;
+    void select(HTREEITEM item) override;
+    void order_to_close() override;
+    bool may_session_end() override;
+    /// A click of the impatient kind would meet the box that the one before has brought up.
+    std::optional<std::size_t> boxes_shown() override { return std::nullopt; }
+    bool shows_system_dialog() override;
 
 private:
     explicit RemoteSession(std::uint32_t seed);
@@ -40,6 +47,7 @@ private:
     // What comes of a step is waited for.
     void settle(const Step& step);
     void wait_until_idle();
+    void leave_and_return_to(HWND other);
     void come_back();
     HWND open_dialog();
     void answer_if_there(HWND dialog, const Step& step);
