@@ -3,7 +3,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <thread>
 
 namespace e2e {
 namespace {
@@ -189,10 +188,12 @@ TEST_F(BadMoment, AFileForAPageThatIsGoneIsDropped) {
 TEST_F(BadMoment, ServersForAPageThatIsGoneAreDropped) {
     Tool tool;
     open(tool, servers_page);
+    const HWND tree = tool.control(tree_id);
+    const HTREEITEM other = tool.tree().find(agent_name);
     click(tool.page_button("Server list", "Scan"));
     tool.wait_window();
-    // Answered when the program next looks at its queue.
-    std::thread([&] { tool.tree().select(agent_name); }).join();
+    // Answered when the program next looks at its queue, which is when the wait window closes.
+    send(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(other));
     tool.page("Agent name");
     wait_for("the end of the scan", [&] { return !tool.shows_wait_window(); });
     tool.expect_changes(false);
