@@ -1,6 +1,6 @@
 #include "app/apply_changes.h"
 
-#include "service/apply.h"
+#include "service/restart.h"
 #include "window/boxes.h"
 #include "window/main_handle.h"
 #include "window/wait_window.h"
@@ -64,6 +64,7 @@ void RestartBoxes::tell(ServiceTrouble trouble, DWORD) {
                  " service manually.",
              "Service must be restarted manually", MB_ICONEXCLAMATION);
         return;
+    case ServiceTrouble::stop_refused:
     case ServiceTrouble::not_stopped:
         show("Failed to stop service. You will have to restart the service manually, in order to effectuate "
              "the changes",
@@ -94,8 +95,8 @@ void write_changed_entries(Configuration& configuration) {
 void apply_changes(Configuration& configuration) {
     RestartBoxes boxes(configuration.name);
     // Without a service nothing is read from the controls again: the values of the last button update stand.
-    apply({.service_name = configuration.serviceName,
-           .any = [&] { return configuration.has_changes(); },
-           .write = [&] { write_changed_entries(configuration); }},
-          boxes);
+    restart_around({.service_name = configuration.serviceName,
+                    .any = [&] { return configuration.has_changes(); },
+                    .write = [&] { write_changed_entries(configuration); }},
+                   boxes);
 }

@@ -6,10 +6,12 @@
 
 #include <windows.h>
 
+#include <aclapi.h>
 #include <cderr.h>
 #include <commctrl.h>
 #include <commdlg.h>
 #include <iphlpapi.h>
 #include <objbase.h>
+#include <sddl.h>
 #include <shellapi.h>
 #include <shlobj.h>

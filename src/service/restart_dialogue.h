@@ -5,13 +5,15 @@
 
 #include <functional>
 
-/// Why the service is not as wished.
+/// Why the service does not run with the new values.
 enum class ServiceTrouble {
     /// The service manager cannot be opened, or the service's state cannot be read.
     unreachable,
     /// The manager knows no such service, or does not open it.
     unknown,
-    /// The stop was refused, its progress could not be read, or the time ran out.
+    /// The request to stop was refused: the service runs as before.
+    stop_refused,
+    /// The progress of the stop could not be read, or the time ran out.
     not_stopped,
     /// The start was refused or, where that is waited for, the service did not come to run.
     not_started,

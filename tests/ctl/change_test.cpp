@@ -21,7 +21,7 @@ TEST_F(Change, WritesWhatDiffersAndRestartsTheService) {
         << "what the test wrote before, and the one value";
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 1);
     EXPECT_EQ(substitute::service_counts("AgentService").starts, 1);
-    EXPECT_THAT(done.err, HasSubstr("tavrinctl: the service AgentService runs again\n"));
+    EXPECT_THAT(done.err, HasSubstr("tavrinctl: service AgentService restarted\n"));
 }
 
 TEST_F(Change, ReportsEachValue) {
@@ -60,7 +60,7 @@ TEST_F(Change, ASecondRunChangesNothingAndSaysSo) {
     const int writes = substitute::call_count("RegSetValueExA");
     const Ended second = change({"set", "Agent", "Port=5001", "Flag=FALSE", "Colour=green", "Modem="});
     EXPECT_EQ(second.code, ctl::as_wished);
-    EXPECT_EQ(second.err, "tavrinctl: everything is as wished, nothing is changed\n");
+    EXPECT_EQ(second.err, "tavrinctl: nothing to do: all values match\n");
     EXPECT_THAT(second.out, HasSubstr("\"changed\": false,\n  \"whatIf\": false,\n  \"backup\": null"));
     EXPECT_EQ(substitute::call_count("RegSetValueExA"), writes);
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 1);
@@ -78,7 +78,7 @@ TEST_F(Change, TellsTheBackupsPath) {
     const Ended done = change({"set", "Agent", "Port=5001"});
     const std::string path = scratch.path_of("backup") + "/tavrinctl-";
     EXPECT_THAT(done.out, HasSubstr("\"backup\": \"" + path));
-    EXPECT_THAT(done.err, HasSubstr("tavrinctl: the values as they were are in " + path));
+    EXPECT_THAT(done.err, HasSubstr("tavrinctl: previous values saved to " + path));
 }
 
 TEST_F(Change, WithoutABackupNothingIsWritten) {
@@ -168,7 +168,7 @@ TEST_F(Change, LengthsCountInTheCodePage) {
 TEST_F(Change, WhatTheToolCouldNotHaveWrittenMayStay) {
     set_text(key, "Flag", "yes");
     set_text(key, "Port", "0x10");
-    EXPECT_THAT(change({"set", "Agent", "Flag=yes", "Port=0x10"}).err, HasSubstr("nothing is changed"));
+    EXPECT_THAT(change({"set", "Agent", "Flag=yes", "Port=0x10"}).err, HasSubstr("nothing to do"));
     change({"set", "Agent", "Port=16"});
     EXPECT_EQ(text("Port"), "16");
 }
@@ -213,7 +213,7 @@ TEST_F(Change, NullRemovesAValue) {
     EXPECT_FALSE(raw_value(key, "Port"));
     EXPECT_THAT(done.out,
                 HasSubstr("\"before\": \"5000\",\n          \"after\": null,\n          \"changed\": true"));
-    EXPECT_THAT(apply(state).err, HasSubstr("nothing is changed"));
+    EXPECT_THAT(apply(state).err, HasSubstr("nothing to do"));
 }
 
 TEST_F(Change, JsonsOwnNumbersAndTruthValuesAreForTheirKinds) {
@@ -323,7 +323,7 @@ TEST_F(Change, AServiceThatDoesNotStopLeavesTheValuesWritten) {
     const Ended done = change({"set", "Agent", "Port=5001", "--timeout", "3"});
     EXPECT_EQ(done.code, ctl::not_restarted);
     EXPECT_EQ(substitute::clock_now() - start, 3'000u);
-    EXPECT_THAT(done.err, HasSubstr("the values are written, but the service AgentService did not stop"));
+    EXPECT_THAT(done.err, HasSubstr("values written, but service AgentService did not stop"));
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
     EXPECT_EQ(text("Port"), "5001");
 }
@@ -332,8 +332,11 @@ TEST_F(Change, AServiceThatDoesNotStartAgain) {
     substitute::set_service("AgentService", {.start_error = ERROR_SERVICE_DISABLED});
     const Ended done = change({"set", "Agent", "Port=5001", "--exit-code"});
     EXPECT_EQ(done.code, ctl::not_restarted);
-    EXPECT_THAT(done.err, HasSubstr("the values are written, but the service AgentService did not start: "));
-    EXPECT_THAT(done.err, Not(HasSubstr("runs again")));
+    EXPECT_THAT(
+        done.err,
+        HasSubstr(
+            "values written, but service AgentService did not start; the next set or apply tries again: "));
+    EXPECT_THAT(done.err, Not(HasSubstr("restarted\n")));
     EXPECT_EQ(text("Port"), "5001");
 }
 

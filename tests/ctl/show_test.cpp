@@ -68,7 +68,7 @@ TEST_F(Show, WhatShowPrintsIsWhatApplyReads) {
     EXPECT_THAT(shown.out, HasSubstr("\"Modem\": {\n          \"value\": null,"));
     const Ended applied = apply(shown.out, {"--exit-code"});
     EXPECT_EQ(applied.code, ctl::as_wished) << applied.err;
-    EXPECT_EQ(applied.err, "tavrinctl: everything is as wished, nothing is changed\n");
+    EXPECT_EQ(applied.err, "tavrinctl: nothing to do: all values match\n");
 }
 
 TEST_F(Show, AStateOfAnotherMachineMakesThisOneTheSame) {
@@ -127,7 +127,7 @@ TEST_F(Show, DscTestsAndSets) {
     const Ended set = dsc("set", wish);
     EXPECT_EQ(set.code, ctl::as_wished);
     EXPECT_EQ(set.out, after + "\n[\"values\"]\n");
-    EXPECT_THAT(set.err, HasSubstr("{\"info\":\"the service AgentService runs again\"}\n"));
+    EXPECT_THAT(set.err, HasSubstr("{\"info\":\"service AgentService restarted\"}\n"));
     EXPECT_EQ(text("Port"), "5001");
     EXPECT_EQ(dsc("set", wish).out, after + "\n[]\n");
     EXPECT_THAT(dsc("test", wish).out, HasSubstr("\"_inDesiredState\":true"));

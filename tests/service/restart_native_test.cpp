@@ -1,6 +1,6 @@
 // The apply sequence as its caller meets it, with whatever realisation of the dialogue, over scripted
 // services and the virtual clock.
-#include "service/apply.h"
+#include "service/restart.h"
 #include "substitute/control.h"
 #include "support/thrown.h"
 
@@ -30,8 +30,8 @@ public:
             on_pass();
     }
     void tell(ServiceTrouble trouble, DWORD code) override {
-        static const char* const names[] = {"unreachable", "unknown", "not stopped", "not started",
-                                            "not restarted"};
+        static const char* const names[] = {"unreachable", "unknown",     "refused",
+                                            "not stopped", "not started", "not restarted"};
         events.push_back(names[static_cast<int>(trouble)] + std::string(" ") + std::to_string(code));
     }
 
@@ -67,13 +67,13 @@ protected:
     void agent(const substitute::ServiceScript& script) { substitute::set_service("Agent", script); }
 
     std::vector<std::string> events(bool any = true) {
-        changes.any = [=] { return any; };
-        changes.write = [this] { notes.events.emplace_back("write"); };
-        apply(changes, notes);
+        writing.any = [=] { return any; };
+        writing.write = [this] { notes.events.emplace_back("write"); };
+        restart_around(writing, notes);
         return std::exchange(notes.events, {});
     }
 
-    Changes changes{.service_name = "Agent"};
+    Writing writing{.service_name = "Agent"};
     Notes notes;
 };
 
@@ -87,7 +87,7 @@ TEST_F(Restart, IsAroundTheWriting) {
 TEST_F(Restart, AsksNothingOfWhoNamesNoServiceOrHasNoChanges) {
     agent({});
     EXPECT_THAT(events(false), ElementsAre("write"));
-    changes.service_name.clear();
+    writing.service_name.clear();
     EXPECT_THAT(events(), ElementsAre("write"));
     EXPECT_EQ(substitute::call_count("OpenSCManagerA"), 0);
 }
@@ -120,7 +120,7 @@ TEST_F(Restart, TellsWhyTheServiceCannotBeControlled) {
 TEST_F(Restart, TellsWhatWasRefused) {
     agent({.stop_error = ERROR_ACCESS_DENIED});
     EXPECT_THAT(events(),
-                ElementsAre("restart?", "stopping", "done", "not stopped 5", "write", "not restarted 0"));
+                ElementsAre("restart?", "stopping", "done", "refused 5", "write", "not restarted 0"));
     agent({.start_error = ERROR_ACCESS_DENIED});
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 5"));
@@ -128,7 +128,7 @@ TEST_F(Restart, TellsWhatWasRefused) {
 
 TEST_F(Restart, WaitsAsLongAsItsCallerWants) {
     agent({.stop_time = substitute::never});
-    changes.stop_limit = milliseconds(1500);
+    writing.stop_limit = milliseconds(1500);
     const std::uint64_t start = substitute::clock_now();
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "not stopped 0", "write", "not restarted 0"));
@@ -137,7 +137,7 @@ TEST_F(Restart, WaitsAsLongAsItsCallerWants) {
 
 TEST_F(Restart, WaitsUntilTheServiceRunsIfItsCallerWants) {
     agent({.start_time = 2500});
-    changes.start_limit = milliseconds(10'000);
+    writing.start_limit = milliseconds(10'000);
     EXPECT_THAT(events(), ElementsAre("restart?", "stopping", "done", "write", "starting", "done"));
     EXPECT_EQ(substitute::service_state("Agent"), SERVICE_RUNNING);
     EXPECT_EQ(notes.passes, 300);
@@ -145,14 +145,14 @@ TEST_F(Restart, WaitsUntilTheServiceRunsIfItsCallerWants) {
 
 TEST_F(Restart, TellsOfAServiceThatDoesNotComeToRun) {
     agent({.start_time = substitute::never});
-    changes.start_limit = milliseconds(3000);
+    writing.start_limit = milliseconds(3000);
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 0"));
 }
 
 TEST_F(Restart, TellsOfAServiceThatStopsAgainWhileItStarts) {
     agent({.start_time = substitute::never});
-    changes.start_limit = milliseconds(60'000);
+    writing.start_limit = milliseconds(60'000);
     notes.on_pass = [this] { agent({.state = SERVICE_STOPPED}); };
     EXPECT_THAT(events(),
                 ElementsAre("restart?", "stopping", "done", "write", "starting", "done", "not started 0"));
@@ -161,7 +161,7 @@ TEST_F(Restart, TellsOfAServiceThatStopsAgainWhileItStarts) {
 
 /// Its state is read before the question, after the writing and, where that is waited for, after the start.
 TEST_F(Restart, TellsOfAServiceWhoseStateCannotBeRead) {
-    changes.start_limit = milliseconds(3000);
+    writing.start_limit = milliseconds(3000);
     agent({});
     substitute::fail_call("QueryServiceStatus", 1, ERROR_ACCESS_DENIED);
     EXPECT_THAT(events(), ElementsAre("unreachable 5", "write"));
@@ -184,9 +184,9 @@ TEST_F(Restart, CanBeGivenUp) {
 
 TEST_F(Restart, HandsOnWhatTheWritingThrows) {
     agent({});
-    changes.any = [] { return true; };
-    changes.write = [] { throw std::string("read only"); };
-    EXPECT_EQ(thrown_text([&] { apply(changes, notes); }), "read only");
+    writing.any = [] { return true; };
+    writing.write = [] { throw std::string("read only"); };
+    EXPECT_EQ(thrown_text([&] { restart_around(writing, notes); }), "read only");
     EXPECT_EQ(substitute::service_counts("Agent").starts, 0);
 }
 

@@ -5,6 +5,7 @@
 #include "ctl/io/files.h"
 #include "ctl/io/reg_file.h"
 #include "ctl/io/system.h"
+#include "ctl/machine/data_folder.h"
 #include "ctl/machine/exact_value.h"
 
 #include <ctime>

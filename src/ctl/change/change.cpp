@@ -1,33 +1,64 @@
 #include "ctl/change/change.h"
 
 #include "ctl/change/backup.h"
+#include "ctl/change/journal.h"
 #include "ctl/change/lock.h"
 #include "ctl/change/report.h"
 #include "ctl/change/write.h"
 #include "ctl/io/console.h"
+#include "ctl/io/encoding.h"
+#include "ctl/machine/data_folder.h"
+
+#include <algorithm>
 
 namespace ctl {
 namespace {
 
+/// What an earlier run left undone is finished, whether or not its configuration is in the state.
+void add_pending_restarts(const Machine& machine, std::vector<ConfigurationChanges>& all) {
+    for (const MachineConfiguration& each : machine) {
+        const bool is_known = std::any_of(all.begin(), all.end(), [&](const ConfigurationChanges& changes) {
+            return changes.configuration == &each;
+        });
+        if (!is_known && restart_is_pending(each.service()))
+            all.push_back({.configuration = &each, .changes = {}, .restart_is_pending = true});
+    }
+}
+
+void warn_of_pending_restarts(const std::vector<ConfigurationChanges>& all) {
+    for (const ConfigurationChanges& each : all) {
+        if (each.restart_is_pending)
+            say("an earlier run left the restart of service " + to_utf8(each.configuration->service()) +
+                    " unfinished; set or apply without --restart never finishes it",
+                Level::warning);
+    }
+}
+
 void write(Done& done, const Arguments& arguments) {
-    require_write_access(done.changes);
-    done.backup = write_backup(done.changes, arguments.backup);
-    say("the values as they were are in " + done.backup, Level::info);
-    const Outcome outcome = execute(done.changes, {arguments.restart, arguments.timeout});
-    if (!outcome.text.empty())
-        say(outcome.text);
-    done.code = outcome.code;
+    const RestartChoice choice{arguments.restart, arguments.timeout};
+    if (any_differ(done.changes)) {
+        require_access(done.changes, choice);
+        done.backup = write_backup(done.changes, arguments.backup);
+        say("previous values saved to " + done.backup, Level::info);
+    }
+    done.code = write_changes(done.changes, choice);
 }
 
 } // namespace
 
 Done carry_out(const Machine& machine, const State& state, const Arguments& arguments) {
-    const OneAtATime only(arguments.timeout);
+    std::optional<Lock> lock;
+    if (!arguments.what_if) {
+        prepare_data_folder();
+        lock.emplace(arguments.timeout);
+    }
     Done done{plan_changes(machine, state), {}, as_wished};
-    const bool differs = any_differ(done.changes);
-    if (!differs)
-        say("everything is as wished, nothing is changed", Level::info);
-    if (differs && !arguments.what_if)
+    add_pending_restarts(machine, done.changes);
+    if (all_in_sync(done.changes))
+        say("nothing to do: all values match", Level::info);
+    if (arguments.what_if || !arguments.restart)
+        warn_of_pending_restarts(done.changes);
+    if (!arguments.what_if)
         write(done, arguments);
     return done;
 }
@@ -36,7 +67,7 @@ int carry_out_and_report(const State& state, const Arguments& arguments) {
     const Machine machine = read_machine();
     const Done done = carry_out(machine, state, arguments);
     print(to_text(report_of(done.changes, arguments.what_if, done.backup)));
-    if (done.code == as_wished && arguments.exit_code && any_differ(done.changes))
+    if (done.code == as_wished && arguments.exit_code && !all_in_sync(done.changes))
         return differs;
     return done.code;
 }

@@ -2,7 +2,9 @@
 
 #include "base/text.h"
 
+#include "ctl/failure.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/files.h"
 #include "ctl/io/system.h"
 #include "ctl/machine/data_folder.h"
 
@@ -34,5 +36,13 @@ std::string file_for(const std::string& service) {
 bool restart_is_pending(const std::string& service) {
     return !service.empty() && file_exists(file_for(service));
 }
+
+void note_restart(const std::string& service) {
+    const std::string path = file_for(service);
+    if (!write_file(path, to_utf8(service) + "\n"))
+        throw Failure{failed, "cannot write " + path};
+}
+
+void forget_restart(const std::string& service) { remove_file(file_for(service)); }
 
 } // namespace ctl

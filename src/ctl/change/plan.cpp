@@ -1,5 +1,6 @@
 #include "ctl/change/plan.h"
 
+#include "ctl/change/journal.h"
 #include "ctl/change/state_check.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
@@ -214,6 +215,7 @@ void plan_one(const Machine& machine, const WishedConfiguration& wished,
     check_guards(configuration, wished.guards, problems);
     warn_of_others(configuration, wished);
     all.push_back(Planning(configuration, problems).plan(wished.values));
+    all.back().restart_is_pending = restart_is_pending(configuration.service());
 }
 
 } // namespace
@@ -236,6 +238,14 @@ std::vector<ConfigurationChanges> plan_changes(const Machine& machine, const Sta
     }
     problems.refuse_if_any();
     return all;
+}
+
+bool is_in_sync(const ConfigurationChanges& changes) {
+    return !changes.differ() && !changes.restart_is_pending;
+}
+
+bool all_in_sync(const std::vector<ConfigurationChanges>& all) {
+    return std::all_of(all.begin(), all.end(), is_in_sync);
 }
 
 bool any_differ(const std::vector<ConfigurationChanges>& all) {

@@ -28,6 +28,8 @@ struct ConfigurationChanges {
     const MachineConfiguration* configuration;
     std::vector<Change> changes;
     bool is_restarted = false;
+    /// An earlier run stopped the service and did not get it running again.
+    bool restart_is_pending = false;
 
     bool differ() const;
 };
@@ -36,6 +38,9 @@ struct ConfigurationChanges {
 /// `invalid` with every problem in its words.
 std::vector<ConfigurationChanges> plan_changes(const Machine& machine, const State& state);
 
+/// Whether nothing is to be done: all values match, and no restart is pending.
+bool is_in_sync(const ConfigurationChanges& changes);
+bool all_in_sync(const std::vector<ConfigurationChanges>& all);
 bool any_differ(const std::vector<ConfigurationChanges>& all);
 
 } // namespace ctl

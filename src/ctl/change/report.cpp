@@ -25,8 +25,10 @@ Json json_of(const Change& change, bool what_if) {
     return json;
 }
 
+/// Also without a value: when a restart was finished that an earlier run left.
 bool any_changed(const ConfigurationChanges& changes, bool what_if) {
-    return std::any_of(changes.changes.begin(), changes.changes.end(),
+    return (what_if ? changes.restart_is_pending : changes.is_restarted) ||
+           std::any_of(changes.changes.begin(), changes.changes.end(),
                        [&](const Change& each) { return is_changed(each, what_if); });
 }
 

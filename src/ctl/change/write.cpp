@@ -1,10 +1,12 @@
 #include "ctl/change/write.h"
 
-#include "base/messages.h"
+#include "ctl/change/printed_restart.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "service/apply.h"
+#include "ctl/machine/service.h"
+#include "service/restart.h"
+#include "specfile/name_table.h"
 #include "store/common_reg_key.h"
 
 #include <algorithm>
@@ -36,133 +38,112 @@ void write_values(ConfigurationChanges& changes) {
     }
 }
 
-/// Asks nobody: what is to be done was said on the command line.
-class Restarting final : public RestartDialogue {
-public:
-    Restarting(ConfigurationChanges& changes, Outcome& outcome)
-        : changes_(changes), outcome_(outcome), service_(to_utf8(changes.configuration->service())) {}
+/// Configurations that share a service, so that it is restarted once.
+struct Group {
+    /// Empty: nothing is restarted.
+    std::string service;
+    std::vector<ConfigurationChanges*> members;
 
-    bool agrees_to_restart() override { return true; }
-    bool agrees_to_start() override { return false; }
-    void while_stopping(const std::function<void()>& step) override;
-    void while_starting(const std::function<void()>& step) override;
-    void pass() override {}
-    void tell(ServiceTrouble trouble, DWORD code) override;
-
-    void say_how_it_ended() const {
-        if (changes_.is_restarted)
-            say("the service " + service_ + " runs again", Level::info);
+    bool differs() const {
+        return std::any_of(members.begin(), members.end(), [](const auto* each) { return each->differ(); });
     }
-
-private:
-    void cannot_be_reached(DWORD code) const;
-    void fail_because(const std::string& why, DWORD code);
-
-    ConfigurationChanges& changes_;
-    Outcome& outcome_;
-    std::string service_;
+    bool is_pending() const {
+        return std::any_of(members.begin(), members.end(),
+                           [](const auto* each) { return each->restart_is_pending; });
+    }
+    bool any_written() const {
+        return std::any_of(members.begin(), members.end(), [](const auto* each) {
+            return std::any_of(each->changes.begin(), each->changes.end(),
+                               [](const Change& change) { return change.is_written; });
+        });
+    }
 };
 
-void Restarting::while_stopping(const std::function<void()>& step) {
-    show_progress("stopping the service " + service_);
-    step();
+Group& group_for(std::vector<Group>& groups, const std::string& service) {
+    const auto found = std::find_if(groups.begin(), groups.end(), [&](const Group& each) {
+        return !service.empty() && same_name(each.service, service);
+    });
+    return found != groups.end() ? *found : groups.emplace_back(Group{service, {}});
 }
 
-void Restarting::while_starting(const std::function<void()>& step) {
-    show_progress("starting the service " + service_);
-    changes_.is_restarted = true;
-    step();
-}
-
-void Restarting::tell(ServiceTrouble trouble, DWORD code) {
-    switch (trouble) {
-    case ServiceTrouble::unreachable:
-    case ServiceTrouble::unknown: cannot_be_reached(code); break;
-    case ServiceTrouble::not_stopped: fail_because("did not stop", code); break;
-    case ServiceTrouble::not_started: fail_because("did not start", code); break;
-    // Told also of a service that did not stop, and of one that was stopped before.
-    case ServiceTrouble::not_restarted:
-        if (outcome_.code == as_wished)
-            fail_because("was not restarted", code);
-        break;
+/// Only of configurations with something to do.
+std::vector<Group> groups_of(std::vector<ConfigurationChanges>& all, bool restart) {
+    std::vector<Group> groups;
+    for (ConfigurationChanges& each : all) {
+        if (each.differ() || (restart && each.restart_is_pending))
+            group_for(groups, restart ? each.configuration->service() : "").members.push_back(&each);
     }
-}
-
-/// Comes before the writing, and what is thrown keeps the values from being written.
-void Restarting::cannot_be_reached(DWORD code) const {
-    if (code == ERROR_ACCESS_DENIED)
-        throw Failure{access_denied, "access to the service " + service_ + " is denied"};
-    say("there is no service " + service_ + " to restart: " + to_utf8(system_error_string(code)),
-        Level::warning);
-}
-
-void Restarting::fail_because(const std::string& why, DWORD code) {
-    changes_.is_restarted = false;
-    const std::string reason = code == 0 ? "" : ": " + to_utf8(system_error_string(code));
-    outcome_ = {not_restarted, "the values are written, but the service " + service_ + " " + why + reason};
+    return groups;
 }
 
 /// A failure is kept until the service runs again.
-std::function<void()> careful_write(ConfigurationChanges& changes, std::optional<Failure>& kept) {
-    return [&] {
-        try {
-            write_values(changes);
-        } catch (const Failure& failure) {
-            kept = failure;
-        } catch (const std::string& text) {
-            kept = Failure{failed, to_utf8(text)};
+std::optional<Failure> write_members(const Group& group) {
+    try {
+        for (ConfigurationChanges* const each : group.members) {
+            if (each->differ())
+                write_values(*each);
         }
-    };
+    } catch (const Failure& failure) {
+        return failure;
+    } catch (const std::string& text) {
+        return Failure{failed, to_utf8(text)};
+    }
+    return std::nullopt;
 }
 
-void execute_one(ConfigurationChanges& changes, const Execution& execution, Outcome& outcome) {
+ExitCode write_group(const Group& group, const RestartChoice& choice) {
     std::optional<Failure> kept;
-    const std::chrono::seconds limit(execution.timeout_seconds);
-    Restarting dialogue(changes, outcome);
-    apply({.service_name = execution.restart ? changes.configuration->service() : std::string(),
-           .any = [] { return true; },
-           .write = careful_write(changes, kept),
-           .stop_limit = limit,
-           .start_limit = limit},
-          dialogue);
-    dialogue.say_how_it_ended();
+    const std::chrono::seconds limit(choice.timeout_seconds);
+    PrintedRestart dialogue(group.service, group.is_pending(), group.differs());
+    if (!group.service.empty())
+        wait_until_settled(group.service, limit);
+    restart_around({.service_name = group.service,
+                    .any = [] { return true; },
+                    .write = [&] { kept = write_members(group); },
+                    .stop_limit = limit,
+                    .start_limit = limit,
+                    .manager_access = SC_MANAGER_CONNECT,
+                    .service_access = restart_rights},
+                   dialogue);
+    const ExitCode code = dialogue.finish(group.any_written());
+    for (ConfigurationChanges* const each : group.members)
+        each->is_restarted = dialogue.is_restarted();
     if (kept)
         throw Failure(*kept);
+    return code;
 }
 
-bool any_written(const std::vector<ConfigurationChanges>& all) {
-    return std::any_of(all.begin(), all.end(), [](const ConfigurationChanges& each) {
-        return std::any_of(each.changes.begin(), each.changes.end(),
-                           [](const Change& change) { return change.is_written; });
-    });
-}
-
-Outcome stopped_by(const Failure& failure, const std::vector<ConfigurationChanges>& all) {
-    if (!any_written(all))
+ExitCode stopped_by(const Failure& failure, const std::vector<Group>& groups) {
+    const bool written =
+        std::any_of(groups.begin(), groups.end(), [](const Group& each) { return each.any_written(); });
+    if (!written)
         throw Failure{failure.code, failure.text + "; nothing was written"};
-    return {failure.code, failure.text + "; what was written before stays written"};
+    say(failure.text + "; what was written before stays written");
+    return failure.code;
 }
 
 } // namespace
 
-void require_write_access(const std::vector<ConfigurationChanges>& all) {
+void require_access(const std::vector<ConfigurationChanges>& all, const RestartChoice& choice) {
     for (const ConfigurationChanges& each : all) {
-        if (each.differ())
-            const MachineKey writable(each.configuration->key(), KEY_SET_VALUE);
+        if (!each.differ())
+            continue;
+        const MachineKey writable(each.configuration->key(), KEY_SET_VALUE);
+        if (choice.restart && !each.configuration->service().empty())
+            require_restartable(each.configuration->service(), std::chrono::seconds(choice.timeout_seconds));
     }
 }
 
-Outcome execute(std::vector<ConfigurationChanges>& all, const Execution& execution) {
-    Outcome outcome{as_wished, {}};
+ExitCode write_changes(std::vector<ConfigurationChanges>& all, const RestartChoice& choice) {
+    ExitCode code = as_wished;
+    const std::vector<Group> groups = groups_of(all, choice.restart);
     try {
-        for (ConfigurationChanges& each : all) {
-            if (each.differ())
-                execute_one(each, execution, outcome);
-        }
+        for (const Group& each : groups)
+            code = std::max(code, write_group(each, choice));
     } catch (const Failure& failure) {
-        return stopped_by(failure, all);
+        return stopped_by(failure, groups);
     }
-    return outcome;
+    return code;
 }
 
 } // namespace ctl

@@ -2,28 +2,22 @@
 #include "ctl/change/plan.h"
 #include "ctl/exit_codes.h"
 
-#include <string>
-
 namespace ctl {
 
-struct Execution {
+struct RestartChoice {
+    /// False: no service is stopped or started.
     bool restart;
-    /// For each wait for the service.
+    /// For each wait for a service.
     int timeout_seconds;
 };
 
-/// What became of the whole. The changes tell what became of each value.
-struct Outcome {
-    ExitCode code;
-    /// Why the code is not 0, or what is worth knowing although it is.
-    std::string text;
-};
+/// Looks at everything that would keep what differs from being written, and the services from being
+/// restarted. Throws Failure for what it finds; nothing is written or stopped then.
+void require_access(const std::vector<ConfigurationChanges>& all, const RestartChoice& choice);
 
-/// Throws Failure when a key that will be written may not be.
-void require_write_access(const std::vector<ConfigurationChanges>& all);
-
-/// Writes what differs, one configuration after the other, with its service stopped meanwhile when it runs
-/// and a restart is wished. Throws Failure only when nothing was written yet.
-Outcome execute(std::vector<ConfigurationChanges>& all, const Execution& execution);
+/// Writes what differs. Configurations with the same service are written together, with that service stopped
+/// meanwhile when it runs, and restarts that are pending are finished. Every failure is said; the changes
+/// tell what became of each value. Throws Failure only when nothing was written.
+ExitCode write_changes(std::vector<ConfigurationChanges>& all, const RestartChoice& choice);
 
 } // namespace ctl

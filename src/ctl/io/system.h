@@ -10,12 +10,14 @@ namespace ctl {
 std::FILE* open_file(const std::string& path, const char* mode);
 /// Makes the folder and those on the way to it. False when it is not there afterwards.
 bool make_folders(const std::string& path);
-/// Where backups go unless the caller has a better place.
-std::string backup_folder();
 /// Whether there is such a file, also one that may not be read.
 bool file_exists(const std::string& path);
 /// Removes the file, if it is there.
 void remove_file(const std::string& path);
+/// Creates the file, if it is missing, and keeps every other process from holding it until release_file, or
+/// until this one ends. Null while another holds it; throws Failure when it cannot be opened.
+void* hold_file(const std::string& path);
+void release_file(void* file);
 /// Waits until what was written to the file is on the disk.
 bool reach_disk(std::FILE* file);
 std::string join_path(const std::string& folder, const std::string& name);

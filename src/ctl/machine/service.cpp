@@ -1,8 +1,12 @@
 #include "ctl/machine/service.h"
 
+#include "base/messages.h"
+#include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "service/service_handle.h"
 
 #include <iterator>
+#include <vector>
 
 namespace ctl {
 namespace {
@@ -27,17 +31,108 @@ std::string start_type_of(SC_HANDLE service) {
     return known ? start_types[config->dwStartType] : "";
 }
 
+[[noreturn]] void refuse(const std::string& text, ExitCode code = failed) {
+    throw Failure{code, text + "; nothing was written; --restart never writes the values without a restart"};
+}
+
+/// Open for as long as it is looked at.
+class ServiceView {
+public:
+    ServiceView(const std::string& name, DWORD rights)
+        : manager_(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_CONNECT)) {
+        if (manager_)
+            service_ = ServiceHandle(OpenServiceA(manager_.get(), name.c_str(), rights));
+        error_ = service_ ? 0 : GetLastError();
+    }
+
+    explicit operator bool() const { return static_cast<bool>(service_); }
+    SC_HANDLE get() const { return service_.get(); }
+    /// Why it is not open.
+    DWORD error() const { return error_; }
+
+private:
+    ServiceHandle manager_;
+    ServiceHandle service_;
+    DWORD error_;
+};
+
+void refuse_unless_missing(const std::string& name, DWORD error) {
+    if (error == ERROR_ACCESS_DENIED)
+        refuse("access to the service " + to_utf8(name) + " is denied", access_denied);
+    if (error != ERROR_SERVICE_DOES_NOT_EXIST)
+        refuse("cannot open the service " + to_utf8(name) + ": " + to_utf8(system_error_string(error)));
+}
+
+bool is_on_its_way(DWORD state) {
+    return state == SERVICE_START_PENDING || state == SERVICE_STOP_PENDING ||
+           state == SERVICE_CONTINUE_PENDING || state == SERVICE_PAUSE_PENDING;
+}
+
+constexpr DWORD between_looks = 100;
+
+/// The status when it has settled, or when the time has run out.
+SERVICE_STATUS settled(SC_HANDLE service, std::chrono::milliseconds limit) {
+    const std::uint64_t end = GetTickCount64() + static_cast<std::uint64_t>(limit.count());
+    SERVICE_STATUS status{};
+    while (QueryServiceStatus(service, &status) && is_on_its_way(status.dwCurrentState) &&
+           GetTickCount64() < end)
+        Sleep(between_looks);
+    return status;
+}
+
+/// Of the services that depend on it and run; empty also when they may not be listed. The system never needs
+/// more than 256 KiB.
+std::string running_dependents(const std::string& name) {
+    const ServiceView service(name, SERVICE_ENUMERATE_DEPENDENTS);
+    std::vector<ENUM_SERVICE_STATUSA> found(256 * 1024 / sizeof(ENUM_SERVICE_STATUSA));
+    DWORD needed = 0;
+    DWORD count = 0;
+    const auto size = static_cast<DWORD>(found.size() * sizeof found.front());
+    std::string names;
+    if (!service ||
+        !EnumDependentServicesA(service.get(), SERVICE_ACTIVE, found.data(), size, &needed, &count))
+        return names;
+    for (DWORD i = 0; i < count; ++i)
+        names += (i == 0 ? "" : ", ") + to_utf8(found[i].lpServiceName);
+    return names;
+}
+
+void require_stop(const std::string& name, DWORD controls) {
+    const std::string who = "the service " + to_utf8(name);
+    const std::string dependents = running_dependents(name);
+    if (!dependents.empty())
+        refuse(who + " cannot be stopped while services that depend on it run: " + dependents);
+    if ((controls & SERVICE_ACCEPT_STOP) == 0)
+        refuse(who + " does not accept a stop");
+}
+
 } // namespace
 
 ServiceInfo service_info(const std::string& name) {
-    const ServiceHandle manager(OpenSCManagerA(nullptr, nullptr, SC_MANAGER_CONNECT));
-    if (!manager)
-        return {"unknown", {}};
-    const ServiceHandle service(
-        OpenServiceA(manager.get(), name.c_str(), SERVICE_QUERY_STATUS | SERVICE_QUERY_CONFIG));
+    const ServiceView service(name, SERVICE_QUERY_STATUS | SERVICE_QUERY_CONFIG);
     if (!service)
-        return {GetLastError() == ERROR_SERVICE_DOES_NOT_EXIST ? "missing" : "unknown", {}};
+        return {service.error() == ERROR_SERVICE_DOES_NOT_EXIST ? "missing" : "unknown", {}};
     return {state_of(service.get()), start_type_of(service.get())};
+}
+
+void require_restartable(const std::string& name, std::chrono::milliseconds limit) {
+    const ServiceView service(name, restart_rights);
+    if (!service)
+        return refuse_unless_missing(name, service.error());
+    const SERVICE_STATUS status = settled(service.get(), limit);
+    const std::string who = "the service " + to_utf8(name);
+    if (is_on_its_way(status.dwCurrentState))
+        refuse(who + " neither starts nor stops within the time that --timeout gives it");
+    if (status.dwCurrentState == SERVICE_STOPPED)
+        return;
+    if (start_type_of(service.get()) == "disabled")
+        refuse(who + " is disabled and could not be started again");
+    require_stop(name, status.dwControlsAccepted);
+}
+
+void wait_until_settled(const std::string& name, std::chrono::milliseconds limit) {
+    if (const ServiceView service(name, SERVICE_QUERY_STATUS); service)
+        settled(service.get(), limit);
 }
 
 } // namespace ctl

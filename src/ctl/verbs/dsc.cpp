@@ -86,7 +86,7 @@ int test_instance(const Arguments&) {
     const std::vector<ConfigurationChanges> changes = plan_changes(machine, {read_instance()});
     Json instance =
         instance_of(*changes.front().configuration, asked_values(changes.front(), Moment::before));
-    instance["_inDesiredState"] = !any_differ(changes);
+    instance["_inDesiredState"] = all_in_sync(changes);
     print(to_line(instance));
     return as_wished;
 }

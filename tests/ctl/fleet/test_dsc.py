@@ -59,7 +59,7 @@ class Resource(Engine):
         after, diff = self.call("set", self.WISH)
         self.assertEqual((after["values"], diff), ({"Port": "5001", "Compress": "true", "Detail": "normal"}, ["values"]))
         self.assertEqual((value("Port"), self.agents_notes()), ("5001", RESTART))
-        self.assertIn({"info": "the service TavrinAgent runs again"}, self.said)
+        self.assertIn({"info": "service TavrinAgent restarted"}, self.said)
         after, = self.call("test", self.WISH)
         self.assertIs(after["_inDesiredState"], True)
         self.assertEqual(self.call("set", self.WISH)[1], [])

@@ -58,7 +58,7 @@ class Change(AgentCase):
         self.assertEqual(value("Port"), "5001")
         self.assertEqual(self.agents_notes(), RESTART)
         again = self.run_tool("set", "Tavrin Agent", "Port=5001")
-        self.assertEqual(again.err, "tavrinctl: everything is as wished, nothing is changed\n")
+        self.assertEqual(again.err, "tavrinctl: nothing to do: all values match\n")
         self.assertEqual(self.agents_notes(), RESTART)
 
     def test_what_show_prints_apply_reads(self):
@@ -144,7 +144,7 @@ class Service(AgentCase):
     def test_does_not_start_again(self):
         self.agent_behaves("--fail-start")
         self.assertFalse(self.change("--timeout", "5", code=7))
-        self.assertIn("the values are written, but the service TavrinAgent did not start", self.result.err)
+        self.assertIn("values written, but service TavrinAgent did not start", self.result.err)
 
     def test_takes_longer_than_it_may(self):
         self.stop_agent()

@@ -30,6 +30,7 @@ inline constexpr LONG ERROR_SERVICE_DISABLED = 1058;
 inline constexpr LONG ERROR_SERVICE_DOES_NOT_EXIST = 1060;
 inline constexpr LONG ERROR_SERVICE_CANNOT_ACCEPT_CTRL = 1061;
 inline constexpr LONG ERROR_SERVICE_NOT_ACTIVE = 1062;
+inline constexpr LONG ERROR_SERVICE_MARKED_FOR_DELETE = 1072;
 
 DWORD GetLastError();
 void SetLastError(DWORD code);

@@ -1,5 +1,10 @@
 #include "ctl/io/system.h"
 
+#include "ctl/failure.h"
+
+#include <cerrno>
+#include <cstring>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,11 +20,21 @@ bool make_folders(const std::string& path) {
     return stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode);
 }
 
-std::string backup_folder() { return "tavrinctl-backups"; }
-
 bool file_exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
 void remove_file(const std::string& path) { unlink(path.c_str()); }
+
+void* hold_file(const std::string& path) {
+    std::FILE* const file = open_file(path, "ab");
+    if (file == nullptr)
+        throw Failure{failed, "cannot open " + path + ": " + std::strerror(errno)};
+    if (flock(fileno(file), LOCK_EX | LOCK_NB) == 0)
+        return file;
+    std::fclose(file);
+    return nullptr;
+}
+
+void release_file(void* file) { std::fclose(static_cast<std::FILE*>(file)); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
 

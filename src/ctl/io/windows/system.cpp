@@ -1,5 +1,8 @@
 #include "ctl/io/system.h"
 
+#include "base/messages.h"
+#include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/windows/wide.h"
 #include "platform/win32.h"
 
@@ -29,18 +32,26 @@ bool make_folders(const std::string& path) {
     return found != INVALID_FILE_ATTRIBUTES && (found & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-/// For all users of the machine, and there without one who is logged on.
-std::string backup_folder() {
-    const wchar_t* const data = _wgetenv(L"ProgramData");
-    return (data != nullptr ? from_wide(data) : "C:\\ProgramData") + "\\Tavrin\\Backup";
-}
-
 bool file_exists(const std::string& path) {
     return GetFileAttributesW(to_wide(path).c_str()) != INVALID_FILE_ATTRIBUTES ||
            GetLastError() == ERROR_ACCESS_DENIED;
 }
 
 void remove_file(const std::string& path) { DeleteFileW(to_wide(path).c_str()); }
+
+void* hold_file(const std::string& path) {
+    const HANDLE file = CreateFileW(to_wide(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file != INVALID_HANDLE_VALUE)
+        return file;
+    const DWORD code = GetLastError();
+    if (code == ERROR_SHARING_VIOLATION)
+        return nullptr;
+    throw Failure{code == ERROR_ACCESS_DENIED ? access_denied : failed,
+                  "cannot open " + path + ": " + to_utf8(system_error_string(code))};
+}
+
+void release_file(void* file) { CloseHandle(file); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
 

@@ -1,17 +1,137 @@
 #include "ctl/machine/data_folder.h"
 
+#include "base/messages.h"
 #include "ctl/failure.h"
+#include "ctl/io/encoding.h"
 #include "ctl/io/windows/wide.h"
 #include "platform/win32.h"
 
+#include <memory>
+
 namespace ctl {
+namespace {
+
+struct LocalFreer {
+    void operator()(void* memory) const { LocalFree(memory); }
+};
+using OwnedMemory = std::unique_ptr<void, LocalFreer>;
+
+struct HandleCloser {
+    void operator()(void* handle) const { CloseHandle(handle); }
+};
+using OwnedHandle = std::unique_ptr<void, HandleCloser>;
+
+/// Owned by the administrators, and open to them and to SYSTEM alone, with whatever is in it.
+OwnedMemory protected_descriptor() {
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    ConvertStringSecurityDescriptorToSecurityDescriptorW(L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)",
+                                                         SDDL_REVISION_1, &descriptor, nullptr);
+    return OwnedMemory(descriptor);
+}
+
+[[noreturn]] void refuse(const std::string& path, DWORD code) {
+    throw Failure{code == ERROR_ACCESS_DENIED ? access_denied : failed,
+                  "cannot open the folder " + path + ": " + to_utf8(system_error_string(code)) +
+                      "; nothing was written"};
+}
+
+/// The folder itself, not what it may be a link to. As long as the handle is open, nobody can rename it.
+OwnedHandle open_folder(const std::string& path, DWORD access) {
+    const HANDLE handle =
+        CreateFileW(to_wide(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        refuse(path, GetLastError());
+    return OwnedHandle(handle);
+}
+
+/// Wine shows a link by its path only.
+bool is_plain_folder(const std::string& path, const OwnedHandle& folder) {
+    BY_HANDLE_FILE_INFORMATION found{};
+    if (!GetFileInformationByHandle(folder.get(), &found))
+        return false;
+    const DWORD attributes = found.dwFileAttributes | GetFileAttributesW(to_wide(path).c_str());
+    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// As "S-1-5-18".
+std::string owner_of(const OwnedHandle& folder) {
+    PSID owner = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    wchar_t* text = nullptr;
+    if (GetSecurityInfo(folder.get(), SE_FILE_OBJECT, OWNER_SECURITY_INFORMATION, &owner, nullptr, nullptr,
+                        nullptr, &descriptor) != ERROR_SUCCESS)
+        return "an unknown user";
+    const OwnedMemory owned_descriptor(descriptor);
+    if (!ConvertSidToStringSidW(owner, &text))
+        return "an unknown user";
+    const OwnedMemory owned_text(text);
+    return from_wide(text);
+}
+
+constexpr std::string_view local_system = "S-1-5-18";
+constexpr std::string_view administrators = "S-1-5-32-544";
+constexpr std::string_view trusted_installer =
+    "S-1-5-80-956008885-3418522649-1831038044-1853292631-2271478464";
+
+/// Whoever owns the folder above can replace this one anyway; on Windows that is SYSTEM.
+bool is_trusted(const std::string& owner, const std::string& above) {
+    return owner == local_system || owner == administrators || owner == trusted_installer ||
+           owner == owner_of(open_folder(above, READ_CONTROL));
+}
+
+/// Also what older versions created, in which every user could create files.
+void close_to_others(const OwnedHandle& folder, const OwnedMemory& descriptor) {
+    BOOL is_there = FALSE;
+    BOOL is_default = FALSE;
+    ACL* rights = nullptr;
+    if (GetSecurityDescriptorDacl(descriptor.get(), &is_there, &rights, &is_default) && is_there) {
+        SetSecurityInfo(folder.get(), SE_FILE_OBJECT,
+                        DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                        rights, nullptr);
+    }
+}
+
+void prepare(const std::string& path, const std::string& above) {
+    const OwnedMemory descriptor = protected_descriptor();
+    SECURITY_ATTRIBUTES attributes{sizeof attributes, descriptor.get(), FALSE};
+    if (!CreateDirectoryW(to_wide(path).c_str(), &attributes) && GetLastError() != ERROR_ALREADY_EXISTS)
+        refuse(path, GetLastError());
+    const OwnedHandle folder = open_folder(path, READ_CONTROL | WRITE_DAC | FILE_READ_ATTRIBUTES);
+    if (!is_plain_folder(path, folder))
+        throw Failure{failed, path + " is a link or a file; remove it and run tavrinctl again"};
+    const std::string owner = owner_of(folder);
+    if (!is_trusted(owner, above)) {
+        throw Failure{failed, path + " belongs to " + owner +
+                                  ", not to the administrators; look at what is in it, remove it and run "
+                                  "tavrinctl again"};
+    }
+    close_to_others(folder, descriptor);
+}
 
 /// From the system, not from an environment variable, which whoever starts the program may set.
-std::string data_folder() {
+std::string ask_for_program_data() {
     wchar_t path[MAX_PATH];
     if (SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
         throw Failure{failed, "Windows does not name its folder for the data of programs"};
-    return from_wide(path) + "\\Tavrin";
+    return from_wide(path);
+}
+
+const std::string& program_data() {
+    static const std::string folder = ask_for_program_data();
+    return folder;
+}
+
+} // namespace
+
+std::string data_folder() { return program_data() + "\\Tavrin"; }
+
+std::string backup_folder() { return data_folder() + "\\Backup"; }
+
+void prepare_data_folder() {
+    const std::string& above = program_data();
+    prepare(above + "\\Tavrin", above);
+    prepare(above + "\\Tavrin\\Backup", above);
 }
 
 } // namespace ctl
