@@ -171,6 +171,8 @@ def hold(connection, report, conversation):
         connection.send(CLOSING, False)
         report.octets("agent", CLOSING)
     report.say(f"  result  {result}")
+    if kind_of(result) == "no answer":
+        return result, None  # what comes late is behind no end
     rest = connection.rest()
     if not rest:
         return result, None

@@ -70,7 +70,6 @@ class OneAtATime(Scripted):
     """Accepts the next connection only when this one has ended."""
 
     def process_request(self, request, client_address):
-        request.settimeout(4)
         self.finish_request(request, client_address)
         self.shutdown_request(request)
 
