@@ -2,6 +2,7 @@
 tests/e2e/stage. tavrinctl runs without a display: a box or a window of its own would be its end."""
 import os
 import pathlib
+import subprocess
 import time
 
 import tool
@@ -15,9 +16,10 @@ tool.COMMAND[:-1] = ["wine"]
 
 
 def wine(*words, check=True):
-    done = tool.run_begun([tool.TOP / "script/wine", *words], text=True)
-    if check:
-        done.check_returncode()
+    done = subprocess.run([tool.TOP / "script/wine", *words], text=True, capture_output=True, timeout=tool.LIMIT,
+                          check=False)
+    if check and done.returncode:
+        raise RuntimeError(f"{words} ended with code {done.returncode}: {done.stdout}{done.stderr}")
     return done
 
 
@@ -92,20 +94,19 @@ class AgentCase(MachineCase):
     def agent_behaves(self, *behaviour):
         """Has it behave so from its next start on. A service that was just removed is in the way for a while."""
         AgentCase.is_plain = False
-        for _ in range(300):
-            if wine(self.AGENT, "install", "--notes", windows_path(self.NOTES), *behaviour, check=False).returncode == 0:
-                return
-            time.sleep(0.1)
-        self.fail("the agent cannot be installed")
+        self.wait_until("the agent is installed", lambda: wine(
+            self.AGENT, "install", "--notes", windows_path(self.NOTES), *behaviour, check=False).returncode == 0)
 
     def start_agent(self):
         self.NOTES.write_bytes(b"")
         wine("net", "start", "TavrinAgent")
-        for _ in range(300):
-            if "started" in self.agents_notes():
-                return
+        self.wait_until("the agent has started", lambda: "started" in self.agents_notes())
+
+    def wait_until(self, what, holds):
+        end = time.monotonic() + tool.LIMIT
+        while not holds():
+            self.assertLess(time.monotonic(), end, what)
             time.sleep(0.1)
-        self.fail("the agent does not start")
 
     def stop_agent(self):
         AgentCase.is_plain = False

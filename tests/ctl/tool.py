@@ -43,19 +43,10 @@ def start(*words, **more):
                             stderr=subprocess.PIPE, **more)
 
 
-def run_begun(command, **more):
-    """Runs a command to its end. On a busy machine Wine now and then ends a program before it begins, with code 1 and
-    without a word. None that is run here fails without a word, so such a run is none."""
-    for _ in range(3):
-        done = subprocess.run(command, capture_output=True, timeout=LIMIT, check=False, **more)
-        if not UNDER_WINE or done.returncode != 1 or done.stdout or done.stderr:
-            break
-    return done
-
-
 def run(*words, text=b"", **more):
     """Runs it to its end, with `text` as its standard input."""
-    return Result(run_begun([*COMMAND, *map(str, words)], input=text, **more))
+    return Result(subprocess.run([*COMMAND, *map(str, words)], input=text, capture_output=True, timeout=LIMIT,
+                                 check=False, **more))
 
 
 def own_path(path):

@@ -77,17 +77,12 @@ std::string Process::output() const {
 }
 
 std::string run(const std::string& command_line) {
-    constexpr int starts = 3;
-    for (int start = 1;; ++start) {
-        Process process(command_line);
-        const DWORD code = process.exit_code(120);
-        const std::string output = process.output();
-        if (code == 0)
-            return output;
-        if (code != 1 || !output.empty() || start == starts)
-            throw std::runtime_error(command_line + " ended with code " + std::to_string(code) + ": " +
-                                     output);
-    }
+    Process process(command_line);
+    const DWORD code = process.exit_code(120);
+    if (code != 0)
+        throw std::runtime_error(command_line + " ended with code " + std::to_string(code) + ": " +
+                                 process.output());
+    return process.output();
 }
 
 } // namespace e2e

@@ -34,8 +34,7 @@ private:
     std::string output_path;
 };
 
-/// Runs a program to its end and returns its output; throws unless it ends with code 0. On a busy machine
-/// Wine now and then ends one before it begins, with code 1 and without a word: such a run is none.
+/// Runs a program to its end and returns its output; throws unless it ends with code 0.
 std::string run(const std::string& command_line);
 
 } // namespace e2e

@@ -1,8 +1,6 @@
 """show, set and apply on a machine: what is in the registry afterwards, and what the agent has noticed."""
 import json
-import os
 import random
-import signal
 import time
 import unittest
 
@@ -148,11 +146,10 @@ class Service(AgentCase):
 
     def test_takes_longer_than_it_may(self):
         self.stop_agent()
-        self.agent_behaves("--stop-seconds", "4")
+        self.agent_behaves("--stop-seconds", "20")
         self.start_agent()
-        begun = time.monotonic()
         self.assertFalse(self.change("--timeout", "1", code=7))
-        self.assertLess(time.monotonic() - begun, 4)
+        self.assertEqual(self.agents_notes(), ["started", "stopping"])
         self.assertIn("did not stop", self.result.err)
 
     def test_not_installed(self):
@@ -223,11 +220,11 @@ class Crash(MachineCase):
     def kill_among_the_writes(self, wish, delay):
         """Kills it some time after its backup is there, which comes right before the writes."""
         known = self.backups()
-        process = start("apply", own_path(wish), env=WITHOUT_DISPLAY, start_new_session=True)
+        process = start("apply", own_path(wish), env=WITHOUT_DISPLAY)
         while self.backups() == known and process.poll() is None:
             time.sleep(0.001)
         time.sleep(delay)
-        os.killpg(process.pid, signal.SIGKILL)
+        process.kill()  # this program alone, and nothing that Wine keeps for the others
         process.communicate(timeout=60)
 
     def test_old_or_new_and_never_half(self):
