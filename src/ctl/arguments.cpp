@@ -60,6 +60,7 @@ constexpr unsigned a_day = 86400;
 constexpr Option options[] = {
     {"help", nullptr, [](const Verb&, Arguments& to, const char*) { to.help = true; }},
     {"json", nullptr, [](const Verb&, Arguments& to, const char*) { to.json = true; }},
+    {"verbose", nullptr, [](const Verb&, Arguments& to, const char*) { to.verbose = true; }},
     {"what-if", nullptr, [](const Verb&, Arguments& to, const char*) { to.what_if = true; }},
     {"exit-code", nullptr, [](const Verb&, Arguments& to, const char*) { to.exit_code = true; }},
     {"restart", "auto|never",

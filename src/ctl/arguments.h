@@ -12,6 +12,7 @@ struct Arguments {
     std::vector<std::string> operands;
     bool help = false;
     bool json = false;
+    bool verbose = false;
     bool what_if = false;
     bool exit_code = false;
     bool restart = true;
@@ -39,6 +40,8 @@ struct Verb {
     const char* help;
     /// Returns the exit code; throws Failure.
     int (*run)(const Arguments&);
+    /// Every message is JSON, also one about the command line.
+    bool speaks_json = false;
 };
 
 /// Reads what follows the verb. Throws Failure of the code `usage` for what the verb does not take.

@@ -47,7 +47,9 @@ int run_verb(const std::vector<std::string>& words) {
     const Verb* const verb = find_verb(words.front());
     if (verb == nullptr)
         throw Failure{usage, "no verb \"" + words.front() + "\" in this build; tavrinctl --help lists them"};
+    set_message_form({.is_json = verb->speaks_json});
     const Arguments arguments = parse_arguments(*verb, {words.begin() + 1, words.end()});
+    set_message_form({.is_json = verb->speaks_json, .is_verbose = arguments.verbose});
     if (arguments.help) {
         print(help_on(*verb));
         return as_wished;
@@ -75,6 +77,7 @@ int run(const std::vector<std::string>& words) {
 /// The store's and the syntax' failures are plain texts; memory, for one, fails with the library's
 /// exceptions.
 int run_program(const std::vector<std::string>& words) {
+    begin_output();
     try {
         return run(words);
     } catch (const Failure& failure) {

@@ -44,27 +44,28 @@ inline constexpr Verb show_verb{"show",
                                 "value. With --json it is what apply reads.\n",
                                 show};
 
-inline constexpr Verb set_verb{"set",
-                               "CONFIG NAME=VALUE...",
-                               2,
-                               any_number,
-                               " --what-if --exit-code --restart --timeout --backup ",
-                               "Sets values of one configuration. NAME is a value name in any letter case, "
-                               "or the title of an entry when only\n"
-                               "one has it. Everything is checked before anything is written; what is so "
-                               "already is left alone. The values as\n"
-                               "they were are kept in a .reg file, in the folder of --backup. With --restart "
-                               "auto, which is the default, the\n"
-                               "configuration's service is stopped and started around the writing when it "
-                               "runs, and waited for; --timeout is\n"
-                               "for each of these waits. Prints what became of each value, as JSON.\n",
-                               set};
+inline constexpr Verb set_verb{
+    "set",
+    "CONFIG NAME=VALUE...",
+    2,
+    any_number,
+    " --json --verbose --what-if --exit-code --restart --timeout --backup ",
+    "Sets values of one configuration. NAME is a value name in any letter case, "
+    "or the title of an entry when only\n"
+    "one has it. Everything is checked before anything is written; what is so "
+    "already is left alone. The values as\n"
+    "they were are kept in a .reg file, in the folder of --backup. With --restart "
+    "auto, which is the default, the\n"
+    "configuration's service is stopped and started around the writing when it "
+    "runs, and waited for; --timeout is\n"
+    "for each of these waits. Prints a line for each value that changed; with --json a report of all.\n",
+    set};
 
 inline constexpr Verb apply_verb{"apply",
                                  "STATE.json",
                                  1,
                                  1,
-                                 " --what-if --exit-code --restart --timeout --backup ",
+                                 " --json --verbose --what-if --exit-code --restart --timeout --backup ",
                                  "Makes the values what the state file says: what show --json prints, or the "
                                  "part of it that matters. A value\n"
                                  "of null is removed. --what-if only tells what would change, --exit-code "
@@ -76,7 +77,7 @@ inline constexpr Verb test_verb{"test",
                                 "[CONFIG]",
                                 0,
                                 1,
-                                " --json --timeout ",
+                                " --json --verbose --timeout ",
                                 "Negotiates with every server on the list of one configuration, or of each "
                                 "that offers the connection test, and\n"
                                 "prints what came of it. Ends with 6 when a server refused or was not "
@@ -89,7 +90,7 @@ inline constexpr Verb scan_verb{
     "",
     0,
     0,
-    " --json --port --wait ",
+    " --json --verbose --port --wait ",
     "Looks for servers on the local networks and prints their addresses. Without --port it is the port of "
     "the first\n"
     "configuration that has a server list. A pass of three ends when nobody answered for --wait seconds.\n",
@@ -122,6 +123,7 @@ inline constexpr Verb dsc_verb{"dsc",
                                "JSON, a line each, and messages as JSON on the standard error stream. Not "
                                "being in the desired state is no\n"
                                "error: only a failure ends with another code than 0.\n",
-                               dsc};
+                               dsc,
+                               true};
 
 } // namespace ctl

@@ -21,11 +21,52 @@ TEST_F(Change, WritesWhatDiffersAndRestartsTheService) {
         << "what the test wrote before, and the one value";
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 1);
     EXPECT_EQ(substitute::service_counts("AgentService").starts, 1);
-    EXPECT_THAT(done.err, HasSubstr("tavrinctl: service AgentService restarted\n"));
+    EXPECT_EQ(done.err, "");
+    EXPECT_THAT(done.out, HasSubstr("\n  service AgentService restarted\n"));
+}
+
+TEST_F(Change, ALineForEachValueThatChanges) {
+    set_value(key, "Second", REG_DWORD, std::string("\x07\0\0\0", 4));
+    set_text(key, "Modem", "COM1");
+    const std::string state = R"({"schema":1,"configurations":{"Agent":{"values":{"AgentName":"\u001b[2J",
+        "Port":5000,"First":"","Second":"7","Flag":false,"Modem":null}}}})";
+    const std::string lines = "Agent\n"
+                              "  AgentName: web1 -> \\033[2J\n"
+                              "  First: (not set) -> (empty)\n"
+                              "  Second: 7 (REG_DWORD) -> 7\n"
+                              "  Flag: true -> false\n"
+                              "  Modem: COM1 -> (removed)\n";
+    EXPECT_EQ(apply(state, {"--what-if"}).out, "what-if: nothing is written\n" + lines);
+    const Ended done = apply(state);
+    EXPECT_EQ(done.out, "previous values saved to " + backup_path() + "\n" + lines +
+                            "  service AgentService restarted\n");
+    EXPECT_EQ(done.err, "");
+    EXPECT_EQ(apply(state).out, "nothing to do: all values match\n");
+    EXPECT_EQ(apply(state, {"--what-if"}).out,
+              "what-if: nothing is written\nnothing to do: all values match\n");
+}
+
+TEST_F(Change, TellsOfLongStepsWhenAsked) {
+    const Ended done = change({"set", "Agent", "Port=5001", "--json", "--verbose"});
+    EXPECT_EQ(done.err, "tavrinctl: stopping service AgentService\n"
+                        "tavrinctl: starting service AgentService\n");
+}
+
+TEST_F(Change, AReportThatIsLostIsNoReasonToHideWhatWasDone) {
+    substitute::set_service("AgentService", {.start_error = ERROR_SERVICE_DISABLED});
+    const Ended done = change_unheard({"set", "Agent", "Port=5001"});
+    EXPECT_EQ(done.code, ctl::not_restarted);
+    EXPECT_THAT(done.err,
+                HasSubstr("tavrinctl: cannot write to the standard output; the values were written, "
+                          "the previous ones saved to " +
+                          backup_path() + "\n"));
+    substitute::set_service("AgentService", {});
+    EXPECT_EQ(change_unheard({"set", "Agent", "Port=5002"}).code, ctl::failed);
+    EXPECT_EQ(text("Port"), "5002");
 }
 
 TEST_F(Change, ReportsEachValue) {
-    const Ended done = change({"set", "Agent", "Port=5001", "AgentName=web1"});
+    const Ended done = change({"set", "Agent", "Port=5001", "AgentName=web1", "--json"});
     EXPECT_THAT(done.out,
                 testing::StartsWith("{\n  \"schema\": 1,\n  \"changed\": true,\n  \"whatIf\": false,\n"
                                     "  \"backup\": \""));
@@ -60,8 +101,7 @@ TEST_F(Change, ASecondRunChangesNothingAndSaysSo) {
     const int writes = substitute::call_count("RegSetValueExA");
     const Ended second = change({"set", "Agent", "Port=5001", "Flag=FALSE", "Colour=green", "Modem="});
     EXPECT_EQ(second.code, ctl::as_wished);
-    EXPECT_EQ(second.err, "tavrinctl: nothing to do: all values match\n");
-    EXPECT_THAT(second.out, HasSubstr("\"changed\": false,\n  \"whatIf\": false,\n  \"backup\": null"));
+    EXPECT_EQ(second.out, "nothing to do: all values match\n");
     EXPECT_EQ(substitute::call_count("RegSetValueExA"), writes);
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 1);
 }
@@ -75,10 +115,10 @@ TEST_F(Change, KeepsTheValuesAsTheyWere) {
 }
 
 TEST_F(Change, TellsTheBackupsPath) {
-    const Ended done = change({"set", "Agent", "Port=5001"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--json"});
     const std::string path = scratch.path_of("backup") + "/tavrinctl-";
     EXPECT_THAT(done.out, HasSubstr("\"backup\": \"" + path));
-    EXPECT_THAT(done.err, HasSubstr("tavrinctl: previous values saved to " + path));
+    EXPECT_THAT(backup_path(), testing::StartsWith(path));
 }
 
 TEST_F(Change, WithoutABackupNothingIsWritten) {
@@ -90,7 +130,7 @@ TEST_F(Change, WithoutABackupNothingIsWritten) {
 }
 
 TEST_F(Change, WhatIfWritesNothing) {
-    const Ended done = change({"set", "Agent", "Port=5001", "--what-if"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--what-if", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
     EXPECT_THAT(done.out, HasSubstr("\"changed\": true,\n  \"whatIf\": true,\n  \"backup\": null"));
     EXPECT_THAT(done.out, HasSubstr("\"after\": \"5001\""));
@@ -168,14 +208,14 @@ TEST_F(Change, LengthsCountInTheCodePage) {
 TEST_F(Change, WhatTheToolCouldNotHaveWrittenMayStay) {
     set_text(key, "Flag", "yes");
     set_text(key, "Port", "0x10");
-    EXPECT_THAT(change({"set", "Agent", "Flag=yes", "Port=0x10"}).err, HasSubstr("nothing to do"));
+    EXPECT_THAT(change({"set", "Agent", "Flag=yes", "Port=0x10"}).out, HasSubstr("nothing to do"));
     change({"set", "Agent", "Port=16"});
     EXPECT_EQ(text("Port"), "16");
 }
 
 TEST_F(Change, AValueOfAnotherTypeIsNoText) {
     set_value(key, "Port", REG_DWORD, std::string("\x88\x13\0\0", 4));
-    const Ended done = change({"set", "Agent", "Port=5000"});
+    const Ended done = change({"set", "Agent", "Port=5000", "--json"});
     EXPECT_THAT(done.out, HasSubstr("\"before\": {\n            \"type\": \"REG_DWORD\",\n"
                                     "            \"octets\": \"88130000\"\n          },\n"
                                     "          \"after\": \"5000\",\n          \"changed\": true"));
@@ -184,7 +224,7 @@ TEST_F(Change, AValueOfAnotherTypeIsNoText) {
 
 TEST_F(Change, AnExpandableTextIsWrittenAsAPlainOne) {
     set_value(key, "AgentName", REG_EXPAND_SZ, std::string("web1\0", 5));
-    EXPECT_THAT(change({"set", "Agent", "AgentName=web1"}).out,
+    EXPECT_THAT(change({"set", "Agent", "AgentName=web1", "--json"}).out,
                 HasSubstr("\"before\": {\n            \"value\": \"web1\",\n"
                           "            \"type\": \"REG_EXPAND_SZ\"\n          },\n"
                           "          \"after\": \"web1\",\n          \"changed\": true"));
@@ -199,7 +239,7 @@ TEST_F(Change, AValueThatIsTooLongIsNotEmpty) {
 }
 
 TEST_F(Change, AbsentAndEmptyAreTwoThings) {
-    const Ended done = change({"set", "Agent", "First="});
+    const Ended done = change({"set", "Agent", "First=", "--json"});
     EXPECT_THAT(done.out,
                 HasSubstr("\"before\": null,\n          \"after\": \"\",\n          \"changed\": true"));
     EXPECT_EQ(text("First"), "");
@@ -208,12 +248,12 @@ TEST_F(Change, AbsentAndEmptyAreTwoThings) {
 TEST_F(Change, NullRemovesAValue) {
     const std::string state =
         R"({"schema":1,"configurations":{"Agent":{"values":{"Port":null,"First":null}}}})";
-    const Ended done = apply(state);
+    const Ended done = apply(state, {"--json"});
     EXPECT_EQ(done.code, ctl::as_wished) << done.err;
     EXPECT_FALSE(raw_value(key, "Port"));
     EXPECT_THAT(done.out,
                 HasSubstr("\"before\": \"5000\",\n          \"after\": null,\n          \"changed\": true"));
-    EXPECT_THAT(apply(state).err, HasSubstr("nothing to do"));
+    EXPECT_THAT(apply(state).out, HasSubstr("nothing to do"));
 }
 
 TEST_F(Change, JsonsOwnNumbersAndTruthValuesAreForTheirKinds) {
@@ -295,7 +335,7 @@ TEST_F(Change, AServiceThatMayNotBeOpenedKeepsTheValuesFromBeingWritten) {
 
 TEST_F(Change, AnAgentThatIsNotInstalledNeedsNoRestart) {
     substitute::remove_service("AgentService");
-    const Ended done = change({"set", "Agent", "Port=5001"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
     EXPECT_THAT(done.err, HasSubstr("warning: there is no service AgentService to restart"));
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
@@ -304,14 +344,14 @@ TEST_F(Change, AnAgentThatIsNotInstalledNeedsNoRestart) {
 
 TEST_F(Change, AServiceThatIsStoppedStaysStopped) {
     substitute::set_service("AgentService", {.state = SERVICE_STOPPED});
-    const Ended done = change({"set", "Agent", "Port=5001"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
     EXPECT_EQ(substitute::service_counts("AgentService").starts, 0);
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
 }
 
 TEST_F(Change, WithoutARestartTheServiceIsLeftAlone) {
-    const Ended done = change({"set", "Agent", "Port=5001", "--restart", "never"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--restart", "never", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
     EXPECT_EQ(substitute::call_count("OpenSCManagerA"), 0);
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
@@ -320,7 +360,7 @@ TEST_F(Change, WithoutARestartTheServiceIsLeftAlone) {
 TEST_F(Change, AServiceThatDoesNotStopLeavesTheValuesWritten) {
     substitute::set_service("AgentService", {.stop_time = substitute::never});
     const std::uint64_t start = substitute::clock_now();
-    const Ended done = change({"set", "Agent", "Port=5001", "--timeout", "3"});
+    const Ended done = change({"set", "Agent", "Port=5001", "--timeout", "3", "--json"});
     EXPECT_EQ(done.code, ctl::not_restarted);
     EXPECT_EQ(substitute::clock_now() - start, 3'000u);
     EXPECT_THAT(done.err, HasSubstr("values written, but service AgentService did not stop"));
@@ -336,7 +376,7 @@ TEST_F(Change, AServiceThatDoesNotStartAgain) {
         done.err,
         HasSubstr(
             "values written, but service AgentService did not start; the next set or apply tries again: "));
-    EXPECT_THAT(done.err, Not(HasSubstr("restarted\n")));
+    EXPECT_THAT(done.out, Not(HasSubstr("restarted")));
     EXPECT_EQ(text("Port"), "5001");
 }
 
@@ -357,7 +397,7 @@ TEST_F(Change, AServiceThatTakesItsTimeIsWaitedFor) {
 TEST_F(Change, AWriteThatFailsStopsNothingForEver) {
     const int before = substitute::call_count("RegSetValueExA");
     substitute::fail_call("RegSetValueExA", 2, ERROR_NOT_ENOUGH_MEMORY);
-    const Ended done = change({"set", "Agent", "AgentName=new", "Port=5001", "Colour=green"});
+    const Ended done = change({"set", "Agent", "AgentName=new", "Port=5001", "Colour=green", "--json"});
     EXPECT_EQ(done.code, ctl::failed);
     EXPECT_THAT(done.err, HasSubstr("Cannot write key Port; what was written before stays written"));
     EXPECT_EQ(substitute::call_count("RegSetValueExA"), before + 2);

@@ -127,8 +127,8 @@ TEST_F(Network, AScanThatNobodyAnswers) {
     const std::string port = std::to_string(server.port());
     const Ended done = run({"scan", "--port", port});
     EXPECT_EQ(done.code, ctl::as_wished);
-    EXPECT_EQ(done.out, "");
-    EXPECT_EQ(done.err, "tavrinctl: no Tavrin Server answered at port " + port + "\n");
+    EXPECT_EQ(done.out, "no Tavrin Server answered at port " + port + "\n");
+    EXPECT_EQ(done.err, "");
 }
 
 TEST_F(Network, WithoutSocketsThereIsNeither) {

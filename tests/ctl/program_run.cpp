@@ -6,8 +6,10 @@
 #include "substitute/control.h"
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 std::span<const ctl::Verb> ctl::verbs() {
     static constexpr Verb all[] = {check_verb, show_verb, set_verb,      apply_verb,
@@ -66,6 +68,26 @@ Ended Program::apply(const std::string& state, std::vector<std::string> words) {
     std::ofstream(path, std::ios::binary) << state;
     words.insert(words.begin(), {"apply", path});
     return change(std::move(words));
+}
+
+Ended Program::change_unheard(std::vector<std::string> words) {
+    std::fflush(stdout);
+    const int kept = dup(1);
+    const int full = open("/dev/full", O_WRONLY);
+    dup2(full, 1);
+    words.insert(words.end(), {"--backup", scratch.path_of("backup")});
+    testing::internal::CaptureStderr();
+    const int code = ctl::run_program(words);
+    dup2(kept, 1);
+    close(full);
+    close(kept);
+    std::clearerr(stdout);
+    return {code, {}, testing::internal::GetCapturedStderr()};
+}
+
+std::string Program::backup_path() const {
+    const std::filesystem::directory_iterator found(scratch.path_of("backup"));
+    return found->path().string();
 }
 
 std::string Program::backup() const {

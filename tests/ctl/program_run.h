@@ -24,6 +24,10 @@ protected:
     /// Installs another configuration with this spec file.
     void add_configuration(const std::string& value_name, const std::string& spec);
     std::string text(const std::string& name) const { return text_value(key, name); }
+    /// The same, with a full disk for its standard output.
+    Ended change_unheard(std::vector<std::string> words);
+    /// Where the one backup is.
+    std::string backup_path() const;
     /// The one backup, from UTF-16; empty when there is none.
     std::string backup() const;
 

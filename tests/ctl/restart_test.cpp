@@ -187,9 +187,8 @@ TEST_F(Restarts, ThatFailAreReportedByEveryRunUntilOneFinishesThem) {
         agent({.state = SERVICE_STOPPED});
         const Ended third = set_port({"--exit-code"});
         EXPECT_EQ(third.code, ctl::differs);
-        EXPECT_THAT(third.err, HasSubstr("service AgentService restarted, which an earlier run had left "
-                                         "unfinished\n"));
-        EXPECT_THAT(third.out, HasSubstr("\"changed\": true"));
+        EXPECT_EQ(third.out,
+                  "Agent\n  service AgentService restarted, which an earlier run had left unfinished\n");
         EXPECT_EQ(starts(), 1);
         EXPECT_FALSE(pending());
         EXPECT_EQ(set_port({"--exit-code"}).code, ctl::as_wished);
@@ -209,7 +208,9 @@ TEST_F(Restarts, AreFinishedByAChangeOfAnotherConfigurationToo) {
 
 TEST_F(Restarts, OfARunningServiceAreFinishedToo) {
     leave_pending("restart-agentservice");
-    EXPECT_EQ(change({"set", "Agent", "Port=5000"}).code, ctl::as_wished);
+    const Ended done = change({"set", "Agent", "Port=5000", "--json"});
+    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_THAT(done.out, HasSubstr("\"restarted\": true,\n      \"changed\": true"));
     EXPECT_EQ(stops(), 1);
     EXPECT_EQ(starts(), 1);
     EXPECT_FALSE(pending());
@@ -234,7 +235,8 @@ TEST_F(Restarts, OfAServiceThatAnAdministratorStoppedAreNotMade) {
 TEST_F(Restarts, AreOneForTwoConfigurationsWithOneService) {
     add_configuration("Tray", "SOFTWARE\\Tavrin\\Agent\nTray\nAGENTSERVICE\n!G\n$W\nW\nH\nString\n");
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{"Port":"1"}},)"
-                             R"("Tray":{"values":{"W":"2"}}}})");
+                             R"("Tray":{"values":{"W":"2"}}}})",
+                             {"--json"});
     EXPECT_EQ(done.code, ctl::as_wished) << done.err;
     EXPECT_EQ(text("Port") + text("W"), "12");
     EXPECT_EQ(stops(), 1);

@@ -3,7 +3,6 @@
 #include "ctl/change/backup.h"
 #include "ctl/change/journal.h"
 #include "ctl/change/lock.h"
-#include "ctl/change/report.h"
 #include "ctl/change/write.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
@@ -39,7 +38,6 @@ void write(Done& done, const Arguments& arguments) {
     if (any_differ(done.changes)) {
         require_access(done.changes, choice);
         done.backup = write_backup(done.changes, arguments.backup);
-        say("previous values saved to " + done.backup, Level::info);
     }
     done.code = write_changes(done.changes, choice);
 }
@@ -54,22 +52,11 @@ Done carry_out(const Machine& machine, const State& state, const Arguments& argu
     }
     Done done{plan_changes(machine, state), {}, as_wished};
     add_pending_restarts(machine, done.changes);
-    if (all_in_sync(done.changes))
-        say("nothing to do: all values match", Level::info);
     if (arguments.what_if || !arguments.restart)
         warn_of_pending_restarts(done.changes);
     if (!arguments.what_if)
         write(done, arguments);
     return done;
-}
-
-int carry_out_and_report(const State& state, const Arguments& arguments) {
-    const Machine machine = read_machine();
-    const Done done = carry_out(machine, state, arguments);
-    print(to_text(report_of(done.changes, arguments.what_if, done.backup)));
-    if (done.code == as_wished && arguments.exit_code && !all_in_sync(done.changes))
-        return differs;
-    return done.code;
 }
 
 } // namespace ctl

@@ -19,7 +19,4 @@ struct Done {
 /// Makes the machine what the state says, as the arguments have it. Throws Failure when nothing was written.
 Done carry_out(const Machine& machine, const State& state, const Arguments& arguments);
 
-/// The same, with what became of each value printed; returns the exit code.
-int carry_out_and_report(const State& state, const Arguments& arguments);
-
 } // namespace ctl

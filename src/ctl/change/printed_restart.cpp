@@ -24,13 +24,13 @@ bool PrintedRestart::agrees_to_restart() {
 }
 
 void PrintedRestart::while_stopping(const std::function<void()>& step) {
-    show_progress("stopping " + name());
+    say("stopping " + name(), Level::info);
     step();
 }
 
 /// A service that comes here is stopped, even if it was given up before.
 void PrintedRestart::while_starting(const std::function<void()>& step) {
-    show_progress("starting " + name());
+    say("starting " + name(), Level::info);
     failure_.clear();
     is_restarted_ = true;
     step();
@@ -82,11 +82,8 @@ ExitCode PrintedRestart::finish(bool written) const {
         say((written ? "values written, but " : "") + failure_);
         return not_restarted;
     }
-    if (is_restarted_) {
+    if (is_restarted_)
         forget_restart(service_);
-        say(name() + (writes_ ? " restarted" : " restarted, which an earlier run had left unfinished"),
-            Level::info);
-    }
     return as_wished;
 }
 

@@ -5,6 +5,7 @@
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/registry_names.h"
+#include "ctl/io/visible.h"
 
 #include <algorithm>
 
@@ -42,6 +43,24 @@ Json json_of(const ConfigurationChanges& changes, bool what_if) {
             {"values", std::move(values)}};
 }
 
+std::string shown_after(const std::optional<std::string>& after) {
+    if (!after)
+        return "(removed)";
+    return after->empty() ? "(empty)" : visible(to_utf8(*after));
+}
+
+std::string shown_changes(const ConfigurationChanges& changes, bool what_if) {
+    std::string lines = visible(to_utf8(changes.configuration->name)) + "\n";
+    for (const Change& each : changes.changes) {
+        if (is_changed(each, what_if)) {
+            lines += "  " + visible(to_utf8(each.value_name())) + ": " + shown(each.before) + " -> " +
+                     shown_after(each.after) + "\n";
+        }
+    }
+    const std::string restart = restart_text(changes);
+    return restart.empty() ? lines : lines + "  " + restart + "\n";
+}
+
 Json described_value(const MachineConfiguration& configuration, const SpecEntry& entry,
                      const StoredValue& value) {
     Json json = json_of(value);
@@ -67,6 +86,28 @@ Json json_of_result(const Change& change) {
     if (change.is_kept)
         return json_of(change.before);
     return change.after ? Json(to_utf8(*change.after)) : Json();
+}
+
+std::string restart_text(const ConfigurationChanges& changes) {
+    const std::string service = "service " + visible(to_utf8(changes.configuration->service()));
+    const bool was_pending = changes.restart_is_pending && !changes.differ();
+    if (changes.is_restarted)
+        return service + " restarted" + (was_pending ? ", which an earlier run had left unfinished" : "");
+    return was_pending ? service + " has to be restarted, which an earlier run left unfinished" : "";
+}
+
+std::string report_text(const std::vector<ConfigurationChanges>& all, bool what_if,
+                        const std::string& backup) {
+    std::string text = what_if ? "what-if: nothing is written\n" : "";
+    if (all_in_sync(all))
+        return text + "nothing to do: all values match\n";
+    if (!backup.empty())
+        text += "previous values saved to " + backup + "\n";
+    for (const ConfigurationChanges& each : all) {
+        if (any_changed(each, what_if) || each.restart_is_pending)
+            text += shown_changes(each, what_if);
+    }
+    return text;
 }
 
 Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const std::string& backup) {

@@ -12,6 +12,13 @@ namespace ctl {
 /// What became of each value, or with `what_if` would become. `backup` is empty when none was needed.
 Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const std::string& backup);
 
+/// What became of the restart of the service; empty when nothing did.
+std::string restart_text(const ConfigurationChanges& changes);
+
+/// The same for people: a line for each value that changed or would change.
+std::string report_text(const std::vector<ConfigurationChanges>& all, bool what_if,
+                        const std::string& backup);
+
 /// The value after the change, in the form of json_of for what is stored.
 Json json_of_result(const Change& change);
 

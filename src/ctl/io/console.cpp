@@ -7,16 +7,20 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace ctl {
 namespace {
 
+/// That the output is lost is told once: whoever was told may go on to an exit code that matters more.
+bool output_is_lost = false;
+
 void check(bool written) {
-    if (!written)
+    if (!written && !std::exchange(output_is_lost, true))
         throw Failure{failed, "cannot write to the standard output"};
 }
 
-bool in_json = false;
+MessageForm message_form;
 
 const char* name_of(Level level) {
     switch (level) {
@@ -25,6 +29,8 @@ const char* name_of(Level level) {
     default: return "info";
     }
 }
+
+bool shows_information() { return message_form.is_json || message_form.is_verbose || is_terminal(stderr); }
 
 std::string as_json(std::string_view message, Level level) { return to_line({{name_of(level), message}}); }
 
@@ -39,16 +45,18 @@ void print(std::string_view data) { check(std::fwrite(data.data(), 1, data.size(
 
 void finish_output() { check(std::fflush(stdout) == 0 && std::ferror(stdout) == 0); }
 
-void say_in_json() { in_json = true; }
-
-void say(std::string_view message, Level level) {
-    const std::string line = in_json ? as_json(message, level) : as_text(message, level);
-    std::fwrite(line.data(), 1, line.size(), stderr);
+void begin_output() {
+    message_form = {};
+    output_is_lost = false;
 }
 
-void show_progress(std::string_view message) {
-    if (is_terminal(stderr))
-        say(message, Level::info);
+void set_message_form(MessageForm form) { message_form = form; }
+
+void say(std::string_view message, Level level) {
+    if (level == Level::info && !shows_information())
+        return;
+    const std::string line = message_form.is_json ? as_json(message, level) : as_text(message, level);
+    std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
 } // namespace ctl

@@ -4,18 +4,26 @@
 
 namespace ctl {
 
+/// Called once, before anything is printed.
+void begin_output();
 /// Adds data to the standard output. Throws Failure when it does not get there, as on a full disk.
 void print(std::string_view data);
-/// Makes sure that all data got there; throws Failure otherwise.
+/// Makes sure that all data got there. Throws Failure otherwise, unless `print` has thrown it before.
 void finish_output();
 
 enum class Level { error, warning, info };
 
-/// A message, a line of its own.
+/// Prints a message as a line of its own. Information (what a long step does) is for people: without
+/// `is_verbose` it is printed on a terminal alone, because callers such as PowerShell take every line on the
+/// standard error stream for an error.
 void say(std::string_view message, Level level = Level::error);
-/// From now on messages are JSON, `{"error": "..."}` a line, for a caller that reads them.
-void say_in_json();
-/// Shows what a long step does, for whoever sits before a terminal; a redirected stream is spared.
-void show_progress(std::string_view message);
+/// How messages are printed from now on.
+struct MessageForm {
+    /// As `{"error": "..."}` a line, and all of them, for a caller that reads them.
+    bool is_json = false;
+    /// Information also where the standard error stream is not a terminal.
+    bool is_verbose = false;
+};
+void set_message_form(MessageForm form);
 
 } // namespace ctl

@@ -3,11 +3,11 @@
 namespace ctl {
 
 std::string to_text(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 std::string to_line(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return json.dump(-1, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 } // namespace ctl

@@ -15,7 +15,8 @@ inline void add_member(Json& object, std::string name, Json value) {
     object.get_ref<Json::object_t&>().emplace_back(std::move(name), std::move(value));
 }
 
-/// For people too: indented, with a line end. Texts that are no UTF-8 get replacement characters.
+/// Indented, with a line end, and in ASCII alone: PowerShell 5.1 decodes what a program prints by another
+/// code page. Texts that are no UTF-8 get replacement characters.
 std::string to_text(const Json& json);
 /// In one line, with its end.
 std::string to_line(const Json& json);

@@ -91,11 +91,21 @@ int test_instance(const Arguments&) {
     return as_wished;
 }
 
+void tell(const Done& done) {
+    if (!done.backup.empty())
+        say("previous values saved to " + done.backup, Level::info);
+    for (const ConfigurationChanges& each : done.changes) {
+        if (each.is_restarted)
+            say(restart_text(each), Level::info);
+    }
+}
+
 /// Two lines: the state, and the names of the properties that changed.
 int set_instance(const Arguments& arguments) {
     const Machine machine = read_machine();
     const Done done = carry_out(machine, {read_instance()}, arguments);
     const ConfigurationChanges& changes = done.changes.front();
+    tell(done);
     print(to_line(instance_of(*changes.configuration, asked_values(changes, Moment::after))));
     print(to_line(changes.differ() ? Json::array({"values"}) : Json::array()));
     return done.code;
@@ -131,7 +141,6 @@ int dsc(const Arguments& arguments) {
                                            [&](const Operation& each) { return name == each.name; });
     if (found == std::end(operations))
         throw Failure{usage, "dsc knows get, set, test, export and schema, not \"" + name + "\""};
-    say_in_json();
     return found->run(arguments);
 }
 

@@ -73,7 +73,7 @@ void print_found(const std::vector<std::string>& found, std::uint16_t port, bool
     for (const std::string& server : found)
         print(server + "\n");
     if (found.empty())
-        say("no Tavrin Server answered at port " + std::to_string(port), Level::info);
+        print("no Tavrin Server answered at port " + std::to_string(port) + "\n");
 }
 
 } // namespace
@@ -82,7 +82,7 @@ int scan(const Arguments& arguments) {
     const std::uint16_t port = arguments.port ? *arguments.port : find_port();
     if (const char* const problem = net_startup())
         throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
-    show_progress("scanning for Tavrin Servers at port " + std::to_string(port));
+    say("scanning for Tavrin Servers at port " + std::to_string(port), Level::info);
     print_found(scan_at(port, arguments.wait), port, arguments.json);
     return as_wished;
 }

@@ -72,7 +72,7 @@ std::string place(const std::string& host, std::uint16_t port) {
 }
 
 void Printing::trying(const std::string& host, std::uint16_t port) {
-    show_progress("testing the connection to " + place(host, port));
+    say("testing the connection to " + place(host, port), Level::info);
 }
 
 void Printing::tried(const std::string& host, std::uint16_t port, const char* problem) {

@@ -49,7 +49,7 @@ class Scan(MachineCase):
 
     def test_finds_none(self):
         result = self.run_tool("scan", "--port", "5999")
-        self.assertEqual((result.out, result.err), ("", "tavrinctl: no Tavrin Server answered at port 5999\n"))
+        self.assertEqual((result.out, result.err), ("no Tavrin Server answered at port 5999\n", ""))
 
     def test_no_port_to_be_known(self):
         self.run_tool("set", "Tavrin Agent", "Port=", "--restart", "never")

@@ -48,7 +48,7 @@ class Show(MachineCase):
 
 class Change(AgentCase):
     def test_writes_what_differs_and_restarts_the_agent(self):
-        report = json.loads(self.run_tool("set", "tavrin agent", "PORT=5001", "Agent name=web1").out)
+        report = json.loads(self.run_tool("set", "tavrin agent", "PORT=5001", "Agent name=web1", "--json").out)
         self.assertEqual(report["configurations"]["Tavrin Agent"]["values"], {
             "AgentName": {"before": "web1", "after": "web1", "changed": False},
             "Port": {"before": "5000", "after": "5001", "changed": True}})
@@ -56,13 +56,13 @@ class Change(AgentCase):
         self.assertEqual(value("Port"), "5001")
         self.assertEqual(self.agents_notes(), RESTART)
         again = self.run_tool("set", "Tavrin Agent", "Port=5001")
-        self.assertEqual(again.err, "tavrinctl: nothing to do: all values match\n")
+        self.assertEqual((again.out, again.err), ("nothing to do: all values match\n", ""))
         self.assertEqual(self.agents_notes(), RESTART)
 
     def test_what_show_prints_apply_reads(self):
         shown = self.file("state.json", self.run_tool("show", "--json").octets)
         result = self.run_tool("apply", own_path(shown), "--exit-code")
-        self.assertFalse(json.loads(result.out)["changed"])
+        self.assertEqual(result.out, "nothing to do: all values match\n")
         self.run_tool("set", "Tavrin Agent", "Port=1", "Detail=errors", "Interval=")
         self.run_tool("apply", "-", text=shown.read_bytes())
         self.assertEqual(self.run_tool("show", "--json").octets, shown.read_bytes())
@@ -86,7 +86,7 @@ class Change(AgentCase):
         before = exported(AGENT)
         report = json.loads(self.run_tool(
             "set", "Tavrin Agent", "Port=5000", "AgentName=a", "AgentDomain=b", "DataFolder=c", "LogFile=d", "Interval=5",
-            "ServerList=e", "Detail=normal").out)
+            "ServerList=e", "Detail=normal", "--json").out)
         self.assertEqual(report["configurations"]["Tavrin Agent"]["values"]["Port"],
                          {"before": "5000", "type": "REG_DWORD", "after": "5000", "changed": True})
         self.assertNotEqual(exported(AGENT), before)
@@ -96,7 +96,7 @@ class Change(AgentCase):
 
     def test_what_if(self):
         before = exported(AGENT)
-        result = self.run_tool("apply", "-", "--what-if", text=state(Port="5001"))
+        result = self.run_tool("apply", "-", "--what-if", "--json", text=state(Port="5001"))
         self.assertTrue(json.loads(result.out)["changed"])
         self.assertIsNone(json.loads(result.out)["backup"])
         self.run_tool("apply", "-", "--what-if", "--exit-code", text=state(Port="5001"), code=3)
@@ -126,7 +126,7 @@ class Change(AgentCase):
 
 class Service(AgentCase):
     def change(self, *words, code=0):
-        self.result = self.run_tool("set", "Tavrin Agent", "Port=5001", *words, code=code)
+        self.result = self.run_tool("set", "Tavrin Agent", "Port=5001", "--json", *words, code=code)
         self.assertEqual(value("Port"), "5001")
         return json.loads(self.result.out)["configurations"]["Tavrin Agent"]["restarted"]
 
@@ -239,7 +239,7 @@ class Crash(MachineCase):
             self.assertEqual(len(after), MANY)
             half_done += 0 < len(changed) < MANY
         self.assertGreater(half_done, 0, "it was never killed among the writes")
-        result = self.run_tool("apply", own_path(self.wish("done")))
+        result = self.run_tool("apply", own_path(self.wish("done")), "--json")
         self.assertTrue(json.loads(result.out)["changed"])
         self.assertEqual(set(values("SOFTWARE\\Tavrin\\Many").values()), {'"done"'})
 

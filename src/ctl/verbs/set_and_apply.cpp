@@ -1,0 +1,60 @@
+#include "ctl/change/change.h"
+#include "ctl/change/report.h"
+#include "ctl/change/state_file.h"
+#include "ctl/failure.h"
+#include "ctl/io/console.h"
+#include "ctl/verbs.h"
+
+#include <algorithm>
+
+namespace ctl {
+namespace {
+
+/// At the first "=": a value may hold more of them.
+WishedValue wished_by(const std::string& word) {
+    const std::size_t end = word.find('=');
+    if (end == std::string::npos || end == 0)
+        throw Failure{usage, "\"" + word + "\" is not NAME=VALUE\nusage: " + usage_of(set_verb)};
+    return {word.substr(0, end), word.substr(end + 1)};
+}
+
+std::string report(const Done& done, const Arguments& arguments) {
+    return arguments.json ? to_text(report_of(done.changes, arguments.what_if, done.backup))
+                          : report_text(done.changes, arguments.what_if, done.backup);
+}
+
+/// Values that are written stay written, so a caller who does not get the report is told so, and a service
+/// that did not restart is still what the exit code says.
+int print_report(const Done& done, const Arguments& arguments) {
+    try {
+        print(report(done, arguments));
+        finish_output();
+    } catch (const Failure& failure) {
+        if (done.backup.empty())
+            throw;
+        say(failure.text + "; the values were written, the previous ones saved to " + done.backup);
+        return done.code == as_wished ? failure.code : done.code;
+    }
+    const bool tells_difference = arguments.exit_code && !all_in_sync(done.changes);
+    return done.code == as_wished && tells_difference ? differs : done.code;
+}
+
+int change_and_report(const State& state, const Arguments& arguments) {
+    const Machine machine = read_machine();
+    return print_report(carry_out(machine, state, arguments), arguments);
+}
+
+} // namespace
+
+int set(const Arguments& arguments) {
+    WishedConfiguration wished{arguments.operands.front(), {}, {}};
+    for (std::size_t i = 1; i < arguments.operands.size(); ++i)
+        wished.values.push_back(wished_by(arguments.operands[i]));
+    return change_and_report({wished}, arguments);
+}
+
+int apply_state(const Arguments& arguments) {
+    return change_and_report(read_state_file(arguments.operands.front()), arguments);
+}
+
+} // namespace ctl
