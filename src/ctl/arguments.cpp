@@ -4,6 +4,7 @@
 #include "ctl/io/encoding.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <getopt.h>
@@ -34,12 +35,6 @@ unsigned number_of(const Verb& verb, const NumberOption& option, const char* tex
     return number;
 }
 
-bool restart_wanted(const Verb& verb, const std::string& text) {
-    if (text != "auto" && text != "never")
-        refuse(verb, "--restart is auto or never, not \"" + text + "\"");
-    return text == "auto";
-}
-
 unsigned code_page_named(const Verb& verb, const char* text) {
     const unsigned number =
         number_of(verb, {"--code-page", 1, std::numeric_limits<std::uint16_t>::max()}, text);
@@ -50,44 +45,92 @@ unsigned code_page_named(const Verb& verb, const char* text) {
 
 struct Option {
     const char* name;
-    /// What it takes, for the usage line; null for a switch.
-    const char* value;
+    /// Whether it takes a value.
+    bool has_value;
     void (*take)(const Verb&, Arguments&, const char* value);
+    /// What it means, for the help.
+    const char* about;
 };
 
 constexpr unsigned a_day = 86400;
 
 constexpr Option options[] = {
-    {"help", nullptr, [](const Verb&, Arguments& to, const char*) { to.help = true; }},
-    {"json", nullptr, [](const Verb&, Arguments& to, const char*) { to.json = true; }},
-    {"verbose", nullptr, [](const Verb&, Arguments& to, const char*) { to.verbose = true; }},
-    {"what-if", nullptr, [](const Verb&, Arguments& to, const char*) { to.what_if = true; }},
-    {"exit-code", nullptr, [](const Verb&, Arguments& to, const char*) { to.exit_code = true; }},
-    {"restart", "auto|never",
-     [](const Verb& verb, Arguments& to, const char* value) { to.restart = restart_wanted(verb, value); }},
-    {"timeout", "SECONDS",
+    {"help", false, [](const Verb&, Arguments& to, const char*) { to.help = true; }, "print this help"},
+    {"json", false, [](const Verb&, Arguments& to, const char*) { to.json = true; },
+     "print JSON, for programs; the default is text, for people"},
+    {"verbose", false, [](const Verb&, Arguments& to, const char*) { to.verbose = true; },
+     "say on the standard error stream what takes time, also if that is not a terminal"},
+    {"what-if", false, [](const Verb&, Arguments& to, const char*) { to.what_if = true; },
+     "print what would change and write nothing"},
+    {"exit-code", false, [](const Verb&, Arguments& to, const char*) { to.exit_code = true; },
+     "end with 3 if something differs, or differed before it was written"},
+    {"restart", true,
+     [](const Verb&, Arguments& to, const char* value) { to.restart = std::strcmp(value, "auto") == 0; },
+     "auto: restart a running service around the change; never: leave it alone; default auto"},
+    {"timeout", true,
      [](const Verb& verb, Arguments& to, const char* value) {
          to.timeout = static_cast<int>(number_of(verb, {"--timeout", 1, a_day}, value));
-     }},
-    {"port", "N",
+     },
+     "seconds for each wait: 1 to 86400, default 60"},
+    {"port", true,
      [](const Verb& verb, Arguments& to, const char* value) {
          to.port = static_cast<std::uint16_t>(number_of(verb, {"--port", 1, 65535}, value));
-     }},
-    {"wait", "SECONDS",
+     },
+     "1 to 65535; default: the port of the first configuration with a server list"},
+    {"wait", true,
      [](const Verb& verb, Arguments& to, const char* value) {
          to.wait = static_cast<int>(number_of(verb, {"--wait", 1, 60}, value));
-     }},
-    {"format", "admx|gpp|reg", [](const Verb&, Arguments& to, const char* value) { to.format = value; }},
-    {"out", "FOLDER", [](const Verb&, Arguments& to, const char* value) { to.out = value; }},
-    {"state", "STATE.json", [](const Verb&, Arguments& to, const char* value) { to.state = value; }},
-    {"backup", "FOLDER", [](const Verb&, Arguments& to, const char* value) { to.backup = value; }},
-    {"code-page", "N",
-     [](const Verb& verb, Arguments& to, const char* value) { to.code_page = code_page_named(verb, value); }},
+     },
+     "seconds without an answer that end one of the three passes: 1 to 60, default 1"},
+    {"format", true, [](const Verb&, Arguments& to, const char* value) { to.format = value; },
+     "the form of the output"},
+    {"out", true, [](const Verb&, Arguments& to, const char* value) { to.out = value; },
+     "the folder for the files; it is created if it does not exist"},
+    {"state", true, [](const Verb&, Arguments& to, const char* value) { to.state = value; },
+     "the state file that has the values; default: the values of this machine"},
+    {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = value; },
+     "the folder for the previous values; default: Tavrin\\Backup in C:\\ProgramData"},
+    {"code-page", true,
+     [](const Verb& verb, Arguments& to, const char* value) { to.code_page = code_page_named(verb, value); },
+     "the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux"},
 };
 
+/// Where the usage line names the option, behind a bracket if it is optional; null if it does not.
+const char* in_usage(const Verb& verb, const Option& option) {
+    const std::string name = std::string("--") + option.name;
+    for (const char* at = std::strstr(verb.usage, name.c_str()); at != nullptr;
+         at = std::strstr(at + 1, name.c_str())) {
+        if (std::strchr(" ]", at[name.size()]) != nullptr)
+            return at;
+    }
+    return nullptr;
+}
+
 bool takes(const Verb& verb, const Option& option) {
-    const std::string known = std::string(verb.options) + " --help ";
-    return known.find(std::string(" --") + option.name + " ") != std::string::npos;
+    return std::strcmp(option.name, "help") == 0 || in_usage(verb, option) != nullptr;
+}
+
+bool requires_option(const Verb& verb, const Option& option) {
+    const char* const at = in_usage(verb, option);
+    return at != nullptr && (at == verb.usage || at[-1] == ' ');
+}
+
+/// The words of the usage line for it: "--timeout SECONDS".
+std::string typed(const Verb& verb, const Option& option) {
+    const std::string name = std::string("--") + option.name;
+    const char* const at = in_usage(verb, option);
+    if (at == nullptr || !option.has_value)
+        return name;
+    return {at, at + name.size() + 1 + std::strcspn(at + name.size() + 1, " ]")};
+}
+
+/// A value that the usage line writes as "auto|never" is one of these words.
+void check_choice(const Verb& verb, const Option& option, const std::string& value) {
+    const std::string choices = typed(verb, option).substr(std::strlen(option.name) + 3);
+    if (choices.find('|') == std::string::npos ||
+        ("|" + choices + "|").find("|" + value + "|") != std::string::npos)
+        return;
+    refuse(verb, std::string("--") + option.name + " is " + choices + ", not \"" + value + "\"");
 }
 
 /// The option's place in the table is what getopt_long returns, above every character.
@@ -98,8 +141,7 @@ std::vector<option> known_to_getopt() {
     std::vector<option> known;
     int code = first_code;
     for (const Option& each : options) {
-        known.push_back(
-            {each.name, each.value != nullptr ? required_argument : no_argument, nullptr, code++});
+        known.push_back({each.name, each.has_value ? required_argument : no_argument, nullptr, code++});
     }
     known.push_back({nullptr, 0, nullptr, 0});
     return known;
@@ -114,7 +156,10 @@ std::vector<char*> pointers_to(std::vector<std::string>& words) {
     return pointers;
 }
 
-void take(const Verb& verb, Arguments& arguments, int code, const char* word) {
+/// Which options were given, by their places in the table.
+using Given = std::array<bool, std::size(options)>;
+
+void take(const Verb& verb, Arguments& arguments, Given& given, int code, const char* word) {
     if (code == operand_code) {
         arguments.operands.emplace_back(optarg);
         return;
@@ -126,16 +171,24 @@ void take(const Verb& verb, Arguments& arguments, int code, const char* word) {
     const Option& option = options[code - first_code];
     if (!takes(verb, option))
         refuse(verb, std::string(verb.name) + " does not take --" + option.name);
+    if (option.has_value)
+        check_choice(verb, option, optarg);
     option.take(verb, arguments, optarg);
+    given[static_cast<std::size_t>(code - first_code)] = true;
 }
 
 void check_operands(const Verb& verb, const Arguments& arguments) {
-    if (arguments.help)
-        return;
     if (arguments.operands.size() < verb.least_operands)
-        refuse(verb, std::string(verb.name) + " needs more: " + verb.operands);
+        refuse(verb, std::string(verb.name) + ": missing arguments");
     if (arguments.operands.size() > verb.most_operands)
-        refuse(verb, "\"" + arguments.operands[verb.most_operands] + "\" is too much");
+        refuse(verb, "unexpected argument \"" + arguments.operands[verb.most_operands] + "\"");
+}
+
+void check_required(const Verb& verb, const Given& given) {
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        if (!given[i] && requires_option(verb, options[i]))
+            refuse(verb, std::string(verb.name) + " needs " + typed(verb, options[i]));
+    }
 }
 
 } // namespace
@@ -147,6 +200,7 @@ Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& word
     const int count = static_cast<int>(own.size());
     const std::vector<option> known = known_to_getopt();
     Arguments arguments;
+    Given given{};
     opterr = 0;
     optind = 0; // from the start, also a second time
     // "-": operands come in their place, whatever the environment says; ":": a missing value is told apart.
@@ -155,25 +209,28 @@ Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& word
         const int code = getopt_long(count, pointers.data(), "-:", known.data(), nullptr);
         if (code == -1)
             break;
-        take(verb, arguments, code, own[static_cast<std::size_t>(std::min(at, count - 1))].c_str());
+        take(verb, arguments, given, code, own[static_cast<std::size_t>(std::min(at, count - 1))].c_str());
     }
     for (int i = optind; i < count; ++i)
         arguments.operands.emplace_back(own[static_cast<std::size_t>(i)]);
-    check_operands(verb, arguments);
+    if (!arguments.help) {
+        check_operands(verb, arguments);
+        check_required(verb, given);
+    }
     return arguments;
 }
 
 std::string usage_of(const Verb& verb) {
-    std::string line = std::string("tavrinctl ") + verb.name;
-    if (*verb.operands != '\0')
-        line += std::string(" ") + verb.operands;
+    return std::string("tavrinctl ") + verb.name + (*verb.usage == '\0' ? "" : " ") + verb.usage;
+}
+
+std::string options_of(const Verb& verb) {
+    std::string lines;
     for (const Option& option : options) {
-        if (takes(verb, option) && std::strcmp(option.name, "help") != 0) {
-            line += std::string(" [--") + option.name +
-                    (option.value != nullptr ? std::string(" ") + option.value : "") + "]";
-        }
+        if (takes(verb, option))
+            lines += "  " + typed(verb, option) + "\n      " + option.about + "\n";
     }
-    return line;
+    return lines;
 }
 
 } // namespace ctl

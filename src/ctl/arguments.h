@@ -31,15 +31,15 @@ struct Arguments {
 /// What a verb is called, how it is used and what runs it.
 struct Verb {
     const char* name;
-    /// Its operands, for the usage line.
-    const char* operands;
-    std::size_t least_operands;
-    std::size_t most_operands;
-    /// The names of its options, each with a blank in front: " --json --timeout".
-    const char* options;
-    const char* help;
-    /// Returns the exit code; throws Failure.
-    int (*run)(const Arguments&);
+    /// What follows the name in the usage line. An option outside of brackets is required.
+    const char* usage = "";
+    std::size_t least_operands = 0;
+    std::size_t most_operands = 0;
+    /// For the list of all verbs.
+    const char* summary = "";
+    const char* help = "";
+    /// Returns the exit code; throws Failure. Null where the verb needs Windows and this is another system.
+    int (*run)(const Arguments&) = nullptr;
     /// Every message is JSON, also one about the command line.
     bool speaks_json = false;
 };
@@ -47,7 +47,9 @@ struct Verb {
 /// Reads what follows the verb. Throws Failure of the code `usage` for what the verb does not take.
 Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& words);
 
-/// The usage line of a verb, with the options as one types them.
+/// "tavrinctl check FILE...".
 std::string usage_of(const Verb& verb);
+/// A line for each option that the verb takes: what it means, its range and its default.
+std::string options_of(const Verb& verb);
 
 } // namespace ctl

@@ -2,6 +2,7 @@
 
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
+#include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 #include <exception>
@@ -11,7 +12,7 @@ namespace {
 
 constexpr const char* about_exit_codes = R"(
 Exit codes:
-  0  as wished (changed or not; with --what-if whatever it found)
+  0  success: changed or not; with --what-if whatever it found
   1  failed
   2  the command line is not understood
   3  differs (only with --exit-code)
@@ -19,47 +20,62 @@ Exit codes:
   5  access denied
   6  a server refused or was not reached
   7  written, but the service did not restart
-
-Data goes to the standard output, messages to the standard error stream, both in UTF-8. Nothing waits for a key.
-"tavrinctl VERB --help" explains a verb.
 )";
 
+std::string line_of(const Verb& verb) {
+    std::string line = std::string("  ") + verb.name;
+    line.resize(14, ' ');
+    return line + verb.summary + "\n";
+}
+
 std::string whole_help() {
-    std::string text =
-        "tavrinctl " TAVRIN_VERSION ": the settings of the Tavrin Agent, for more than one machine\n\n";
-    for (const Verb& verb : verbs())
-        text += "  " + usage_of(verb) + "\n";
-    return text + about_exit_codes;
+    std::string text = "tavrinctl " TAVRIN_VERSION
+                       ": shows and changes the settings of the Tavrin Agent, on any number of machines\n\n";
+    std::string elsewhere;
+    for (const Verb* verb : verbs()) {
+        if (verb->run != nullptr) {
+            text += line_of(*verb);
+        } else {
+            elsewhere += std::string(elsewhere.empty() ? "" : ", ") + verb->name;
+        }
+    }
+    if (!elsewhere.empty())
+        text += "\nOnly on Windows: " + elsewhere + "\n";
+    return text + "\n\"tavrinctl COMMAND --help\" explains a command, its options and their defaults.\n" +
+           about_exit_codes;
 }
 
 std::string help_on(const Verb& verb) {
-    return "usage: " + usage_of(verb) + "\n\n" + verb.help + about_exit_codes;
+    return "usage: " + usage_of(verb) + "\n" + verb.help + "\nOptions:\n" + options_of(verb) +
+           about_exit_codes;
 }
 
-const Verb* find_verb(const std::string& name) {
+const Verb& find_verb(const std::string& name) {
     const auto all = verbs();
     const auto found =
-        std::find_if(all.begin(), all.end(), [&](const Verb& verb) { return verb.name == name; });
-    return found == all.end() ? nullptr : &*found;
+        std::find_if(all.begin(), all.end(), [&](const Verb* verb) { return verb->name == name; });
+    if (found == all.end())
+        throw Failure{usage, "unknown command \"" + name + "\"; see tavrinctl --help"};
+    if ((*found)->run == nullptr)
+        throw Failure{usage, name + " needs Windows"};
+    return **found;
 }
 
 int run_verb(const std::vector<std::string>& words) {
-    const Verb* const verb = find_verb(words.front());
-    if (verb == nullptr)
-        throw Failure{usage, "no verb \"" + words.front() + "\" in this build; tavrinctl --help lists them"};
-    set_message_form({.is_json = verb->speaks_json});
-    const Arguments arguments = parse_arguments(*verb, {words.begin() + 1, words.end()});
-    set_message_form({.is_json = verb->speaks_json, .is_verbose = arguments.verbose});
+    const Verb& verb = find_verb(words.front());
+    set_message_form({.is_json = verb.speaks_json});
+    const Arguments arguments = parse_arguments(verb, {words.begin() + 1, words.end()});
+    set_message_form({.is_json = verb.speaks_json, .is_verbose = arguments.verbose});
     if (arguments.help) {
-        print(help_on(*verb));
+        print(help_on(verb));
         return as_wished;
     }
-    return verb->run(arguments);
+    return verb.run(arguments);
 }
 
 int run(const std::vector<std::string>& words) {
     if (words.empty())
-        throw Failure{usage, "a verb is missing\n\n" + whole_help()};
+        throw Failure{usage, "missing command\n\n" + whole_help()};
     int code = as_wished;
     if (words.front() == "--help" || words.front() == "help") {
         print(whole_help());

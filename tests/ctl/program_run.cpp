@@ -2,7 +2,6 @@
 
 #include "ctl/io/encoding.h"
 #include "ctl/program.h"
-#include "ctl/verbs.h"
 #include "substitute/control.h"
 
 #include <cstdlib>
@@ -10,12 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
-
-std::span<const ctl::Verb> ctl::verbs() {
-    static constexpr Verb all[] = {check_verb, show_verb, set_verb,      apply_verb,
-                                   test_verb,  scan_verb, template_verb, dsc_verb};
-    return all;
-}
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
 #include "ctl/io/visible.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 
@@ -30,8 +30,6 @@ bool check_file(const std::string& path, unsigned code_page) {
                         [](const Finding& each) { return each.severity == Severity::error; });
 }
 
-} // namespace
-
 int check(const Arguments& arguments) {
     const unsigned code_page = arguments.code_page.value_or(machine_code_page());
     bool fine = true;
@@ -39,5 +37,24 @@ int check(const Arguments& arguments) {
         fine = check_file(path, code_page) && fine;
     return fine ? as_wished : invalid;
 }
+
+} // namespace
+
+const Verb check_verb{
+    .name = "check",
+    .usage = "FILE... [--code-page N]",
+    .least_operands = 1,
+    .most_operands = any_number,
+    .summary = "report mistakes in spec files",
+    .help = R"(
+Checks spec files and prints a line for each mistake, as a compiler does:
+
+    file:line: error|warning: text
+
+An error is what the window refuses, a warning what its users would stumble over. Ends with 4 if there are
+errors.
+)",
+    .run = check,
+};
 
 } // namespace ctl

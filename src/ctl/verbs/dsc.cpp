@@ -4,7 +4,7 @@
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 
@@ -133,8 +133,6 @@ constexpr Operation operations[] = {
     {"export", export_all}, {"schema", print_schema},
 };
 
-} // namespace
-
 int dsc(const Arguments& arguments) {
     const std::string& name = arguments.operands.front();
     const auto* const found = std::find_if(std::begin(operations), std::end(operations),
@@ -143,5 +141,23 @@ int dsc(const Arguments& arguments) {
         throw Failure{usage, "dsc knows get, set, test, export and schema, not \"" + name + "\""};
     return found->run(arguments);
 }
+
+} // namespace
+
+const Verb dsc_verb{
+    .name = "dsc",
+    .usage =
+        "get|set|test|export|schema [--what-if] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER]",
+    .least_operands = 1,
+    .most_operands = 1,
+    .summary = "serve as a resource of Desired State Configuration",
+    .help = R"(
+Is called by the manifest of a DSC resource. Reads an instance from the standard input (get, set, test) and
+prints JSON, a line each; messages are JSON on the standard error stream. Only a failure ends with another
+code than 0.
+)",
+    .run = dsc,
+    .speaks_json = true,
+};
 
 } // namespace ctl

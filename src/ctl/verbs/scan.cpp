@@ -7,7 +7,7 @@
 #include "ctl/io/json.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 #include "net/discovery.h"
 #include "net/socket.h"
 
@@ -76,8 +76,6 @@ void print_found(const std::vector<std::string>& found, std::uint16_t port, bool
         print("no Tavrin Server answered at port " + std::to_string(port) + "\n");
 }
 
-} // namespace
-
 int scan(const Arguments& arguments) {
     const std::uint16_t port = arguments.port ? *arguments.port : find_port();
     if (const char* const problem = net_startup())
@@ -86,5 +84,19 @@ int scan(const Arguments& arguments) {
     print_found(scan_at(port, arguments.wait), port, arguments.json);
     return as_wished;
 }
+
+} // namespace
+
+const Verb scan_verb{
+    .name = "scan",
+    .usage = "[--json] [--verbose] [--port N] [--wait SECONDS]",
+    .least_operands = 0,
+    .most_operands = 0,
+    .summary = "find servers on the local networks",
+    .help = R"(
+Asks by broadcast for servers on the local networks and prints their addresses.
+)",
+    .run = scan,
+};
 
 } // namespace ctl

@@ -3,7 +3,7 @@
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 
@@ -44,8 +44,6 @@ int change_and_report(const State& state, const Arguments& arguments) {
     return print_report(carry_out(machine, state, arguments), arguments);
 }
 
-} // namespace
-
 int set(const Arguments& arguments) {
     WishedConfiguration wished{arguments.operands.front(), {}, {}};
     for (std::size_t i = 1; i < arguments.operands.size(); ++i)
@@ -53,8 +51,41 @@ int set(const Arguments& arguments) {
     return change_and_report({wished}, arguments);
 }
 
-int apply_state(const Arguments& arguments) {
+int apply(const Arguments& arguments) {
     return change_and_report(read_state_file(arguments.operands.front()), arguments);
 }
+
+} // namespace
+
+const Verb set_verb{
+    .name = "set",
+    .usage = "CONFIG NAME=VALUE... [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] "
+             "[--timeout SECONDS] [--backup FOLDER]",
+    .least_operands = 2,
+    .most_operands = any_number,
+    .summary = "change values of one configuration",
+    .help = R"(
+NAME is a value name in any letter case, or the title of an entry if no other entry has it. All values are
+checked before one is written, and a value that matches is left alone. The previous values are saved to a
+.reg file first. A running service of the configuration is stopped before the values are written and started
+afterwards; --timeout is for each of the two waits.
+)",
+    .run = set,
+};
+
+const Verb apply_verb{
+    .name = "apply",
+    .usage = "STATE.json [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] [--timeout "
+             "SECONDS] [--backup FOLDER]",
+    .least_operands = 1,
+    .most_operands = 1,
+    .summary = "make the values those of a state file",
+    .help = R"(
+Reads a state, as show --json prints it, from a file or, for "-", from the standard input, and changes the
+values that differ from it. Values that the state does not name are left alone, and null removes one.
+Otherwise the same as set.
+)",
+    .run = apply,
+};
 
 } // namespace ctl

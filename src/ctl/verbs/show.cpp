@@ -4,7 +4,7 @@
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/visible.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 #include <array>
@@ -80,8 +80,6 @@ void print_json(const std::vector<const MachineConfiguration*>& configurations) 
     print(to_text({{"schema", schema_version}, {"configurations", std::move(all)}}));
 }
 
-} // namespace
-
 int show(const Arguments& arguments) {
     const Machine machine = read_machine();
     const auto configurations = chosen(machine, arguments.operands);
@@ -96,5 +94,20 @@ int show(const Arguments& arguments) {
     }
     return as_wished;
 }
+
+} // namespace
+
+const Verb show_verb{
+    .name = "show",
+    .usage = "[CONFIG] [--json]",
+    .least_operands = 0,
+    .most_operands = 1,
+    .summary = "print the settings of this machine",
+    .help = R"(
+Prints the entries of one configuration, or of all, by group: value name, kind and value. With --json it
+prints a state, which apply reads.
+)",
+    .run = show,
+};
 
 } // namespace ctl

@@ -6,7 +6,7 @@
 #include "ctl/io/system.h"
 #include "ctl/machine/present_values.h"
 #include "ctl/template/formats.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 #include "specfile/name_table.h"
 
 #include <algorithm>
@@ -47,13 +47,8 @@ constexpr Format formats[] = {
 };
 
 const Format& format_named(const std::string& name) {
-    const auto* const found = std::find_if(std::begin(formats), std::end(formats),
-                                           [&](const Format& each) { return name == each.name; });
-    if (found == std::end(formats)) {
-        throw Failure{usage, name.empty() ? "template needs --format admx, gpp or reg"
-                                          : "--format is admx, gpp or reg, not \"" + name + "\""};
-    }
-    return *found;
+    return *std::find_if(std::begin(formats), std::end(formats),
+                         [&](const Format& each) { return name == each.name; });
 }
 
 const WishedConfiguration* find_in(const State& state, const TemplateSource& source) {
@@ -142,12 +137,8 @@ Files make_files(std::vector<TemplateSource>& sources, const Format& format, con
     return files;
 }
 
-} // namespace
-
 int make_template(const Arguments& arguments) {
     const Format& format = format_named(arguments.format);
-    if (arguments.out.empty())
-        throw Failure{usage, "template needs --out FOLDER"};
     std::vector<TemplateSource> sources = read_sources(arguments);
     const Files files = make_files(sources, format, Values(arguments.state));
     for (const TemplateFile& file : files)
@@ -155,5 +146,26 @@ int make_template(const Arguments& arguments) {
     tell_left_out(sources);
     return as_wished;
 }
+
+} // namespace
+
+const Verb template_verb{
+    .name = "template",
+    .usage = "FILE... --format admx|gpp|reg --out FOLDER [--state STATE.json] [--code-page N]",
+    .least_operands = 1,
+    .most_operands = any_number,
+    .summary = "make templates for Group Policy and .reg files from spec files",
+    .help = R"(
+Writes for each spec file:
+
+    admx   NAME.admx and en-US\NAME.adml, a policy for each entry
+    gpp    NAME.xml, registry items for Group Policy Preferences
+    reg    NAME.reg
+
+An item of gpp or reg without a value does nothing until somebody gives it one. Prints the paths of the files.
+What cannot be mapped is listed with the reason.
+)",
+    .run = make_template,
+};
 
 } // namespace ctl

@@ -8,7 +8,7 @@
 #include "ctl/io/visible.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
-#include "ctl/verbs.h"
+#include "ctl/verbs/verbs.h"
 #include "net/socket.h"
 #include "protocol/try_servers.h"
 
@@ -126,9 +126,7 @@ void start_network(int timeout) {
     net::connect_timeout = timeout;
 }
 
-} // namespace
-
-int test(const Arguments& arguments) {
+int test_all(const Arguments& arguments) {
     const Machine machine = read_machine();
     Results results;
     bool any = false;
@@ -145,5 +143,21 @@ int test(const Arguments& arguments) {
         print(to_text({{"schema", schema_version}, {"servers", std::move(results.all)}}));
     return results.refused != 0 ? no_server : as_wished;
 }
+
+} // namespace
+
+const Verb test_verb{
+    .name = "test",
+    .usage = "[CONFIG] [--json] [--verbose] [--timeout SECONDS]",
+    .least_operands = 0,
+    .most_operands = 1,
+    .summary = "test the connection to every configured server",
+    .help = R"(
+Negotiates with every server on the list of one configuration, or of each that has a connection test, and
+prints the result of each. Ends with 6 if a server refused or was not reached. --timeout bounds the whole
+attempt for one server, including the look-up of its name.
+)",
+    .run = test_all,
+};
 
 } // namespace ctl

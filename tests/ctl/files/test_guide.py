@@ -14,9 +14,17 @@ def fences(label):
 
 class Guide(FolderCase):
     def test_verbs_and_their_options(self):
-        shown = [line[2:] for line in run("--help").out.splitlines() if line.startswith("  tavrinctl ")]
-        listed = fences("text")[0].splitlines()
-        self.assertEqual(shown, listed if UNDER_WINE else [line for line in listed if line.split()[1] in ("check", "template")])
+        verbs = re.findall(r"^  (\w+) +\S", run("--help").out.split("\n\n")[1], re.M)
+        listed = {line.split()[1]: line for line in fences("text")[0].splitlines()}
+        self.assertEqual(verbs, [verb for verb in listed if UNDER_WINE or verb in verbs])
+        for verb in verbs:
+            self.assertEqual(run(verb, "--help").out.splitlines()[0], "usage: " + listed[verb])
+
+    def test_every_option_has_a_row(self):
+        rows = re.findall(r"^\| `(--[\w-]+)[^|]* \| (.*) \|$", GUIDE, re.M)
+        for verb in re.findall(r"^  (\w+) +\S", run("--help").out.split("\n\n")[1], re.M):
+            for option, about in re.findall(r"^  (--[\w-]+).*\n      (.*)$", run(verb, "--help").out, re.M):
+                self.assertIn((option, about[0].upper() + about[1:] + "."), rows)
 
     def test_exit_codes(self):
         codes = re.findall(r"^\| (\d) \| \S", GUIDE, re.M)

@@ -6,6 +6,7 @@ import unittest
 
 from tool import COMMAND, TOP, UNDER_WINE, FolderCase, own_path, run, start
 
+ONLY_ON_WINDOWS = ["show", "set", "apply", "test", "scan", "dsc"]
 VERBS = ["check", "show", "set", "apply", "test", "scan", "template", "dsc"] if UNDER_WINE else ["check", "template"]
 
 
@@ -13,7 +14,8 @@ class Help(unittest.TestCase):
     def test_lists_verbs_and_exit_codes(self):
         result = run("--help")
         self.assertEqual((result.code, result.err), (0, ""))
-        self.assertEqual(re.findall(r"^  tavrinctl (\w+)", result.out, re.M), VERBS)
+        self.assertEqual(re.findall(r"^  (\w+) +\S", result.out.split("\n\n")[1], re.M), VERBS)
+        self.assertIs("Only on Windows: " + ", ".join(ONLY_ON_WINDOWS) + "\n" in result.out, not UNDER_WINE)
         self.assertEqual(re.findall(r"^  (\d)  ", result.out, re.M), list("01234567"))
         self.assertEqual(run("help").out, result.out)
 
@@ -35,8 +37,8 @@ class NotUnderstood(unittest.TestCase):
         self.assertIn(words, result.err)
 
     def test_no_verb_and_an_unknown_one(self):
-        self.refuses("a verb is missing")
-        self.refuses('no verb "chekc" in this build', "chekc")
+        self.refuses("missing command")
+        self.refuses('unknown command "chekc"; see tavrinctl --help', "chekc")
 
     def test_options(self):
         self.refuses("unknown option --nothing", "check", "--nothing", "x")
@@ -47,7 +49,17 @@ class NotUnderstood(unittest.TestCase):
         self.refuses("there is no code page 9", "check", "--code-page", "9", "x")
 
     def test_operands(self):
-        self.refuses("check needs more: FILE...", "check")
+        self.refuses("check: missing arguments\nusage: tavrinctl check FILE... [--code-page N]\n", "check")
+
+    def test_required_options(self):
+        self.refuses("template needs --format admx|gpp|reg\n", "template", "x")
+        self.refuses("template needs --out FOLDER\n", "template", "x", "--format", "reg")
+        self.refuses('--format is admx|gpp|reg, not "xml"', "template", "x", "--format", "xml")
+
+    @unittest.skipIf(UNDER_WINE, "Windows has every command")
+    def test_what_needs_windows_says_so(self):
+        for verb in ONLY_ON_WINDOWS:
+            self.refuses(f"tavrinctl: {verb} needs Windows\n", verb, "--help")
 
     def test_what_stands_behind_two_dashes_is_no_option(self):
         self.assertIn("--json:1: error: the file cannot be read", run("check", "--", "--json").out)

@@ -1,0 +1,12 @@
+#include "ctl/verbs/verbs.h"
+
+namespace ctl {
+
+const Verb show_verb{.name = "show"};
+const Verb set_verb{.name = "set"};
+const Verb apply_verb{.name = "apply"};
+const Verb test_verb{.name = "test"};
+const Verb scan_verb{.name = "scan"};
+const Verb dsc_verb{.name = "dsc"};
+
+} // namespace ctl
