@@ -36,9 +36,10 @@ public:
         }
         wait_->close();
     }
-    void bad_port(const ServerItem& item) override {
+    bool bad_port(const ServerItem& item) override {
         warn("The server port \"" + item.port_text.value_or("") + "\" for the server \"" + item.host +
              "\" cannot be parsed as a number. Please correct this before testing the connection.");
+        return false;
     }
     void show_result() const {
         if (failures_.empty()) {

@@ -3,6 +3,7 @@
 #include "base/messages.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 namespace {
@@ -25,17 +26,33 @@ fd_set only(SOCKET handle) {
     return set;
 }
 
+using std::chrono::milliseconds;
+
+constexpr milliseconds connect_limit = std::chrono::minutes(10);
+
+bool patience_is_over() { return net::patience != nullptr && net::patience() <= milliseconds::zero(); }
+
+/// The length of a wait, shortened to what is left of the program's patience.
+timeval at_most(milliseconds limit) {
+    if (net::patience != nullptr)
+        limit = std::clamp(net::patience(), milliseconds::zero(), limit);
+    timeval length{};
+    length.tv_sec = static_cast<decltype(length.tv_sec)>(limit.count() / 1000);
+    length.tv_usec = static_cast<decltype(length.tv_usec)>(limit.count() % 1000 * 1000);
+    return length;
+}
+
 /// `select` for reading; its result: 1 ready, 0 time over, -1 failed.
 int wait_readable(SOCKET handle, int seconds) {
     fd_set set = only(handle);
-    timeval limit{seconds, 0};
+    timeval limit = at_most(std::chrono::seconds(seconds));
     return select(0, &set, nullptr, nullptr, &limit);
 }
 
 /// The same for writing.
 int wait_writable(SOCKET handle, int seconds) {
     fd_set set = only(handle);
-    timeval limit{seconds, 0};
+    timeval limit = at_most(std::chrono::seconds(seconds));
     return select(0, nullptr, &set, nullptr, &limit);
 }
 
@@ -56,7 +73,7 @@ const char* failed_connect(SOCKET handle) {
 const char* wait_connected(SOCKET handle) {
     fd_set writable = only(handle);
     fd_set excepted = writable;
-    timeval limit{net::connect_timeout, 0};
+    timeval limit = at_most(connect_limit);
     const int ready = select(0, nullptr, &writable, &excepted, &limit);
     if (ready == 0)
         return "Connection timed out";
@@ -113,6 +130,16 @@ const char* net_startup() {
     return nullptr;
 }
 
+net::HostLookup net::look_up_host(const char* name) {
+    const hostent* host = gethostbyname(name);
+    if (host == nullptr)
+        return {.failed = true, .code = WSAGetLastError()};
+    HostLookup found;
+    if (host->h_addr_list[0] != nullptr)
+        std::memcpy(&found.address.emplace(), host->h_addr_list[0], sizeof(std::uint32_t));
+    return found;
+}
+
 const char* resolve_host(const char* name, std::uint32_t* address) {
     // 255.255.255.255 equals the failure value, so the look-up decides about it.
     const ULONG dotted = inet_addr(name);
@@ -120,14 +147,14 @@ const char* resolve_host(const char* name, std::uint32_t* address) {
         *address = dotted;
         return nullptr;
     }
-    const hostent* host = gethostbyname(name);
-    if (host == nullptr) {
+    const net::HostLookup found = net::host_lookup(name);
+    if (found.failed) {
         return format_error("Error resolving \"%s\": %s", name,
-                            system_error_text(static_cast<DWORD>(WSAGetLastError())));
+                            system_error_text(static_cast<DWORD>(found.code)));
     }
-    if (host->h_addr_list[0] == nullptr)
+    if (!found.address)
         return format_error("No addresses found when resolving \"%s\"", name);
-    std::copy_n(host->h_addr_list[0], sizeof *address, reinterpret_cast<char*>(address));
+    *address = *found.address;
     return nullptr;
 }
 
@@ -173,6 +200,9 @@ const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
 
 const char* socket_recv(Socket& socket, void* buffer, std::size_t capacity, std::size_t* received) {
     for (;;) {
+        // A server that drips octets, or pours them without end, never makes this wait.
+        if (patience_is_over())
+            return "Timeout in socket_recv()";
         const int count = recv(socket.handle, static_cast<char*>(buffer), winsock_size(capacity), 0);
         if (count != SOCKET_ERROR) {
             *received = static_cast<std::size_t>(count);

@@ -4,8 +4,10 @@
 /// (base/messages.h). Addresses are in network byte order, as in in_addr; ports are in host order.
 #include "platform/win32.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 /// One socket of the system, without an owner: `socket_close`, `udp_close` or an OwnedSocket closes it.
@@ -13,14 +15,28 @@ struct Socket {
     SOCKET handle = INVALID_SOCKET;
 };
 
-/// The limit of one wait in `socket_send` and `socket_recv`, in seconds. A program without a window may set
-/// both limits once when it starts; the window's program does not.
+/// How many seconds one wait of `socket_send` and `socket_recv` may last; only tests change it.
 inline int socket_io_timeout = 600;
 
 namespace net {
 
-/// The limit of the wait in `socket_connect`, in seconds.
-inline int connect_timeout = 600;
+/// How long the program still bears with the server it is talking to. A program that bounds the whole attempt
+/// and not each wait sets it; the window's program never does.
+inline std::chrono::milliseconds (*patience)() = nullptr;
+
+/// What came of looking a host's name up.
+struct HostLookup {
+    bool failed = false;
+    /// The system's code when it failed.
+    int code = 0;
+    /// The first address; a host may have none.
+    std::optional<std::uint32_t> address = {};
+};
+/// Asks the system.
+HostLookup look_up_host(const char* name);
+/// What `resolve_host` asks. The system waits for a silent name server as long as it likes; a program that
+/// does not sets another.
+inline HostLookup (*host_lookup)(const char* name) = look_up_host;
 
 /// Options of `socket_connect` for the new socket.
 enum ConnectFlags : unsigned {
@@ -52,7 +68,7 @@ const char* net_startup();
 /// The address of `name`, which is a dotted address or a host's name; the first one if a host has several.
 const char* resolve_host(const char* name, std::uint32_t* address);
 
-/// Connects `out`, waiting no longer than `net::connect_timeout`; `flags` of net::ConnectFlags. Leaves no
+/// Connects `out`, waiting no longer than 600 seconds; `flags` of net::ConnectFlags. Leaves no
 /// socket open when it fails.
 const char* socket_connect(std::uint32_t address, std::uint16_t port, Socket* out, unsigned flags);
 /// Sends all octets.

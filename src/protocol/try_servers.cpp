@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "protocol/negotiation.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -14,6 +15,18 @@ void try_server(const std::string& host, std::uint16_t port, const AgentIdentity
     listener.tried(host, port,
                    connect_and_negotiate(host.c_str(), port, agent.name.c_str(), agent.domain.c_str(),
                                          nullptr, nullptr));
+}
+
+bool goes_on_after(const ServerItem& item, std::uint16_t default_port, const AgentIdentity& agent,
+                   TrialListener& listener) {
+    std::uint16_t port = 0;
+    try {
+        port = server_port(item, default_port);
+    } catch (const error::EParseError&) {
+        return listener.bad_port(item);
+    }
+    try_server(item.host, port, agent, listener);
+    return true;
 }
 
 } // namespace
@@ -33,16 +46,7 @@ bool try_servers(const std::string& server_list, std::uint16_t default_port, con
                  TrialListener& listener) {
     std::vector<std::string> items;
     split_string(items, server_list, ',', false);
-    for (const std::string& text : items) {
-        const ServerItem item = split_server_item(text);
-        std::uint16_t port = 0;
-        try {
-            port = server_port(item, default_port);
-        } catch (const error::EParseError&) {
-            listener.bad_port(item);
-            return false;
-        }
-        try_server(item.host, port, agent, listener);
-    }
-    return true;
+    return std::all_of(items.begin(), items.end(), [&](const std::string& text) {
+        return goes_on_after(split_server_item(text), default_port, agent, listener);
+    });
 }

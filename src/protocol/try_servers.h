@@ -31,8 +31,8 @@ public:
     virtual void trying(const std::string& host, std::uint16_t port) = 0;
     /// The attempt is over. `problem` is null when the server accepted; its text is valid during this call.
     virtual void tried(const std::string& host, std::uint16_t port, const char* problem) = 0;
-    /// The item's port is not a number, which ends the test.
-    virtual void bad_port(const ServerItem& item) = 0;
+    /// The item's port is not a number. False ends the test.
+    virtual bool bad_port(const ServerItem& item) = 0;
 
 protected:
     ~TrialListener() = default;

@@ -10,6 +10,10 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+#include <future>
+#include <thread>
+
 namespace {
 
 using loopback::Answer;
@@ -21,10 +25,6 @@ protected:
     Network() {
         EXPECT_EQ(net_startup(), nullptr);
         set_text(key, "ServerList", "");
-    }
-    ~Network() override {
-        socket_io_timeout = 600;
-        net::connect_timeout = 600;
     }
 
     static std::unique_ptr<loopback::Peer> server(const std::string& octets) {
@@ -50,8 +50,77 @@ TEST_F(Network, TellsWhoAcceptsAndWhoDoesNot) {
     EXPECT_EQ(done.out,
               place(*good) + "  accepted\n" + place(*bad) + "  failed: Tavrin Server rejected us: no\n");
     EXPECT_EQ(done.err, "");
-    EXPECT_EQ(socket_io_timeout, 9);
-    EXPECT_EQ(net::connect_timeout, 9);
+}
+
+/// Sends elements that a reader skips, an octet every few milliseconds, until the agent gives up.
+void drip(loopback::Handle& agent, const std::string& head) {
+    loopback::send_all(agent.get(), head);
+    const std::string element = text_of("01 01 01"_octets);
+    for (std::size_t i = 0; send(agent.get(), &element[i % 3], 1, MSG_NOSIGNAL) == 1; ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+}
+
+TEST_F(Network, AServerThatDripsDoesNotHoldTheRun) {
+    const loopback::Peer slow([](loopback::Handle& agent) {
+        drip(agent, text_of("61 80 02 02 02 05 A1 80 01 01 01 00 00"_octets));
+    });
+    const auto good = server(accepting);
+    set_text(key, "ServerList", place(slow) + "," + place(*good));
+    const Ended done = run({"test", "--timeout", "1"});
+    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_EQ(done.out, place(slow) + "  failed: Error receiving data: Timeout in socket_recv()\n" +
+                            place(*good) + "  accepted\n");
+}
+
+TEST_F(Network, ANameServerThatIsSilentDoesNotHoldTheRun) {
+    std::promise<void> end;
+    substitute::hold_host("silent.example", end.get_future().share());
+    const auto good = server(accepting);
+    set_text(key, "ServerList", "silent.example:1," + place(*good));
+    const Ended done = run({"test", "--timeout", "1"});
+    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_THAT(done.out,
+                testing::StartsWith("silent.example:1  failed: Error resolving \"silent.example\": "));
+    EXPECT_THAT(done.out, testing::EndsWith("\n" + place(*good) + "  accepted\n"));
+    end.set_value();
+}
+
+TEST_F(Network, TheWindowsWaitsStayAsTheyWere) {
+    run({"test"});
+    EXPECT_EQ(net::patience, nullptr);
+    EXPECT_EQ(net::host_lookup, net::look_up_host);
+}
+
+TEST_F(Network, ABadItemDoesNotKeepTheOthersFromBeingTested) {
+    const auto good = server(accepting);
+    set_text(key, "ServerList", "a:b," + place(*good));
+    const Ended done = run({"test"});
+    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.out, "a:b  failed: the port \"b\" is not a number\n" + place(*good) + "  accepted\n");
+    EXPECT_EQ(done.err, "");
+}
+
+TEST_F(Network, AMissingKeyDoesNotKeepTheOthersFromBeingTested) {
+    add_configuration("Aaa", "SOFTWARE\\Tavrin\\Nowhere\nAaa\n!G\n$A\nA\nH\nString\n"
+                             "$T\n\nH\nConnectionTest\nA\nA\nA\nA\n");
+    const auto good = server(accepting);
+    set_text(key, "ServerList", place(*good));
+    const Ended done = run({"test", "--json"});
+    EXPECT_EQ(done.code, ctl::invalid);
+    const std::string missing = "the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Nowhere does not exist";
+    EXPECT_THAT(done.err, testing::StartsWith("tavrinctl: Aaa: " + missing));
+    EXPECT_THAT(done.out, HasSubstr("      \"configuration\": \"Aaa\",\n      \"host\": null,\n"
+                                    "      \"port\": null,\n      \"accepted\": false,\n"));
+    EXPECT_THAT(done.out, HasSubstr("\"port\": " + std::to_string(good->port()) +
+                                    ",\n      \"accepted\": true,\n      \"reason\": null\n"));
+}
+
+TEST_F(Network, ControlCharactersOfAPeerAreEscaped) {
+    // U+009B begins a terminal's sequence as ESC [ does; 0x81 has no meaning in the code page.
+    const auto hostile = server(text_of("63 80 04 05 1B 5B 81 7F 41 00 00"_octets));
+    set_text(key, "ServerList", place(*hostile));
+    EXPECT_EQ(run({"test"}).out,
+              place(*hostile) + "  failed: Tavrin Server rejected us: \\033[\\302\\201\\177A\n");
 }
 
 TEST_F(Network, EverybodyAccepts) {
@@ -74,30 +143,30 @@ TEST_F(Network, AnEmptyListReachesNobody) {
 
 TEST_F(Network, PortsThatAreNoNumbers) {
     set_text(key, "ServerList", "a:b");
-    EXPECT_EQ(run({"test"}).err,
-              "tavrinctl: The server port \"b\" for the server \"a\" cannot be parsed as a number.\n");
+    EXPECT_EQ(run({"test"}).out, "a:b  failed: the port \"b\" is not a number\n");
     set_text(key, "Port", "many");
     const Ended done = run({"test"});
     EXPECT_EQ(done.code, ctl::invalid);
-    EXPECT_EQ(done.err, "tavrinctl: Error reading value: Error parsing: \"many\"\n");
-    EXPECT_EQ(run({"scan"}).err, done.err);
+    EXPECT_EQ(done.err, "tavrinctl: Agent: Error reading value: Error parsing: \"many\"\n");
+    EXPECT_EQ(run({"scan"}).err, "tavrinctl: Error reading value: Error parsing: \"many\"\n");
 }
 
 TEST_F(Network, TitlesThatAreNotFound) {
     const std::string head = "SOFTWARE\\Tavrin\\Agent\nOther\n!G\n$A\nA\nH\nString\n$E\nE\nH\nSignalEvent\n";
     add_configuration("Other", head + "$T\n\nH\nConnectionTest\nA\nA\nNobody\nA\n");
-    EXPECT_EQ(run({"test", "Other"}).err, "tavrinctl: Did not find anything with the title \"Nobody\"\n");
+    EXPECT_EQ(run({"test", "Other"}).err,
+              "tavrinctl: Other: Did not find anything with the title \"Nobody\"\n");
     add_configuration("Other", head + "$T\n\nH\nConnectionTest\nA\nA\nE\nA\n");
     const Ended done = run({"test", "Other"});
     EXPECT_EQ(done.code, ctl::invalid);
-    EXPECT_EQ(done.err, "tavrinctl: Found title, but it is not a CommonRegKey\n");
+    EXPECT_EQ(done.err, "tavrinctl: Other: Found title, but it is not a CommonRegKey\n");
 }
 
 TEST_F(Network, ConfigurationsWithoutATest) {
     add_configuration("Plain", "SOFTWARE\\Tavrin\\Agent\nPlain\n!G\n$A\nA\nH\nString\n");
     const Ended done = run({"test", "Plain"});
     EXPECT_EQ(done.code, ctl::invalid);
-    EXPECT_EQ(done.err, "tavrinctl: no connection test is offered\n");
+    EXPECT_EQ(done.err, "tavrinctl: no configuration has a connection test\n");
 }
 
 TEST_F(Network, AScanAsksAtTheConfiguredPort) {
@@ -119,7 +188,7 @@ TEST_F(Network, AScanWithoutAConfiguredPort) {
     delete_value("SOFTWARE\\Tavrin\\TRConfig", "Agent");
     const Ended done = run({"scan"});
     EXPECT_EQ(done.code, ctl::usage);
-    EXPECT_EQ(done.err, "tavrinctl: no configuration tells the port; name it with --port\n");
+    EXPECT_EQ(done.err, "tavrinctl: no configuration has a port; use --port\n");
 }
 
 TEST_F(Network, AScanThatNobodyAnswers) {

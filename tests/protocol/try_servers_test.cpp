@@ -22,10 +22,12 @@ struct Told : TrialListener {
         events.push_back("tried " + host + " at " + std::to_string(port) + ": " +
                          (problem != nullptr ? problem : "accepted"));
     }
-    void bad_port(const ServerItem& item) override {
+    bool bad_port(const ServerItem& item) override {
         events.push_back("bad port " + item.port_text.value_or("none") + " of " + item.host);
+        return goes_on;
     }
 
+    bool goes_on = false;
     std::vector<std::string> events;
 };
 

@@ -50,7 +50,7 @@ std::uint16_t find_port() {
         if (port != nullptr)
             return configured_port(each, *port);
     }
-    throw Failure{usage, "no configuration tells the port; name it with --port"};
+    throw Failure{usage, "no configuration has a port; use --port"};
 }
 
 std::vector<std::string> scan_at(std::uint16_t port, int wait) {

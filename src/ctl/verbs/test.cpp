@@ -8,6 +8,7 @@
 #include "ctl/io/visible.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
+#include "ctl/verbs/bounded_network.h"
 #include "ctl/verbs/verbs.h"
 #include "net/socket.h"
 #include "protocol/try_servers.h"
@@ -48,100 +49,138 @@ std::uint16_t port_from(const std::string& text) {
     }
 }
 
-/// Prints each server as soon as its answer is there.
-class Printing final : public TrialListener {
+std::string place(const std::string& host, const std::string& port) {
+    return visible(to_utf8(host)) + ":" + visible(port);
+}
+
+/// Of several things that went wrong one ends the program: what kept a test from being made counts more than
+/// a server that refused.
+int weight(ExitCode code) {
+    switch (code) {
+    case as_wished: return 0;
+    case no_server: return 1;
+    case invalid: return 2;
+    case access_denied: return 4;
+    default: return 3;
+    }
+}
+
+/// Takes the results of all configurations, and prints each as soon as it is there.
+class Results final : public TrialListener {
 public:
-    Printing(const MachineConfiguration& configuration, bool as_json)
-        : name_(to_utf8(configuration.name)), as_json_(as_json) {}
+    explicit Results(const Arguments& arguments) : arguments_(arguments) {}
 
     void trying(const std::string& host, std::uint16_t port) override;
     void tried(const std::string& host, std::uint16_t port, const char* problem) override;
-    void bad_port(const ServerItem& item) override;
+    bool bad_port(const ServerItem& item) override;
 
-    int servers = 0;
-    int refused = 0;
-    Json results = Json::array();
+    void test(const MachineConfiguration& configuration, const Declaration& test);
+    /// Why no server of the configuration was tried.
+    void none_tried(const Failure& failure);
+
+    ExitCode code() const { return code_; }
+    Json take_servers() { return std::move(servers_); }
 
 private:
-    std::string name_;
-    bool as_json_;
+    void test_all_servers(const MachineConfiguration& configuration, const Declaration& test);
+    void add(const Json& host, const Json& port, const Json& reason);
+    void print_line(const std::string& place, const std::string& result) const;
+    void end_with(ExitCode code);
+
+    const Arguments& arguments_;
+    std::string configuration_;
+    ExitCode code_ = as_wished;
+    Json servers_ = Json::array();
 };
 
-std::string place(const std::string& host, std::uint16_t port) {
-    return visible(to_utf8(host)) + ":" + std::to_string(port);
+void Results::trying(const std::string& host, std::uint16_t port) {
+    say("testing the connection to " + place(host, std::to_string(port)), Level::info);
+    BoundedNetwork::begin(std::chrono::seconds(arguments_.timeout));
 }
 
-void Printing::trying(const std::string& host, std::uint16_t port) {
-    say("testing the connection to " + place(host, port), Level::info);
-}
-
-void Printing::tried(const std::string& host, std::uint16_t port, const char* problem) {
-    ++servers;
-    refused += problem != nullptr ? 1 : 0;
+void Results::tried(const std::string& host, std::uint16_t port, const char* problem) {
     const std::string reason = problem != nullptr ? to_utf8(problem) : "";
-    if (!as_json_) {
-        print(place(host, port) + (problem != nullptr ? "  failed: " + visible(reason) : "  accepted") +
-              "\n");
+    print_line(place(host, std::to_string(port)),
+               problem != nullptr ? "failed: " + visible(reason) : "accepted");
+    add(to_utf8(host), port, problem != nullptr ? Json(reason) : Json());
+    end_with(problem != nullptr ? no_server : as_wished);
+}
+
+bool Results::bad_port(const ServerItem& item) {
+    const std::string port = to_utf8(item.port_text.value_or(""));
+    const std::string reason = "the port \"" + port + "\" is not a number";
+    print_line(place(item.host, port), "failed: " + visible(reason));
+    add(to_utf8(item.host), Json(), reason);
+    end_with(invalid);
+    return true;
+}
+
+void Results::none_tried(const Failure& failure) {
+    say(configuration_ + ": " + failure.text);
+    add(Json(), Json(), failure.text);
+    end_with(failure.code);
+}
+
+void Results::add(const Json& host, const Json& port, const Json& reason) {
+    servers_.push_back({{"configuration", configuration_},
+                        {"host", host},
+                        {"port", port},
+                        {"accepted", reason.is_null()},
+                        {"reason", reason}});
+}
+
+void Results::print_line(const std::string& place, const std::string& result) const {
+    if (arguments_.json)
+        return;
+    print(place + "  " + result + "\n");
+    finish_output();
+}
+
+void Results::end_with(ExitCode code) {
+    if (weight(code) > weight(code_))
+        code_ = code;
+}
+
+void Results::test(const MachineConfiguration& configuration, const Declaration& test) {
+    configuration_ = to_utf8(configuration.name);
+    try {
+        test_all_servers(configuration, test);
+    } catch (const Failure& failure) {
+        none_tried(failure);
     }
-    results.push_back({{"configuration", name_},
-                       {"host", to_utf8(host)},
-                       {"port", port},
-                       {"accepted", problem == nullptr},
-                       {"reason", problem != nullptr ? Json(reason) : Json()}});
 }
 
-void Printing::bad_port(const ServerItem& item) {
-    throw Failure{invalid, "The server port \"" + to_utf8(item.port_text.value_or("")) +
-                               "\" for the server \"" + to_utf8(item.host) +
-                               "\" cannot be parsed as a number."};
-}
-
-struct Results {
-    int servers = 0;
-    int refused = 0;
-    Json all = Json::array();
-};
-
-void test_configuration(const MachineConfiguration& configuration, const Declaration& test, bool as_json,
-                        Results& results) {
+void Results::test_all_servers(const MachineConfiguration& configuration, const Declaration& test) {
     const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
     const auto value = [&](std::size_t title) {
         return value_titled(configuration, key, test.further[title].text);
     };
     const AgentIdentity agent{value(0), value(1)};
     const std::string servers = value(2);
-    Printing printing(configuration, as_json);
-    try_servers(servers, port_from(value(3)), agent, printing);
-    if (printing.servers == 0)
-        say(to_utf8(configuration.name) + ": the server list is empty, so no server was reached");
-    results.servers += printing.servers;
-    results.refused += printing.servers == 0 ? 1 : printing.refused;
-    results.all.insert(results.all.end(), printing.results.begin(), printing.results.end());
-}
-
-void start_network(int timeout) {
-    if (const char* const problem = net_startup())
-        throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
-    socket_io_timeout = timeout;
-    net::connect_timeout = timeout;
+    const std::uint16_t port = port_from(value(3));
+    if (servers.find_first_not_of(',') == std::string::npos)
+        throw Failure{no_server, "the server list is empty, so no server was reached"};
+    try_servers(servers, port, agent, *this);
 }
 
 int test_all(const Arguments& arguments) {
     const Machine machine = read_machine();
-    Results results;
+    if (const char* const problem = net_startup())
+        throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
+    const BoundedNetwork bounded;
+    Results results(arguments);
     bool any = false;
-    start_network(arguments.timeout);
     for (const MachineConfiguration* each : chosen(machine, arguments.operands)) {
         if (const Declaration* const found = connection_test_of(*each)) {
             any = true;
-            test_configuration(*each, *found, arguments.json, results);
+            results.test(*each, *found);
         }
     }
     if (!any)
-        throw Failure{invalid, "no connection test is offered"};
+        throw Failure{invalid, "no configuration has a connection test"};
     if (arguments.json)
-        print(to_text({{"schema", schema_version}, {"servers", std::move(results.all)}}));
-    return results.refused != 0 ? no_server : as_wished;
+        print(to_text({{"schema", schema_version}, {"servers", results.take_servers()}}));
+    return results.code();
 }
 
 } // namespace

@@ -38,7 +38,7 @@ class Test(MachineCase):
         self.assertEqual(result.err, "tavrinctl: Tavrin Agent: the server list is empty, so no server was reached\n")
 
     def test_configurations_without_a_test(self):
-        self.assertEqual(self.run_tool("test", "Tray Icon", code=4).err, "tavrinctl: no connection test is offered\n")
+        self.assertEqual(self.run_tool("test", "Tray Icon", code=4).err, "tavrinctl: no configuration has a connection test\n")
 
 
 class Scan(MachineCase):

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,8 @@ std::size_t open_sockets();
 /// What the name look-up answers for `name`: these addresses (network byte order), possibly none. Other names
 /// are looked up for real.
 void set_host(const std::string& name, std::vector<DWORD> addresses);
+/// The name look-up of `name` takes until the future is ready, and then fails.
+void hold_host(const std::string& name, std::shared_future<void> until);
 
 /// One row of the interface table, both words in network byte order.
 struct Interface {

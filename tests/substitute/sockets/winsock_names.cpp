@@ -41,6 +41,11 @@ ULONG inet_addr(const char* text) {
 hostent* gethostbyname(const char* name) {
     if (substitute::failing("gethostbyname", WSAHOST_NOT_FOUND))
         return nullptr;
+    if (const auto until = winsock::held_host(name); until.valid()) {
+        until.wait();
+        SetLastError(WSAHOST_NOT_FOUND);
+        return nullptr;
+    }
     static thread_local Answer answer;
     if (const auto* scripted = scripted_host(name)) {
         answer.addresses = *scripted;

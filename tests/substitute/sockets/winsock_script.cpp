@@ -19,6 +19,7 @@ struct Script {
     std::deque<int> waits;
     std::function<bool()> silence;
     std::map<std::string, std::vector<DWORD>, std::less<>> hosts;
+    std::map<std::string, std::shared_future<void>, std::less<>> held;
     std::vector<substitute::Interface> interfaces{{0x0100007F, 0x000000FF}};
     bool machine_interfaces = false;
     bool keep = false;
@@ -93,6 +94,11 @@ const std::vector<DWORD>* scripted_host(const std::string& name) {
     return found == script().hosts.end() ? nullptr : &found->second;
 }
 
+std::shared_future<void> held_host(const std::string& name) {
+    const auto found = script().held.find(name);
+    return found == script().held.end() ? std::shared_future<void>() : found->second;
+}
+
 const std::vector<substitute::Interface>* scripted_interfaces() {
     return script().machine_interfaces ? nullptr : &script().interfaces;
 }
@@ -117,6 +123,10 @@ std::size_t open_sockets() {
 
 void set_host(const std::string& name, std::vector<DWORD> addresses) {
     script().hosts[name] = std::move(addresses);
+}
+
+void hold_host(const std::string& name, std::shared_future<void> until) {
+    script().held[name] = std::move(until);
 }
 
 void set_interfaces(std::vector<Interface> table) {

@@ -20,6 +20,8 @@ void note_closed(UINT_PTR handle);
 bool keeps_datagram(const substitute::Datagram& datagram);
 /// The addresses scripted for `name`; null when it is to be looked up.
 const std::vector<DWORD>* scripted_host(const std::string& name);
+/// What the look-up of `name` has to wait for; invalid when it is not held.
+std::shared_future<void> held_host(const std::string& name);
 /// The scripted interface table; null when the machine's is asked for.
 const std::vector<substitute::Interface>* scripted_interfaces();
 
