@@ -60,5 +60,11 @@ TEST_F(Planted, IsNotLoadedByTheTool) {
     EXPECT_FALSE(planted_was_loaded());
 }
 
+TEST_F(Planted, IsNotLoadedByTheCommandLine) {
+    Process scan(beside("tavrinctl.exe") + " scan --port 5999"); // asks for the networks
+    EXPECT_EQ(scan.exit_code(limit), 0U);
+    EXPECT_FALSE(planted_was_loaded());
+}
+
 } // namespace
 } // namespace e2e

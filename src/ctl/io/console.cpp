@@ -41,7 +41,7 @@ std::string as_text(std::string_view message, Level level) {
 
 } // namespace
 
-void print(std::string_view data) { check(std::fwrite(data.data(), 1, data.size(), stdout) == data.size()); }
+void print(std::string_view data) { check(write_text(stdout, data)); }
 
 void finish_output() { check(std::fflush(stdout) == 0 && std::ferror(stdout) == 0); }
 
@@ -56,7 +56,7 @@ void say(std::string_view message, Level level) {
     if (level == Level::info && !shows_information())
         return;
     const std::string line = message_form.is_json ? as_json(message, level) : as_text(message, level);
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    write_text(stderr, line);
 }
 
 } // namespace ctl

@@ -3,6 +3,7 @@
 /// platform has its own realisation, in a folder of its name.
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace ctl {
 
@@ -22,6 +23,9 @@ void release_file(void* file);
 bool reach_disk(std::FILE* file);
 std::string join_path(const std::string& folder, const std::string& name);
 bool is_terminal(std::FILE* file);
+/// Adds text in UTF-8 to stdout or stderr. A console of Windows shows it as it is, whatever its code page,
+/// which stays as it was.
+bool write_text(std::FILE* file, std::string_view text);
 /// The file's contents pass as they are, without line ends being changed.
 void make_binary(std::FILE* file);
 

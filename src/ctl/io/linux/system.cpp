@@ -44,6 +44,10 @@ std::string join_path(const std::string& folder, const std::string& name) {
 
 bool is_terminal(std::FILE* file) { return isatty(fileno(file)) != 0; }
 
+bool write_text(std::FILE* file, std::string_view text) {
+    return std::fwrite(text.data(), 1, text.size(), file) == text.size();
+}
+
 void make_binary(std::FILE*) {}
 
 } // namespace ctl

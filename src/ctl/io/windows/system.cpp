@@ -6,11 +6,51 @@
 #include "ctl/io/windows/wide.h"
 #include "platform/win32.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
 
 namespace ctl {
+namespace {
+
+/// The console that the stream leads to; null when it is redirected.
+HANDLE find_console(std::FILE* file) {
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) ? handle : nullptr;
+}
+
+/// Looked for once: a report is printed in thousands of pieces.
+HANDLE console_of(std::FILE* file) {
+    static const HANDLE output = find_console(stdout);
+    static const HANDLE messages = find_console(stderr);
+    return file == stdout ? output : messages;
+}
+
+/// In pieces, because consoles of older systems take no more than 64 KB at once; no piece ends between the
+/// two halves of a character.
+bool write_console(HANDLE console, std::wstring_view text) {
+    constexpr std::size_t piece = 8192;
+    while (!text.empty()) {
+        std::size_t size = std::min(text.size(), piece);
+        if (size > 1 && IS_HIGH_SURROGATE(text[size - 1]))
+            --size;
+        DWORD written = 0;
+        if (!WriteConsoleW(console, text.data(), static_cast<DWORD>(size), &written, nullptr))
+            return false;
+        text.remove_prefix(size);
+    }
+    return true;
+}
+
+} // namespace
+
+bool write_text(std::FILE* file, std::string_view text) {
+    if (const HANDLE console = console_of(file))
+        return write_console(console, to_wide(std::string(text)));
+    return std::fwrite(text.data(), 1, text.size(), file) == text.size();
+}
 
 /// Not with "x": the C library of older systems does not know it.
 std::FILE* open_file(const std::string& path, const char* mode) {
