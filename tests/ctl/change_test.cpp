@@ -6,12 +6,17 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
 
 class Change : public Program {};
+
+/// Of the spec file "Agent", as sha256sum has it.
+constexpr const char* sha256_of_spec = "1c655a2958b04ad1f5d7635bfe18908c185051667861da7a32b78c8b3656bfd8";
 
 TEST_F(Change, WritesWhatDiffersAndRestartsTheService) {
     const Ended done = change({"set", "Agent", "Port=5001", "AgentName=web1"});
@@ -67,12 +72,17 @@ TEST_F(Change, AReportThatIsLostIsNoReasonToHideWhatWasDone) {
 
 TEST_F(Change, ReportsEachValue) {
     const Ended done = change({"set", "Agent", "Port=5001", "AgentName=web1", "--json"});
-    EXPECT_THAT(done.out,
-                testing::StartsWith("{\n  \"schema\": 1,\n  \"changed\": true,\n  \"whatIf\": false,\n"
-                                    "  \"backup\": \""));
+    EXPECT_THAT(
+        without_machine(done.out),
+        testing::StartsWith("{\n  \"schema\": 1,\n  \"specFiles\": [\n    {\n      \"path\": \"" +
+                            scratch.path_of("Agent.spec") + "\",\n      \"sha256\": \"" + sha256_of_spec +
+                            "\"\n    }\n  ],\n  \"changed\": true,\n  \"whatIf\": false,\n  \"backup\": \""));
     EXPECT_THAT(done.out, testing::EndsWith(R"(  "configurations": {
     "Agent": {
       "service": "AgentService",
+      "serviceState": "running",
+      "startType": "automatic",
+      "restartPending": false,
       "restarted": true,
       "changed": true,
       "values": {
@@ -119,6 +129,14 @@ TEST_F(Change, TellsTheBackupsPath) {
     const std::string path = scratch.path_of("backup") + "/tavrinctl-";
     EXPECT_THAT(done.out, HasSubstr("\"backup\": \"" + path));
     EXPECT_THAT(backup_path(), testing::StartsWith(path));
+}
+
+TEST_F(Change, TellsTheWholePathOfABackup) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(scratch.path_of("."));
+    const Ended done = run({"set", "Agent", "Port=5001", "--backup", "backup"});
+    std::filesystem::current_path(before);
+    EXPECT_THAT(done.out, HasSubstr("previous values saved to " + scratch.path_of("backup") + "/tavrinctl-"));
 }
 
 TEST_F(Change, WithoutABackupNothingIsWritten) {

@@ -25,6 +25,13 @@ constexpr const char* list = "SOFTWARE\\Tavrin\\TRConfig";
 
 } // namespace
 
+std::string without_machine(const std::string& report) {
+    const std::size_t begin = report.find("  \"machine\": {");
+    const std::size_t end = report.find("  },\n", begin);
+    EXPECT_NE(end, std::string::npos) << report;
+    return std::string(report).erase(begin, end + 5 - begin);
+}
+
 Program::Program() {
     setenv("TAVRINCTL_DATA", scratch.path_of("data").c_str(), 1);
     make_key(list);

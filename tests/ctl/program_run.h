@@ -13,6 +13,9 @@ struct Ended {
     std::string err;
 };
 
+/// The report without what it says of the machine and the time.
+std::string without_machine(const std::string& report);
+
 class Program : public CleanSystem {
 protected:
     Program();

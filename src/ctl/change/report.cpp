@@ -6,6 +6,7 @@
 #include "ctl/io/encoding.h"
 #include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
+#include "ctl/machine/identity.h"
 
 #include <algorithm>
 
@@ -37,10 +38,12 @@ Json json_of(const ConfigurationChanges& changes, bool what_if) {
     Json values = Json::object();
     for (const Change& each : changes.changes)
         add_member(values, to_utf8(each.value_name()), json_of(each, what_if));
-    return {{"service", to_utf8(changes.configuration->service())},
-            {"restarted", changes.is_restarted},
-            {"changed", any_changed(changes, what_if)},
-            {"values", std::move(values)}};
+    Json json = Json::object();
+    add_service(json, *changes.configuration);
+    json["restarted"] = changes.is_restarted;
+    json["changed"] = any_changed(changes, what_if);
+    json["values"] = std::move(values);
+    return json;
 }
 
 std::string shown_after(const std::optional<std::string>& after) {
@@ -116,7 +119,12 @@ Json report_of(const std::vector<ConfigurationChanges>& all, bool what_if, const
         configurations[to_utf8(each.configuration->name)] = json_of(each, what_if);
     const bool changed =
         std::any_of(all.begin(), all.end(), [&](const auto& each) { return any_changed(each, what_if); });
+    std::vector<const MachineConfiguration*> concerned(all.size());
+    std::transform(all.begin(), all.end(), concerned.begin(),
+                   [](const ConfigurationChanges& each) { return each.configuration; });
     return {{"schema", schema_version},
+            {"machine", machine_identity()},
+            {"specFiles", spec_files_of(concerned)},
             {"changed", changed},
             {"whatIf", what_if},
             {"backup", backup.empty() ? Json() : Json(backup)},
@@ -154,10 +162,11 @@ Json described(const MachineConfiguration& configuration) {
                        described_value(configuration, entry, stored[i]));
         }
     }
-    return {{"key", to_utf8(configuration.key())},
-            {"service", to_utf8(configuration.service())},
-            {"values", std::move(values)},
-            {"actions", std::move(actions)}};
+    Json json{{"key", to_utf8(configuration.key())}};
+    add_service(json, configuration);
+    json["values"] = std::move(values);
+    json["actions"] = std::move(actions);
+    return json;
 }
 
 } // namespace ctl

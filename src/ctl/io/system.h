@@ -21,6 +21,10 @@ void* hold_file(const std::string& path);
 void release_file(void* file);
 /// Waits until what was written to the file is on the disk.
 bool reach_disk(std::FILE* file);
+/// What the machine is called in its network.
+std::string machine_name();
+/// The path from the root, for a path from the current folder.
+std::string full_path(const std::string& path);
 std::string join_path(const std::string& folder, const std::string& name);
 bool is_terminal(std::FILE* file);
 /// Adds text in UTF-8 to stdout or stderr. A console of Windows shows it as it is, whatever its code page,

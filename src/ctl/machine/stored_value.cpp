@@ -80,8 +80,9 @@ std::string shown(const StoredValue& value) {
         return "(not set)";
     if (value.is_too_long)
         return std::string("(") + too_long + ")";
-    const std::string words =
-        value.octets ? shown_octets_of(value.type, *value.octets) : visible(to_utf8(value.text));
+    const std::string words = value.octets         ? shown_octets_of(value.type, *value.octets)
+                              : value.text.empty() ? "(empty)"
+                                                   : visible(to_utf8(value.text));
     return value.type == REG_SZ && !value.octets ? words : words + " (" + type_name(value.type) + ")";
 }
 

@@ -5,6 +5,7 @@
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/json.h"
+#include "ctl/machine/identity.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
 #include "ctl/verbs/verbs.h"
@@ -67,7 +68,10 @@ std::vector<std::string> scan_at(std::uint16_t port, int wait) {
 
 void print_found(const std::vector<std::string>& found, std::uint16_t port, bool as_json) {
     if (as_json) {
-        print(to_text({{"schema", schema_version}, {"port", port}, {"servers", found}}));
+        print(to_text({{"schema", schema_version},
+                       {"machine", machine_identity()},
+                       {"port", port},
+                       {"servers", found}}));
         return;
     }
     for (const std::string& server : found)

@@ -4,6 +4,7 @@
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/visible.h"
+#include "ctl/machine/identity.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
@@ -77,7 +78,10 @@ void print_json(const std::vector<const MachineConfiguration*>& configurations) 
     Json all = Json::object();
     for (const MachineConfiguration* each : configurations)
         all[to_utf8(each->name)] = described(*each);
-    print(to_text({{"schema", schema_version}, {"configurations", std::move(all)}}));
+    print(to_text({{"schema", schema_version},
+                   {"machine", machine_identity()},
+                   {"specFiles", spec_files_of(configurations)},
+                   {"configurations", std::move(all)}}));
 }
 
 int show(const Arguments& arguments) {

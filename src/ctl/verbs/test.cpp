@@ -6,6 +6,7 @@
 #include "ctl/io/encoding.h"
 #include "ctl/io/json.h"
 #include "ctl/io/visible.h"
+#include "ctl/machine/identity.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
 #include "ctl/verbs/bounded_network.h"
@@ -179,7 +180,9 @@ int test_all(const Arguments& arguments) {
     if (!any)
         throw Failure{invalid, "no configuration has a connection test"};
     if (arguments.json)
-        print(to_text({{"schema", schema_version}, {"servers", results.take_servers()}}));
+        print(to_text({{"schema", schema_version},
+                       {"machine", machine_identity()},
+                       {"servers", results.take_servers()}}));
     return results.code();
 }
 

@@ -2,7 +2,8 @@
 import json
 import unittest
 
-from machine_case import MachineCase
+from machine_case import WITHOUT_DISPLAY, MachineCase
+from tool import start
 
 
 class Test(MachineCase):
@@ -32,6 +33,18 @@ class Test(MachineCase):
         # This one answers after three seconds, and accepts.
         result = self.with_servers("10.9.0.2:5004", "--timeout", "1", code=6)
         self.assertIn("10.9.0.2:5004  failed: ", result.out)
+
+    def test_each_line_leaves_at_once(self):
+        self.run_tool("set", "Tavrin Agent", "ServerList=10.9.0.2,10.9.0.2:5004", "--restart", "never")
+        with start("test", "Tavrin Agent", env=WITHOUT_DISPLAY) as process:
+            process.stdin.close()
+            self.assertEqual(process.stdout.readline(), b"10.9.0.2:5000  accepted\n")
+            self.assertIsNone(process.poll(), "the slow server has answered")
+            self.assertEqual(process.stdout.readline(), b"10.9.0.2:5004  accepted\n")
+
+    def test_names_are_looked_up(self):
+        self.assertRegex(self.with_servers("localhost:1", "--timeout", "30", code=6).out,
+                         r"^localhost:1  failed: Error connecting: ")
 
     def test_no_server_was_reached(self):
         result = self.with_servers("", code=6)

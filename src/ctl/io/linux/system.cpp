@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,6 +38,16 @@ void* hold_file(const std::string& path) {
 void release_file(void* file) { std::fclose(static_cast<std::FILE*>(file)); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
+
+std::string machine_name() {
+    char name[256] = "";
+    gethostname(name, sizeof name - 1);
+    return name;
+}
+
+std::string full_path(const std::string& path) {
+    return path.empty() ? path : std::filesystem::absolute(path).lexically_normal().string();
+}
 
 std::string join_path(const std::string& folder, const std::string& name) {
     return folder + (folder.ends_with('/') ? "" : "/") + name;

@@ -95,6 +95,20 @@ void release_file(void* file) { CloseHandle(file); }
 
 bool reach_disk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
 
+std::string machine_name() {
+    wchar_t name[256] = L"";
+    DWORD size = 256;
+    GetComputerNameExW(ComputerNamePhysicalDnsHostname, name, &size);
+    return from_wide(name);
+}
+
+std::string full_path(const std::string& path) {
+    const std::wstring wide = to_wide(path);
+    std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return from_wide(full);
+}
+
 std::string join_path(const std::string& folder, const std::string& name) {
     return folder + (folder.ends_with('\\') || folder.ends_with('/') ? "" : "\\") + name;
 }
