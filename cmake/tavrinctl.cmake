@@ -41,7 +41,7 @@ else()
     file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
          src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)
     add_executable(tavrinctl ${portable} src/base/text.cpp src/ctl/verbs/verbs.cpp src/ctl/verbs/check.cpp
-                   src/ctl/verbs/template.cpp src/ctl/change/state_file.cpp src/ctl/change/state_check.cpp
+                   src/ctl/verbs/template.cpp src/ctl/verbs/completion.cpp src/ctl/change/state_file.cpp src/ctl/change/state_check.cpp
                    src/ctl/machine/entry_index.cpp src/ctl/machine/linux/present_values.cpp)
     target_include_directories(tavrinctl PRIVATE src)
     target_link_libraries(tavrinctl PRIVATE tavrin_json ${TAVRIN_DIGESTS} tavrin_warnings)

@@ -1,7 +1,9 @@
 #include "ctl/arguments.h"
 
+#include "base/text.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/system.h"
 
 #include <algorithm>
 #include <array>
@@ -88,7 +90,7 @@ constexpr Option options[] = {
      "the folder for the files; it is created if it does not exist"},
     {"state", true, [](const Verb&, Arguments& to, const char* value) { to.state = value; },
      "the state file that has the values; default: the values of this machine"},
-    {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = value; },
+    {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = full_path(value); },
      "the folder for the previous values; default: Tavrin\\Backup in C:\\ProgramData"},
     {"code-page", true,
      [](const Verb& verb, Arguments& to, const char* value) { to.code_page = code_page_named(verb, value); },
@@ -124,13 +126,21 @@ std::string typed(const Verb& verb, const Option& option) {
     return {at, at + name.size() + 1 + std::strcspn(at + name.size() + 1, " ]")};
 }
 
-/// A value that the usage line writes as "auto|never" is one of these words.
+/// Takes "auto|never" apart. What is not in small letters, such as FILE, stands for something else.
+std::vector<std::string> words_of(const std::string& placeholder) {
+    std::vector<std::string> words;
+    const bool is_choice = placeholder.find('|') != std::string::npos &&
+                           placeholder.find_first_not_of("abcdefghijklmnopqrstuvwxyz|") == std::string::npos;
+    if (is_choice)
+        split_string(words, placeholder, '|', false);
+    return words;
+}
+
 void check_choice(const Verb& verb, const Option& option, const std::string& value) {
-    const std::string choices = typed(verb, option).substr(std::strlen(option.name) + 3);
-    if (choices.find('|') == std::string::npos ||
-        ("|" + choices + "|").find("|" + value + "|") != std::string::npos)
+    const std::vector<std::string> choices = choices_of(verb, option.name);
+    if (choices.empty() || std::find(choices.begin(), choices.end(), value) != choices.end())
         return;
-    refuse(verb, std::string("--") + option.name + " is " + choices + ", not \"" + value + "\"");
+    refuse(verb, typed(verb, option) + ": there is no \"" + value + "\"");
 }
 
 /// The option's place in the table is what getopt_long returns, above every character.
@@ -180,6 +190,10 @@ void take(const Verb& verb, Arguments& arguments, Given& given, int code, const 
 void check_operands(const Verb& verb, const Arguments& arguments) {
     if (arguments.operands.size() < verb.least_operands)
         refuse(verb, std::string(verb.name) + ": missing arguments");
+    const std::vector<std::string> choices = choices_of(verb, "");
+    if (!choices.empty() &&
+        std::find(choices.begin(), choices.end(), arguments.operands.front()) == choices.end())
+        refuse(verb, std::string(verb.name) + ": there is no \"" + arguments.operands.front() + "\"");
     if (arguments.operands.size() > verb.most_operands)
         refuse(verb, "unexpected argument \"" + arguments.operands[verb.most_operands] + "\"");
 }
@@ -222,6 +236,24 @@ Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& word
 
 std::string usage_of(const Verb& verb) {
     return std::string("tavrinctl ") + verb.name + (*verb.usage == '\0' ? "" : " ") + verb.usage;
+}
+
+std::vector<std::string> choices_of(const Verb& verb, const std::string& option) {
+    if (option.empty())
+        return words_of(std::string(verb.usage, std::strcspn(verb.usage, " ")));
+    const auto* const found = std::find_if(std::begin(options), std::end(options),
+                                           [&](const Option& each) { return each.name == option; });
+    const std::string use = typed(verb, *found);
+    return words_of(use.substr(std::min(use.size(), option.size() + 3)));
+}
+
+std::vector<std::string> option_names_of(const Verb& verb) {
+    std::vector<std::string> names;
+    for (const Option& option : options) {
+        if (takes(verb, option))
+            names.push_back(std::string("--") + option.name);
+    }
+    return names;
 }
 
 std::string options_of(const Verb& verb) {

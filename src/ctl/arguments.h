@@ -49,6 +49,11 @@ Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& word
 
 /// "tavrinctl check FILE...".
 std::string usage_of(const Verb& verb);
+/// The words between which the usage line lets one choose, "get|set"; for an option by its name without the
+/// strokes, for the first operand by the empty name. Empty when anything goes.
+std::vector<std::string> choices_of(const Verb& verb, const std::string& option);
+/// The names of the options that the verb takes, "--json".
+std::vector<std::string> option_names_of(const Verb& verb);
 /// A line for each option that the verb takes: what it means, its range and its default.
 std::string options_of(const Verb& verb);
 

@@ -371,7 +371,8 @@ TEST_F(Change, AServiceThatIsStoppedStaysStopped) {
 TEST_F(Change, WithoutARestartTheServiceIsLeftAlone) {
     const Ended done = change({"set", "Agent", "Port=5001", "--restart", "never", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
-    EXPECT_EQ(substitute::call_count("OpenSCManagerA"), 0);
+    EXPECT_EQ(substitute::call_count("ControlService"), 0);
+    EXPECT_EQ(substitute::call_count("StartServiceA"), 0);
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
 }
 

@@ -134,11 +134,9 @@ constexpr Operation operations[] = {
 };
 
 int dsc(const Arguments& arguments) {
-    const std::string& name = arguments.operands.front();
-    const auto* const found = std::find_if(std::begin(operations), std::end(operations),
-                                           [&](const Operation& each) { return name == each.name; });
-    if (found == std::end(operations))
-        throw Failure{usage, "dsc knows get, set, test, export and schema, not \"" + name + "\""};
+    const auto* const found =
+        std::find_if(std::begin(operations), std::end(operations),
+                     [&](const Operation& each) { return arguments.operands.front() == each.name; });
     return found->run(arguments);
 }
 

@@ -19,6 +19,7 @@ extern const Verb test_verb;
 extern const Verb scan_verb;
 extern const Verb template_verb;
 extern const Verb dsc_verb;
+extern const Verb completion_verb;
 
 inline constexpr std::size_t any_number = std::numeric_limits<std::size_t>::max();
 

@@ -243,10 +243,10 @@ class Refused(TemplateCase):
     def test_formats_and_folders_left_out(self):
         path = own_path(self.file("x.spec", HEAD + KINDS))
         out = own_path(self.folder / "out")
-        self.refuses(2, "template needs --format admx, gpp or reg", "--out", out, path)
-        self.refuses(2, '--format is admx, gpp or reg, not "xml"', "--format", "xml", "--out", out, path)
+        self.refuses(2, "template needs --format admx|gpp|reg", "--out", out, path)
+        self.refuses(2, '--format admx|gpp|reg: there is no "xml"', "--format", "xml", "--out", out, path)
         self.refuses(2, "template needs --out FOLDER", "--format", "admx", path)
-        self.refuses(2, "template needs more: FILE...", "--format", "admx", "--out", out)
+        self.refuses(2, "template: missing arguments", "--format", "admx", "--out", out)
 
     def test_files_with_errors(self):
         out = ("--format", "admx", "--out", own_path(self.folder / "out"))

@@ -7,7 +7,7 @@ import unittest
 from tool import COMMAND, TOP, UNDER_WINE, FolderCase, own_path, run, start
 
 ONLY_ON_WINDOWS = ["show", "set", "apply", "test", "scan", "dsc"]
-VERBS = ["check", "show", "set", "apply", "test", "scan", "template", "dsc"] if UNDER_WINE else ["check", "template"]
+VERBS = ["check", "show", "set", "apply", "test", "scan", "template", "dsc", "completion"] if UNDER_WINE else ["check", "template", "completion"]
 
 
 class Help(unittest.TestCase):
@@ -54,7 +54,7 @@ class NotUnderstood(unittest.TestCase):
     def test_required_options(self):
         self.refuses("template needs --format admx|gpp|reg\n", "template", "x")
         self.refuses("template needs --out FOLDER\n", "template", "x", "--format", "reg")
-        self.refuses('--format is admx|gpp|reg, not "xml"', "template", "x", "--format", "xml")
+        self.refuses('--format admx|gpp|reg: there is no "xml"', "template", "x", "--format", "xml")
 
     @unittest.skipIf(UNDER_WINE, "Windows has every command")
     def test_what_needs_windows_says_so(self):
