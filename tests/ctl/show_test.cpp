@@ -35,7 +35,7 @@ TEST_F(Show, ATable) {
     EXPECT_EQ(done.err, "");
     EXPECT_EQ(done.out, R"(Agent
   key      HKEY_LOCAL_MACHINE\SOFTWARE\Tavrin\Agent
-  service  AgentService
+  service  AgentService (running, automatic)
   [One]
     AgentName   String          web1
     Port        Integer         5000

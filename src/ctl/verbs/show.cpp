@@ -1,3 +1,4 @@
+#include "ctl/change/journal.h"
 #include "ctl/change/report.h"
 #include "ctl/change/state_file.h"
 #include "ctl/exit_codes.h"
@@ -5,6 +6,7 @@
 #include "ctl/io/encoding.h"
 #include "ctl/io/visible.h"
 #include "ctl/machine/identity.h"
+#include "ctl/machine/service.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
@@ -43,11 +45,19 @@ std::string line_of(const Row& row, std::size_t name_width, std::size_t kind_wid
     return line + "\n";
 }
 
+/// "running, automatic, restart pending".
+std::string shown_service(const MachineConfiguration& configuration) {
+    const ServiceInfo info = service_info(configuration.service());
+    return info.state + (info.start_type.empty() ? "" : ", " + info.start_type) +
+           (restart_is_pending(configuration.service()) ? ", restart pending" : "");
+}
+
 void print_head(const MachineConfiguration& configuration) {
     std::string head = visible(to_utf8(configuration.name)) + "\n  key      HKEY_LOCAL_MACHINE\\" +
                        visible(to_utf8(configuration.key())) + "\n";
     if (!configuration.service().empty())
-        head += "  service  " + visible(to_utf8(configuration.service())) + "\n";
+        head += "  service  " + visible(to_utf8(configuration.service())) + " (" +
+                shown_service(configuration) + ")\n";
     print(head);
 }
 
