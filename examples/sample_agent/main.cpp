@@ -19,11 +19,13 @@ const char usage[] =
     "  --event NAME         the event that it waits on\n"
     "  --stop-seconds N     takes N seconds to stop\n"
     "  --refuse-stop        does not stop when asked to\n"
-    "  --fail-start         fails when it is started\n";
+    "  --fail-start         fails when it is started\n"
+    "  --disabled           cannot be started any more\n";
 
 struct Options {
     std::string name = "TavrinAgent";
     Behaviour behaviour;
+    DWORD start_type = SERVICE_DEMAND_START;
 };
 
 /// Takes one option off the front of the arguments, its value included; false when there is no such option.
@@ -34,6 +36,10 @@ bool take_option(char**& arguments, Options& options) {
         return behaviour.refuse_stop = true;
     if (option == "--fail-start")
         return behaviour.fail_start = true;
+    if (option == "--disabled") {
+        options.start_type = SERVICE_DISABLED;
+        return true;
+    }
     if (!*arguments)
         return false;
     const char* value = *arguments++;
@@ -61,17 +67,30 @@ std::string command_line(const std::string& name) {
     return std::string("\"") + path + "\" run " + name;
 }
 
+/// The service, created unless it is installed already; null when neither succeeds.
+SC_HANDLE create_or_open(SC_HANDLE manager, const Options& options) {
+    const SC_HANDLE service =
+        CreateServiceA(manager, options.name.c_str(), "Tavrin Agent (sample)", SERVICE_ALL_ACCESS,
+                       SERVICE_WIN32_OWN_PROCESS, options.start_type, SERVICE_ERROR_NORMAL,
+                       command_line(options.name).c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
+    if (service || GetLastError() != ERROR_SERVICE_EXISTS)
+        return service;
+    return OpenServiceA(manager, options.name.c_str(), SERVICE_ALL_ACCESS);
+}
+
+bool set_start_type(SC_HANDLE service, DWORD start_type) {
+    return ChangeServiceConfigA(service, SERVICE_NO_CHANGE, start_type, SERVICE_NO_CHANGE, nullptr, nullptr,
+                                nullptr, nullptr, nullptr, nullptr, nullptr) != FALSE;
+}
+
 int install(const Options& options) {
     const SC_HANDLE manager = OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     if (!manager)
         return fail("open the service manager");
-    const SC_HANDLE service =
-        CreateServiceA(manager, options.name.c_str(), "Tavrin Agent (sample)", SERVICE_ALL_ACCESS,
-                       SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_NORMAL,
-                       command_line(options.name).c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
-    const bool installed = service || GetLastError() == ERROR_SERVICE_EXISTS;
-    const bool stored = installed && write_behaviour(options.name, options.behaviour);
-    const int result = !installed ? fail("create the service") : !stored ? fail("store the options") : 0;
+    const SC_HANDLE service = create_or_open(manager, options);
+    const bool stored = service && set_start_type(service, options.start_type) &&
+                        write_behaviour(options.name, options.behaviour);
+    const int result = !service ? fail("create the service") : !stored ? fail("store the options") : 0;
     if (service)
         CloseServiceHandle(service);
     CloseServiceHandle(manager);

@@ -9,6 +9,8 @@ import tool
 
 PREFIX = pathlib.Path(os.environ.get("TAVRIN_WINE_PREFIX", tool.TOP / "build/wine"))
 DISK = PREFIX / "drive_c"
+# There while a restart of the agent is to be finished.
+PENDING = DISK / "ProgramData/Tavrin/restart-tavrinagent"
 AGENT = "SOFTWARE\\Tavrin\\Agent"
 WITHOUT_DISPLAY = {**{name: value for name, value in os.environ.items() if name != "DISPLAY"}, "WINEPREFIX": str(PREFIX),
                    "WINEARCH": "win64", "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml,winemenubuilder.exe="}
@@ -67,6 +69,7 @@ class MachineCase(tool.FolderCase):
 
     def setUp(self):
         super().setUp()
+        PENDING.unlink(missing_ok=True)
         import_reg("[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin]\n" + SEED)
 
     def run_tool(self, *words, code=0, text=b"", **more):

@@ -1,6 +1,7 @@
 #include "ctl/change/write.h"
 
 #include "ctl/change/printed_restart.h"
+#include "ctl/change/uninterrupted.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
@@ -138,8 +139,12 @@ ExitCode write_changes(std::vector<ConfigurationChanges>& all, const RestartChoi
     ExitCode code = as_wished;
     const std::vector<Group> groups = groups_of(all, choice.restart);
     try {
-        for (const Group& each : groups)
+        const Uninterrupted uninterrupted;
+        for (const Group& each : groups) {
+            if (uninterrupted.is_over())
+                throw Failure{failed, "interrupted"};
             code = std::max(code, write_group(each, choice));
+        }
     } catch (const Failure& failure) {
         return stopped_by(failure, groups);
     }

@@ -1,11 +1,14 @@
 """show, set and apply on a machine: what is in the registry afterwards, and what the agent has noticed."""
 import json
+import os
 import random
 import re
+import shutil
+import signal
 import time
 import unittest
 
-from machine_case import AGENT, DISK, WITHOUT_DISPLAY, AgentCase, MachineCase, exported, import_reg, unix_path, value, values, wine
+from machine_case import AGENT, DISK, PENDING, WITHOUT_DISPLAY, AgentCase, MachineCase, exported, import_reg, unix_path, value, values, wine
 from tool import TOP, own_path, start
 
 RESTART = ["stopping", "stopped", "started"]
@@ -159,6 +162,112 @@ class Service(AgentCase):
         AgentCase.is_plain = False
         self.assertFalse(self.change())
         self.assertIn("warning: there is no service TavrinAgent to restart", self.result.err)
+
+
+class LeftUndone(AgentCase):
+    """What one run could not finish, or was not let finish, and the runs after it."""
+
+    def change(self, *words, code=0):
+        return self.run_tool("set", "Tavrin Agent", "Port=5001", *words, code=code)
+
+    def wait_for(self, condition, what):
+        for _ in range(600):
+            if condition():
+                return
+            time.sleep(0.1)
+        self.fail(what)
+
+    def slow_agent(self):
+        self.stop_agent()
+        self.agent_behaves("--stop-seconds", "5")
+        self.start_agent()
+        self.NOTES.write_bytes(b"")
+
+    def test_a_disabled_service_is_known_before(self):
+        self.agent_behaves("--disabled")
+        result = self.change(code=1)
+        self.assertIn("the service TavrinAgent is disabled and could not be started again; nothing was written; --restart "
+                      "never writes", result.err)
+        self.assertEqual((value("Port"), self.agents_notes()), ("5000", []))
+        self.change("--restart", "never")
+        self.assertEqual((value("Port"), self.agents_notes()), ("5001", []))
+
+    def test_a_service_that_accepts_no_stop_is_known_before(self):
+        self.stop_agent()
+        self.agent_behaves("--refuse-stop")
+        self.start_agent()
+        self.assertIn("the service TavrinAgent does not accept a stop; nothing was written", self.change(code=1).err)
+        self.assertEqual(value("Port"), "5000")
+
+    def test_a_stop_that_takes_too_long_is_told_until_the_agent_runs_again(self):
+        self.slow_agent()
+        self.change("--timeout", "1", code=7)
+        self.assertTrue(PENDING.exists())
+        self.change("--timeout", "1", code=7)
+        self.change("--what-if", "--exit-code", code=3)
+        self.change()
+        self.assertEqual(self.agents_notes(), RESTART)
+        self.assertFalse(PENDING.exists())
+        self.change("--exit-code")
+        self.assertEqual(self.agents_notes(), RESTART)
+
+    def test_a_kill_between_stop_and_start(self):
+        self.slow_agent()
+        process = start("set", "Tavrin Agent", "Port=5001", env=WITHOUT_DISPLAY)
+        self.wait_for(lambda: "stopping" in self.agents_notes(), "the agent does not stop")
+        process.kill()
+        process.communicate(timeout=60)
+        self.assertTrue(PENDING.exists())
+        self.wait_for(lambda: "stopped" in self.agents_notes(), "the agent does not stop")
+        self.change()
+        self.assertEqual((value("Port"), self.agents_notes()), ("5001", RESTART))
+        self.assertFalse(PENDING.exists())
+
+    def test_ctrl_c_waits_for_the_restart(self):
+        self.slow_agent()
+        process = start("set", "Tavrin Agent", "Port=5001", env=WITHOUT_DISPLAY)
+        self.wait_for(lambda: "stopping" in self.agents_notes(), "the agent does not stop")
+        process.send_signal(signal.SIGINT)
+        _, err = process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 0, err)
+        self.assertEqual((value("Port"), self.agents_notes()), ("5001", RESTART))
+        self.assertFalse(PENDING.exists())
+
+
+class DataFolder(MachineCase):
+    """The folder for backups, lock and restarts that are still to be finished."""
+
+    PLACE = DISK / "ProgramData/Tavrin"
+
+    def setUp(self):
+        super().setUp()
+        aside = self.PLACE.with_name("aside")
+        if self.PLACE.exists():
+            self.PLACE.rename(aside)
+            self.addCleanup(aside.rename, self.PLACE)
+        self.addCleanup(shutil.rmtree, self.PLACE, ignore_errors=True)
+
+    def set_port(self, code):
+        return self.run_tool("set", "Tavrin Agent", "Port=5001", "--restart", "never", code=code)
+
+    def test_is_for_its_owner_alone(self):
+        self.set_port(code=0)
+        self.assertEqual([oct(each.stat().st_mode & 0o77) for each in (self.PLACE, self.PLACE / "Backup")], ["0o0", "0o0"])
+
+    def test_a_link_is_refused(self):
+        self.PLACE.symlink_to(self.folder)
+        self.addCleanup(self.PLACE.unlink)
+        self.assertIn("C:\\ProgramData\\Tavrin is a link or a file; remove it and run tavrinctl again",
+                      self.set_port(code=1).err)
+        self.assertEqual((value("Port"), os.listdir(self.folder)), ("5000", []))
+
+    @unittest.skipIf(os.getuid() != 0, "only root can give a folder away")
+    def test_a_folder_of_somebody_else_is_refused(self):
+        self.PLACE.mkdir()
+        os.chown(self.PLACE, 12345, 12345)
+        self.assertRegex(self.set_port(code=1).err, r"C:\\ProgramData\\Tavrin belongs to S-1-[-0-9]+, not to the "
+                                                    "administrators; look at what is in it, remove it")
+        self.assertEqual(value("Port"), "5000")
 
 
 class Denied(AgentCase):
