@@ -55,6 +55,7 @@ struct Option {
 };
 
 constexpr unsigned a_day = 86400;
+constexpr unsigned most_backups = 100000;
 
 constexpr Option options[] = {
     {"help", false, [](const Verb&, Arguments& to, const char*) { to.help = true; }, "print this help"},
@@ -92,6 +93,13 @@ constexpr Option options[] = {
      "the state file that has the values; default: the values of this machine"},
     {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = full_path(value); },
      "the folder for the previous values; default: Tavrin\\Backup in C:\\ProgramData"},
+    {"keep", true,
+     [](const Verb& verb, Arguments& to, const char* value) {
+         to.keep = number_of(verb, {"--keep", 1, most_backups}, value);
+     },
+     "how many backups stay in the default folder: 1 to 100000, default 50"},
+    {"last", false, [](const Verb&, Arguments& to, const char*) { to.last = true; },
+     "the newest backup in the default folder"},
     {"code-page", true,
      [](const Verb& verb, Arguments& to, const char* value) { to.code_page = code_page_named(verb, value); },
      "the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux"},

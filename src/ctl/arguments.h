@@ -25,6 +25,10 @@ struct Arguments {
     std::string out;
     std::string state;
     std::string backup;
+    /// How many backups stay in the default folder.
+    unsigned keep = 50;
+    /// The newest backup there.
+    bool last = false;
     std::optional<unsigned> code_page;
 };
 

@@ -8,7 +8,9 @@
 #include "ctl/machine/data_folder.h"
 #include "ctl/machine/exact_value.h"
 
+#include <algorithm>
 #include <ctime>
+#include <utility>
 
 namespace ctl {
 namespace {
@@ -40,12 +42,30 @@ std::string time_of_day() {
     return text;
 }
 
+constexpr std::string_view beginning = "tavrinctl-";
+constexpr std::string_view ending = ".reg";
+constexpr std::size_t length_of_time = 15;
+
+/// The time, and which of that second's: "tavrinctl-20261122-120000-2.reg" comes before its "-10".
+std::pair<std::string, std::string> in_order(const std::string& name) {
+    const std::size_t end = beginning.size() + length_of_time;
+    const std::string number =
+        name.size() > end + ending.size() ? name.substr(end, name.size() - end - ending.size()) : "";
+    return {name.substr(0, end), std::string(4 - std::min<std::size_t>(number.size(), 4), ' ') + number};
+}
+
+void remove_oldest(const std::string& folder, std::size_t most) {
+    const std::vector<std::string> backups = backups_in(folder);
+    for (std::size_t i = 0; i + most < backups.size(); ++i)
+        remove_file(backups[i]);
+}
+
 /// Of several in one second each gets a name of its own.
 std::string write_new(const std::string& folder, const std::string& octets) {
-    const std::string name = "tavrinctl-" + time_of_day();
+    const std::string name = std::string(beginning) + time_of_day();
     for (int number = 1; number < 1000; ++number) {
         std::string path =
-            join_path(folder, name + (number == 1 ? "" : "-" + std::to_string(number)) + ".reg");
+            join_path(folder, name + (number == 1 ? "" : "-" + std::to_string(number)) + std::string(ending));
         if (write_file(path, octets, true))
             return path;
     }
@@ -54,7 +74,8 @@ std::string write_new(const std::string& folder, const std::string& octets) {
 
 } // namespace
 
-std::string write_backup(const std::vector<ConfigurationChanges>& all, const std::string& folder) {
+std::string write_backup(const std::vector<ConfigurationChanges>& all, const std::string& folder,
+                         std::size_t most) {
     RegFile file;
     for (const ConfigurationChanges& each : all) {
         if (each.differ())
@@ -63,7 +84,24 @@ std::string write_backup(const std::vector<ConfigurationChanges>& all, const std
     const std::string place = folder.empty() ? backup_folder() : folder;
     if (!make_folders(place))
         throw Failure{failed, "the folder " + place + " for the backup cannot be made; nothing was changed"};
-    return write_new(place, file.octets());
+    std::string path = write_new(place, file.octets());
+    if (folder.empty())
+        remove_oldest(place, most);
+    return path;
+}
+
+std::vector<std::string> backups_in(const std::string& folder) {
+    std::vector<std::string> backups;
+    for (const std::string& each : names_in(folder)) {
+        if (each.starts_with(beginning) && each.ends_with(ending))
+            backups.push_back(each);
+    }
+    std::sort(backups.begin(), backups.end(), [](const std::string& one, const std::string& other) {
+        return in_order(one) < in_order(other);
+    });
+    for (std::string& each : backups)
+        each = join_path(folder, each);
+    return backups;
 }
 
 } // namespace ctl

@@ -37,26 +37,31 @@ void write(Done& done, const Arguments& arguments) {
     const RestartChoice choice{arguments.restart, arguments.timeout};
     if (any_differ(done.changes)) {
         require_access(done.changes, choice);
-        done.backup = write_backup(done.changes, arguments.backup);
+        done.backup = write_backup(done.changes, arguments.backup, arguments.keep);
     }
     done.code = write_changes(done.changes, choice);
 }
 
 } // namespace
 
-Done carry_out(const Machine& machine, const State& state, const Arguments& arguments) {
+Done carry_out(const Machine& machine, const Planning& plan, const Arguments& arguments) {
     std::optional<Lock> lock;
     if (!arguments.what_if) {
         prepare_data_folder();
         lock.emplace(arguments.timeout);
     }
-    Done done{plan_changes(machine, state), {}, as_wished};
+    Done done{plan(), {}, as_wished};
     add_pending_restarts(machine, done.changes);
     if (arguments.what_if || !arguments.restart)
         warn_of_pending_restarts(done.changes);
     if (!arguments.what_if)
         write(done, arguments);
     return done;
+}
+
+Done carry_out(const Machine& machine, const State& state, const Arguments& arguments) {
+    return carry_out(
+        machine, [&] { return plan_changes(machine, state); }, arguments);
 }
 
 } // namespace ctl

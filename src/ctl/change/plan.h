@@ -2,6 +2,7 @@
 /// From what is wished to what is to be written: every wish is looked at before anything is written, and what
 /// is so already is left alone.
 #include "ctl/change/state_file.h"
+#include "ctl/machine/exact_value.h"
 #include "ctl/machine/machine.h"
 #include "ctl/machine/stored_value.h"
 
@@ -20,6 +21,8 @@ struct Change {
     /// Stays as it is stored, of whatever type; `after` has no part in it.
     bool is_kept = false;
     bool is_written = false;
+    /// Brought back from a backup as it was, of whatever type, in place of `after`.
+    std::optional<ExactValue> saved = std::nullopt;
 
     std::string value_name() const { return std::string(declaration->value_name.text); }
 };

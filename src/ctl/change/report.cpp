@@ -46,7 +46,10 @@ Json json_of(const ConfigurationChanges& changes, bool what_if) {
     return json;
 }
 
-std::string shown_after(const std::optional<std::string>& after) {
+std::string shown_after(const Change& change) {
+    const std::optional<std::string>& after = change.after;
+    if (change.saved)
+        return shown(stored_as(*change.saved));
     if (!after)
         return "(removed)";
     return after->empty() ? "(empty)" : visible(to_utf8(*after));
@@ -57,7 +60,7 @@ std::string shown_changes(const ConfigurationChanges& changes, bool what_if) {
     for (const Change& each : changes.changes) {
         if (is_changed(each, what_if)) {
             lines += "  " + visible(to_utf8(each.value_name())) + ": " + shown(each.before) + " -> " +
-                     shown_after(each.after) + "\n";
+                     shown_after(each) + "\n";
         }
     }
     const std::string restart = restart_text(changes);
@@ -88,6 +91,8 @@ Json described_action(const MachineConfiguration& configuration, const SpecEntry
 Json json_of_result(const Change& change) {
     if (change.is_kept)
         return json_of(change.before);
+    if (change.saved)
+        return json_of(stored_as(*change.saved));
     return change.after ? Json(to_utf8(*change.after)) : Json();
 }
 

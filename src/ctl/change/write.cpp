@@ -19,7 +19,10 @@ namespace {
 
 void write_value(Change& change, const std::string& path, const MachineKey& key) {
     const std::string name = change.value_name();
-    if (!change.after) {
+    if (change.saved) {
+        if (write_exactly(key, name, *change.saved) != ERROR_SUCCESS)
+            throw "Cannot write key " + name;
+    } else if (!change.after) {
         if (RegDeleteValueA(key.get(), name.c_str()) != ERROR_SUCCESS)
             throw "Cannot remove key " + name;
     } else {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ctl {
 
@@ -11,6 +12,8 @@ namespace ctl {
 std::FILE* open_file(const std::string& path, const char* mode);
 /// Makes the folder and those on the way to it. False when it is not there afterwards.
 bool make_folders(const std::string& path);
+/// The names of what is in the folder, in no order; empty when it cannot be read.
+std::vector<std::string> names_in(const std::string& folder);
 /// Whether there is such a file, also one that may not be read.
 bool file_exists(const std::string& path);
 /// Removes the file, if it is there.

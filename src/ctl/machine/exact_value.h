@@ -16,4 +16,7 @@ struct ExactValue {
 /// Nothing when the value is not there.
 std::optional<ExactValue> read_exactly(const MachineKey& key, const std::string& name);
 
+/// Returns what the system answered.
+LSTATUS write_exactly(const MachineKey& key, const std::string& name, const ExactValue& value);
+
 } // namespace ctl

@@ -66,6 +66,19 @@ StoredValue look_up(const MachineKey& key, const std::string& name) {
     return value;
 }
 
+StoredValue stored_as(const ExactValue& exact) {
+    StoredValue value{.is_there = true, .type = exact.type};
+    const std::string words = from_utf16(exact.octets);
+    const std::string text = words.substr(0, words.find('\0'));
+    const auto own = from_utf8(text);
+    if (is_text(exact.type) && own && to_utf16(text + '\0') == exact.octets) {
+        value.text = *own;
+    } else {
+        value.octets = exact.octets;
+    }
+    return value;
+}
+
 std::string type_name(DWORD type) {
     constexpr const char* names[] = {"REG_NONE",   "REG_SZ",       "REG_EXPAND_SZ",
                                      "REG_BINARY", "REG_DWORD",    "REG_DWORD_BIG_ENDIAN",

@@ -2,6 +2,7 @@
 /// A value as the registry holds it. The agent reads texts; a value of another type is not what it looks for,
 /// whatever its octets are.
 #include "ctl/io/json.h"
+#include "ctl/machine/exact_value.h"
 #include "ctl/machine/machine_key.h"
 
 #include <optional>
@@ -26,6 +27,9 @@ struct StoredValue {
 };
 
 StoredValue look_up(const MachineKey& key, const std::string& name);
+
+/// As look_up would find it.
+StoredValue stored_as(const ExactValue& exact);
 
 /// The type's name in the registry: "REG_DWORD".
 std::string type_name(DWORD type);

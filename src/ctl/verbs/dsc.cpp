@@ -145,7 +145,8 @@ int dsc(const Arguments& arguments) {
 const Verb dsc_verb{
     .name = "dsc",
     .usage =
-        "get|set|test|export|schema [--what-if] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER]",
+        "get|set|test|export|schema [--what-if] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER] "
+        "[--keep N]",
     .least_operands = 1,
     .most_operands = 1,
     .summary = "serve as a resource of Desired State Configuration",

@@ -1,8 +1,10 @@
 #include "ctl/change/change.h"
 #include "ctl/change/report.h"
+#include "ctl/change/restore.h"
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
+#include "ctl/io/files.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
@@ -44,6 +46,28 @@ int change_and_report(const State& state, const Arguments& arguments) {
     return print_report(carry_out(machine, state, arguments), arguments);
 }
 
+std::vector<SavedValue> read_saved(const std::string& path) {
+    const auto octets = read_file(path);
+    if (!octets)
+        throw Failure{failed, path + ": the file cannot be read"};
+    try {
+        return read_backup(*octets);
+    } catch (const Failure& failure) {
+        throw Failure{failure.code, path + ": " + failure.text};
+    }
+}
+
+int restore(const Arguments& arguments) {
+    if (arguments.operands.empty() != arguments.last)
+        throw Failure{usage, "restore needs either a backup or --last\nusage: " + usage_of(restore_verb)};
+    const Machine machine = read_machine();
+    const auto plan = [&] {
+        return plan_restore(machine,
+                            read_saved(arguments.last ? newest_backup() : arguments.operands.front()));
+    };
+    return print_report(carry_out(machine, plan, arguments), arguments);
+}
+
 int set(const Arguments& arguments) {
     WishedConfiguration wished{arguments.operands.front(), {}, {}};
     for (std::size_t i = 1; i < arguments.operands.size(); ++i)
@@ -60,7 +84,7 @@ int apply(const Arguments& arguments) {
 const Verb set_verb{
     .name = "set",
     .usage = "CONFIG NAME=VALUE... [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] "
-             "[--timeout SECONDS] [--backup FOLDER]",
+             "[--timeout SECONDS] [--backup FOLDER] [--keep N]",
     .least_operands = 2,
     .most_operands = any_number,
     .summary = "change values of one configuration",
@@ -76,7 +100,7 @@ afterwards; --timeout is for each of the two waits.
 const Verb apply_verb{
     .name = "apply",
     .usage = "STATE.json [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] [--timeout "
-             "SECONDS] [--backup FOLDER]",
+             "SECONDS] [--backup FOLDER] [--keep N]",
     .least_operands = 1,
     .most_operands = 1,
     .summary = "make the values those of a state file",
@@ -86,6 +110,20 @@ values that differ from it. Values that the state does not name are left alone, 
 Otherwise the same as set.
 )",
     .run = apply,
+};
+
+const Verb restore_verb{
+    .name = "restore",
+    .usage = "[BACKUP.reg] [--last] [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] "
+             "[--timeout SECONDS] [--backup FOLDER] [--keep N]",
+    .most_operands = 1,
+    .summary = "bring back the values that set or apply saved",
+    .help = R"(
+Reads a backup of set, apply or restore, and nothing else, and brings its values back as they were, whatever
+their type. Give the file, or --last for the newest in the default folder. The values are saved before they
+change, so the next restore --last undoes this one. Otherwise the same as set.
+)",
+    .run = restore,
 };
 
 } // namespace ctl

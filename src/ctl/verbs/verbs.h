@@ -15,6 +15,7 @@ extern const Verb check_verb;
 extern const Verb show_verb;
 extern const Verb set_verb;
 extern const Verb apply_verb;
+extern const Verb restore_verb;
 extern const Verb test_verb;
 extern const Verb scan_verb;
 extern const Verb template_verb;

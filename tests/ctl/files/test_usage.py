@@ -6,8 +6,8 @@ import unittest
 
 from tool import COMMAND, TOP, UNDER_WINE, FolderCase, own_path, run, start
 
-ONLY_ON_WINDOWS = ["show", "set", "apply", "test", "scan", "dsc"]
-VERBS = ["check", "show", "set", "apply", "test", "scan", "template", "dsc", "completion"] if UNDER_WINE else ["check", "template", "completion"]
+ONLY_ON_WINDOWS = ["show", "set", "apply", "restore", "test", "scan", "dsc"]
+VERBS = ["check", "show", "set", "apply", "restore", "test", "scan", "template", "dsc", "completion"] if UNDER_WINE else ["check", "template", "completion"]
 
 
 class Help(unittest.TestCase):

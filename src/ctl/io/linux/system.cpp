@@ -21,6 +21,14 @@ bool make_folders(const std::string& path) {
     return stat(path.c_str(), &found) == 0 && S_ISDIR(found.st_mode);
 }
 
+std::vector<std::string> names_in(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code failure;
+    for (const auto& each : std::filesystem::directory_iterator(folder, failure))
+        names.push_back(each.path().filename().string());
+    return names;
+}
+
 bool file_exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
 void remove_file(const std::string& path) { unlink(path.c_str()); }

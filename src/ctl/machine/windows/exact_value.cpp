@@ -26,4 +26,10 @@ std::optional<ExactValue> read_exactly(const MachineKey& key, const std::string&
     return value;
 }
 
+LSTATUS write_exactly(const MachineKey& key, const std::string& name, const ExactValue& value) {
+    return RegSetValueExW(key.get(), to_wide(to_utf8(name)).c_str(), 0, value.type,
+                          reinterpret_cast<const BYTE*>(value.octets.data()),
+                          static_cast<DWORD>(value.octets.size()));
+}
+
 } // namespace ctl
