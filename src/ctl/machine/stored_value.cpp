@@ -67,7 +67,9 @@ StoredValue look_up(const MachineKey& key, const std::string& name) {
 }
 
 StoredValue stored_as(const ExactValue& exact) {
-    StoredValue value{.is_there = true, .type = exact.type};
+    StoredValue value;
+    value.is_there = true;
+    value.type = exact.type;
     const std::string words = from_utf16(exact.octets);
     const std::string text = words.substr(0, words.find('\0'));
     const auto own = from_utf8(text);
