@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The restart as the main window's user meets it. `name` is the configuration's, which the messages carry.
+/// Shows the restart to the user of the main window. `name` is the configuration's name, for the messages.
 class RestartBoxes final : public RestartDialogue {
 public:
     explicit RestartBoxes(const std::string& name) : name_(name) {}
@@ -94,7 +94,7 @@ void write_changed_entries(Configuration& configuration) {
 
 void apply_changes(Configuration& configuration) {
     RestartBoxes boxes(configuration.name);
-    // Without a service nothing is read from the controls again: the values of the last button update stand.
+    // Without a service, the controls are not read again: the values of the last update of the buttons count.
     restart_around({.service_name = configuration.serviceName,
                     .any = [&] { return configuration.has_changes(); },
                     .write = [&] { write_changed_entries(configuration); }},

@@ -68,14 +68,14 @@ bool press_button(HWND control, LPARAM key_state) {
     return true;
 }
 
-/// Which keys a control takes for itself may depend on its state, such as an open list.
+/// The keys that a control handles itself can depend on its state, such as an open list.
 bool wants_key(const MSG& message) {
     const LRESULT code =
         SendMessageA(message.hwnd, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message));
     return (code & DLGC_WANTMESSAGE) != 0;
 }
 
-/// Enter that presses nothing is lost, as in a dialog: an edit control would beep.
+/// Enter that presses no button is dropped, as in a dialog: an edit control would beep.
 bool handle_enter(const MSG& message) {
     return press_button(message.hwnd, message.lParam) || !wants_key(message);
 }

@@ -1,6 +1,6 @@
 #pragma once
-/// The keyboard focus in the main window. The controls' styles leave most of them out of the system's own
-/// dialog navigation, so the program moves the focus itself, and presses what has it.
+/// The keyboard focus in the main window. The styles of most controls exclude them from the system's dialog
+/// navigation, so the program itself moves the focus and presses the focused button.
 #include "platform/win32.h"
 
 /// Handles a key that `window` or one of its descendants is given: Tab and Shift+Tab move the focus, through
@@ -9,8 +9,8 @@
 /// for any other message, which the caller handles.
 bool handle_key(HWND window, const MSG& message);
 
-/// While one lives, keys do the same beside a message box: its own loop takes the thread's messages then, and
-/// knows nothing of the main window's keys.
+/// While one exists, these keys also work while a message box is open, whose own loop handles the thread's
+/// messages and would ignore them.
 class KeysBesideBoxes {
 public:
     KeysBesideBoxes();
@@ -22,12 +22,12 @@ private:
     HHOOK hook_;
 };
 
-/// The user comes back (from another program, a message box, the taskbar): the control that was `left` with
-/// the focus gets it again, or the tree if that control can no longer be used. Null, before the user has been
-/// anywhere: nothing gets it.
+/// Gives the focus back when the user returns from another program, a message box or the taskbar: to `left`,
+/// the control that had it, or to the tree if that control can no longer be used. Does nothing if `left` is
+/// null, because no control had the focus yet.
 void restore_focus(HWND window, HWND left);
 
-/// Gives the focus to the tree if `control` has it, which is about to be hidden.
+/// Moves the focus to the tree if `control`, which is about to be hidden, has it.
 void move_focus_off(HWND window, HWND control);
-/// Likewise for the controls of the page shown, which is about to be taken down.
+/// The same for the controls of the shown page, which are about to be destroyed.
 void move_focus_off_page(HWND window);

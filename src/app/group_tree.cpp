@@ -43,8 +43,8 @@ void fill_tree(Configuration& configuration, HWND tree) {
     }
 }
 
-/// Everything is settled before the first control goes: a control that dies with the focus sends
-/// notifications, whose handlers ask for the shown page's values.
+/// All state is updated before the first control is destroyed: a control that is destroyed with the focus
+/// sends notifications, whose handlers ask for the shown page's values.
 void leave_page(Configuration& configuration, HWND parent) {
     BaseEntry* const left = configuration.shown_entry;
     if (left == nullptr)
@@ -61,7 +61,7 @@ bool select_item(Configuration& configuration, HWND parent, HTREEITEM item) {
     if (found == configuration.entry_items.end())
         return configuration.node_items.contains(item);
     found->second->select(parent);
-    // Only now: nothing is taken from a page whose controls are not all there.
+    // Set only now, because no value may be taken from a page before all its controls exist.
     configuration.shown_entry = found->second;
     configuration.changed_entries.erase(found->second);
     return true;

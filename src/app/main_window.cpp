@@ -17,10 +17,10 @@
 namespace {
 
 constexpr char class_name[] = "trconfigclass";
-/// The bits of an order of the system menu; the others are the system's own.
+/// The bits of a system menu command; the system uses the others.
 constexpr WPARAM system_order = 0xFFF0;
 
-/// What the main window remembers between messages; begins anew with each main window.
+/// The state of the main window between messages; reset for each main window.
 struct State {
     /// The configuration whose node is selected, if it offers a connection test.
     Configuration* tested = nullptr;
@@ -28,9 +28,9 @@ struct State {
     bool changed = true;
     /// The control that had the keyboard focus when the window itself or another one last got it.
     HWND left_focus = nullptr;
-    /// OK's sequence is under way.
+    /// OK's sequence is running.
     bool applying = false;
-    /// Tree and buttons are all there. Before, there is nothing to bring in step with anything.
+    /// Tree and buttons exist. Before that, there is nothing to update.
     bool complete = false;
 };
 
@@ -43,13 +43,13 @@ LRESULT on_create(HWND window) {
         fill_tree(*configuration, tree);
     create_buttons(window);
     state.complete = true;
-    // The first update is not left to the tree's first notification, whose time differs between systems.
+    // The tree's first notification would also update the buttons, but its time differs between systems.
     PostMessageA(window, page_changed_message, 0, 0);
     return 0;
 }
 
-/// The window may be closed from outside while a step is under way that goes on, such as a scan: what that
-/// step still does finds the values in the stores and no owner for its boxes.
+/// Another program may close the window while a step such as a scan is running. The rest of that step finds
+/// the values in the stores, and its boxes have no owner.
 LRESULT on_destroy(HWND window) {
     state.complete = false;
     for (const auto& [name, configuration] : configurations)
@@ -67,13 +67,13 @@ bool any_configuration_has_changes() {
     return changed;
 }
 
-/// Brings OK and Close/Cancel in step with whether any configuration has unsaved changes.
+/// Updates OK and Close/Cancel: they depend on whether any configuration has unsaved changes.
 LRESULT update_buttons(HWND window) {
     const bool changed = any_configuration_has_changes();
     if (changed == state.changed)
         return 0;
-    // First of all: a button with a theme is painted within each change, and tells this window, which asks
-    // again.
+    // Recorded first: a button with a theme is painted during each change and notifies this window, which
+    // would start the change again.
     state.changed = changed;
     const HWND ok = GetDlgItem(window, ok_id);
     if (!changed)
@@ -109,9 +109,9 @@ LRESULT on_notify(HWND window, const NMHDR& header) {
     return update_buttons(window);
 }
 
-/// While one lives OK's sequence is under way: the service may be stopped and the values not yet written.
-/// Nothing ends the program until it is through: no order to close, no end of the session, no quit message
-/// that would answer a box in the user's place.
+/// Exists while OK's sequence is running: the service may be stopped and the values not yet written. Until
+/// the sequence ends, nothing ends the program: no request to close, no end of the session, and no quit
+/// message, which would answer a box in the user's place.
 class Applying {
 public:
     explicit Applying(HWND window) : window_(window) {
@@ -162,7 +162,8 @@ LRESULT on_command(HWND window, WPARAM wparam, LPARAM lparam) {
     }
 }
 
-/// Only windows without a parent are told of new colours by the system; the common controls want to know.
+/// The system notifies only windows without a parent of new colours; the common controls need the message
+/// too.
 LRESULT on_colours(HWND window, WPARAM wparam, LPARAM lparam) {
     tell_children(window, WM_SYSCOLORCHANGE, wparam, lparam);
     return DefWindowProcA(window, WM_SYSCOLORCHANGE, wparam, lparam);
@@ -185,23 +186,23 @@ LRESULT on_activation(HWND window, WPARAM wparam, LPARAM lparam) {
     return DefWindowProcA(window, WM_ACTIVATE, wparam, lparam);
 }
 
-/// The window itself has no use for the focus. It comes with it from a control when the window is restored,
-/// and from elsewhere when the user comes back.
+/// Passes the focus on to a control. The window gets it when it is restored and when the user returns from
+/// another program.
 LRESULT on_focus(HWND window, HWND loser) {
     remember_focus(window, loser);
     restore_focus(window, state.left_focus);
     return 0;
 }
 
-/// The system takes the focus from the controls when it minimises the window.
+/// Remembers the focused control, because the system removes the focus from it when it minimises the window.
 LRESULT on_order(HWND window, WPARAM order, LPARAM lparam) {
     if ((order & system_order) == SC_MINIMIZE)
         remember_focus(window, GetFocus());
     return DefWindowProcA(window, WM_SYSCOMMAND, order, lparam);
 }
 
-/// A minimised window may be given the focus, which it cannot hand on to a control. When it is restored it
-/// has it already, and is not told again.
+/// A minimised window may get the focus and cannot pass it on to a control. When it is restored, it already
+/// has the focus, and the system does not notify it again.
 LRESULT on_size(HWND window, WPARAM how) {
     lay_out(window);
     if (how != SIZE_MINIMIZED && GetFocus() == window)

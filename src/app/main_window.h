@@ -5,5 +5,5 @@
 /// Throws a text when the system refuses.
 void register_main_window_class(HINSTANCE instance);
 
-/// Creates the main window, remembers its handle and shows it. Throws the text of whatever is fatal.
+/// Creates the main window, stores its handle and shows it. Throws the text of a fatal error.
 void open_main_window(HINSTANCE instance, int show_command);

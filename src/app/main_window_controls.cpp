@@ -17,7 +17,7 @@ constexpr ControlDescription tree{.window_class = "SysTreeView32",
                                   .has_stock_font = false,
                                   .failure = "Unable to create tree view"};
 
-/// What it says is written when it is first known whether there are changes.
+/// Its text is set with the first update of the buttons.
 constexpr ControlDescription close_button{.window_class = "Button",
                                           .style = WS_GROUP | WS_TABSTOP,
                                           .identifier = close_id,

@@ -1,8 +1,8 @@
 #pragma once
-/// The main window's own controls, the tree and the buttons: how they are made and where they stand.
+/// The main window's own controls, the tree and the buttons: their creation and placement.
 #include "window/controls.h"
 
-/// Assistive and test programs find the controls by these identifiers.
+/// Assistive and test programs use these identifiers to find the controls.
 inline constexpr int tree_id = 101;
 inline constexpr int close_id = 103;
 inline constexpr int ok_id = 104;

@@ -16,13 +16,13 @@
 
 namespace {
 
-/// Whatever has ended the program's loop before: the user reads why.
+/// Shows the text even if something has already ended the message loop.
 void show_fatal(const std::string& text) {
     const StandingBoxes until_read;
     show_box({.text = text, .caption = "Error!", .style = MB_OK | MB_ICONEXCLAMATION});
 }
 
-/// Builds one configuration for each spec file that the registry lists. Throws the text of whatever is fatal.
+/// Builds one configuration for each spec file that the registry lists. Throws the text of a fatal error.
 void load_configurations() {
     std::map<std::string, std::string> spec_files;
     enumerate_values(spec_files, HKEY_LOCAL_MACHINE, "SOFTWARE\\Tavrin\\TRConfig");
@@ -45,7 +45,7 @@ int run_message_loop(HWND main) {
         rethrow_kept();
     }
     rethrow_kept();
-    // A failed retrieval ends the loop as well, and leaves some other message in the record.
+    // If GetMessageA fails, the loop ends as well, and the record contains another message.
     return message.message == WM_QUIT ? static_cast<int>(message.wParam) : 0;
 }
 
@@ -60,8 +60,8 @@ int start_and_run(HINSTANCE instance, int show_command) {
 } // namespace
 
 int run_program(HINSTANCE instance, int show_command) {
-    // The steps that block take longer than Windows' patience; a ghost in the window's place would hide what
-    // the wait window says.
+    // Windows replaces a window that does not respond for five seconds with a ghost, which would hide the
+    // text of the wait window.
     DisableProcessWindowsGhosting();
     InitCommonControls();
     CoInitialize(nullptr);
@@ -69,7 +69,7 @@ int run_program(HINSTANCE instance, int show_command) {
         show_fatal(std::string("Error initializing socket subsystem: ") + problem);
         return 1;
     }
-    // Only a thrown text is fatal in words; whatever else is thrown ends the program abnormally, on purpose.
+    // Only texts are caught. It is deliberate that anything else that is thrown ends the program abnormally.
     try {
         return start_and_run(instance, show_command);
     } catch (const std::string& text) {

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// An impatient click or key from before the box was there answers nothing and begins no second test, also
-/// when no server had to be waited for.
+/// Drops impatient clicks and keys from before the box: they must neither answer it nor start a second test.
+/// This is also needed if there was no server to wait for.
 void tell(const BoxDescription& box) {
     drop_input(main_window);
     show_box(box);

@@ -10,7 +10,8 @@ namespace {
 
 LRESULT route(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     const auto found = entryByGroupBox.find(window);
-    // Deliberately not the procedure that the box had before: whose page is gone, is no longer known.
+    // It is deliberate that this is not the box's previous procedure: the page is gone, and so is that
+    // procedure.
     return found == entryByGroupBox.end() ? DefWindowProcA(window, message, wparam, lparam)
                                           : found->second->handleMessage(window, message, wparam, lparam);
 }
@@ -73,8 +74,8 @@ void BaseEntry::layout(HWND parent) {
 }
 
 LRESULT BaseEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-    // Themed controls have what lies behind them drawn by their parent. A group box draws its frame alone,
-    // and their corners would be black.
+    // The parent of a themed control draws its background. A group box draws only its frame, so the corners
+    // of the controls would be black.
     if (message == WM_ERASEBKGND || message == WM_PRINTCLIENT)
         fill_ground(window, reinterpret_cast<HDC>(wparam));
     return CallWindowProcA(previous_procedure_, window, message, wparam, lparam);

@@ -1,8 +1,8 @@
 #pragma once
-/// What all entries share: one object knows one setting's title and help text, shows one page of controls
-/// while its tree node is selected, and moves the value between those controls and its store. The page's
-/// frame is a group box that holds the help text; the box is subclassed, so that what its controls report
-/// reaches the entry.
+/// The base of all entries. An entry has one setting's title and help text, shows one page of controls while
+/// its tree node is selected, and moves the value between these controls and its store. The page's frame is a
+/// group box with the help text; the box is subclassed, so that the entry receives the notifications of its
+/// controls.
 #include "platform/win32.h"
 #include "store/data_manipulator.h"
 #include "window/controls.h"

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The texts that every entry is made with, after its own first argument.
+/// The texts that every entry's constructor takes after its first argument.
 template <typename Entry, typename First, typename... More>
 OwnedEntry entry_of(const Declaration& declaration, First first, More&&... more) {
     return make_entry<Entry>(std::move(first), declaration.title.text, declaration.help_text.text,
@@ -74,10 +74,10 @@ OwnedEntry set_up_connection_test(const Declaration& declaration, Settings& targ
     return {};
 }
 
-/// What is made of a kind; its lines stand in the table of spec_text.cpp.
+/// The entry for a kind; the table in spec_text.h has its lines.
 struct EntryBuilder {
     std::string_view type;
-    /// Makes the entry; none when the declaration only tells the configuration something.
+    /// Creates the entry; null if the declaration only changes the configuration.
     OwnedEntry (*build)(const Declaration&, Settings&);
     /// Also built when the configuration serves the connection test only.
     bool for_connection_test = false;
@@ -107,7 +107,7 @@ static_assert(std::equal(std::begin(entry_kinds), std::end(entry_kinds), std::be
 
 const EntryBuilder& builder_of(const EntryKind& kind) { return entry_builders[&kind - entry_kinds]; }
 
-/// Takes what a spec file says, statement by statement.
+/// Builds a configuration from the statements of a spec file.
 class Builder {
 public:
     Builder(Settings& target, const SpecErrorReport& unknown_type_found)

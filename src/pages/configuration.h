@@ -1,5 +1,5 @@
 #pragma once
-/// One configuration of the agent: the settings that a spec file describes, and what the main window notes
+/// One configuration of the agent: the settings that a spec file describes, and what the main window records
 /// about them.
 #include "pages/settings.h"
 #include "platform/win32.h"
@@ -39,5 +39,5 @@ public:
 /// The loaded configurations, by name and in byte-wise order of the names.
 inline std::map<std::string, std::unique_ptr<Configuration>> configurations;
 
-/// Shows an error of a spec file that the tool goes on in spite of.
+/// Shows an error in a spec file that does not end the tool.
 void show_spec_error(const SpecError& error);

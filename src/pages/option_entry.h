@@ -1,5 +1,5 @@
 #pragma once
-/// A choice from a fixed list of texts; each is at once what the user sees and what is stored.
+/// A choice from a fixed list of texts, which are both shown and stored.
 #include "pages/base_entry.h"
 #include "store/common_reg_key.h"
 
@@ -18,8 +18,8 @@ public:
     void layout(HWND parent) override;
     /// A value that is not among the options shows as no selection.
     void showValue() override;
-    /// Without a selection the value is the one that was shown as none. Throws a text when the list holds
-    /// what this entry did not add.
+    /// Without a selection, the value stays the one that was shown as no selection. Throws a text if the list
+    /// contains an item that this entry did not add.
     void takeValue() override;
     LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
 
@@ -32,7 +32,7 @@ private:
     /// exactly the option, whatever the box does with it.
     std::map<std::uint32_t, std::string> text_by_index_;
     std::map<std::string, std::uint32_t> index_by_text_;
-    /// The value that shows as no selection, while there is such a value. A choice in an opened list is
-    /// taken, and gone again when the list closes without it.
+    /// The value that is shown as no selection, if there is one. A choice in an opened list becomes the
+    /// value, and is undone if the list closes without it.
     std::optional<std::string> shown_as_none_;
 };

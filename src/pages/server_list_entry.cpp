@@ -24,7 +24,7 @@ constexpr TextAndButton server_box{.text_box_failure = "Unable to create text en
                                    .button_width = 50,
                                    .button_height = 22};
 
-/// The servers found, as a list text. A failure is shown and finds none.
+/// The found servers, as a list text. Shows a failure and then returns no servers.
 std::string scan(std::uint16_t port) {
     WaitWindow wait_window("Scanning for Tavrin Servers running at port " + port_text(port) +
                            ". Please be patient.");

@@ -11,7 +11,7 @@ namespace {
 constexpr milliseconds pass_length(10);
 constexpr int passes_per_query = 100;
 
-/// A service, as far as the sequence deals with it: opened once, asked, stopped, started again.
+/// A service during the sequence: opened once, queried, stopped and started again.
 class AgentService {
 public:
     AgentService(const Writing& writing, RestartDialogue& dialogue);
@@ -45,7 +45,7 @@ private:
     ServiceHandle manager_;
     ServiceHandle service_;
     SERVICE_STATUS status_{};
-    /// Why there is no service to control; nothing when there is one that told its state.
+    /// Why the service cannot be controlled; empty if it can.
     std::optional<Trouble> absence_;
     bool restart_agreed_ = false;
 };
@@ -125,7 +125,7 @@ AgentService::Failure AgentService::start(milliseconds limit) {
     return limit == milliseconds::zero() ? Failure() : wait_while_starting(limit);
 }
 
-/// A service that gives up while it starts is stopped again and says why.
+/// A service that fails while it starts is stopped again and has an exit code.
 AgentService::Failure AgentService::wait_while_starting(milliseconds limit) {
     if (!query())
         return GetLastError();

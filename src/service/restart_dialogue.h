@@ -1,6 +1,6 @@
 #pragma once
-/// What the restart of a service asks and tells. One realisation shows boxes and wait windows, another
-/// prints.
+/// The questions and reports of a restart of a service. One implementation shows boxes and wait windows,
+/// another prints.
 #include "platform/win32.h"
 
 #include <functional>
@@ -9,20 +9,20 @@
 enum class ServiceTrouble {
     /// The service manager cannot be opened, or the service's state cannot be read.
     unreachable,
-    /// The manager knows no such service, or does not open it.
+    /// The service does not exist or cannot be opened.
     unknown,
     /// The request to stop was refused: the service runs as before.
     stop_refused,
     /// The progress of the stop could not be read, or the time ran out.
     not_stopped,
-    /// The start was refused or, where that is waited for, the service did not come to run.
+    /// The start was refused, or the service did not reach the running state in time.
     not_started,
     /// Afterwards the service is not stopped, so it was not started. Deliberately told also when the restart
     /// was declined and the service simply kept running.
     not_restarted,
 };
 
-/// Whatever a function throws leaves the sequence, with every handle closed.
+/// An exception of a function ends the sequence, which closes every handle.
 class RestartDialogue {
 public:
     RestartDialogue() = default;
@@ -33,7 +33,7 @@ public:
     virtual bool agrees_to_restart() = 0;
     /// Asked after the writing: the service was stopped before; start it?
     virtual bool agrees_to_start() = 0;
-    /// Run `step`, which stops (starts) the service, and show meanwhile that this takes its time.
+    /// Runs `step`, which stops (starts) the service, and shows meanwhile that it takes time.
     virtual void while_stopping(const std::function<void()>& step) = 0;
     virtual void while_starting(const std::function<void()>& step) = 0;
     /// Called every 10 milliseconds of such a step.

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Where the window stops reading too.
+/// The window also stops reading here.
 std::unique_ptr<const std::string> up_to_its_end(std::string octets) {
     octets.erase(std::min(octets.find('\x1A'), octets.size()));
     return std::make_unique<const std::string>(std::move(octets));

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Ctrl-Z, with which a text ends on Windows; `copy` leaves one behind the files that it joins.
+/// Ctrl-Z, which ends a text on Windows; `copy` appends one to the files that it joins.
 constexpr char end_of_text = '\x1A';
 
 SpecError parse_error(const SpecLine& line, const char* expected) {
@@ -20,8 +20,8 @@ SpecLine without_first(const SpecLine& line) { return {line.text.substr(1), line
 
 } // namespace
 
-/// Binary, since text mode would end the file at that byte on one system and not on the other. The C
-/// library's files, since a stream would bring the whole of the locales into the program.
+/// In binary mode, because text mode ends the file at that byte only on some systems. With the C library's
+/// files, because a stream would add all locales to the program.
 std::optional<std::string> read_spec_file(const std::string& path) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (file == nullptr)
@@ -77,7 +77,7 @@ const SpecStatement* SpecReader::next() {
     return nullptr;
 }
 
-/// False for a blank line, which says nothing.
+/// False for a blank line, which is no statement.
 bool SpecReader::read_group_level() {
     // Every run of subspecs outside a group gets an unnamed group of its own.
     if (is_old_ && lines_.next_starts_with('$')) {
@@ -125,7 +125,7 @@ void SpecReader::read_declaration() {
         read_further(declaration);
 }
 
-/// In place, since there may be a hundred thousand of them.
+/// Fills it in place, because there may be a hundred thousand of them.
 Declaration& SpecReader::fresh_declaration() {
     auto* const last = std::get_if<Declaration>(&statement_);
     if (last == nullptr)

@@ -59,10 +59,10 @@ struct SpecLine {
     std::size_t number = 0;
 };
 
-/// What a value of some kind is, to those who read or write it.
+/// The form of a kind's values, for code that reads or writes them.
 enum class ValueForm { none, text, integer, flag, option, server_list };
 
-/// What the syntax knows of a type line. The entry that is made of it stands in the table of building.cpp.
+/// The syntax of a type line. The table in pages/building.cpp has the entry for it.
 struct EntryKind {
     std::string_view type;
     /// So many lines follow the type line, whatever they start with,
@@ -81,7 +81,7 @@ inline constexpr EntryKind entry_kinds[] = {
     {.type = "Integer", .form = ValueForm::integer},
     {.type = "Boolean", .form = ValueForm::flag},
     {.type = "Options", .most_further = any_number_of_lines, .form = ValueForm::option},
-    // The machine's ports are not the file's to know.
+    // Its options are the machine's ports, which are not in the file.
     {.type = "COM", .form = ValueForm::text},
     {.type = "RemoveKey", .form = ValueForm::none},
     {.type = "SignalEvent", .form = ValueForm::none},
@@ -121,7 +121,7 @@ struct ServiceName {
     SpecLine name;
 };
 
-/// What is wrong with a line, in the words that the user is shown.
+/// An error in a line, with the text that the user is shown.
 struct SpecError {
     std::size_t line = 0;
     std::string text;
@@ -141,8 +141,8 @@ public:
     /// The name that a new file gives itself.
     const SpecLine& name() const { return name_; }
 
-    /// What the file says next, until the next call; null at its end. Behind an error the reading goes on
-    /// with the line after it.
+    /// The next statement, valid until the next call; null at the end. After an error, reading continues with
+    /// the next line.
     const SpecStatement* next();
 
 private:
@@ -165,5 +165,5 @@ private:
     SpecStatement statement_;
 };
 
-/// What is wrong with a declaration of no known kind, and where.
+/// The error for a declaration of an unknown kind.
 SpecError unknown_type(const Declaration& declaration);

@@ -1,9 +1,9 @@
 #pragma once
-/// What entries of a kind read in a stored text and what they store.
+/// How entries of a kind read stored texts, and what they store.
 #include <cstddef>
 #include <string>
 
-/// The longest text, in bytes, that a page takes from a control; what follows is cut.
+/// The longest text that a page reads from a control, in bytes; longer texts are cut.
 inline constexpr std::size_t longest_value = 1023;
 
 /// Whether a boolean's stored text stands for a checked box: "true" in any letter case does.

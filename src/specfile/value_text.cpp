@@ -14,11 +14,12 @@ using Problem = std::optional<std::string>;
 
 using Limits = std::numeric_limits<std::int32_t>;
 
-/// The number that the whole of `text` is, in C's notations and of any size; nothing when it is none.
+/// The number in the whole of `text`, in C's notations and of any size; empty if it is not a number.
 std::optional<long long> whole_number(const std::string& text) {
     char* end = nullptr;
     const long long number = std::strtoll(text.c_str(), &end, 0);
-    // What the C library of some day reads further than an entry does is no number either.
+    // A future C library may accept more than an entry does, such as binary numbers; these are not numbers
+    // here.
     const bool reads_alike = scan_int(text) == std::clamp<long long>(number, Limits::min(), Limits::max());
     return reads_alike && end == text.c_str() + text.size() ? std::optional(number) : std::nullopt;
 }
@@ -31,7 +32,7 @@ bool all_digits(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-/// What the digits are when the zeros in front mean nothing.
+/// The digits without leading zeros.
 std::string without_zeros(std::string_view digits) {
     return std::string(digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1)));
 }

@@ -11,7 +11,7 @@ int show(const BoxDescription& box) {
     return MessageBoxA(box.owner, box.text.c_str(), box.caption.c_str(), box.style);
 }
 
-/// A question has no button for this answer. Wine gives it when the box itself is told to close.
+/// A question has no button for this answer. Wine returns it if the box itself receives WM_CLOSE.
 bool is_taken_away(const BoxDescription& box, int answer) {
     return (box.style & MB_TYPEMASK) == MB_YESNO && answer == IDCANCEL;
 }
@@ -29,7 +29,7 @@ int show_until_answered(const BoxDescription& box, bool kept_before) {
 } // namespace
 
 int show_box(const BoxDescription& box) {
-    // What is kept already is the caller's: it may be what the box is about.
+    // An exception that is already kept belongs to the caller: the box may be showing it.
     const bool kept_before = keeping();
     const int answer = standing > 0 ? show_until_answered(box, kept_before) : show(box);
     if (!kept_before)

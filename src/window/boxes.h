@@ -5,7 +5,7 @@
 #include <string>
 
 struct BoxDescription {
-    /// Null: the box stands on its own.
+    /// Null for a box without an owner.
     HWND owner = nullptr;
     std::string text;
     std::string caption;
@@ -17,8 +17,8 @@ struct BoxDescription {
 /// procedure had to keep meanwhile. A quit message ends the box, unless boxes stand.
 int show_box(const BoxDescription& box);
 
-/// While one lives, boxes stand: a box that something else than its buttons has ended is shown again, until
-/// the user answers it.
+/// While one exists, a box that anything but its buttons has closed is shown again, until the user answers
+/// it.
 class StandingBoxes {
 public:
     StandingBoxes();

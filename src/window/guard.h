@@ -1,8 +1,7 @@
 #pragma once
-/// Carries an exception across the system's frames. Windows, its versions and its substitutes differ in what
-/// they do with an exception that leaves a window procedure (some swallow it), so none may: a procedure runs
-/// its body behind `guarded`, and the code that called into the system calls `rethrow_kept` right after the
-/// call.
+/// Carries an exception across the system's frames. No exception may leave a window procedure, because
+/// versions of Windows differ in what they do with it (some swallow it). So a procedure runs its body behind
+/// `guarded`, and the code that called the system calls `rethrow_kept` right after the call.
 #include "platform/win32.h"
 
 #include <exception>
@@ -11,8 +10,8 @@
 bool keeping() noexcept;
 /// Keeps the exception being handled.
 void keep_current() noexcept;
-/// Keeps it and ends every wait inside the system, be it the message loop's or a box's: what is kept ends the
-/// program, and at once.
+/// Keeps it and ends every wait in the system, in the message loop or in a box, because a kept exception must
+/// end the program at once.
 void keep_and_end_waits() noexcept;
 /// Throws the kept exception, if there is one; afterwards none is kept.
 void rethrow_kept();

@@ -3,9 +3,9 @@
 
 #include <optional>
 
-/// Keeps quit messages out of the thread's queue while it lives, and puts the last one back at its end. One
-/// that waits there ends every box at once and comes before paint and input, and no filter keeps it out of
-/// what is fetched.
+/// Removes quit messages from the thread's queue while it exists, and puts the last one back at the end. A
+/// waiting quit message ends every box at once, comes before paint and input, and is fetched whatever the
+/// filter.
 class QuitAside {
 public:
     QuitAside() = default;

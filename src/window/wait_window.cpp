@@ -79,15 +79,15 @@ HWND create_over_main_window(const std::string& text) {
     return window;
 }
 
-/// Wine shows what was drawn when the thread asks for a message, and the step that comes next may not ask for
-/// minutes. So this asks for one that nobody sends; nothing is taken from the queue.
+/// Wine shows what was drawn only when the thread asks for a message, and the next step may not do so for
+/// minutes. So this asks for a message that is never sent, and removes nothing from the queue.
 void show_what_is_drawn(HWND window) {
     MSG none;
     PeekMessageA(&none, window, WM_APP, WM_APP, PM_NOREMOVE);
 }
 
-/// A disabled main window does not become active in the place of a window that goes. Windows would bring
-/// another program's to the front, and the boxes that follow would come up behind it.
+/// A disabled main window does not become active when another window closes. Windows would then activate
+/// another program's window, and the following boxes would open behind it.
 bool is_main_window_disabled() { return main_window != nullptr && !IsWindowEnabled(main_window); }
 
 /// Handles the order to close that was posted, and nothing else of what waits in the queue.
@@ -108,7 +108,7 @@ HWND tell_failure(const char* text) {
     return nullptr;
 }
 
-/// Null after a failure, of which the user has been told.
+/// Null after a failure, which was shown to the user.
 HWND open(const std::string& text) {
     if (!register_class_once())
         return tell_failure("Window Registration Failed!");

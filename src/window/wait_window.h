@@ -3,10 +3,10 @@
 
 #include <string>
 
-/// A small window, centred over the main window and painted at once, that says what a long step is doing.
+/// A small window, centred over the main window and painted at once, with a text about a long step.
 class WaitWindow {
 public:
-    /// When the window cannot be shown, the user is told, and the step goes on without it.
+    /// If the window cannot be shown, the user gets a message, and the step continues without it.
     explicit WaitWindow(const std::string& text);
     WaitWindow(const WaitWindow&) = delete;
     WaitWindow& operator=(const WaitWindow&) = delete;
@@ -14,7 +14,7 @@ public:
     /// `rethrow_kept`.
     ~WaitWindow();
 
-    /// Drops what the user has typed and clicked meanwhile: it was not meant for what comes now.
+    /// Drops what the user has typed and clicked meanwhile: it was not meant for what is shown next.
     void drop_waiting_input() const;
     /// Closes the window, drops that input, and handles no other message meanwhile. While the main window is
     /// disabled it is only asked to close when messages are next handled. Throws what a window procedure had
@@ -26,6 +26,6 @@ private:
     HWND window_;
 };
 
-/// Where a block of `lines` lines, each `line_height` pixels high, starts so that it stands in the middle
-/// between `client_top` and `client_height`. Negative for a text taller than its window.
+/// The top of a block of `lines` lines, each `line_height` pixels high, that is centred between `client_top`
+/// and `client_height`. Negative if the text is taller than its window.
 int centred_text_top(int client_top, int client_height, int lines, int line_height);
