@@ -41,7 +41,7 @@ unsigned code_page_named(const Verb& verb, const char* text) {
     const unsigned number =
         number_of(verb, {"--code-page", 1, std::numeric_limits<std::uint16_t>::max()}, text);
     if (!is_code_page(number))
-        refuse(verb, std::string("there is no code page ") + text);
+        refuse(verb, std::string("unknown code page ") + text);
     return number;
 }
 

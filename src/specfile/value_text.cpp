@@ -126,7 +126,7 @@ std::optional<std::string> value_problem(const Declaration& declaration, const s
     if (text.size() > longest_value)
         return "longer than " + std::to_string(longest_value) + " bytes";
     if (text.find('\0') != std::string::npos)
-        return "holds a zero byte";
+        return "contains a zero byte";
     switch (form_of(declaration)) {
     case ValueForm::text: return {};
     case ValueForm::integer: return integer_problem(text);

@@ -156,7 +156,8 @@ TEST_F(StoredValues, ManyUnknownNamesAreCounted) {
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{)" + values + "}}}}");
     EXPECT_EQ(done.code, ctl::invalid);
     EXPECT_EQ(std::count(done.err.begin(), done.err.end(), '\n'), 22);
-    EXPECT_THAT(done.err, testing::EndsWith("  Agent: N19: there is no such value\n  and 980 more\n"));
+    EXPECT_THAT(done.err, testing::EndsWith(
+                              "  Agent: N19: unknown value; tavrinctl show lists them\n  and 980 more\n"));
 }
 
 class MadeFor : public Program {

@@ -142,7 +142,7 @@ TEST_F(Change, TellsTheWholePathOfABackup) {
 TEST_F(Change, WithoutABackupNothingIsWritten) {
     const Ended done = run({"set", "Agent", "Port=5001", "--backup", scratch.path_of("Agent.spec")});
     EXPECT_EQ(done.code, ctl::failed);
-    EXPECT_THAT(done.err, HasSubstr("for the backup cannot be made; nothing was changed"));
+    EXPECT_THAT(done.err, HasSubstr("cannot create the backup folder "));
     EXPECT_EQ(text("Port"), "5000");
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
 }
@@ -183,7 +183,7 @@ TEST_F(Change, EverythingIsLookedAtBeforeTheFirstWrite) {
         "  Agent: Colour: \"blue\" is refused: none of the options \"red\", \"green\"\n"
         "  Agent: ServerList: \"a:b\" is refused: the port \"b\" of the server \"a\" is not a number from 0 "
         "to 65535\n"
-        "  Agent: Nothing: there is no such value\n"
+        "  Agent: Nothing: unknown value; tavrinctl show lists them\n"
         "  Agent: Twice: several entries have this title; use a value name\n"
         "  Agent: Gone: this is a RemoveKey, which has no value that could be set; use the window\n"
         "  Agent: Event: this is a SignalEvent, which has no value that could be set; use the window\n"
@@ -299,7 +299,7 @@ TEST_F(Change, SerialPortsAreThoseOfTheMachineOrNumbered) {
     for (const std::string port : {"banana", "COM", "COM0", "COM1x", "com1"}) {
         const Ended refused = change({"set", "Agent", "Modem=" + port});
         EXPECT_EQ(refused.code, ctl::invalid);
-        EXPECT_THAT(refused.err, HasSubstr("Modem: \"" + port + "\" is refused: no serial port\n"));
+        EXPECT_THAT(refused.err, HasSubstr("Modem: \"" + port + "\" is refused: not a serial port\n"));
     }
 }
 

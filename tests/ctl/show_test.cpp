@@ -118,8 +118,8 @@ TEST_F(Show, NoListOfSpecFiles) {
     const Ended done = run({"show"});
     EXPECT_EQ(done.code, ctl::invalid);
     EXPECT_EQ(done.err,
-              "tavrinctl: the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\TRConfig does not exist; keys are "
-              "never created\n");
+              "tavrinctl: no configuration is registered on this machine (HKLM\\SOFTWARE\\Tavrin\\TRConfig "
+              "does not exist)\n");
 }
 
 TEST_F(Show, AnInstanceForDsc) {

@@ -144,8 +144,8 @@ TEST(State, Guards) {
 }
 
 TEST(State, ANameTwiceIsRefused) {
-    EXPECT_EQ(refused(with_values(R"({"V":"1","V":"2"})")), "\"V\" stands twice in one object");
-    EXPECT_EQ(refused(R"({"schema":1,"schema":1})"), "\"schema\" stands twice in one object");
+    EXPECT_EQ(refused(with_values(R"({"V":"1","V":"2"})")), "\"V\" occurs twice in one object");
+    EXPECT_EQ(refused(R"({"schema":1,"schema":1})"), "\"schema\" occurs twice in one object");
 }
 
 TEST(State, DepthAndSizeAreBounded) {

@@ -62,8 +62,8 @@ TEST(ValueProblem, NoTextIsLongerThanAPageTakes) {
 }
 
 TEST(ValueProblem, NoTextHoldsAZeroByte) {
-    EXPECT_THAT(problem("String", "a\0b"s), Optional("holds a zero byte"s));
-    EXPECT_THAT(problem("Integer", "1\0"s), Optional("holds a zero byte"s));
+    EXPECT_THAT(problem("String", "a\0b"s), Optional("contains a zero byte"s));
+    EXPECT_THAT(problem("Integer", "1\0"s), Optional("contains a zero byte"s));
 }
 
 TEST(ValueProblem, AnIntegerIsAWholeNumber) {

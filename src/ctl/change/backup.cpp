@@ -69,7 +69,7 @@ std::string write_new(const std::string& folder, const std::string& octets) {
         if (write_file(path, octets, true))
             return path;
     }
-    throw Failure{failed, "no backup can be written in " + folder + "; nothing was changed"};
+    throw Failure{failed, "cannot write a backup to " + folder + "; nothing was changed"};
 }
 
 } // namespace
@@ -83,7 +83,7 @@ std::string write_backup(const std::vector<ConfigurationChanges>& all, const std
     }
     const std::string place = folder.empty() ? backup_folder() : folder;
     if (!make_folders(place))
-        throw Failure{failed, "the folder " + place + " for the backup cannot be made; nothing was changed"};
+        throw Failure{failed, "cannot create the backup folder " + place + "; nothing was changed"};
     std::string path = write_new(place, file.octets());
     if (folder.empty())
         remove_oldest(place, most);

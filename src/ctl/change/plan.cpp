@@ -52,7 +52,7 @@ std::optional<std::string> port_problem(const std::string& text) {
     const std::vector<std::string> ports = serial_ports();
     if (text.empty() || is_numbered || std::find(ports.begin(), ports.end(), text) != ports.end())
         return std::nullopt;
-    return "no serial port";
+    return "not a serial port";
 }
 
 std::optional<std::string> problem_with(const std::string& text, const Declaration& declaration) {

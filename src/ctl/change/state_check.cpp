@@ -37,7 +37,7 @@ void check_value(const WishedValue& wished, const Declaration& declaration, unsi
 std::size_t DesiredEntries::place_of(const WishedValue& wished) {
     const auto name = from_utf8(wished.name, code_page_);
     if (!name)
-        throw std::string("there is no such value");
+        throw std::string("unknown value; tavrinctl show lists them");
     const std::size_t place = index_.find(*name);
     if (is_given_[place])
         throw std::string("the value is given twice");

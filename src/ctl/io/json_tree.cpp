@@ -28,7 +28,7 @@ void refuse_repeated_names(const std::vector<JsonMember>& members) {
     std::sort(names.begin(), names.end());
     const auto repeated = std::adjacent_find(names.begin(), names.end());
     if (repeated != names.end())
-        refuse("\"" + visible(*repeated) + "\" stands twice in one object");
+        refuse("\"" + visible(*repeated) + "\" occurs twice in one object");
 }
 
 /// Takes the parser's events, so that what is refused is refused before it costs memory.

@@ -51,7 +51,9 @@ void order_by_name(Machine& machine) {
 } // namespace
 
 Machine read_machine() {
-    const MachineKey reachable(list_of_spec_files, KEY_QUERY_VALUE);
+    const MachineKey reachable(list_of_spec_files, KEY_QUERY_VALUE,
+                               "no configuration is registered on this machine "
+                               "(HKLM\\SOFTWARE\\Tavrin\\TRConfig does not exist)");
     std::map<std::string, std::string> spec_files;
     enumerate_values(spec_files, HKEY_LOCAL_MACHINE, list_of_spec_files);
     Machine machine;

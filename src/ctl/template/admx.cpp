@@ -20,11 +20,11 @@ const char* why_not(const TemplateEntry& entry) {
     if (entry.form != ValueForm::option)
         return nullptr;
     if (entry.options.empty())
-        return "there is no option to choose, and a policy's list must not be empty";
+        return "it has no options, and the list of a policy must not be empty";
     const bool fits = std::all_of(entry.options.begin(), entry.options.end(), [](const std::string& option) {
         return characters(option) <= longest_item;
     });
-    return fits ? nullptr : "one of its options is longer than the 255 characters that a policy's list takes";
+    return fits ? nullptr : "one of its options is longer than 255 characters, the limit of a policy's list";
 }
 
 /// A list shows each text once.

@@ -95,11 +95,11 @@ void Reading::add_left_out(const Declaration& declaration) {
     const std::string_view type = declaration.kind->type;
     const char* reason = "it tests a connection";
     if (type == "RemoveKey")
-        reason = "it removes a whole key, once, when somebody asks for it";
+        reason = "it removes a key";
     if (type == "SignalEvent")
         reason = "it signals an event";
     leave_out(source_, declaration.title.number, utf8(declaration.title), type,
-              std::string(reason) + ", and a template sets values");
+              std::string(reason) + ", and a template only sets values");
 }
 
 [[noreturn]] void refuse(const std::string& path, const SpecError& error, unsigned code_page) {

@@ -18,7 +18,7 @@ void append(std::string& escaped, char byte, std::string_view text) {
     case '\r': escaped += "&#13;"; break;
     default:
         if (static_cast<unsigned char>(byte) < ' ')
-            throw Failure{invalid, "XML cannot hold the control character in \"" + visible(text) + "\""};
+            throw Failure{invalid, "XML cannot contain the control character in \"" + visible(text) + "\""};
         escaped += byte;
     }
 }

@@ -31,11 +31,11 @@ WishedConfiguration read_instance() {
         throw Failure{failed, "the standard input cannot be read"};
     const JsonTree instance = read_json(*octets);
     if (instance.kind != JsonTree::Kind::object)
-        throw Failure{invalid, "the instance is no object"};
+        throw Failure{invalid, "the instance is not an object"};
     refuse_unknown(instance, "the instance", {"name", "service", "values", "_inDesiredState"});
     const JsonTree* const values = instance.find("values");
     if (values != nullptr && values->kind != JsonTree::Kind::object)
-        throw Failure{invalid, "\"values\" is no object"};
+        throw Failure{invalid, "\"values\" is not an object"};
     if (instance.find("name") == nullptr)
         throw Failure{invalid, "the instance has no member \"name\""};
     return {text_member(instance, "name"),

@@ -95,7 +95,7 @@ void refuse_same_stems(const std::vector<TemplateSource>& sources) {
         for (auto other = sources.begin(); other != one; ++other) {
             if (same_name(one->stem, other->stem)) {
                 throw Failure{invalid,
-                              other->path + " and " + one->path + " would give templates of the same name"};
+                              other->path + " and " + one->path + " would make templates with the same name"};
             }
         }
     }

@@ -151,16 +151,16 @@ class Policies(TemplateCase):
         self.policies(HEAD + KINDS + NONE + "$None\nN\nH\nOptions\n$Long\nL\nH\nOptions\n" + "x" * 256 + "\n")
         path = own_path(self.folder / "x.spec")
         self.assertEqual(self.result.err.splitlines(), [
-            f'tavrinctl: warning: {path}:39: "Go away" (RemoveKey) is left out: it removes a whole key, once, when '
-            "somebody asks for it, and a template sets values",
-            f'tavrinctl: warning: {path}:43: "Shout" (SignalEvent) is left out: it signals an event, and a template sets '
-            "values",
+            f'tavrinctl: warning: {path}:39: "Go away" (RemoveKey) is left out: it removes a key, and a template '
+            "only sets values",
+            f'tavrinctl: warning: {path}:43: "Shout" (SignalEvent) is left out: it signals an event, and a template '
+            "only sets values",
             f'tavrinctl: warning: {path}:47: "Test" (ConnectionTest) is left out: it tests a connection, and a template '
-            "sets values",
-            f'tavrinctl: warning: {path}:55: "None" (Options) is left out: there is no option to choose, and a policy\'s '
-            "list must not be empty",
-            f'tavrinctl: warning: {path}:59: "Long" (Options) is left out: one of its options is longer than the 255 '
-            "characters that a policy's list takes"])
+            "only sets values",
+            f'tavrinctl: warning: {path}:55: "None" (Options) is left out: it has no options, and the list of a '
+            "policy must not be empty",
+            f'tavrinctl: warning: {path}:59: "Long" (Options) is left out: one of its options is longer than 255 '
+            "characters, the limit of a policy's list"])
 
     def test_texts_come_from_the_code_page(self):
         template = self.policies((HEAD + "$Größe\nV\nH\nString\n").encode("latin-1"))
@@ -256,13 +256,13 @@ class Refused(TemplateCase):
 
     def test_what_xml_cannot_hold(self):
         bad = own_path(self.file("x.spec", HEAD + "$A\x01\nV\nH\nString\n"))
-        self.refuses(4, "XML cannot hold the control character", "--format", "admx", "--out",
+        self.refuses(4, "XML cannot contain the control character", "--format", "admx", "--out",
                      own_path(self.folder / "out"), bad)
 
     def test_two_files_of_one_name(self):
         (self.folder / "sub").mkdir()
         one, other = self.file("x.spec", HEAD + KINDS), self.file("sub/X.spec", HEAD + KINDS)
-        self.refuses(4, "would give templates of the same name", "--format", "gpp", "--out",
+        self.refuses(4, "would make templates with the same name", "--format", "gpp", "--out",
                      own_path(self.folder / "out"), own_path(one), own_path(other))
 
     def test_a_folder_that_cannot_be_made(self):

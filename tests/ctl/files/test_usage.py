@@ -46,7 +46,7 @@ class NotUnderstood(unittest.TestCase):
         self.refuses("check does not take --json", "check", "--json", "x")
         self.refuses("--code-page needs a value", "check", "x", "--code-page")
         self.refuses('--code-page takes a number from 1 to 65535, not "many"', "check", "--code-page", "many", "x")
-        self.refuses("there is no code page 9", "check", "--code-page", "9", "x")
+        self.refuses("unknown code page 9", "check", "--code-page", "9", "x")
 
     def test_operands(self):
         self.refuses("check: missing arguments\nusage: tavrinctl check FILE... [--code-page N]\n", "check")

@@ -126,7 +126,7 @@ class Change(AgentCase):
 
     def test_a_key_that_is_not_there(self):
         wine("reg", "delete", "HKLM\\" + AGENT, "/f")
-        self.assertIn("keys are never created", self.run_tool("set", "Tavrin Agent", "Port=1", code=4).err)
+        self.assertIn(" does not exist; install the agent, or create the key", self.run_tool("set", "Tavrin Agent", "Port=1", code=4).err)
 
 
 class Service(AgentCase):

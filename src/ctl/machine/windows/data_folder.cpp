@@ -113,7 +113,7 @@ void prepare(const std::string& path, const std::string& above) {
 std::string ask_for_program_data() {
     wchar_t path[MAX_PATH];
     if (SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
-        throw Failure{failed, "Windows does not name its folder for the data of programs"};
+        throw Failure{failed, "Windows does not report its folder for program data"};
     return from_wide(path);
 }
 
