@@ -1,9 +1,11 @@
 """The commands and paths that the guides name exist, and so do the options; every script explains itself."""
 import json
 import os
+import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 import unittest
 
 from guide import FENCE, GUIDES, TOP, fences, prose
@@ -130,17 +132,33 @@ class Scripts(unittest.TestCase):
         workflow = (TOP / ".github/workflows/ci.yml").read_text()
         called = re.findall(r"run: (script/\w+)$", workflow, re.M)
         self.assertEqual(called, ["script/setup", "script/test", "script/coverage"])
-        lists = (TOP / "tests/CMakeLists.txt").read_text()
-        folders = re.search(r"foreach\(folder ([a-z ]+)\)", lists)[1].split()
-        on_both = [folder for folder in sorted(folders) if any(
-            not test.stem.endswith("_native_test") for test in (TOP / "tests" / folder).glob("*_test.cpp"))]
-        self.assertEqual(on_both, re.search(r"^  SUITES: (.*)$", workflow, re.M)[1].split())
         release = (TOP / ".github/workflows/release.yml").read_text()
         self.assertEqual(re.findall(r"run: (script/.*)$", release, re.M), ["script/setup", "script/test", "script/package build/unsigned"])
         for option in re.findall(r"script/package (.*?)build/package", release, re.S)[0].split():
             if option.startswith("--"):
                 self.assertIn(option, help_of("package"))
         self.assertIn('"$(dirname "$0")/../script/test"', (TOP / ".ci/run").read_text())
+
+    def test_hosted_windows_runs_every_script_for_it(self):
+        workflows = "".join(path.read_text() for path in (TOP / ".github/workflows").glob("*.yml"))
+        called = set(re.findall(r"run: tests/windows/(\S+)", workflows))
+        there = {path.name for path in (TOP / "tests/windows").iterdir()} - {"common.ps1", "sample.ps1"}
+        self.assertEqual(called, there)
+        named = re.findall(r"`(\w+\.ps1|suites)`", (TOP / "docs/contributing.md").read_text())
+        self.assertEqual(set(named), there)
+
+    def test_suites_run_where_they_were_not_built(self):
+        """Those that were built are all run, but for the ones that need more than themselves."""
+        with tempfile.TemporaryDirectory() as folder:
+            for name, code in (("one_tests", 0), ("two_tests", 1), ("e2e_tests", 1), ("tour", 1)):
+                suite = pathlib.Path(folder) / f"{name}.exe"
+                suite.write_text(f"#!/bin/sh\necho '[==========] 7 tests from 2 test suites ran.'\nexit {code}\n")
+                suite.chmod(0o755)
+            done = subprocess.run([TOP / "tests/windows/suites", folder], cwd=folder, check=False, capture_output=True,
+                                  text=True)
+        self.assertEqual((done.returncode, done.stdout.splitlines()), (1, [
+            "ok      one_tests: 7 tests", "FAILED  two_tests", "[==========] 7 tests from 2 test suites ran.",
+            "2 suites, 1 failed"]))
 
     def test_blocks_are_labelled(self):
         for guide in GUIDES:
