@@ -23,6 +23,14 @@ file(GLOB_RECURSE TAVRIN_CTL_SOURCES CONFIGURE_DEPENDS src/ctl/*.cpp)
 list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "/${other_platform}/")
 set(TAVRIN_CTL_PROGRAM src/ctl/${platform}/main.cpp)
 list(FILTER TAVRIN_CTL_SOURCES EXCLUDE REGEX "src/ctl/${platform}/")
+if(NOT WIN32)
+    add_executable(make_code_pages cmake/code_pages.cpp)
+    target_link_libraries(make_code_pages PRIVATE tavrin_warnings)
+    set(TAVRIN_CODE_PAGES ${CMAKE_BINARY_DIR}/code_pages.cpp)
+    add_custom_command(OUTPUT ${TAVRIN_CODE_PAGES} COMMAND make_code_pages ${TAVRIN_CODE_PAGES}
+                       DEPENDS make_code_pages VERBATIM)
+    list(APPEND TAVRIN_CTL_SOURCES ${TAVRIN_CODE_PAGES})
+endif()
 add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
 target_link_libraries(tavrin_ctl PUBLIC tavrin tavrin_json PRIVATE tavrin_warnings)
 if(NOT WIN32)
@@ -40,10 +48,14 @@ else()
     # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
     file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
          src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)
-    add_executable(tavrinctl ${portable} src/base/text.cpp src/ctl/verbs/verbs.cpp src/ctl/verbs/check.cpp
+    add_executable(tavrinctl ${portable} ${TAVRIN_CODE_PAGES} src/base/text.cpp src/ctl/verbs/verbs.cpp src/ctl/verbs/check.cpp
                    src/ctl/verbs/template.cpp src/ctl/verbs/completion.cpp src/ctl/change/state_file.cpp src/ctl/change/state_check.cpp
                    src/ctl/machine/entry_index.cpp src/ctl/machine/linux/present_values.cpp)
     target_include_directories(tavrinctl PRIVATE src)
     target_link_libraries(tavrinctl PRIVATE tavrin_json ${TAVRIN_DIGESTS} tavrin_warnings)
     set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    if(TAVRIN_STATIC)
+        target_compile_options(tavrinctl PRIVATE -Os -fPIE -ffunction-sections -fdata-sections)
+        target_link_options(tavrinctl PRIVATE -static-pie -s -Wl,--gc-sections -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinctl.map)
+    endif()
 endif()

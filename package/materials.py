@@ -17,15 +17,16 @@ GCC_LICENCE = "GPL-3.0-or-later WITH GCC-exception-3.1"
 # Name of a part -> licence, supplier, and which of the linker's files belong to it.
 PARTS = {
     "GCC runtime libraries": (GCC_LICENCE, "Free Software Foundation", r"/gcc/"),
+    "libmd": ("BSD-3-Clause", "Guillem Jover", r"/libmd\.a$"),
+    "GNU C Library": ("LGPL-2.1-or-later", "Free Software Foundation", r"/lib/x86_64-linux-gnu/"),
     "winpthreads": ("MIT AND BSD-3-Clause", "The mingw-w64 project", r"/lib(win)?pthread\.a$"),
     "MinGW-w64 runtime": ("ZPL-2.1", "The mingw-w64 project", r"/x86_64-w64-mingw32/lib/"),
 }
 
 
 # What is all headers leaves no trace in a map. Program -> name, Debian package, licence, supplier.
-HEADERS = {
-    "tavrinctl.exe": ("JSON for Modern C++", "nlohmann-json3-dev", "MIT", "Niels Lohmann"),
-}
+JSON = ("JSON for Modern C++", "nlohmann-json3-dev", "MIT", "Niels Lohmann")
+HEADERS = {"tavrinctl.exe": JSON, "tavrinctl": JSON}
 
 
 def linked_files(linker_map):
@@ -81,7 +82,7 @@ def part_package(name, files):
     versions = sorted({debian_version(file) for file in files})
     return package(name, ", ".join(sorted({version for _, version in versions})), licence, supplier,
                    sourceInfo="Debian: " + ", ".join(f"{owner} {version}" for owner, version in versions),
-                   licenseComments="The texts of all licences are in LICENSE-runtime.txt.",
+                   licenseComments="The texts of all licences are in LICENSE-runtime.",
                    comment="Linked: " + ", ".join(sorted({os.path.basename(file) for file in files})))
 
 
@@ -95,7 +96,7 @@ def installer_package():
 def header_package(name, owner, licence, supplier):
     version = version_of(owner)
     return package(name, version, licence, supplier, sourceInfo=f"Debian: {owner} {version}",
-                   licenseComments="The texts of all licences are in LICENSE-runtime.txt.",
+                   licenseComments="The texts of all licences are in LICENSE-runtime.",
                    comment="Headers alone: compiled into the program.")
 
 
@@ -112,15 +113,16 @@ def document(version, programs, files):
         for name, places in found.items():
             parts[name] = sorted({*parts.get(name, []), *places})
     headers = {program: HEADERS[program.name] for program in linked if program.name in HEADERS}
+    setups = [file for file in files if file.name.endswith("-setup.exe")]
     stub = installer_package()
     packages = [file_package(file, version) for file in [*linked, *files]]
     packages += [part_package(name, parts[name]) for name in sorted(parts)]
-    packages += [header_package(*each) for each in headers.values()] + [stub]
+    packages += [header_package(*each) for each in headers.values()] + [stub] * bool(setups)
     links = [("DOCUMENT", "DESCRIBES", file.name) for file in files]
     links += [(file.name, "CONTAINS", program.name) for file in files for program in linked]
     links += [(program.name, "STATIC_LINK", name) for program in linked for name in sorted(linked[program])]
     links += [(program.name, "STATIC_LINK", each[0]) for program, each in headers.items()]
-    links += [(file.name, "CONTAINS", stub["name"]) for file in files if file.name.endswith("-setup.exe")]
+    links += [(file.name, "CONTAINS", stub["name"]) for file in setups]
     digest = hashlib.sha256(b"".join(file.read_bytes() for file in files)).hexdigest()
     created = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)
     return {"spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT",

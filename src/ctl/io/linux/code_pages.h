@@ -1,0 +1,31 @@
+#pragma once
+/// Windows' code pages and the letters' cases, for a program without Windows. cmake/code_pages.cpp writes
+/// their tables from those of the machine that builds it.
+#include <cstdint>
+#include <span>
+
+namespace ctl {
+
+/// One octet from 0x80 on, or two of which the first is in the upper half, and what they stand for.
+struct CodePageCharacter {
+    std::uint16_t octets;
+    std::uint16_t character;
+};
+
+/// In the order of their octets. Octets below 0x80 are ASCII in every code page and are not listed.
+struct CodePage {
+    unsigned number;
+    std::span<const CodePageCharacter> characters;
+};
+
+std::span<const CodePage> code_pages();
+
+/// A small letter beyond ASCII and its capital.
+struct Letter {
+    std::uint16_t lower;
+    std::uint16_t upper;
+};
+
+std::span<const Letter> letters(); // in the order of the small ones
+
+} // namespace ctl
