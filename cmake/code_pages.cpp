@@ -1,10 +1,12 @@
-// Writes the table of Windows' code pages that a program on Linux takes along, as C++. At run time iconv
-// would look for its modules in the system's folders, where a bare machine has few and a static program can
-// load none. usage: make_code_pages FILE
+// Writes the tables that a program on Linux takes along, as C++: Windows' code pages and the letters' cases.
+// At run time iconv would look for its modules, and the C library for its locales, in the system's folders,
+// where a bare machine has few and a static program can load none.
+// usage: make_code_pages FILE
 #include <iconv.h>
 
-#include <cstdint>
+#include <clocale>
 #include <cstdio>
+#include <cwctype>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -67,6 +69,17 @@ bool write_characters(std::ofstream& file, const CodePage& page) {
     return true;
 }
 
+bool write_letters(std::ofstream& file) {
+    if (!std::setlocale(LC_CTYPE, "C.UTF-8"))
+        return false;
+    file << "namespace {\nconstexpr Letter pairs[] = {\n";
+    for (std::wint_t letter = 0x80; letter <= 0xFFFF; ++letter)
+        if (const std::wint_t upper = std::towupper(letter); upper != letter && upper <= 0xFFFF)
+            file << '{' << letter << ',' << upper << "},\n";
+    file << "};\n}\nstd::span<const Letter> letters() { return pairs; }\n}\n";
+    return file.flush().good();
+}
+
 bool write(std::ofstream& file) {
     file << "#include \"ctl/io/linux/code_pages.h\"\nnamespace ctl {\nnamespace {\n";
     for (const unsigned number : numbers) {
@@ -81,8 +94,8 @@ bool write(std::ofstream& file) {
     file << "constexpr CodePage all[] = {\n";
     for (const unsigned number : numbers)
         file << '{' << number << ", page_" << number << "},\n";
-    file << "};\n}\nstd::span<const CodePage> code_pages() { return all; }\n}\n";
-    return file.flush().good();
+    file << "};\n}\nstd::span<const CodePage> code_pages() { return all; }\n";
+    return write_letters(file);
 }
 
 } // namespace

@@ -98,6 +98,12 @@ TEST(Encoding, TakesUtf8Strictly) {
     }
 }
 
+TEST(Encoding, BringsLettersIntoOneCase) {
+    EXPECT_EQ(in_one_case("Gr\u00F6\u00DFe az{`@[ \u03B1\u0436\u0101"),
+              "GR\u00D6\u00DFE AZ{`@[ \u0391\u0416\u0100");
+    EXPECT_EQ(in_one_case("\U0001F600\x80"), "\U0001F600\uFFFD");
+}
+
 TEST(Encoding, WritesAndReadsUtf16) {
     using namespace std::string_literals;
     EXPECT_EQ(to_utf16("a\u20AC\U0001F600"), "a\0\xAC\x20\x3D\xD8\x00\xDE"s);

@@ -4,7 +4,7 @@ param([Parameter(Mandatory)]$Built)
 . "$PSScriptRoot\common.ps1"
 . "$PSScriptRoot\sample.ps1"
 
-$agent = Resolve-Path "$Built\sample_agent.exe"
+$agent = (Resolve-Path "$Built\sample_agent.exe").Path
 $notes = "$env:SystemRoot\Temp\sample_agent_notes.txt"
 $data = "$env:ProgramData\Tavrin"
 $administratorsAlone = 'S-1-5-18:2032127 S-1-5-32-544:2032127'
@@ -36,7 +36,7 @@ Expect 'backup: brings the value back' (Value Interval) '60'
 
 # A folder that somebody else owns is not used.
 $change = 'set "Tavrin Agent" Interval=62'
-Rename-Item $data "$data.ours"
+Move-Item $data "$data.ours"
 $null = New-Item -ItemType Directory $data
 & icacls.exe $data /setowner 'NT AUTHORITY\LOCAL SERVICE' | Out-Null
 Expect 'backup: refuses a foreign folder' ((Run $tavrinctl $change) -ne 0) $true
@@ -47,7 +47,7 @@ $null = New-Item -ItemType Junction $data -Target $env:SystemRoot\Temp
 Expect 'backup: refuses a junction' ((Run $tavrinctl $change) -ne 0) $true
 Expect 'backup: still nothing was written' (Value Interval) '60'
 (Get-Item $data).Delete()
-Rename-Item "$data.ours" $data
+Move-Item "$data.ours" $data
 
 # A service that is disabled is left alone, and is told.
 Stop-Service TavrinAgent
@@ -57,7 +57,7 @@ Expect 'disabled agent: service' (Get-Service TavrinAgent).Status 'Stopped'
 & $agent remove
 
 # DLLs beside the programs. The careless program shows that the planted one is taken when a program lets it.
-$planted = New-Item -ItemType Directory "$env:TEMP\planted"
+$planted = (New-Item -ItemType Directory "$env:TEMP\planted").FullName
 Copy-Item "$Built\tests\planted.dll" "$planted\iphlpapi.dll"
 Copy-Item "$Built\tests\careless.exe", $tavrinctl $planted
 Run "$planted\careless.exe" ' ' | Out-Null
