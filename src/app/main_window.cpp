@@ -13,6 +13,7 @@
 #include "window/window_class.h"
 
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -28,6 +29,9 @@ struct State {
     bool changed = true;
     /// The control that had the keyboard focus when the window itself or another one last got it.
     HWND left_focus = nullptr;
+    /// A page is being exchanged for the selected item's, and another item was selected meanwhile.
+    bool selecting = false;
+    bool selections_left = false;
     /// OK's sequence is running.
     bool applying = false;
     /// Tree and buttons exist. Before that, there is nothing to update.
@@ -48,12 +52,16 @@ LRESULT on_create(HWND window) {
     return 0;
 }
 
+void leave_pages(HWND window) {
+    for (const auto& [name, configuration] : configurations)
+        leave_page(*configuration, window);
+}
+
 /// Another program may close the window while a step such as a scan is running. The rest of that step finds
 /// the values in the stores, and its boxes have no owner.
 LRESULT on_destroy(HWND window) {
     state.complete = false;
-    for (const auto& [name, configuration] : configurations)
-        leave_page(*configuration, window);
+    leave_pages(window);
     main_window = nullptr;
     PostQuitMessage(0);
     return 0;
@@ -92,13 +100,28 @@ void offer_connection_test(HWND window, Configuration& selected) {
     state.tested = offered ? &selected : nullptr;
 }
 
-void on_selection(HWND window, HWND tree) {
-    const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+void show_selected(HWND window, HWND tree) {
     move_focus_off_page(window);
+    leave_pages(window);
+    // Perhaps the window was closed while the controls went.
+    if (!state.complete)
+        return;
+    const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
     for (const auto& [name, configuration] : configurations) {
         if (select_item(*configuration, window, item))
             offer_connection_test(window, *configuration);
     }
+}
+
+/// A page that comes or goes moves focus and activity, and the system may hand over another selection
+/// meanwhile: its page follows when this one is complete.
+void on_selection(HWND window, HWND tree) {
+    state.selections_left = true;
+    if (std::exchange(state.selecting, true))
+        return;
+    while (std::exchange(state.selections_left, false) && state.complete)
+        show_selected(window, tree);
+    state.selecting = false;
 }
 
 LRESULT on_notify(HWND window, const NMHDR& header) {

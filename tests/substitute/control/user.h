@@ -39,7 +39,8 @@ void forget_steps();
 void when_peeked(std::function<void()> step);
 
 /// Runs wherever the system may hand the program what another process sends: when the program looks at its
-/// queue or waits for a message, and while a box or a dialog is shown. Empty: nothing runs.
+/// queue or waits for a message, while a box or a dialog is shown, and when focus or activity move with a
+/// window. Empty: nothing runs.
 void on_delivery(std::function<void(const char* function)> step);
 
 struct ShownBox {

@@ -1,5 +1,6 @@
 #include "substitute/calls.h"
 #include "substitute/control/user.h"
+#include "substitute/windows/messages.h"
 #include "substitute/windows/window.h"
 #include "substitute/windows/window_calls.h"
 
@@ -157,7 +158,10 @@ bool enable_window(HWND handle, bool enable) {
 using namespace substitute;
 
 HWND SetFocus(HWND handle) {
-    return failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE) ? nullptr : set_focus(handle);
+    if (failing("SetFocus", ERROR_INVALID_WINDOW_HANDLE))
+        return nullptr;
+    deliver("SetFocus");
+    return set_focus(handle);
 }
 
 HWND GetFocus() { return state().focus; }

@@ -1,5 +1,6 @@
 #include "substitute/calls.h"
 #include "substitute/kernel/kernel.h"
+#include "substitute/windows/messages.h"
 #include "substitute/windows/window.h"
 #include "substitute/windows/window_calls.h"
 
@@ -170,6 +171,7 @@ HWND CreateWindowExA(DWORD extended_style, LPCSTR class_name, LPCSTR title, DWOR
 BOOL DestroyWindow(HWND handle) {
     if (failing("DestroyWindow", ERROR_ACCESS_DENIED) || window_of(handle) == nullptr)
         return FALSE;
+    deliver("DestroyWindow");
     destroy_window(handle);
     return TRUE;
 }

@@ -1,4 +1,5 @@
 #include "substitute/calls.h"
+#include "substitute/windows/messages.h"
 #include "substitute/windows/window.h"
 #include "substitute/windows/window_calls.h"
 
@@ -221,7 +222,10 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
 }
 
 BOOL ShowWindow(HWND handle, int command) {
-    return !failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE) && show_window(handle, command);
+    if (failing("ShowWindow", ERROR_INVALID_WINDOW_HANDLE))
+        return FALSE;
+    deliver("ShowWindow");
+    return show_window(handle, command);
 }
 
 /// Nothing is painted, so nothing is waiting to be.
