@@ -1,0 +1,65 @@
+"""docs/tavrinctl.md lists every message of tavrinctl, with its meaning and what to do, and no other."""
+import re
+import unittest
+
+from guide import TOP, tables
+from test_boxes import pieces, statements
+
+SOURCES = [*sorted((TOP / "src/ctl").rglob("*.cpp")), TOP / "src/specfile/value_text.cpp"]
+GUIDE = (TOP / "docs/tavrinctl.md").read_text()
+
+# Texts in the sources that are not messages, and what they are. Help texts and options are in the guide's first tables.
+NO_MESSAGES = {
+    "') words='": "bash",
+    "Windows Registry Editor Version 5.00": "the first line of a .reg file",
+    'Enabled stores "true" and Disabled "false"; the value stays': "the explanation of a policy",
+    "Disabled deletes the value; one that was set stays": "likewise",
+    "when the policy no longer applies. The agent reads it when its service starts": "likewise",
+    "below HKEY_LOCAL_MACHINE\\": "likewise",
+    "Only on Windows": "the list of commands on Linux",
+    "shows and changes the settings of the Tavrin Agent, on any number of machines": "the first line of --help",
+    'tavrinctl COMMAND --help" explains a command, its options and their defaults': "the last line of --help",
+}
+
+
+def literals(source):
+    """Every literal that is a text for people; what writes XML or JSON is left out."""
+    source = re.sub(r'R"\(.*?\)"', '""', source, flags=re.S)
+    for before, literal in statements(source):
+        if not re.search(r"\.(usage|summary) = $", before) and not re.search(r"[<>]|=\\\"|\\n +\\\"", literal):
+            yield literal
+
+
+def texts_of_sources():
+    """Pieces of at least two words: a single word is the name of something."""
+    return {piece for path in SOURCES for literal in literals(path.read_text()) for piece in pieces(literal)
+            if " " in piece}
+
+
+def rows():
+    """Message, meaning and what to do, of every table of messages."""
+    for head, *rows in tables(GUIDE):
+        if head[0] in ("message", "finding"):
+            yield from ([re.sub("^(error|warning): ", "", row[0]), *row[1:]] for row in rows)
+
+
+class Messages(unittest.TestCase):
+    def test_every_message_is_in_the_guide(self):
+        guide = re.sub(r"[ `]+", " ", GUIDE).lower()
+        ignored = {piece for text in NO_MESSAGES for piece in pieces(text)}
+        self.assertEqual([text for text in sorted(texts_of_sources() - ignored) if text.lower() not in guide], [])
+
+    def test_the_guide_quotes_the_program(self):
+        program = "\n".join(piece for path in SOURCES for literal in literals(path.read_text())
+                            for piece in pieces(literal))
+        parts = [part for row in rows() for piece in pieces(row[0])
+                 for part in ([piece] if piece in program else re.split("[;:,] ", piece))]
+        self.assertEqual([part for part in parts if part not in program], [])
+
+    def test_every_row_says_what_it_means_and_what_to_do(self):
+        self.assertGreater(len(list(rows())), 100)
+        self.assertEqual([row for row in rows() if len(row) != 3 or "" in row], [])
+
+
+if __name__ == "__main__":
+    unittest.main()
