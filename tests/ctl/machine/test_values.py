@@ -235,7 +235,8 @@ class LeftUndone(AgentCase):
 
 
 class DataFolder(MachineCase):
-    """The folder for backups, lock and restarts that are still to be finished."""
+    """The folder for backups, lock and restarts that are still to be finished. Whom it is open to, only Windows shows:
+    Wine keeps no list of rights and gives the folder a mode of its own making."""
 
     PLACE = DISK / "ProgramData/Tavrin"
 
@@ -249,10 +250,6 @@ class DataFolder(MachineCase):
 
     def set_port(self, code):
         return self.run_tool("set", "Tavrin Agent", "Port=5001", "--restart", "never", code=code)
-
-    def test_is_for_its_owner_alone(self):
-        self.set_port(code=0)
-        self.assertEqual([oct(each.stat().st_mode & 0o77) for each in (self.PLACE, self.PLACE / "Backup")], ["0o0", "0o0"])
 
     def test_a_link_is_refused(self):
         self.PLACE.symlink_to(self.folder)
