@@ -19,6 +19,7 @@ extern const Verb restore_verb;
 extern const Verb test_verb;
 extern const Verb scan_verb;
 extern const Verb template_verb;
+extern const Verb diff_verb;
 extern const Verb dsc_verb;
 extern const Verb completion_verb;
 

@@ -41,7 +41,7 @@ class Guide(FolderCase):
         self.assertIn('; "ModemPort" has no value\r\n', text)
 
     def test_the_examples_are_json(self):
-        self.assertEqual([json.loads(each).get("schema") for each in fences("json")], [1, 1, None])
+        self.assertEqual([json.loads(each).get("schema") for each in fences("json")], [1, 1, 1, None])
 
 
 if __name__ == "__main__":

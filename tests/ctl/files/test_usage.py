@@ -7,7 +7,7 @@ import unittest
 from tool import COMMAND, TOP, UNDER_WINE, FolderCase, own_path, run, start
 
 ONLY_ON_WINDOWS = ["show", "set", "apply", "restore", "test", "scan", "dsc"]
-VERBS = ["check", "show", "set", "apply", "restore", "test", "scan", "template", "dsc", "completion"] if UNDER_WINE else ["check", "template", "completion"]
+VERBS = ["check", "show", "set", "apply", "restore", "test", "scan", "template", "diff", "dsc", "completion"] if UNDER_WINE else ["check", "template", "diff", "completion"]
 
 
 class Help(unittest.TestCase):

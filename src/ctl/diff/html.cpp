@@ -1,0 +1,83 @@
+#include "ctl/diff/formats.h"
+#include "ctl/diff/html_page.h"
+#include "ctl/io/console.h"
+#include "ctl/io/visible.h"
+#include "ctl/template/xml.h"
+
+namespace ctl {
+namespace {
+
+/// Nothing that a machine says ends a tag or an attribute: what XML would refuse, visible() has replaced.
+std::string html(const std::string& text) { return xml(visible(text)); }
+
+std::string code(const std::string& text, const char* name) {
+    return std::string("<td class=\"") + name + "\"><code>" + html(text) + "</code></td>";
+}
+
+/// A count that shows only its machines when it is pressed.
+void print_count(const char* kind, const char* label, std::size_t count) {
+    print(std::string("<button type=\"button\" class=\"") + kind + "\" data-show=\"" + kind +
+          "\" aria-pressed=\"false\"><b>" + std::to_string(count) + "</b> " + label + "</button>\n");
+}
+
+void print_counts(const Fleet& fleet) {
+    print_count("all", "machines", fleet.machines.size());
+    print_count("sync", "in sync", fleet.in_sync);
+    print_count("drift", "drift", fleet.drifting);
+    print_count("problem", "with a problem", fleet.with_problems);
+    print_count("pending", "restart pending", fleet.restart_pending);
+    print_count("spec", "another spec file", fleet.other_spec_file);
+}
+
+/// The classes by which the counts choose.
+std::string kinds_of(const MachineDifferences& machine) {
+    const std::string state = !machine.problem.empty() ? "problem" : machine.in_sync() ? "sync" : "drift";
+    return "all " + state + (machine.restart_pending ? " pending" : "") +
+           (machine.other_spec_file ? " spec" : "");
+}
+
+std::string row_of(const Difference& difference) {
+    return "<tr><td>" + html(difference.configuration) + "</td>" + code(difference.value, "value") +
+           code(shown(difference.desired), "desired") + code(shown(difference.current), "current") +
+           "</tr>\n";
+}
+
+std::string table_of(const std::vector<Difference>& differences) {
+    if (differences.empty())
+        return "";
+    std::string table =
+        "<table class=\"values\"><tr><th scope=\"col\">Configuration</th><th scope=\"col\">Value</th>"
+        "<th scope=\"col\">Desired</th><th scope=\"col\">Current</th></tr>\n";
+    for (const Difference& each : differences)
+        table += row_of(each);
+    return table + "</table>";
+}
+
+std::string details_of(const MachineDifferences& machine) {
+    std::string details;
+    if (!machine.problem.empty())
+        details += "<p class=\"why\">" + html(machine.problem) + "</p>";
+    details += table_of(machine.differences);
+    for (const std::string& note : notes_on(machine))
+        details += "<p class=\"note\">" + html(note) + "</p>";
+    return details;
+}
+
+void print_machine(const MachineDifferences& machine) {
+    print("<tr class=\"" + kinds_of(machine) + "\"><th scope=\"row\">" + html(machine.machine) +
+          "</th><td><span class=\"state\">" + state_word(machine) + "</span></td><td>" + details_of(machine) +
+          "</td><td>" + html(machine.time) + "</td></tr>\n");
+}
+
+} // namespace
+
+void print_html(const Fleet& fleet) {
+    print(html_head);
+    print_counts(fleet);
+    print(html_table);
+    for (const MachineDifferences& each : fleet.machines)
+        print_machine(each);
+    print(html_end);
+}
+
+} // namespace ctl

@@ -1,0 +1,114 @@
+#include "ctl/diff/html_page.h"
+
+namespace ctl {
+
+const char* const html_head = R"(<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'; script-src 'sha256-6S7YelGW2WZXRE/m0tKjXqvd5yIxrJhE9u8mg+LqYYI='">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Desired state and machines</title>
+<style>
+:root { color-scheme: light dark; --ground: #fff; --text: #1b1f24; --soft: #57606a; --line: #d5dae0; --field: #f5f7f9;
+  --good: #17683a; --bad: #a4500b; --worst: #b01822; --focus: #0b62c4; }
+@media (prefers-color-scheme: dark) {
+  :root { --ground: #15181c; --text: #e4e7eb; --soft: #a3acb7; --line: #39414b; --field: #1f242a;
+    --good: #6fce93; --bad: #f0a860; --worst: #ff8f8c; --focus: #6cb0ff; }
+}
+* { box-sizing: border-box; }
+body { margin: 0 auto; padding: 1.5rem; max-width: 76rem; background: var(--ground); color: var(--text);
+  font: 1rem/1.45 "Segoe UI", system-ui, sans-serif; }
+h1 { margin: 0 0 1rem; font-size: 1.5rem; font-weight: 600; }
+.counts { display: flex; flex-wrap: wrap; gap: .5rem; margin-bottom: 1rem; }
+button { padding: .5rem .9rem; border: 1px solid var(--line); border-radius: .4rem; background: var(--field);
+  color: inherit; font: inherit; text-align: left; cursor: pointer; }
+button b { display: block; font-size: 1.5rem; line-height: 1.2; }
+button[aria-pressed=true] { border-color: var(--focus); box-shadow: inset 0 0 0 1px var(--focus); }
+:focus-visible { outline: 2px solid var(--focus); outline-offset: 2px; }
+.filter { display: flex; flex-wrap: wrap; align-items: center; gap: .4rem .8rem; margin-bottom: 1rem; }
+input { width: 18rem; max-width: 100%; padding: .4rem .6rem; border: 1px solid var(--line); border-radius: .4rem;
+  background: var(--ground); color: inherit; font: inherit; }
+output { color: var(--soft); }
+table { width: 100%; border-collapse: collapse; }
+th, td { padding: .5rem .8rem .5rem 0; border-top: 1px solid var(--line); vertical-align: top; text-align: left;
+  overflow-wrap: anywhere; }
+th { font-weight: 600; }
+thead th, .values th { border-top: 0; color: var(--soft); font-size: .85rem; }
+.machines > tbody > tr > th { min-width: 9rem; }
+.values th, .values td { padding-top: .1rem; padding-bottom: .1rem; border-top: 0; }
+.values { table-layout: fixed; margin-bottom: .2rem; }
+code { font: .9rem Consolas, "DejaVu Sans Mono", monospace; white-space: pre-wrap; }
+p { margin: 0; }
+.note { color: var(--soft); }
+.state { font-weight: 600; white-space: nowrap; }
+.sync .state, button.sync b { color: var(--good); }
+.drift .state, button.drift b { color: var(--bad); }
+.problem .state, button.problem b { color: var(--worst); }
+@media (max-width: 44rem) {
+  body { padding: 1rem; }
+  .machines > thead { display: none; }
+  .machines > tbody > tr { display: block; padding: .6rem 0; border-top: 1px solid var(--line); }
+  .machines > tbody > tr > * { display: block; padding: .1rem 0; border: 0; }
+  .values tr { display: flex; flex-wrap: wrap; gap: 0 .6rem; padding: .2rem 0; }
+  .values tr:first-child { display: none; }
+  .values td { padding: 0; }
+  .values td:nth-child(-n+2) { flex: 1 0 40%; }
+  .values .desired, .values .current { flex: 1 0 100%; }
+  .values .desired::before { content: "desired "; color: var(--soft); }
+  .values .current::before { content: "current "; color: var(--soft); }
+}
+[hidden] { display: none !important; }
+@media print {
+  :root { --ground: #fff; --text: #000; --soft: #444; --line: #999; --field: #fff; --good: #000; --bad: #000;
+    --worst: #000; }
+  body { max-width: none; padding: 0; font-size: .8rem; }
+  .filter { display: none; }
+  .machines > tbody > tr { break-inside: avoid; }
+  thead { display: table-header-group; }
+}
+</style>
+</head>
+<body>
+<h1>Desired state and machines</h1>
+<div class="counts">
+)";
+
+const char* const html_table = R"(</div>
+<div class="filter" hidden>
+<label for="words">Filter</label> <input id="words" type="search" placeholder="machine, value or text" autocomplete="off">
+<output for="words" id="shown"></output>
+</div>
+<table class="machines">
+<thead><tr><th scope="col">Machine</th><th scope="col">State</th><th scope="col">Differences</th><th scope="col">Reported</th></tr></thead>
+<tbody>
+)";
+
+const char* const html_end = R"(</tbody>
+</table>
+<script>
+const rows = [...document.querySelectorAll(".machines > tbody > tr")];
+const texts = rows.map(row => row.textContent.toLowerCase());
+const buttons = [...document.querySelectorAll("button")];
+const words = document.getElementById("words");
+let kind = "all";
+function show() {
+  const wanted = words.value.toLowerCase();
+  let count = 0;
+  rows.forEach((row, i) => {
+    row.hidden = !row.classList.contains(kind) || !texts[i].includes(wanted);
+    count += !row.hidden;
+  });
+  buttons.forEach(button => button.setAttribute("aria-pressed", button.dataset.show === kind));
+  document.getElementById("shown").textContent = count + " of " + rows.length + " machines";
+}
+buttons.forEach(button => button.addEventListener("click", () => { kind = button.dataset.show; show(); }));
+words.addEventListener("input", show);
+document.querySelector(".filter").hidden = false;
+show();
+</script>
+</body>
+</html>
+)";
+
+} // namespace ctl

@@ -1,0 +1,95 @@
+#include "ctl/diff/formats.h"
+#include "ctl/failure.h"
+#include "ctl/io/files.h"
+#include "ctl/io/system.h"
+#include "ctl/verbs/verbs.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace ctl {
+namespace {
+
+struct Form {
+    const char* name;
+    void (*print)(const Fleet&);
+};
+
+constexpr Form forms[] = {
+    {"text", print_text}, {"csv", print_csv}, {"json", print_json}, {"html", print_html}};
+
+const Form& form_named(const std::string& name) {
+    const auto* const found =
+        std::find_if(std::begin(forms), std::end(forms), [&](const Form& each) { return name == each.name; });
+    return found == std::end(forms) ? forms[0] : *found;
+}
+
+/// What is no report is a machine with a problem, so that one bad file does not hide the others.
+MachineDifferences compared(const State& desired, const std::string& path) {
+    try {
+        const auto octets = read_file(path, longest_json);
+        if (!octets)
+            throw Failure{failed, std::string("cannot read: ") + std::strerror(errno)};
+        MachineDifferences machine = compare(desired, read_report(*octets));
+        if (machine.machine.empty())
+            machine.machine = path;
+        return machine;
+    } catch (const Failure& failure) {
+        MachineDifferences machine;
+        machine.machine = path;
+        machine.problem = failure.text;
+        return machine;
+    }
+}
+
+/// A folder stands for the reports in it. One without any stays itself, which cannot be read: no report must
+/// not look like no drift.
+void add_paths(std::vector<std::string>& paths, const std::string& operand) {
+    const std::size_t before = paths.size();
+    for (const std::string& name : names_in(operand).value_or(std::vector<std::string>())) {
+        if (name.ends_with(".json"))
+            paths.push_back(join_path(operand, name));
+    }
+    if (paths.size() == before)
+        paths.push_back(operand);
+}
+
+std::vector<std::string> report_paths(const Arguments& arguments) {
+    std::vector<std::string> paths;
+    for (auto each = arguments.operands.begin() + 1; each != arguments.operands.end(); ++each)
+        add_paths(paths, *each);
+    return paths;
+}
+
+int diff(const Arguments& arguments) {
+    const State desired = read_state_file(arguments.operands.front());
+    std::vector<MachineDifferences> machines;
+    for (const std::string& path : report_paths(arguments))
+        machines.push_back(compared(desired, path));
+    mark_other_spec_files(machines);
+    const Fleet fleet(std::move(machines));
+    form_named(arguments.format).print(fleet);
+    if (fleet.with_problems != 0)
+        return invalid;
+    return arguments.exit_code && fleet.drifting != 0 ? differs : as_wished;
+}
+
+} // namespace
+
+const Verb diff_verb{
+    .name = "diff",
+    .usage = "DESIRED.json REPORT.json... [--format text|csv|json|html] [--exit-code]",
+    .least_operands = 2,
+    .most_operands = any_number,
+    .summary = "compare the reports of many machines with the desired state",
+    .help = R"(
+A REPORT is what "show --json" printed on a machine, or a folder with such files (*.json). Prints which machines
+drift and in which values, which could not be compared, which have a restart pending, which have another spec file,
+and which services do not run. With --format html it is a page for a browser. Ends with 4 when a machine could not
+be compared, also without --exit-code.
+)",
+    .run = diff,
+};
+
+} // namespace ctl
