@@ -4,6 +4,8 @@
 #include "ctl/io/visible.h"
 #include "ctl/template/xml.h"
 
+#include <algorithm>
+
 namespace ctl {
 namespace {
 
@@ -63,10 +65,16 @@ std::string details_of(const MachineDifferences& machine) {
     return details;
 }
 
+/// With a blank for the "T", where a line may break.
+std::string day_and_time(std::string time) {
+    std::replace(time.begin(), time.end(), 'T', ' ');
+    return time;
+}
+
 void print_machine(const MachineDifferences& machine) {
     print("<tr class=\"" + kinds_of(machine) + "\"><th scope=\"row\">" + html(machine.machine) +
           "</th><td><span class=\"state\">" + state_word(machine) + "</span></td><td>" + details_of(machine) +
-          "</td><td>" + html(machine.time) + "</td></tr>\n");
+          "</td><td>" + html(day_and_time(machine.time)) + "</td></tr>\n");
 }
 
 } // namespace

@@ -8,7 +8,7 @@ const char* const html_head = R"(<!DOCTYPE html>
 <meta charset="utf-8">
 <meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'; script-src 'sha256-6S7YelGW2WZXRE/m0tKjXqvd5yIxrJhE9u8mg+LqYYI='">
 <meta name="viewport" content="width=device-width, initial-scale=1">
-<title>Desired state and machines</title>
+<title>Machines compared with the desired state</title>
 <style>
 :root { color-scheme: light dark; --ground: #fff; --text: #1b1f24; --soft: #57606a; --line: #d5dae0; --field: #f5f7f9;
   --good: #17683a; --bad: #a4500b; --worst: #b01822; --focus: #0b62c4; }
@@ -35,12 +35,15 @@ th, td { padding: .5rem .8rem .5rem 0; border-top: 1px solid var(--line); vertic
   overflow-wrap: anywhere; }
 th { font-weight: 600; }
 thead th, .values th { border-top: 0; color: var(--soft); font-size: .85rem; }
-.machines > tbody > tr > th { min-width: 9rem; }
+.machines { table-layout: fixed; }
+.machines > thead th:nth-child(1) { width: 24%; }
+.machines > thead th:nth-child(2) { width: 6rem; }
+.machines > thead th:nth-child(4) { width: 7rem; }
 .values th, .values td { padding-top: .1rem; padding-bottom: .1rem; border-top: 0; }
 .values { table-layout: fixed; margin-bottom: .2rem; }
 code { font: .9rem Consolas, "DejaVu Sans Mono", monospace; white-space: pre-wrap; }
 p { margin: 0; }
-.note { color: var(--soft); }
+.note { color: var(--bad); }
 .state { font-weight: 600; white-space: nowrap; }
 .sync .state, button.sync b { color: var(--good); }
 .drift .state, button.drift b { color: var(--bad); }
@@ -70,7 +73,7 @@ p { margin: 0; }
 </style>
 </head>
 <body>
-<h1>Desired state and machines</h1>
+<h1>Machines compared with the desired state</h1>
 <div class="counts">
 )";
 
