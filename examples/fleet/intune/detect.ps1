@@ -1,0 +1,14 @@
+# Detection script of a remediation in Intune. Ends with 0 if the agent is in the desired state, otherwise with 1.
+# Do not let it run with the logged-on user's credentials: it needs SYSTEM. Changes nothing.
+$OutputEncoding = [System.Text.UTF8Encoding]::new($false)
+$desired = @'
+{
+  "schema": 1,
+  "configurations": {
+    "Tavrin Agent": { "values": { "ServerList": "alpha.example,beta.example:5001", "Interval": 30 } }
+  }
+}
+'@
+$desired | & "$env:ProgramW6432\Tavrin Configuration\tavrinctl.exe" apply - --what-if --exit-code
+if ($LASTEXITCODE -ne 0) { exit 1 }
+exit 0
