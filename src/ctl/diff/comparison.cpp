@@ -1,5 +1,6 @@
 #include "ctl/diff/comparison.h"
 
+#include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "specfile/name_table.h"
 #include "specfile/value_text.h"
@@ -10,24 +11,30 @@
 namespace ctl {
 namespace {
 
-/// As apply does: what a page would store for the desired text is in sync as well.
-bool holds(const ReportedValue& current, const std::string& desired) {
-    const bool is_text = current.type.empty() || current.type == "REG_SZ" || current.type == "REG_EXPAND_SZ";
-    if (!current.text || !is_text || !current.unreadable.empty())
-        return false;
-    if (*current.text == desired)
-        return true;
+/// What a page would store for the desired text, which apply takes as the same.
+std::string stored_for(const std::string& desired, const std::string& kind) {
     Declaration declaration;
-    declaration.kind = find_entry_kind(current.kind);
-    const bool has_forms = current.kind == "Integer" || current.kind == "Boolean";
-    return has_forms && !value_problem(declaration, desired) &&
-           *current.text == stored_by_page(declaration, desired);
+    declaration.kind = find_entry_kind(kind);
+    const bool has_forms = kind == "Integer" || kind == "Boolean";
+    return has_forms && !value_problem(declaration, desired) ? stored_by_page(declaration, desired) : desired;
 }
 
-bool in_sync(const ReportedValue& current, const std::optional<std::string>& desired) {
-    if (desired)
-        return holds(current, *desired);
-    return !current.text && current.type.empty() && current.unreadable.empty();
+ReportedValue as_reported(const WishedValue& wished) {
+    ReportedValue value;
+    value.text = wished.text;
+    value.type = wished.type;
+    value.octets = hex_of(wished.octets.value_or(""));
+    return value;
+}
+
+std::string plain_type(const std::string& type) { return type == "REG_SZ" ? "" : type; }
+
+bool in_sync(const ReportedValue& current, const ReportedValue& desired) {
+    if (!current.unreadable.empty() || plain_type(current.type) != desired.type ||
+        current.octets != desired.octets)
+        return false;
+    return current.text == desired.text ||
+           (current.text && desired.text && *current.text == stored_for(*desired.text, current.kind));
 }
 
 /// The values of one configuration by value name, or else by title, in any letter case.
@@ -88,10 +95,18 @@ void compare_values(MachineDifferences& machine, const WishedConfiguration& desi
         const ReportedValue& found = current.values[place - 1];
         if (compared[place - 1])
             add_problem(machine, "the desired state has \"" + visible(found.name) + "\" twice");
-        else if (!in_sync(found, wished.text))
-            machine.differences.push_back({current.name, found.name, wished.text, found});
+        else if (const ReportedValue same = as_reported(wished); !in_sync(found, same))
+            machine.differences.push_back({current.name, found.name, same, found});
         compared[place - 1] = true;
     }
+}
+
+/// apply refuses a machine that is another than the one that the state was made for.
+void check_guard(MachineDifferences& machine, const char* what, const std::string& guard,
+                 const std::string& current) {
+    if (!guard.empty() && !same_name(guard, current))
+        add_problem(machine, std::string("the ") + what + " is \"" + visible(current) +
+                                 "\"; the desired state is for \"" + visible(guard) + "\"");
 }
 
 void compare_configuration(MachineDifferences& machine, const WishedConfiguration& desired,
@@ -99,7 +114,39 @@ void compare_configuration(MachineDifferences& machine, const WishedConfiguratio
     machine.restart_pending = machine.restart_pending || current.restart_pending;
     if (!current.service_state.empty())
         machine.services.push_back({current.service, current.service_state, current.start_type});
+    check_guard(machine, "key", desired.guards.key, current.key);
+    check_guard(machine, "service", desired.guards.service, current.service);
     compare_values(machine, desired, current);
+}
+
+using Sums = std::vector<std::string>;
+
+/// The spec files that the desired state tells.
+Sums guarded(const State& desired) {
+    Sums sums;
+    for (const WishedConfiguration& each : desired) {
+        if (!each.guards.sha256.empty())
+            sums.push_back(each.guards.sha256);
+    }
+    return sums;
+}
+
+/// Of several that as many machines have, those that come first.
+Sums most_common(const std::vector<MachineDifferences>& machines) {
+    std::map<Sums, std::size_t> counts;
+    Sums common;
+    for (const MachineDifferences& each : machines) {
+        if (!each.spec_files.empty() && ++counts[each.spec_files] > counts[common])
+            common = each.spec_files;
+    }
+    return common;
+}
+
+bool has_all(const Sums& present, const Sums& wanted) {
+    return std::all_of(wanted.begin(), wanted.end(), [&](const std::string& sum) {
+        return std::any_of(present.begin(), present.end(),
+                           [&](const std::string& each) { return same_name(each, sum); });
+    });
 }
 
 } // namespace
@@ -124,18 +171,13 @@ MachineDifferences compare(const State& desired, const MachineReport& report) {
     return machine;
 }
 
-void mark_other_spec_files(std::vector<MachineDifferences>& machines) {
-    std::map<std::vector<std::string>, std::size_t> counts;
-    const std::vector<std::string>* common = nullptr;
-    for (const MachineDifferences& each : machines) {
-        if (each.spec_files.empty())
-            continue;
-        const std::size_t count = ++counts[each.spec_files];
-        if (common == nullptr || count > counts[*common])
-            common = &each.spec_files;
+void mark_other_spec_files(const State& desired, std::vector<MachineDifferences>& machines) {
+    const Sums wanted = guarded(desired);
+    const Sums common = most_common(machines);
+    for (MachineDifferences& each : machines) {
+        const bool is_other = wanted.empty() ? each.spec_files != common : !has_all(each.spec_files, wanted);
+        each.other_spec_file = is_other && !each.spec_files.empty();
     }
-    for (MachineDifferences& each : machines)
-        each.other_spec_file = !each.spec_files.empty() && each.spec_files != *common;
 }
 
 } // namespace ctl

@@ -13,7 +13,8 @@ struct Difference {
     /// Both as the machine spells them.
     std::string configuration;
     std::string value;
-    std::optional<std::string> desired;
+    /// As a machine would report it.
+    ReportedValue desired;
     ReportedValue current;
 };
 
@@ -42,8 +43,9 @@ struct MachineDifferences {
 /// In the order of the desired state. The machine's name is the caller's to give when the report has none.
 MachineDifferences compare(const State& desired, const MachineReport& report);
 
-/// Marks the machines whose spec files are not those that most machines have. A machine that does not tell
-/// its spec files is not marked.
-void mark_other_spec_files(std::vector<MachineDifferences>& machines);
+/// Marks the machines that lack a spec file for which the desired state was made, or, when it does not tell,
+/// whose spec files are not those that most machines have. A machine that does not tell its own is not
+/// marked.
+void mark_other_spec_files(const State& desired, std::vector<MachineDifferences>& machines);
 
 } // namespace ctl

@@ -5,8 +5,7 @@ namespace ctl {
 namespace {
 
 Json json_of(const Difference& difference) {
-    return {{"desired", difference.desired ? Json(*difference.desired) : Json()},
-            {"current", json_of(difference.current)}};
+    return {{"desired", json_of(difference.desired)}, {"current", json_of(difference.current)}};
 }
 
 Json json_of(const std::vector<Difference>& differences) {

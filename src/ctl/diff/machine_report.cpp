@@ -61,6 +61,7 @@ ReportedConfiguration read_configuration(const std::string& name, const JsonTree
         refuse("the configuration \"" + visible(name) + "\" is not an object");
     ReportedConfiguration read;
     read.name = name;
+    read.key = text_of(configuration, "key");
     read.service = text_of(configuration, "service");
     read.service_state = text_of(configuration, "serviceState");
     read.start_type = text_of(configuration, "startType");
@@ -120,10 +121,8 @@ std::string shown(const ReportedValue& value) {
     if (!value.unreadable.empty())
         return "(" + visible(value.unreadable) + ")";
     if (value.type.empty())
-        return shown(value.text);
+        return value.text ? visible(*value.text) : "(not set)";
     return visible(value.text.value_or(value.octets)) + " (" + visible(value.type) + ")";
 }
-
-std::string shown(const std::optional<std::string>& text) { return text ? visible(*text) : "(not set)"; }
 
 } // namespace ctl

@@ -25,6 +25,7 @@ struct ReportedValue {
 
 struct ReportedConfiguration {
     std::string name;
+    std::string key;
     std::string service;
     /// "running", "stopped"; empty when the report does not say.
     std::string service_state;
@@ -49,6 +50,5 @@ MachineReport read_report(std::string_view octets);
 Json json_of(const ReportedValue& value);
 /// For people, in one line: the text, "(not set)", a text that is no REG_SZ with its type.
 std::string shown(const ReportedValue& value);
-std::string shown(const std::optional<std::string>& text);
 
 } // namespace ctl

@@ -67,7 +67,7 @@ int diff(const Arguments& arguments) {
     std::vector<MachineDifferences> machines;
     for (const std::string& path : report_paths(arguments))
         machines.push_back(compared(desired, path));
-    mark_other_spec_files(machines);
+    mark_other_spec_files(desired, machines);
     const Fleet fleet(std::move(machines));
     form_named(arguments.format).print(fleet);
     if (fleet.with_problems != 0)

@@ -102,7 +102,19 @@ class Comparison(Diff):
                 self.assertIsNone(problem)
                 self.assertEqual(found["Interval"]["desired"], desired)
                 self.assertEqual(dict(found["Interval"]["current"]), current)
-        self.assertEqual(self.differences({"Interval": "60"}, Interval={"type": "REG_EXPAND_SZ", "value": "60"}), ({}, None))
+        expanded = {"type": "REG_EXPAND_SZ", "value": "60"}
+        self.assertEqual(self.differences({"Interval": "60"}, Interval=expanded),
+                         ({"Interval": {"desired": "60", "current": {"value": "60", "type": "REG_EXPAND_SZ"}}}, None))
+        self.assertEqual(self.differences({"Interval": "60"}, Interval={"type": "REG_SZ", "value": "60"}), ({}, None))
+
+    def test_other_types_may_be_desired(self):
+        for current in ({"type": "REG_DWORD", "octets": "3c000000"}, {"type": "REG_EXPAND_SZ", "value": "60"}):
+            self.assertEqual(self.differences({"Interval": current}, Interval=current), ({}, None))
+            found, _ = self.differences({"Interval": current}, Interval="60")
+            self.assertEqual(found["Interval"], {"desired": current, "current": "60"})
+        found, _ = self.differences({"Interval": {"type": "REG_DWORD", "octets": "3C000000"}},
+                                    Interval={"type": "REG_DWORD", "octets": "3d000000"})
+        self.assertEqual(found["Interval"]["desired"], {"type": "REG_DWORD", "octets": "3c000000"})
 
     def test_what_the_machine_does_not_have_is_a_problem(self):
         self.assertEqual(self.differences({"Nothing": None, "Interval": 1}, code=4),
@@ -129,6 +141,23 @@ class Comparison(Diff):
                                    (("odd", ["b"]), ("web1", ["a"]), ("web2", ["a"]), ("silent", []))))
         self.assertEqual([each.get("otherSpecFile") for each in machines], [True, None, None, None])
         self.assertEqual([each["inSync"] for each in machines], [True] * 4)
+
+
+    def test_a_spec_file_that_the_desired_state_was_made_for(self):
+        desired = json.dumps({"schema": 1, "configurations": {"Tavrin Agent": {
+            "guards": {"sha256": "B" * 64}, "values": {"Interval": 60}}}})
+        machines = self.machines(*(report(name, specs=specs) for name, specs in (
+            ("odd", ["b" * 64, "c" * 64]), ("web1", ["a" * 64]), ("web2", ["a" * 64]), ("silent", []))), desired=desired)
+        self.assertEqual([each.get("otherSpecFile") for each in machines], [None, True, True, None])
+
+    def test_another_key_or_service_than_desired_is_a_problem(self):
+        desired = {"schema": 1, "configurations": {"Tavrin Agent": {
+            "guards": {"key": "software\\TAVRIN\\agent", "service": "TavrinAgent"}, "values": {"Interval": 60}}}}
+        machine, = self.machines(report("web1"), desired=json.dumps(desired))
+        self.assertTrue(machine["inSync"])
+        desired["configurations"]["Tavrin Agent"]["guards"] = {"service": "Other"}
+        machine, = self.machines(report("web1"), desired=json.dumps(desired), code=4)
+        self.assertEqual(machine["problem"], 'the service is "TavrinAgent"; the desired state is for "Other"')
 
 
 class NoReports(Diff):

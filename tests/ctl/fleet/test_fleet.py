@@ -112,7 +112,8 @@ class Fleet(unittest.TestCase):
     def test_everybody_says_what_is_true(self):
         rows = [["machine", "state", "", "Ansible", "changed", "diff", "registry", "service", "truth"]]
         for run in (1, 2):
-            before = {machine.name for machine in self.states if machine.is_well()}
+            before = {machine.name for machine, state in self.states.items()
+                      if machine.is_well() and state is not played.without_spec_file}
             self.said = self.play("roll_out.yml", batches=["100%"])
             self.assertEqual(set(self.said), {machine.name for machine in self.states}, self.printed)
             took = self.seconds
