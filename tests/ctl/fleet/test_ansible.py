@@ -59,7 +59,7 @@ class Role(AgentCase):
     def test_a_service_that_does_not_run_fails(self):
         self.stop_agent()
         self.assertEqual(self.play(code=2), {"machine": (1, 1)})
-        self.assertEqual(self.fatal_line(), "The service of Tavrin Agent, TavrinAgent, is stopped (demand)")
+        self.assertEqual(self.fatal_line(), "The service of Tavrin Agent, TavrinAgent, is stopped (manual)")
         self.assertEqual(self.play(tavrin_agent_require_service=False), {"machine": (0, 0)})
 
     def test_no_other_batch_is_begun_when_a_connection_test_fails(self):
