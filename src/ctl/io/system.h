@@ -2,7 +2,6 @@
 /// What tavrinctl asks of the system beside the registry, services and sockets. Paths are UTF-8. Each
 /// platform has its own realisation, in a folder of its name.
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,8 +16,6 @@ bool make_folders(const std::string& path);
 std::vector<std::string> names_in(const std::string& folder);
 /// Whether there is such a file, also one that may not be read.
 bool file_exists(const std::string& path);
-/// The names of what is in the folder, in order; nothing when there is no such folder.
-std::optional<std::vector<std::string>> names_in(const std::string& folder);
 /// Removes the file, if it is there.
 void remove_file(const std::string& path);
 /// Creates the file, if it is missing, and keeps every other process from holding it until release_file, or

@@ -47,10 +47,11 @@ MachineDifferences compared(const State& desired, const std::string& path) {
 /// not look like no drift.
 void add_paths(std::vector<std::string>& paths, const std::string& operand) {
     const std::size_t before = paths.size();
-    for (const std::string& name : names_in(operand).value_or(std::vector<std::string>())) {
+    for (const std::string& name : names_in(operand)) {
         if (name.ends_with(".json"))
             paths.push_back(join_path(operand, name));
     }
+    std::sort(paths.begin() + static_cast<std::ptrdiff_t>(before), paths.end());
     if (paths.size() == before)
         paths.push_back(operand);
 }

@@ -2,12 +2,9 @@
 
 #include "ctl/failure.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <dirent.h>
 #include <filesystem>
-#include <memory>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,17 +30,6 @@ std::vector<std::string> names_in(const std::string& folder) {
 }
 
 bool file_exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
-
-std::optional<std::vector<std::string>> names_in(const std::string& folder) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), closedir);
-    if (open == nullptr)
-        return std::nullopt;
-    std::vector<std::string> names;
-    while (const dirent* const entry = readdir(open.get()))
-        names.emplace_back(entry->d_name);
-    std::sort(names.begin(), names.end());
-    return names;
-}
 
 void remove_file(const std::string& path) { unlink(path.c_str()); }
 

@@ -90,20 +90,6 @@ bool file_exists(const std::string& path) {
            GetLastError() == ERROR_ACCESS_DENIED;
 }
 
-std::optional<std::vector<std::string>> names_in(const std::string& folder) {
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW(to_wide(join_path(folder, "*")).c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
-        return std::nullopt;
-    std::vector<std::string> names;
-    do {
-        names.push_back(from_wide(found.cFileName));
-    } while (FindNextFileW(search, &found) != 0);
-    FindClose(search);
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 void remove_file(const std::string& path) { DeleteFileW(to_wide(path).c_str()); }
 
 void* hold_file(const std::string& path) {
