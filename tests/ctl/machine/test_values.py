@@ -93,7 +93,7 @@ class Change(AgentCase):
             "set", "Tavrin Agent", "Port=5000", "AgentName=a", "AgentDomain=b", "DataFolder=c", "LogFile=d", "Interval=5",
             "ServerList=e", "Detail=normal", "--json").out)
         self.assertEqual(report["configurations"]["Tavrin Agent"]["values"]["Port"],
-                         {"before": "5000", "type": "REG_DWORD", "after": "5000", "changed": True})
+                         {"before": {"type": "REG_DWORD", "octets": "88130000"}, "after": "5000", "changed": True})
         self.assertNotEqual(exported(AGENT), before)
         self.assertEqual(unix_path(report["backup"]).read_bytes()[:2], b"\xff\xfe")
         wine("regedit", "/S", report["backup"])
