@@ -9,6 +9,7 @@ import csv
 import itertools
 import json
 import os
+import pathlib
 import random
 import re
 import shutil
@@ -22,8 +23,10 @@ import tool
 FLEET = tool.TOP / "examples/fleet/ansible"
 COUNT = int(os.environ.get("TAVRIN_FLEET", "4"))
 SEED = int(os.environ.get("TAVRIN_FLEET_SEED", "1"))
-# The program for Linux, on which the controller compares.
-NATIVE = os.environ.get("TAVRIN_NATIVE", tool.TOP / "build/asan/tavrinctl")
+# The controller compares with the program for Linux; where that is not built, with the one for Windows.
+NATIVE = pathlib.Path(os.environ.get("TAVRIN_NATIVE", tool.TOP / "build/asan/tavrinctl"))
+DIFF = [str(NATIVE)] if NATIVE.exists() else [
+    str(played.HERE / "on_machine"), os.environ.get("TAVRIN_WINE_PREFIX", ""), str(played.TAVRINCTL)]
 
 
 def draw(count, chance):
@@ -58,7 +61,7 @@ class Fleet(unittest.TestCase):
         cls.inventory.write_text(json.dumps({"all": {"hosts": hosts, "vars": {
             "ansible_connection": "local", "ansible_python_interpreter": "/usr/bin/python3",
             "tavrin_agent_configurations": played.CONFIGURATIONS, "tavrin_agent_timeout": 8,
-            "tavrin_agent_reports": str(cls.folder / "reports"), "diff_command": [str(NATIVE)]}}}))
+            "tavrin_agent_reports": str(cls.folder / "reports"), "diff_command": DIFF}}}))
 
     def play(self, playbook, **variables):
         """Runs a playbook; returns what it printed and the recap of each machine."""
@@ -80,7 +83,7 @@ class Fleet(unittest.TestCase):
         folder, = (self.folder / "reports").iterdir()
         shown = {path.stem: json.loads(path.read_text()) for path in folder.glob("*.json")}
         names = [f"{machine.name}.json" for machine in self.states]
-        done = subprocess.run([NATIVE, "diff", "desired", *names, "--format", "json"], cwd=folder, capture_output=True,
+        done = subprocess.run([*DIFF, "diff", "desired", *names, "--format", "json"], cwd=folder, capture_output=True,
                               text=True, check=False)
         self.assertIn(done.returncode, (0, 4), done.stderr)
         machines = json.loads(done.stdout)["machines"]
