@@ -38,7 +38,7 @@ if(NOT WIN32)
     find_library(TAVRIN_DIGESTS libmd.a REQUIRED)
     target_link_libraries(tavrin_ctl PUBLIC ${TAVRIN_DIGESTS})
 endif()
-set_source_files_properties(src/ctl/program.cpp src/ctl/machine/identity.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
+set_source_files_properties(src/ctl/program.cpp src/ctl/machine/identity.cpp src/ctl/check/check_report.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
 
 if(WIN32)
     target_compile_options(tavrin_ctl PRIVATE $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)

@@ -20,6 +20,10 @@ SpecLine without_first(const SpecLine& line) { return {line.text.substr(1), line
 
 } // namespace
 
+std::string_view up_to_end_of_text(std::string_view octets) {
+    return octets.substr(0, octets.find(end_of_text));
+}
+
 /// In binary mode, because text mode ends the file at that byte only on some systems. With the C library's
 /// files, because a stream would add all locales to the program.
 std::optional<std::string> read_spec_file(const std::string& path) {
@@ -33,7 +37,7 @@ std::optional<std::string> read_spec_file(const std::string& path) {
     // Some systems open a directory and then refuse to read it.
     if (std::ferror(file.get()) != 0)
         return std::nullopt;
-    bytes.resize(std::min(bytes.find(end_of_text), bytes.size()));
+    bytes.resize(up_to_end_of_text(bytes).size());
     return bytes;
 }
 
@@ -155,6 +159,13 @@ void SpecReader::read_further(Declaration& declaration) {
 /// At the next subspec, at a group start or at the end of the text.
 bool SpecReader::at_subspec_end() const {
     return lines_.at_end() || lines_.next_starts_with('$') || lines_.next_starts_with('!');
+}
+
+std::optional<SpecError> line_end_error(std::string_view text) {
+    if (text.find('\n') != std::string_view::npos || text.find('\r') == std::string_view::npos)
+        return std::nullopt;
+    return SpecError{1, "the lines end with a carriage return alone, so the file is read as one line; end "
+                        "them with LF or CR LF"};
 }
 
 SpecError unknown_type(const Declaration& declaration) {

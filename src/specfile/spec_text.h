@@ -27,8 +27,11 @@
 #include <variant>
 #include <vector>
 
-/// The bytes of the file at `path`, which other programs may have open, up to the first one of value 26
-/// (0x1A), which ends a text; nothing when the file cannot be opened or is a directory.
+/// What is read of a spec file's octets: those before the first one of value 26 (0x1A), which ends a text.
+std::string_view up_to_end_of_text(std::string_view octets);
+
+/// The bytes of the file at `path`, which other programs may have open, up to the end of its text; nothing
+/// when the file cannot be opened or is a directory.
 std::optional<std::string> read_spec_file(const std::string& path);
 
 /// Lines of a text in memory. A line ends at a line feed; one carriage return right before it belongs to the
@@ -164,6 +167,9 @@ private:
     bool has_service_name_ = false;
     SpecStatement statement_;
 };
+
+/// Nothing, unless the text is one line because its lines end with carriage returns alone.
+std::optional<SpecError> line_end_error(std::string_view text);
 
 /// The error for a declaration of an unknown kind.
 SpecError unknown_type(const Declaration& declaration);

@@ -66,7 +66,7 @@ void require_templates(const std::string& octets) {
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     const std::string octets(reinterpret_cast<const char*>(data), size);
     for (const bool is_utf8 : {false, true}) {
-        const std::vector<ctl::Finding> findings = ctl::check_spec(octets, is_utf8);
+        const std::vector<ctl::Finding> findings = ctl::check_spec(octets, is_utf8 ? 65001 : 1252);
         require(has_error(findings) || !window_refuses(octets));
         require_order(findings, lines_of(octets));
     }

@@ -5,7 +5,6 @@
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/registry_names.h"
 #include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "specfile/value_text.h"
@@ -171,38 +170,21 @@ private:
     std::vector<std::pair<std::size_t, std::size_t>> places_;
 };
 
-/// One member of a state that says what it was made for, and what this machine has.
-struct Claim {
-    const char* what;
-    std::string said;
-    std::string found;
-
-    bool holds() const { return said.empty() || is_same_registry_name(said, found); }
-    std::string words() const {
-        return std::string(what) + " is \"" + visible(found) + "\" here, not \"" + visible(said) + "\"";
-    }
-};
-
-void check_guards(const MachineConfiguration& configuration, const Guards& guards, Problems& problems) {
-    const bool has_digest = !guards.sha256.empty();
-    const Claim claims[] = {{"the key", guards.key, to_utf8(configuration.key())},
-                            {"the service", guards.service, to_utf8(configuration.service())},
-                            {"the SHA-256 of the spec file", guards.sha256,
-                             has_digest ? sha256_of_file(to_utf8(configuration.path)).value_or("") : ""}};
-    for (const Claim& each : claims) {
-        if (!each.holds())
-            problems.add(to_utf8(configuration.name) + ": the state is guarded: " + each.words());
-    }
+/// The digest only where it is asked for: the file is read for it.
+Guards facts_of(const MachineConfiguration& configuration, bool with_digest) {
+    return {to_utf8(configuration.key()), to_utf8(configuration.service()),
+            with_digest ? sha256_of_file(to_utf8(configuration.path)).value_or("") : ""};
 }
 
-/// What only informs refuses nothing.
-void warn_of_others(const MachineConfiguration& configuration, const WishedConfiguration& wished) {
-    const Claim claims[] = {{"the key", wished.key, to_utf8(configuration.key())},
-                            {"the service", wished.service, to_utf8(configuration.service())}};
-    for (const Claim& each : claims) {
-        if (!each.holds())
-            say(to_utf8(configuration.name) + ": " + each.words(), Level::warning);
-    }
+/// Guards refuse; what only informs warns.
+void check_origin(const MachineConfiguration& configuration, const WishedConfiguration& wished,
+                  Problems& problems) {
+    const std::string name = to_utf8(configuration.name) + ": ";
+    const Guards facts = facts_of(configuration, !wished.guards.sha256.empty());
+    for (const std::string& each : contradictions(wished.guards, facts))
+        problems.add(name + "the state is guarded: " + each);
+    for (const std::string& each : contradictions({wished.key, wished.service, {}}, facts))
+        say(name + each, Level::warning);
 }
 
 void plan_one(const Machine& machine, const WishedConfiguration& wished,
@@ -212,8 +194,7 @@ void plan_one(const Machine& machine, const WishedConfiguration& wished,
                                    [&](const auto& each) { return each.configuration == &configuration; });
     if (twice)
         throw Failure{invalid, "the configuration \"" + visible(wished.name) + "\" is given twice"};
-    check_guards(configuration, wished.guards, problems);
-    warn_of_others(configuration, wished);
+    check_origin(configuration, wished, problems);
     all.push_back(Planning(configuration, problems).plan(wished.values));
     all.back().restart_is_pending = restart_is_pending(configuration.service());
 }

@@ -1,8 +1,11 @@
 #include "ctl/change/state_check.h"
 
 #include "ctl/io/encoding.h"
+#include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
 #include "specfile/value_text.h"
+
+#include <tuple>
 
 namespace ctl {
 namespace {
@@ -55,6 +58,20 @@ std::string desired_text(const WishedValue& wished, const Declaration& declarati
 
 std::string refusal(const std::string& text, const std::string& problem, unsigned code_page) {
     return to_utf8("\"" + visible(text.substr(0, most_quoted)) + "\" is refused: " + problem, code_page);
+}
+
+std::vector<std::string> contradictions(const Guards& said, const Guards& found) {
+    const std::tuple<const char*, const std::string&, const std::string&> pairs[] = {
+        {"the key", said.key, found.key},
+        {"the service", said.service, found.service},
+        {"the SHA-256 of the spec file", said.sha256, found.sha256}};
+    std::vector<std::string> all;
+    for (const auto& [what, wanted, here] : pairs) {
+        if (!wanted.empty() && !is_same_registry_name(wanted, here))
+            all.push_back(std::string(what) + " is \"" + visible(here) + "\" here, not \"" + visible(wanted) +
+                          "\"");
+    }
+    return all;
 }
 
 std::vector<std::string> state_problems(const WishedConfiguration& wished, const SpecModel& spec,

@@ -30,6 +30,10 @@ std::string desired_text(const WishedValue& wished, const Declaration& declarati
 /// Says that `text`, in the code page, is refused because of `problem`.
 std::string refusal(const std::string& text, const std::string& problem, unsigned code_page);
 
+/// What a state says of its origin and is otherwise here, half a line each. What it does not say is not
+/// compared.
+std::vector<std::string> contradictions(const Guards& said, const Guards& found);
+
 /// What is wrong with a state's values for every machine that has this spec file: a line each, with the name
 /// in front.
 std::vector<std::string> state_problems(const WishedConfiguration& wished, const SpecModel& spec,

@@ -1,11 +1,12 @@
 #include "ctl/check/octet_check.h"
 
+#include "specfile/spec_text.h"
+
 #include <cstdint>
 
 namespace ctl {
 namespace {
 
-constexpr char end_of_text = '\x1A';
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 std::size_t line_of(std::string_view octets, std::size_t place) {
@@ -35,8 +36,8 @@ void check_utf8(std::string_view octets, Findings& findings) {
 
 /// What is left of the octets.
 std::string_view cut_at_end_of_text(std::string_view octets, Findings& findings) {
-    const std::size_t end = octets.find(end_of_text);
-    if (end == std::string_view::npos)
+    const std::size_t end = up_to_end_of_text(octets).size();
+    if (end == octets.size())
         return octets;
     const bool lost = octets.substr(end + 1).find_first_not_of("\r\n\x1A") != std::string_view::npos;
     findings.warn(line_of(octets, end), lost ? "the byte 0x1A ends the text here; what follows is not read"
@@ -59,6 +60,10 @@ std::optional<std::string_view> check_octets(std::string_view octets, bool is_ut
         return std::nullopt;
     }
     std::string_view text = cut_at_end_of_text(octets, findings);
+    if (auto error = line_end_error(text)) {
+        findings.error(error->line, std::move(error->text));
+        return std::nullopt;
+    }
     check_zero_bytes(text, findings);
     if (text.starts_with(byte_order_mark)) {
         findings.error(1, "a byte order mark stands before the key path and is taken for a part of it");

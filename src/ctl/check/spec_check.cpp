@@ -2,16 +2,19 @@
 
 #include "base/text.h"
 #include "ctl/check/octet_check.h"
-#include "specfile/name_table.h"
+#include "ctl/io/registry_names.h"
 #include "specfile/spec_text.h"
 #include "specfile/value_forms.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <optional>
+#include <utility>
 
 namespace ctl {
 namespace {
+
+constexpr unsigned utf8 = 65001;
 
 /// What the page shows in the smallest window, in the stock font: about so many characters in a line of the
 /// help text, so many lines of it, and so many characters of the title in the frame.
@@ -43,9 +46,9 @@ std::size_t wrapped_lines(std::string_view text) {
 
 class SpecCheck {
 public:
-    SpecCheck(std::string_view octets, bool is_utf8)
-        : octets_(octets), is_utf8_(is_utf8), titles_(false, octets.size() / octets_an_entry),
-          value_names_(true, octets.size() / octets_an_entry) {}
+    SpecCheck(std::string_view octets, unsigned code_page)
+        : octets_(octets), code_page_(code_page), titles_(false, octets.size() / octets_an_entry),
+          value_names_(code_page, octets.size() / octets_an_entry) {}
 
     std::vector<Finding> run();
 
@@ -57,17 +60,27 @@ private:
     void take(const GroupStart& group);
     void take(const Declaration& declaration);
     void take(const SpecError& error);
+    std::size_t start_of(std::size_t line);
+    std::size_t blank_lines_before(std::size_t line);
+    bool goes_astray(std::size_t line, Severity severity);
+    void tell_stray();
     void check_title(const Declaration& declaration);
     void check_value_name(const Declaration& declaration);
     void check_help(const Declaration& declaration);
     void check_options(const Declaration& declaration);
     void check_underline(const SpecLine& line, const char* what);
     void check_lookups();
+    void check_port_of_scan();
     void check_wanted_title(const SpecLine& title);
 
     std::string_view octets_;
-    bool is_utf8_;
+    unsigned code_page_;
     Findings findings_;
+    /// Where the line starts that was looked for last.
+    std::size_t known_line_ = 1;
+    std::size_t known_start_ = 0;
+    /// An entry outside any group, until it is known what became of it.
+    std::optional<Finding> stray_;
     bool is_old_ = false;
     bool has_ampersand_ = false;
     std::size_t groups_ = 0;
@@ -75,7 +88,7 @@ private:
     NameTable titles_;
     /// Of those, the ones whose first entry has no registry value.
     NameTable titles_without_value_{false};
-    NameTable value_names_;
+    RegistryNames value_names_;
     /// What the connection test looks up, and the lines where it and the first server list stand.
     std::vector<SpecLine> wanted_titles_;
     std::size_t connection_test_ = 0;
@@ -83,7 +96,7 @@ private:
 };
 
 std::vector<Finding> SpecCheck::run() {
-    const auto text = check_octets(octets_, is_utf8_, findings_);
+    const auto text = check_octets(octets_, code_page_ == utf8, findings_);
     if (!text)
         return findings_.in_order();
     has_ampersand_ = text->find('&') != std::string_view::npos;
@@ -92,6 +105,7 @@ std::vector<Finding> SpecCheck::run() {
     check_head(reader);
     while (const auto statement = reader.next())
         check_statement(*statement);
+    tell_stray();
     if (entries_ == 0)
         findings_.warn(1, "the file declares no entry, so the window shows nothing to edit");
     check_lookups();
@@ -124,27 +138,68 @@ void SpecCheck::check_statement(const SpecStatement& statement) {
     std::visit([this](const auto& each) { take(each); }, statement);
 }
 
+/// Where a line starts; lines are asked for in their order, so the text is gone through once.
+std::size_t SpecCheck::start_of(std::size_t line) {
+    for (; known_line_ < line; ++known_line_)
+        known_start_ = octets_.find('\n', known_start_) + 1;
+    return known_start_;
+}
+
+std::size_t SpecCheck::blank_lines_before(std::size_t line) {
+    std::string_view before = octets_.substr(0, start_of(line));
+    std::size_t blank = 0;
+    while (before.ends_with('\n')) {
+        before.remove_suffix(before.ends_with("\r\n") ? 2 : 1);
+        blank += before.empty() || before.ends_with('\n') ? 1U : 0U;
+    }
+    return blank;
+}
+
+/// A line that would start an entry, behind a blank line. What follows from it is not reported on top.
+bool SpecCheck::goes_astray(std::size_t line, Severity severity) {
+    const std::size_t blank = groups_ == 0 ? 0 : blank_lines_before(line);
+    if (blank != 0)
+        stray_ = {line - blank, severity, "a blank line ends the group, so the entry behind it is not read"};
+    return blank != 0;
+}
+
+void SpecCheck::tell_stray() {
+    if (const auto stray = std::exchange(stray_, std::nullopt))
+        findings_.add(stray->line, stray->severity, stray->text);
+}
+
 void SpecCheck::take(const ServiceName& service) {
-    if (!service.name.text.starts_with('$'))
-        return;
-    findings_.warn(service.name.number,
-                   quoted(service.name.text) + " is taken for the name of the service, not for an entry: " +
-                       (groups_ == 0 ? "no group has begun" : "a blank line ended the group before it"));
+    const SpecLine& name = service.name;
+    if (name.text.starts_with('$') && !goes_astray(name.number, Severity::warning)) {
+        findings_.warn(name.number, quoted(name.text) +
+                                        " is taken for the name of the service, not for an entry: " +
+                                        (groups_ == 0 ? "no group has begun" : "the group has ended"));
+    }
 }
 
 void SpecCheck::take(const GroupStart& group) {
-    if (group.is_implied && groups_ != 0)
-        findings_.warn(group.name.number,
-                       "a blank line ended the group; what follows stands in one without a name");
+    tell_stray();
+    if (group.is_implied && groups_ != 0) {
+        findings_.warn(group.name.number - blank_lines_before(group.name.number),
+                       "the group ends here; what follows stands in one without a name");
+    }
     ++groups_;
 }
 
-void SpecCheck::take(const SpecError& found) { findings_.error(found.line, found.text); }
+void SpecCheck::take(const SpecError& found) {
+    if (stray_) {
+        stray_->severity = Severity::error;
+    } else if (!found.text.starts_with("Parse error: line \"$") ||
+               !goes_astray(found.line, Severity::error)) {
+        findings_.error(found.line, found.text);
+    }
+}
 
 void SpecCheck::take(const Declaration& declaration) {
     ++entries_;
     if (declaration.kind == nullptr) {
-        take(unknown_type(declaration));
+        const SpecError unknown = unknown_type(declaration);
+        findings_.error(unknown.line, unknown.text);
         check_underline(declaration.title, "title");
         check_underline(declaration.help_text, "help text");
         return;
@@ -168,7 +223,7 @@ void SpecCheck::check_title(const Declaration& declaration) {
     if (declaration.kind->least_further != 0)
         return;
     const std::size_t first = titles_.add(title.text, title.number);
-    if (first == 0 && declaration.kind->form == ValueForm::none)
+    if (first == 0 && !declaration.has_value())
         titles_without_value_.add(title.text, title.number);
     if (first != 0) {
         findings_.warn(title.number, "the title " + quoted(title.text) + " stands at line " +
@@ -188,7 +243,7 @@ void SpecCheck::check_value_name(const Declaration& declaration) {
     const SpecLine& name = declaration.value_name;
     if (name.number == 0)
         findings_.warn(declaration.title.number, "the file ends before the value name of this entry");
-    if (declaration.kind->form == ValueForm::none || name.number == 0)
+    if (!declaration.has_value() || name.number == 0)
         return;
     if (name.text.empty())
         findings_.warn(name.number, "the value name is empty: that is the key's default value");
@@ -245,9 +300,18 @@ void SpecCheck::check_underline(const SpecLine& line, const char* what) {
 void SpecCheck::check_lookups() {
     for (const SpecLine& title : wanted_titles_)
         check_wanted_title(title);
-    if (server_list_ != 0 && titles_.find("Port") == 0)
-        findings_.warn(server_list_,
-                       "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
+    if (server_list_ != 0)
+        check_port_of_scan();
+}
+
+/// The button ends the window's program when it cannot read the port.
+void SpecCheck::check_port_of_scan() {
+    if (titles_.find("Port") == 0) {
+        findings_.error(server_list_,
+                        "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
+    } else if (const std::size_t line = titles_without_value_.find("Port")) {
+        findings_.error(line, "\"Scan\" looks for the port in this entry, but it has no value");
+    }
 }
 
 void SpecCheck::check_wanted_title(const SpecLine& title) {
@@ -264,8 +328,8 @@ void SpecCheck::check_wanted_title(const SpecLine& title) {
 
 } // namespace
 
-std::vector<Finding> check_spec(std::string_view octets, bool is_utf8) {
-    return SpecCheck(octets, is_utf8).run();
+std::vector<Finding> check_spec(std::string_view octets, unsigned code_page) {
+    return SpecCheck(octets, code_page).run();
 }
 
 } // namespace ctl

@@ -2,15 +2,27 @@
 /// What is wrong with a spec file, found by reading it as the window does and looking further where the
 /// window does not: it says nothing of a title that its lookups will miss or of a letter that becomes an
 /// underline.
-#include "ctl/check/findings.h"
-
+#include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace ctl {
 
-/// All findings in the octets of a spec file, in the order of its lines. `is_utf8`: the file is read in that
-/// code page, so its characters of several octets are no surprise.
-std::vector<Finding> check_spec(std::string_view octets, bool is_utf8);
+enum class Severity {
+    error,   ///< The window refuses it, at once or when it is used.
+    warning, ///< The window's user stumbles over it.
+};
+
+struct Finding {
+    std::size_t line;
+    Severity severity;
+    /// In the octets of the file.
+    std::string text;
+};
+
+/// All findings in the octets of a spec file, in the order of its lines. They are read in the
+/// code page.
+std::vector<Finding> check_spec(std::string_view octets, unsigned code_page);
 
 } // namespace ctl

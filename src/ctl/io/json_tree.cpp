@@ -15,10 +15,15 @@ using Kind = JsonTree::Kind;
 
 [[noreturn]] void refuse(const std::string& text) { throw Failure{invalid, text}; }
 
-/// The library's words begin with its own name for the kind of error.
-std::string without_class(const std::string& words) {
-    const std::size_t end = words.find("] ");
-    return end == std::string::npos ? words : words.substr(end + 2);
+/// The library's words begin with its own name for the kind of error, and quote what it read last, which may
+/// be long, secret or no UTF-8; line and column say where it is.
+std::string own_words(std::string words) {
+    words.erase(0, words.find("] ") + 2);
+    const std::size_t quoted = words.find("; last read: '");
+    const std::size_t expected = words.rfind("'; expected ");
+    if (quoted != std::string::npos)
+        words.erase(quoted, expected == std::string::npos ? expected : expected + 1 - quoted);
+    return words;
 }
 
 void refuse_repeated_names(const std::vector<JsonMember>& members) {
@@ -53,7 +58,7 @@ public:
     bool end_array() override { return close(); }
     bool key(string_t& name) override;
     bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& failure) override {
-        refuse(without_class(failure.what()));
+        refuse(own_words(failure.what()));
     }
 
     JsonTree take() { return std::move(root_); }

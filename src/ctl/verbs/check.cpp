@@ -1,58 +1,96 @@
+#include "ctl/check/check_report.h"
 #include "ctl/check/spec_check.h"
+#include "ctl/check/state_findings.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
-#include "ctl/io/visible.h"
+#include "ctl/io/sha256.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 namespace ctl {
 namespace {
 
-constexpr unsigned utf8 = 65001;
-
-void print_finding(const std::string& path, const Finding& finding, unsigned code_page) {
-    const char* const severity = finding.severity == Severity::error ? "error" : "warning";
-    print(path + ":" + std::to_string(finding.line) + ": " + severity + ": " +
-          visible(to_utf8(finding.text, code_page)) + "\n");
+CheckedFile unreadable(const std::string& path) {
+    return {path, {{1, Severity::error, std::string("cannot read: ") + std::strerror(errno)}}};
 }
 
-/// False when there are errors.
-bool check_file(const std::string& path, unsigned code_page) {
-    const auto octets = read_file(path);
-    const auto findings = octets ? check_spec(*octets, code_page == utf8)
-                                 : std::vector<Finding>{{1, Severity::error, "the file cannot be read"}};
-    for (const Finding& each : findings)
-        print_finding(path, each, code_page);
-    return std::none_of(findings.begin(), findings.end(),
-                        [](const Finding& each) { return each.severity == Severity::error; });
+CheckedFile checked(const std::string& path, const std::string& octets, unsigned code_page) {
+    std::vector<Finding> findings = check_spec(octets, code_page);
+    for (Finding& each : findings)
+        each.text = to_utf8(each.text, code_page);
+    return {path, std::move(findings)};
 }
+
+class Checking {
+public:
+    Checking(unsigned code_page, bool keeps_specs) : code_page_(code_page), keeps_specs_(keeps_specs) {}
+
+    void take_spec(const std::string& path) {
+        auto octets = read_file(path);
+        if (!octets) {
+            files_.push_back(unreadable(path));
+            return;
+        }
+        files_.push_back(checked(path, *octets, code_page_));
+        if (!keeps_specs_)
+            return;
+        std::string digest = sha256(*octets);
+        specs_.push_back({SpecModel(std::move(*octets)), std::move(digest)});
+    }
+
+    void take_state(const std::string& path) {
+        const auto octets = read_file(path, longest_json);
+        files_.push_back(octets ? CheckedFile{path, state_findings(*octets)} : unreadable(path));
+    }
+
+    const CheckedFiles& files() const { return files_; }
+
+private:
+    std::vector<Finding> state_findings(const std::string& octets) const {
+        try {
+            return check_state(read_state(octets), specs_, code_page_);
+        } catch (const Failure& failure) {
+            return {{1, Severity::error, failure.text}};
+        }
+    }
+
+    unsigned code_page_;
+    bool keeps_specs_;
+    CheckedFiles files_;
+    std::vector<CheckedSpec> specs_;
+};
 
 int check(const Arguments& arguments) {
-    const unsigned code_page = arguments.code_page.value_or(machine_code_page());
-    bool fine = true;
+    Checking checking(arguments.code_page.value_or(machine_code_page()), !arguments.state.empty());
     for (const std::string& path : arguments.operands)
-        fine = check_file(path, code_page) && fine;
-    return fine ? as_wished : invalid;
+        checking.take_spec(path);
+    if (!arguments.state.empty())
+        checking.take_state(arguments.state);
+    print(check_report(checking.files(), arguments.format));
+    return has_errors(checking.files()) ? invalid : as_wished;
 }
 
 } // namespace
 
 const Verb check_verb{
     .name = "check",
-    .usage = "FILE... [--code-page N]",
+    .usage = "FILE... [--state STATE.json] [--format text|json|sarif|github] [--code-page N]",
     .least_operands = 1,
     .most_operands = any_number,
-    .summary = "report mistakes in spec files",
+    .summary = "report mistakes in spec files, and in a state for them",
     .help = R"(
 Checks spec files and prints a line for each mistake, as a compiler does:
 
     file:line: error|warning: text
 
-An error is what the window refuses, a warning what its users would stumble over. Ends with 4 if there are
-errors.
+An error is what the window refuses, a warning what its users would stumble over. With --state also what
+apply would refuse in that state on machines with these spec files. sarif and github are for the programs
+that show findings beside a change. Ends with 4 if there are errors.
 )",
     .run = check,
 };

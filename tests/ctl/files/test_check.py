@@ -2,7 +2,7 @@
 import re
 import unittest
 
-from tool import TOP, FolderCase, own_path, run
+from tool import TOP, UNDER_WINE, FolderCase, own_path, run
 
 HEAD = "SOFTWARE\\Tavrin\\X\nX\n"
 GROUP = HEAD + "!G\n"
@@ -61,17 +61,28 @@ class Refused(Check):
     def test_a_second_service_name(self):
         self.finds(HEAD + "One\nTwo\n!G\n" + entry(), '4: error: Parse error: line "Two" not group start')
 
-    def test_a_blank_line_that_ends_the_group(self):
-        self.finds(GROUP + entry() + "\n" + entry("B", "W"),
-                   '9: warning: "$B" is taken for the name of the service, not for an entry: a blank line ended the '
-                   "group before it",
-                   '10: error: Parse error: line "W" not group start',
-                   '11: error: Parse error: line "Help." not group start',
-                   '12: error: Parse error: line "String" not group start')
+    ASTRAY = "a blank line ends the group, so the entry behind it is not read"
+
+    def test_a_blank_line_that_ends_the_group_is_named_once_and_at_its_line(self):
+        self.finds(GROUP + entry() + "\n" + entry("B", "W") + entry("C", "X"), "8: error: " + self.ASTRAY)
+        self.finds(GROUP + entry() + "\r\n\n" + entry("B", "W"), "8: error: " + self.ASTRAY)
+        self.finds(HEAD + "Service\n!G\n" + entry() + "\n" + entry("B", "W"), "9: error: " + self.ASTRAY)
+
+    def test_a_blank_line_before_a_last_title(self):
+        self.finds(GROUP + entry() + "\n$B\n", "8: warning: " + self.ASTRAY)
+
+    def test_what_is_wrong_in_the_next_group_is_found(self):
+        self.finds(GROUP + entry() + "\n" + entry("B", "W") + "!H\n" + entry("C", "X", "Help.", "Text"),
+                   "8: error: " + self.ASTRAY, '17: error: Unknown type: "Text", for subspec C')
 
     def test_a_blank_line_that_ends_the_group_of_an_old_file(self):
-        self.finds("SOFTWARE\\X\n!G\n" + entry() + "\n" + entry("B", "W"),
-                   "8: warning: a blank line ended the group; what follows stands in one without a name")
+        words = "warning: the group ends here; what follows stands in one without a name"
+        self.finds("SOFTWARE\\X\n!G\n" + entry() + "\n" + entry("B", "W"), "7: " + words)
+        self.finds("SOFTWARE\\X\n!G\n" + entry() + "Service\n" + entry("B", "W"), "8: " + words)
+
+    def test_lines_that_end_with_carriage_returns_alone(self):
+        self.finds((GROUP + entry()).replace("\n", "\r"), "1: error: the lines end with a carriage return alone, so "
+                   "the file is read as one line; end them with LF or CR LF")
 
     def test_an_entry_before_any_group(self):
         found = self.check(HEAD + "Service\n" + entry() + "!G\n" + entry("B", "W"))
@@ -118,6 +129,16 @@ class Refused(Check):
                    *["8: error: the file ends before the four titles of the connection test"] * 2)
 
 
+    def test_no_port_for_a_scan(self):
+        self.finds(GROUP + entry("A", "V", "Help.", "ServerList"),
+                   '4: error: "Scan" looks for the port in an entry titled "Port", and there is none')
+
+    def test_a_port_without_a_value(self):
+        for kind in ("SignalEvent", "RemoveKey"):
+            self.finds(GROUP + entry("A", "V", "Help.", "ServerList") + entry("Port", "W", "Help.", kind),
+                       '8: error: "Scan" looks for the port in this entry, but it has no value')
+
+
 class Stumbled(Check):
     def test_the_byte_that_ends_a_text(self):
         self.finds(GROUP + entry() + "\x1a", "8: warning: the byte 0x1A at the end of the text")
@@ -136,6 +157,11 @@ class Stumbled(Check):
     def test_titles_twice(self):
         self.finds(GROUP + entry() + entry("A", "W"),
                    '8: warning: the title "A" stands at line 4 already; lookups find only that one')
+
+    def test_value_names_twice_in_any_letter_case_beyond_ascii(self):
+        self.finds((GROUP + entry("A", "Größe") + entry("B", "GRÖßE")).encode("latin-1"),
+                   '9: warning: the value name "GRÖßE" stands at line 5 already; the two entries overwrite each other\'s '
+                   "value")
 
     def test_value_names_twice_in_any_letter_case(self):
         self.finds(GROUP + entry("A", "Value") + entry("B", "vALUE"),
@@ -169,10 +195,6 @@ class Stumbled(Check):
                    '10: warning: the option "y" stands at line 9 already',
                    "11: warning: a blank line among the options is an option with an empty text")
         self.finds(GROUP + entry("A", "V", "Help.", "Options"), "7: warning: there is no option to choose")
-
-    def test_no_port_for_a_scan(self):
-        self.finds(GROUP + entry("A", "V", "Help.", "ServerList"),
-                   '4: warning: "Scan" looks for the port in an entry titled "Port", and there is none')
 
     def test_no_name_and_no_entries(self):
         self.finds("SOFTWARE\\X\n\n!G\n", "1: warning: the file declares no entry, so the window shows nothing to edit",
@@ -212,12 +234,13 @@ class Files(Check):
         missing = own_path(self.folder / "none.spec")
         result = run("check", missing, own_path(bad))
         self.assertEqual(result.code, 4)
-        self.assertEqual(result.out.splitlines(), [missing + ":1: error: the file cannot be read",
+        self.assertEqual(result.out.splitlines(), [missing + ":1: error: cannot read: No such file or directory",
                                                    own_path(bad) + ':7: error: Unknown type: "Text", for subspec A'])
 
     def test_a_folder_is_no_file(self):
         result = run("check", own_path(self.folder))
-        self.assertEqual((result.code, result.out), (4, own_path(self.folder) + ":1: error: the file cannot be read\n"))
+        why = "Permission denied" if UNDER_WINE else "Is a directory"
+        self.assertEqual((result.code, result.out), (4, f"{own_path(self.folder)}:1: error: cannot read: {why}\n"))
 
     def test_texts_come_out_in_utf8(self):
         path = self.file("x.spec", (GROUP + entry("A", "V", "Help.", "Größe")).encode("latin-1"))

@@ -49,7 +49,8 @@ class NotUnderstood(unittest.TestCase):
         self.refuses("unknown code page 9", "check", "--code-page", "9", "x")
 
     def test_operands(self):
-        self.refuses("check: missing arguments\nusage: tavrinctl check FILE... [--code-page N]\n", "check")
+        self.refuses("check: missing arguments\nusage: tavrinctl check FILE... [--state STATE.json] "
+                     "[--format text|json|sarif|github] [--code-page N]\n", "check")
 
     def test_required_options(self):
         self.refuses("template needs --format admx|gpp|reg\n", "template", "x")
@@ -62,7 +63,7 @@ class NotUnderstood(unittest.TestCase):
             self.refuses(f"tavrinctl: {verb} needs Windows\n", verb, "--help")
 
     def test_what_stands_behind_two_dashes_is_no_option(self):
-        self.assertIn("--json:1: error: the file cannot be read", run("check", "--", "--json").out)
+        self.assertIn("--json:1: error: cannot read: No such file or directory", run("check", "--", "--json").out)
 
 
 class Streams(FolderCase):

@@ -1,0 +1,23 @@
+#pragma once
+#include "ctl/change/state_file.h"
+#include "ctl/check/spec_check.h"
+#include "specfile/spec_model.h"
+
+#include <string>
+#include <vector>
+
+namespace ctl {
+
+/// A spec file that a state is held against.
+struct CheckedSpec {
+    SpecModel spec;
+    /// Of its octets.
+    std::string sha256;
+};
+
+/// What `apply` would refuse, or warn of, on machines with these spec files; it is told of the state's first
+/// line.
+std::vector<Finding> check_state(const State& state, const std::vector<CheckedSpec>& specs,
+                                 unsigned code_page);
+
+} // namespace ctl
