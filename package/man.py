@@ -43,6 +43,8 @@ def page(version, guide, date):
     # Code blocks as they are, code in sentences bold, as manual pages have it.
     made = re.sub(r"^\.IP\n\.nf\n\\f\[C\]\n(.*?)^\\f\[\]\n\.fi$", r".PP\n.RS 4\n.nf\n\1.fi\n.RE", made, flags=re.M | re.S)
     made = made.replace(r"\f[C]", r"\fB").replace(r"\f[]", r"\fR")
+    # Not every tool that shows manual pages is told their encoding.
+    made = re.sub(r"[^\x00-\x7f]", lambda found: rf"\[u{ord(found[0]):04X}]", made)
     return HEAD.format(date=date, version=version) + made
 
 
