@@ -5,7 +5,8 @@ import unittest
 from guide import TOP, tables
 from test_boxes import pieces, statements
 
-SOURCES = [*sorted((TOP / "src/ctl").rglob("*.cpp")), TOP / "src/specfile/value_text.cpp"]
+SOURCES = [*sorted((TOP / "src/ctl").rglob("*.cpp")), TOP / "src/specfile/value_text.cpp",
+           TOP / "src/specfile/spec_text.cpp"]
 GUIDE = (TOP / "docs/tavrinctl.md").read_text()
 
 # Texts in the sources that are not messages, and what they are. Help texts and options are in the guide's first tables.
@@ -16,6 +17,12 @@ NO_MESSAGES = {
     "Disabled deletes the value; one that was set stays": "likewise",
     "when the policy no longer applies. The agent reads it when its service starts": "likewise",
     "below HKEY_LOCAL_MACHINE\\": "likewise",
+    "What is wrong with a spec file or a state": "the rule's description in SARIF",
+    "'; expected": "taken out of the JSON library's texts",
+    "; last read: '": "likewise",
+    'Parse error: line "$': "compared, not printed",
+    "Parse error: line": "the window's, in the guide for spec files",
+    "with a problem": "a count of diff",
     "Only on Windows": "the list of commands on Linux",
     "shows and changes the settings of the Tavrin Agent, on any number of machines": "the first line of --help",
     'tavrinctl COMMAND --help" explains a command, its options and their defaults': "the last line of --help",
