@@ -161,7 +161,7 @@ TEST_F(BadMoment, AFatalTextIsShownAtOnceBesideABox) {
     click(tool.page_button("Measure now", "Execute"));
     const HWND result = tool.box().window;
     click(tool.control(test_connection));
-    wait_for("the fatal text", [&] { return tool.box().caption == "Error!"; });
+    tool.dialog("Error!");
     EXPECT_FALSE(IsWindow(result));
     const Box box = tool.box();
     EXPECT_THAT(box.text, HasSubstr("Error reading value: "));

@@ -14,7 +14,7 @@ TEST_F(Sample, TheCommandLineAndTheWindowWriteTheirOwnChangesOnly) {
     tool.select(agent_name);
     replace_text(tool.page("Agent name").controls[0], "web2");
     tool.expect_changes(true);
-    EXPECT_THAT(tavrinctl("set \"Tavrin Agent\" Interval=61"), HasSubstr("\"after\": \"61\""));
+    EXPECT_THAT(tavrinctl("set \"Tavrin Agent\" Interval=61"), HasSubstr("Interval: 60 -> 61"));
     EXPECT_EQ(read_value(agent_key, "AgentName"), "web1") << "what the window has not written yet";
     tool.press(ok_id);
     tool.box().press(IDOK); // there is no service to restart
