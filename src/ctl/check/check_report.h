@@ -1,7 +1,7 @@
 #pragma once
 /// The forms in which a check's findings are printed, for people and for the programs that show them beside a
 /// change.
-#include "ctl/check/spec_check.h"
+#include "ctl/check/findings.h"
 
 #include <string>
 #include <vector>

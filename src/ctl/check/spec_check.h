@@ -2,24 +2,12 @@
 /// What is wrong with a spec file, found by reading it as the window does and looking further where the
 /// window does not: it says nothing of a title that its lookups will miss or of a letter that becomes an
 /// underline.
-#include <cstddef>
-#include <string>
+#include "ctl/check/findings.h"
+
 #include <string_view>
 #include <vector>
 
 namespace ctl {
-
-enum class Severity {
-    error,   ///< The window refuses it, at once or when it is used.
-    warning, ///< The window's user stumbles over it.
-};
-
-struct Finding {
-    std::size_t line;
-    Severity severity;
-    /// In the octets of the file.
-    std::string text;
-};
 
 /// All findings in the octets of a spec file, in the order of its lines. They are read in the
 /// code page.

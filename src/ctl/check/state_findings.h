@@ -1,6 +1,6 @@
 #pragma once
 #include "ctl/change/state_file.h"
-#include "ctl/check/spec_check.h"
+#include "ctl/check/findings.h"
 #include "specfile/spec_model.h"
 
 #include <string>
