@@ -32,6 +32,8 @@ NOT_SHOWN = {
     "Tavrin Configuration": "the title of the main window",
     "Tavrin Service Control": "the title of a wait window, which has no title bar",
     "Test Connection": "a button",
+    "the lines end with a carriage return alone, so the file is read as one line; end them with LF or CR LF":
+        "said by tavrinctl alone",
     "Please select a folder to use:": "inside the system's dialog for folders",
     "File selection...": "the title of the system's dialog for files",
 }

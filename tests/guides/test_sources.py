@@ -6,8 +6,8 @@ from guide import TOP
 
 SOURCES = sorted(path for path in (TOP / "src").rglob("*.[ch]*") if path.suffix in (".h", ".cpp"))
 LONGEST = 300
-# Lists of what several files of one kind define: a verb each, a template's format each.
-LISTS = ("src/ctl/template/formats.h", "src/ctl/diff/formats.h")
+# Lists of what several files of one kind define, a format each, and of what the build writes.
+LISTS = ("src/ctl/template/formats.h", "src/ctl/diff/formats.h", "src/ctl/io/linux/code_pages.h")
 SYSTEMS = ("windows", "linux")
 FUNCTION = re.compile(r"^(?!using|return|else|typedef|friend|static_assert|namespace)[A-Za-z_][\w:<>,*& ]*[ *&](~?\w+)\([^;]*$",
                       re.M)

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace ctl {
+
+/// The text in quotation marks, as findings name what they are about.
+inline std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 enum class Severity {
     error,   ///< The window refuses it, at once or when it is used.

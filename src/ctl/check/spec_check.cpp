@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "ctl/check/octet_check.h"
+#include "ctl/check/title_lookups.h"
 #include "ctl/io/registry_names.h"
 #include "specfile/spec_text.h"
 #include "specfile/value_forms.h"
@@ -25,8 +26,6 @@ constexpr std::size_t title_columns = 27;
 /// At least so many has an entry in a file of many.
 constexpr std::size_t octets_an_entry = 64;
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
-
 /// How many lines the text takes when words are wrapped.
 std::size_t wrapped_lines(std::string_view text) {
     std::size_t lines = 1;
@@ -47,7 +46,7 @@ std::size_t wrapped_lines(std::string_view text) {
 class SpecCheck {
 public:
     SpecCheck(std::string_view octets, unsigned code_page)
-        : octets_(octets), code_page_(code_page), titles_(false, octets.size() / octets_an_entry),
+        : octets_(octets), code_page_(code_page), titles_(octets.size() / octets_an_entry),
           value_names_(code_page, octets.size() / octets_an_entry) {}
 
     std::vector<Finding> run();
@@ -69,9 +68,6 @@ private:
     void check_help(const Declaration& declaration);
     void check_options(const Declaration& declaration);
     void check_underline(const SpecLine& line, const char* what);
-    void check_lookups();
-    void check_port_of_scan();
-    void check_wanted_title(const SpecLine& title);
 
     std::string_view octets_;
     unsigned code_page_;
@@ -85,14 +81,8 @@ private:
     bool has_ampersand_ = false;
     std::size_t groups_ = 0;
     std::size_t entries_ = 0;
-    NameTable titles_;
-    /// Of those, the ones whose first entry has no registry value.
-    NameTable titles_without_value_{false};
+    TitleLookups titles_;
     RegistryNames value_names_;
-    /// What the connection test looks up, and the lines where it and the first server list stand.
-    std::vector<SpecLine> wanted_titles_;
-    std::size_t connection_test_ = 0;
-    std::size_t server_list_ = 0;
 };
 
 std::vector<Finding> SpecCheck::run() {
@@ -108,7 +98,7 @@ std::vector<Finding> SpecCheck::run() {
     tell_stray();
     if (entries_ == 0)
         findings_.warn(1, "the file declares no entry, so the window shows nothing to edit");
-    check_lookups();
+    titles_.check(findings_);
     return findings_.in_order();
 }
 
@@ -209,22 +199,14 @@ void SpecCheck::take(const Declaration& declaration) {
     check_help(declaration);
     if (declaration.kind->form == ValueForm::option)
         check_options(declaration);
-    if (declaration.kind->form == ValueForm::server_list && server_list_ == 0)
-        server_list_ = declaration.title.number;
-    if (declaration.kind->least_further != 0) {
-        wanted_titles_ = declaration.further;
-        connection_test_ = declaration.title.number;
-    }
 }
 
 void SpecCheck::check_title(const Declaration& declaration) {
     const SpecLine& title = declaration.title;
-    // A connection test has no page and is never looked up.
+    const std::size_t first = titles_.add(declaration);
+    // A connection test has no page.
     if (declaration.kind->least_further != 0)
         return;
-    const std::size_t first = titles_.add(title.text, title.number);
-    if (first == 0 && !declaration.has_value())
-        titles_without_value_.add(title.text, title.number);
     if (first != 0) {
         findings_.warn(title.number, "the title " + quoted(title.text) + " stands at line " +
                                          std::to_string(first) + " already; lookups find only that one");
@@ -294,35 +276,6 @@ void SpecCheck::check_underline(const SpecLine& line, const char* what) {
     if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
         findings_.warn(line.number,
                        std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
-    }
-}
-
-void SpecCheck::check_lookups() {
-    for (const SpecLine& title : wanted_titles_)
-        check_wanted_title(title);
-    if (server_list_ != 0)
-        check_port_of_scan();
-}
-
-/// The button ends the window's program when it cannot read the port.
-void SpecCheck::check_port_of_scan() {
-    if (titles_.find("Port") == 0) {
-        findings_.error(server_list_,
-                        "\"Scan\" looks for the port in an entry titled \"Port\", and there is none");
-    } else if (const std::size_t line = titles_without_value_.find("Port")) {
-        findings_.error(line, "\"Scan\" looks for the port in this entry, but it has no value");
-    }
-}
-
-void SpecCheck::check_wanted_title(const SpecLine& title) {
-    if (title.number == 0) {
-        findings_.error(connection_test_, "the file ends before the four titles of the connection test");
-    } else if (titles_.find(title.text) == 0) {
-        findings_.error(title.number,
-                        "the connection test does not find anything with the title " + quoted(title.text));
-    } else if (titles_without_value_.find(title.text) != 0) {
-        findings_.error(title.number, "the connection test finds the title " + quoted(title.text) +
-                                          ", but it has no value");
     }
 }
 
