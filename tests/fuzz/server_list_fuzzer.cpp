@@ -51,14 +51,25 @@ Server program_reading(const std::string& text, std::uint16_t default_port) {
     }
 }
 
-/// A list that is set without a page may have ports of 16 bits only.
+/// At most five digits, and 16 bits.
+bool is_plain_port(const std::string& text) {
+    int port = 0;
+    for (const char byte : text) {
+        if (byte < '0' || byte > '9')
+            return false;
+        port = std::min(port * 10 + (byte - '0'), 0x10000);
+    }
+    return port <= 0xFFFF && text.size() <= 5;
+}
+
+/// A list that is set without a page names a server in each item, has no blanks, and ports of 16 bits only.
 bool is_refused(const std::string& list) {
     std::vector<std::string> items;
     split_string(items, list, ',', false);
     const auto is_bad = [](const std::string& item) {
-        const auto port_text = split_server_item(item).port_text;
-        const std::optional<std::int32_t> port = port_text ? plain_number(*port_text) : 0;
-        return !port || *port < 0 || *port > 0xFFFF;
+        const ServerItem server = split_server_item(item);
+        return server.host.empty() || item.find_first_of(" \t\r\n") != std::string::npos ||
+               !is_plain_port(server.port_text.value_or(""));
     };
     return list.size() > 1023 || list.find('\0') != std::string::npos ||
            std::any_of(items.begin(), items.end(), is_bad);
