@@ -59,9 +59,13 @@ Tool::Tool() : Tool("\"" + tested_program() + "\"") {}
 Tool::Tool(const std::string& command_line) : process(command_line) {}
 
 HWND Tool::find(const char* window_class, const std::string& caption) const {
-    for (HWND window : windows_of(process.id()))
-        if (is_class(window, window_class) && (caption.empty() || text_of(window) == caption))
+    for (HWND window : windows_of(process.id())) {
+        // Asks the system and not the window, which may go at any moment.
+        char title[256] = "";
+        GetWindowTextA(window, title, sizeof title);
+        if (is_class(window, window_class) && (caption.empty() || title == caption))
             return window;
+    }
     return nullptr;
 }
 
