@@ -7,7 +7,7 @@ enum ExitCode : int {
     as_wished = 0,     ///< Changed or not, and whatever a --what-if found.
     failed = 1,        ///< Something outside went wrong: a file, the registry, the network.
     usage = 2,         ///< The command line is not understood.
-    differs = 3,       ///< Only with --exit-code: something is not as wished, or was not.
+    differs = 3,       ///< Only with --exit-code: something differs, or differed before the run.
     invalid = 4,       ///< A value, a name, a state or a spec file is not acceptable; nothing was written.
     access_denied = 5, ///< Nothing was written.
     no_server = 6,     ///< A server refused or was not reached.

@@ -1,6 +1,6 @@
 #pragma once
-/// From what is wished to what is to be written: every wish is looked at before anything is written, and what
-/// is so already is left alone.
+/// Compares the desired state with the current one: every value is checked before anything is written, and
+/// values that match are left alone.
 #include "ctl/change/state_file.h"
 #include "ctl/machine/exact_value.h"
 #include "ctl/machine/machine.h"

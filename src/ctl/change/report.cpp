@@ -78,7 +78,7 @@ Json described_value(const MachineConfiguration& configuration, const SpecEntry&
     return json;
 }
 
-/// What has no value is there to be seen.
+/// An entry without a value is listed as well.
 Json described_action(const MachineConfiguration& configuration, const SpecEntry& entry) {
     return {{"kind", std::string(entry.declaration.kind->type)},
             {"name", utf8(entry.declaration.value_name)},

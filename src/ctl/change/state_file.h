@@ -11,8 +11,8 @@
 ///             "Compress": "true" },
 ///           "guards": { "key": "SOFTWARE\\Tavrin\\Agent", "service": "TavrinAgent", "sha256": "..." } } } }
 ///
-/// Only names, values and guards say what is wished; the rest informs. A value may stand alone in the place
-/// of its object. One with a type is for a machine that has just this value.
+/// Only names, values and guards describe the desired state; the rest informs. A value may stand alone in the
+/// place of its object. One with a type is for a machine that has just this value.
 #include "ctl/io/json_tree.h"
 
 #include <optional>

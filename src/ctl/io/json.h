@@ -9,8 +9,8 @@ namespace ctl {
 
 using Json = nlohmann::ordered_json;
 
-/// Adds a member that the object does not have yet, which is not looked for: an object of thousands is made
-/// in no time.
+/// Adds a member that the object does not have yet, without a search for duplicates, which would make large
+/// objects quadratic.
 inline void add_member(Json& object, std::string name, Json value) {
     object.get_ref<Json::object_t&>().emplace_back(std::move(name), std::move(value));
 }

@@ -22,17 +22,11 @@ public:
         static const HWND made = make();
         return made;
     }
-    static void take_messages() {
-        MSG message{};
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageA(&message);
-    }
-
     static HWND make() {
         const HWND window =
             CreateWindowExA(0, "Static", "another program", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 560, 420, 80,
                             50, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
-        take_messages();
+        e2e::serve_own_windows();
         return window;
     }
 };
@@ -185,7 +179,7 @@ void RemoteSession::settle(const Step& step) {
     while (tool_->running()) {
         if (GetTickCount64() > end)
             throw std::runtime_error("the program does not come to rest");
-        OtherProgram::take_messages();
+        e2e::serve_own_windows();
         const HWND dialog = open_dialog();
         if (dialog == nullptr) {
             wait_until_idle();
@@ -235,7 +229,7 @@ void RemoteSession::wait_until_idle() {
     while (window() != nullptr && GetUpdateRect(main_, nullptr, FALSE)) {
         if (GetTickCount64() > end)
             throw std::runtime_error("the program does not come to rest");
-        OtherProgram::take_messages();
+        e2e::serve_own_windows();
         Sleep(1);
     }
 }
@@ -297,7 +291,7 @@ void RemoteSession::leave_and_return() {
     const HWND before = GetForegroundWindow();
     e2e::bring_to_front(OtherProgram::window());
     wait_until_idle();
-    OtherProgram::take_messages();
+    e2e::serve_own_windows();
     e2e::bring_to_front(before);
 }
 
@@ -319,9 +313,9 @@ void RemoteSession::minimise_beside_another_window() {
 /// A window of another program's comes to the front and goes for good.
 void RemoteSession::leave_and_return_to(HWND other) {
     e2e::bring_to_front(other);
-    OtherProgram::take_messages();
+    e2e::serve_own_windows();
     DestroyWindow(other);
-    OtherProgram::take_messages();
+    e2e::serve_own_windows();
 }
 
 void RemoteSession::select(HTREEITEM item) {
