@@ -18,7 +18,7 @@ namespace {
 using namespace std::literals;
 
 constexpr auto offer = "\x61\x80\x02\x02\x02\x05\xA1\x80\x01\x01\x01\x01\x01\x00\x00\x00\x00\x00"sv;
-constexpr auto end_of_wishes = "\x00\x00\x00\x00"sv;
+constexpr auto end_of_request = "\x00\x00\x00\x00"sv;
 
 [[noreturn]] void give_up(const char* what) {
     std::perror(what);
@@ -46,7 +46,7 @@ void answer(int listener) {
     const int agent = accept(listener, nullptr, nullptr);
     char octets[4096];
     std::size_t count = 0;
-    while (!std::string_view(octets, count).ends_with(end_of_wishes)) {
+    while (!std::string_view(octets, count).ends_with(end_of_request)) {
         const ssize_t received = recv(agent, octets + count, sizeof octets - count, 0);
         if (received <= 0)
             break;

@@ -21,7 +21,7 @@ const char* as_we_do(const char* address, std::uint16_t port) {
 
 const char* talk(SOCKET connected) {
     char octets[sizeof offer];
-    if (send(connected, wishes, sizeof wishes, 0) != static_cast<int>(sizeof wishes) ||
+    if (send(connected, request, sizeof request, 0) != static_cast<int>(sizeof request) ||
         recv(connected, octets, sizeof octets, 0) != static_cast<int>(sizeof octets) ||
         std::memcmp(octets, offer, sizeof octets) != 0 ||
         send(connected, closing, sizeof closing, 0) != static_cast<int>(sizeof closing))

@@ -20,7 +20,7 @@ struct Free {
 using Text = std::unique_ptr<char, Free>;
 
 /// The values that the agent sends.
-struct Wishes {
+struct Request {
     long version;
     const char* name;
     const char* domain;
@@ -29,7 +29,7 @@ struct Wishes {
     bool testing;
 };
 /// The values that the server received.
-struct HeardWishes {
+struct HeardRequest {
     long version;
     Text name;
     Text domain;
@@ -54,8 +54,8 @@ struct Packet {
 /// All return false if a value is out of range, cut off or otherwise wrong.
 struct Codec {
     const char* name;
-    bool (*write_wishes)(const Wishes& wishes, Packet& packet);
-    bool (*read_wishes)(const Packet& packet, HeardWishes& heard);
+    bool (*write_request)(const Request& request, Packet& packet);
+    bool (*read_request)(const Packet& packet, HeardRequest& heard);
     bool (*write_offer)(const Offer& offer, Packet& packet);
     bool (*read_offer)(const Packet& packet, Offer& heard);
     bool (*write_closing)(Packet& packet);

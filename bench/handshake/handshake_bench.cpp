@@ -11,7 +11,7 @@ namespace {
 using namespace handshake;
 
 const Codec* const codecs[] = {&our_codec, &lber_codec, &snmp_codec, &tasn1_codec};
-const Wishes wishes = {514, "web1.example.org", "example.org", true, true, true};
+const Request request = {514, "web1.example.org", "example.org", true, true, true};
 const Offer offer = {517, true, false};
 
 bool compatible(long version) { return (version >> 8 & 0xFF) == 2; }
@@ -19,20 +19,20 @@ bool compatible(long version) { return (version >> 8 & 0xFF) == 2; }
 /// The agent's side: sends the request, reads the offer, checks the version and closes.
 bool agent_side(const Codec& codec, const Packet& answer, Packet& question, Packet& closing) {
     Offer heard{};
-    return codec.write_wishes(wishes, question) && codec.read_offer(answer, heard) &&
+    return codec.write_request(request, question) && codec.read_offer(answer, heard) &&
            compatible(heard.version) && codec.write_closing(closing);
 }
 
 /// Both sides, from the first element to the last.
-bool both_sides(const Codec& codec, HeardWishes& heard_wishes, Offer& heard_offer) {
+bool both_sides(const Codec& codec, HeardRequest& heard_request, Offer& heard_offer) {
     Packet packet;
-    return codec.write_wishes(wishes, packet) && codec.read_wishes(packet, heard_wishes) &&
+    return codec.write_request(request, packet) && codec.read_request(packet, heard_request) &&
            codec.write_offer(offer, packet) && codec.read_offer(packet, heard_offer) &&
            compatible(heard_offer.version) && codec.write_closing(packet) && codec.read_closing(packet);
 }
 
 bool carries_everything(const Codec& codec) {
-    HeardWishes heard{};
+    HeardRequest heard{};
     Offer heard_offer{};
     return both_sides(codec, heard, heard_offer) && heard.version == 514 &&
            std::strcmp(heard.name.get(), "web1.example.org") == 0 &&
@@ -46,9 +46,9 @@ bool refuses_defects(const Codec& codec) {
     Offer heard{};
     const std::string long_name(257, 'n');
     const std::string long_domain(1025, 'd');
-    if (codec.write_wishes({65536, "a", "b", true, true, true}, packet) ||
-        codec.write_wishes({514, long_name.c_str(), "b", true, true, true}, packet) ||
-        codec.write_wishes({514, "a", long_domain.c_str(), true, true, true}, packet) ||
+    if (codec.write_request({65536, "a", "b", true, true, true}, packet) ||
+        codec.write_request({514, long_name.c_str(), "b", true, true, true}, packet) ||
+        codec.write_request({514, "a", long_domain.c_str(), true, true, true}, packet) ||
         codec.write_offer({-1, true, true}, packet) || !codec.write_offer(offer, packet))
         return false;
     for (std::size_t size = packet.size; size-- > 0;) {
@@ -61,7 +61,7 @@ bool refuses_defects(const Codec& codec) {
 
 void time_both_sides(benchmark::State& state, const Codec& codec) {
     for (auto _ : state) {
-        HeardWishes heard{};
+        HeardRequest heard{};
         Offer heard_offer{};
         if (!both_sides(codec, heard, heard_offer))
             state.SkipWithError("the handshake failed");

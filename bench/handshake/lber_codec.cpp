@@ -94,15 +94,15 @@ private:
     BerElement* element_ = kept_element();
 };
 
-bool write_wishes(const Wishes& wishes, Packet& packet) {
+bool write_request(const Request& request, Packet& packet) {
     Writer to;
-    return to.open(wants) && to.number(wishes.version) && to.open(private_key) &&
-           to.text(wishes.name, longest_name) && to.text(wishes.domain, longest_domain) &&
-           to.text("", longest_id) && to.truth(wishes.has_master_key) && to.truth(wishes.has_hallmark) &&
-           to.truth(wishes.testing) && to.close() && to.close() && to.finish(packet);
+    return to.open(wants) && to.number(request.version) && to.open(private_key) &&
+           to.text(request.name, longest_name) && to.text(request.domain, longest_domain) &&
+           to.text("", longest_id) && to.truth(request.has_master_key) && to.truth(request.has_hallmark) &&
+           to.truth(request.testing) && to.close() && to.close() && to.finish(packet);
 }
 
-bool read_wishes(const Packet& packet, HeardWishes& heard) {
+bool read_request(const Packet& packet, HeardRequest& heard) {
     Reader from(packet);
     return from.enter(wants) && from.number(heard.version) && from.enter(private_key) &&
            from.text(longest_name, heard.name) && from.text(longest_domain, heard.domain) &&
@@ -135,7 +135,7 @@ bool read_closing(const Packet& packet) {
 
 } // namespace
 
-const Codec lber_codec = {"liblber",  write_wishes,  read_wishes, write_offer,
+const Codec lber_codec = {"liblber",  write_request, read_request, write_offer,
                           read_offer, write_closing, read_closing};
 
 } // namespace handshake

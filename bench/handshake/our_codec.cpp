@@ -45,10 +45,10 @@ bool enter_element(Stream* stream, std::uint32_t expected) {
            read_length(stream, &length, &indefinite) == nullptr && indefinite;
 }
 
-bool write_wishes(const Wishes& wishes, Packet& packet) {
+bool write_request(const Request& request, Packet& packet) {
     Stream stream = writing(packet);
-    const auto version = static_cast<std::int32_t>(wishes.version);
-    const char* problem = write_client_wants(&stream, version, wishes.name, wishes.domain);
+    const auto version = static_cast<std::int32_t>(request.version);
+    const char* problem = write_client_wants(&stream, version, request.name, request.domain);
     return written(packet, stream, problem);
 }
 
@@ -59,7 +59,7 @@ bool read_text(Stream* stream, std::size_t max, Text& text) {
     return problem == nullptr;
 }
 
-bool read_wishes(const Packet& packet, HeardWishes& heard) {
+bool read_request(const Packet& packet, HeardRequest& heard) {
     Stream stream = reading(packet);
     std::int32_t version = 0;
     const bool good =
@@ -113,7 +113,7 @@ bool read_closing(const Packet& packet) {
 
 } // namespace
 
-const Codec our_codec = {"tavrinconfig", write_wishes,          read_wishes, write_offer,
+const Codec our_codec = {"tavrinconfig", write_request,         read_request, write_offer,
                          read_offer,     write_closing_element, read_closing};
 
 } // namespace handshake

@@ -100,18 +100,20 @@ private:
     std::size_t left_;
 };
 
-bool write_wishes(const Wishes& wishes, Packet& packet) {
+bool write_request(const Request& request, Packet& packet) {
     Writer to(packet);
     u_char* outer = to.open(wants);
-    if (outer == nullptr || !to.number(wishes.version))
+    if (outer == nullptr || !to.number(request.version))
         return false;
     u_char* inner = to.open(private_key);
-    return inner != nullptr && to.text(wishes.name, longest_name) && to.text(wishes.domain, longest_domain) &&
-           to.text("", longest_id) && to.number(wishes.has_master_key) && to.number(wishes.has_hallmark) &&
-           to.number(wishes.testing) && to.close(inner, private_key) && to.close(outer, wants) && to.finish();
+    return inner != nullptr && to.text(request.name, longest_name) &&
+           to.text(request.domain, longest_domain) && to.text("", longest_id) &&
+           to.number(request.has_master_key) && to.number(request.has_hallmark) &&
+           to.number(request.testing) && to.close(inner, private_key) && to.close(outer, wants) &&
+           to.finish();
 }
 
-bool read_wishes(const Packet& packet, HeardWishes& heard) {
+bool read_request(const Packet& packet, HeardRequest& heard) {
     Reader from(packet);
     return from.enter(wants) && from.number(heard.version, highest_version) && from.enter(private_key) &&
            from.text(longest_name, heard.name) && from.text(longest_domain, heard.domain) &&
@@ -148,7 +150,7 @@ bool read_closing(const Packet& packet) {
 
 } // namespace
 
-const Codec snmp_codec = {"net-snmp", write_wishes,  read_wishes, write_offer,
+const Codec snmp_codec = {"net-snmp", write_request, read_request, write_offer,
                           read_offer, write_closing, read_closing};
 
 } // namespace handshake

@@ -139,18 +139,18 @@ private:
     const std::uint8_t* end_;
 };
 
-bool write_wishes(const Wishes& wishes, Packet& packet) {
+bool write_request(const Request& request, Packet& packet) {
     Writer to(packet);
     const std::size_t outer = to.open();
-    if (!to.number(wishes.version))
+    if (!to.number(request.version))
         return false;
     const std::size_t inner = to.open();
-    return to.text(wishes.name, longest_name) && to.text(wishes.domain, longest_domain) &&
-           to.text("", longest_id) && to.truth(wishes.has_master_key) && to.truth(wishes.has_hallmark) &&
-           to.truth(wishes.testing) && to.close(inner, private_key) && to.close(outer, wants);
+    return to.text(request.name, longest_name) && to.text(request.domain, longest_domain) &&
+           to.text("", longest_id) && to.truth(request.has_master_key) && to.truth(request.has_hallmark) &&
+           to.truth(request.testing) && to.close(inner, private_key) && to.close(outer, wants);
 }
 
-bool read_wishes(const Packet& packet, HeardWishes& heard) {
+bool read_request(const Packet& packet, HeardRequest& heard) {
     Reader from(packet);
     return from.enter(wants) && from.number(heard.version) && from.enter(private_key) &&
            from.text(longest_name, heard.name) && from.text(longest_domain, heard.domain) &&
@@ -186,7 +186,7 @@ bool read_closing(const Packet& packet) {
 
 } // namespace
 
-const Codec tasn1_codec = {"libtasn1", write_wishes,  read_wishes, write_offer,
+const Codec tasn1_codec = {"libtasn1", write_request, read_request, write_offer,
                            read_offer, write_closing, read_closing};
 
 } // namespace handshake

@@ -62,14 +62,14 @@ constexpr Option options[] = {
     {"json", false, [](const Verb&, Arguments& to, const char*) { to.json = true; },
      "print JSON, for programs; the default is text, for people"},
     {"verbose", false, [](const Verb&, Arguments& to, const char*) { to.verbose = true; },
-     "say on the standard error stream what takes time, also if that is not a terminal"},
+     "print progress on the standard error stream even if it is not a terminal"},
     {"what-if", false, [](const Verb&, Arguments& to, const char*) { to.what_if = true; },
      "print what would change and write nothing"},
     {"exit-code", false, [](const Verb&, Arguments& to, const char*) { to.exit_code = true; },
-     "end with 3 if something differs, or differed before it was written"},
+     "exit with 3 if something differs, or differed before it was written"},
     {"restart", true,
      [](const Verb&, Arguments& to, const char* value) { to.restart = std::strcmp(value, "auto") == 0; },
-     "auto: restart a running service around the change; never: leave it alone; default auto"},
+     "auto (the default): restart a running service around the change; never: leave it alone"},
     {"timeout", true,
      [](const Verb& verb, Arguments& to, const char* value) {
          to.timeout = static_cast<int>(number_of(verb, {"--timeout", 1, a_day}, value));
@@ -84,20 +84,20 @@ constexpr Option options[] = {
      [](const Verb& verb, Arguments& to, const char* value) {
          to.wait = static_cast<int>(number_of(verb, {"--wait", 1, 60}, value));
      },
-     "seconds without an answer that end one of the three passes: 1 to 60, default 1"},
+     "seconds without an answer that end each of the three passes: 1 to 60, default 1"},
     {"format", true, [](const Verb&, Arguments& to, const char* value) { to.format = value; },
-     "the form of the output"},
+     "the output format"},
     {"out", true, [](const Verb&, Arguments& to, const char* value) { to.out = value; },
      "the folder for the files; it is created if it does not exist"},
     {"state", true, [](const Verb&, Arguments& to, const char* value) { to.state = value; },
-     "the state file that has the values; default: the values of this machine"},
+     "the state file with the values; default: the values of this machine"},
     {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = full_path(value); },
      "the folder for the previous values; default: Tavrin\\Backup in C:\\ProgramData"},
     {"keep", true,
      [](const Verb& verb, Arguments& to, const char* value) {
          to.keep = number_of(verb, {"--keep", 1, most_backups}, value);
      },
-     "how many backups stay in the default folder: 1 to 100000, default 50"},
+     "how many backups to keep in the default folder: 1 to 100000, default 50"},
     {"last", false, [](const Verb&, Arguments& to, const char*) { to.last = true; },
      "the newest backup in the default folder"},
     {"code-page", true,

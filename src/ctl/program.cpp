@@ -12,14 +12,14 @@ namespace {
 
 constexpr const char* about_exit_codes = R"(
 Exit codes:
-  0  success: changed or not; with --what-if whatever it found
+  0  success, whether or not anything changed (or would change)
   1  failed
-  2  the command line is not understood
-  3  differs (only with --exit-code)
+  2  the command line is wrong
+  3  something differs (only with --exit-code)
   4  an invalid value, name, state or spec file; nothing was written
   5  access denied
   6  a server refused or was not reached
-  7  written, but the service did not restart
+  7  the values were written, but the service was not restarted
 )";
 
 std::string line_of(const Verb& verb) {

@@ -35,10 +35,10 @@ const char* read_offer(Stream* stream, std::int32_t* version) {
 }
 
 /// If a text is too long, what precedes it is sent all the same, and the connection ends within an element.
-const char* send_wishes(Stream* stream, const char* name, const char* domain) {
-    Composition wishes;
-    const char* refused = write_client_wants(wishes.stream(), our_version, name, domain);
-    const char* problem = wishes.send_over(stream);
+const char* send_request(Stream* stream, const char* name, const char* domain) {
+    Composition request;
+    const char* refused = write_client_wants(request.stream(), our_version, name, domain);
+    const char* problem = request.send_over(stream);
     return problem != nullptr ? problem : refused;
 }
 
@@ -107,7 +107,7 @@ const char* negotiate(Stream* stream, const char* name, const char* domain, int*
     if (status == nullptr)
         status = &unwanted;
     *status = negotiation_failed;
-    if (const char* problem = send_wishes(stream, name, domain))
+    if (const char* problem = send_request(stream, name, domain))
         return problem;
     std::uint32_t tag = 0;
     if (const char* problem = read_tag(stream, &tag))

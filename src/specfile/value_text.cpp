@@ -76,7 +76,7 @@ Problem option_problem(const Declaration& declaration, const std::string& text) 
             return {};
         offered += (offered.empty() ? "" : ", ") + ('"' + std::string(option.text) + '"');
     }
-    return offered.empty() ? "there is no option to choose" : "none of the options " + offered;
+    return offered.empty() ? "there are no options to choose from" : "not one of the options " + offered;
 }
 
 bool is_port(const std::string& text) {
@@ -89,9 +89,9 @@ bool is_port(const std::string& text) {
 Problem server_problem(const std::string& item) {
     const std::string host = item.substr(0, item.find(':'));
     if (item.find_first_of(" \t\r\n") != std::string::npos)
-        return "\"" + item + "\" contains a blank; servers are separated by a comma alone";
+        return "\"" + item + "\" contains a space; separate servers by a comma only";
     if (host.empty())
-        return "\"" + item + "\" names no server";
+        return "\"" + item + "\" does not name a server";
     if (host == item || is_port(item.substr(host.size() + 1)))
         return {};
     return "the port \"" + item.substr(host.size() + 1) + "\" of the server \"" + host +

@@ -126,7 +126,7 @@ TEST_F(ConnectionTest, TellsThatTheServerAccepted) {
     expect_accepted(box_of(item(*alpha)));
     alpha->finish();
     EXPECT_THAT(waits, ElementsAre(waiting_for("127.0.0.1", shown(alpha->port()))));
-    EXPECT_EQ(heard, text_of(conversation::wishes + conversation::closing));
+    EXPECT_EQ(heard, text_of(conversation::request + conversation::closing));
 }
 
 TEST_F(ConnectionTest, HandsOnNameAndDomain) {

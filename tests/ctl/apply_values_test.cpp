@@ -98,8 +98,9 @@ TEST_F(StoredValues, OfOtherTypesAreRefusedWhereTheyAreNotStored) {
         set_text(key, "AgentName", "web1");
         const Ended done = apply(state);
         EXPECT_EQ(done.code, ctl::invalid);
-        EXPECT_THAT(done.err, HasSubstr("Agent: AgentName: only texts are written; this value of the type "));
-        EXPECT_THAT(done.err, HasSubstr(" is accepted where it is stored already, and here it is web1\n"));
+        EXPECT_THAT(done.err, HasSubstr("Agent: AgentName: only texts can be written; a value of the type "));
+        EXPECT_THAT(done.err,
+                    HasSubstr(" is accepted only if it is already stored, but stored here is web1\n"));
         EXPECT_EQ(text("AgentName"), "web1");
     }
 }
@@ -108,9 +109,9 @@ TEST_F(StoredValues, WithOtherOctetsAreRefused) {
     set_value(key, "Port", REG_BINARY, "a");
     const std::string state = shown();
     set_value(key, "Port", REG_BINARY, "b");
-    EXPECT_THAT(apply(state).err, HasSubstr("and here it is hex 62 (REG_BINARY)\n"));
+    EXPECT_THAT(apply(state).err, HasSubstr("but stored here is hex 62 (REG_BINARY)\n"));
     set_value(key, "Port", REG_NONE, "a");
-    EXPECT_THAT(apply(state).err, HasSubstr("and here it is hex 61 (REG_NONE)\n"));
+    EXPECT_THAT(apply(state).err, HasSubstr("but stored here is hex 61 (REG_NONE)\n"));
 }
 
 TEST_F(StoredValues, ThatAreMissingStayAway) {
@@ -156,8 +157,9 @@ TEST_F(StoredValues, ManyUnknownNamesAreCounted) {
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{)" + values + "}}}}");
     EXPECT_EQ(done.code, ctl::invalid);
     EXPECT_EQ(std::count(done.err.begin(), done.err.end(), '\n'), 22);
-    EXPECT_THAT(done.err, testing::EndsWith(
-                              "  Agent: N19: unknown value; tavrinctl show lists them\n  and 980 more\n"));
+    EXPECT_THAT(done.err,
+                testing::EndsWith(
+                    "  Agent: N19: unknown value; \"tavrinctl show\" lists them all\n  and 980 more\n"));
 }
 
 class MadeFor : public Program {
@@ -193,13 +195,14 @@ TEST_F(MadeFor, GuardsThatHold) {
 TEST_F(MadeFor, GuardsThatDoNotHoldRefuseEverything) {
     const Ended done = apply_with(R"("guards":{"key":"K","service":"S","sha256":"00"})");
     EXPECT_EQ(done.code, ctl::invalid);
-    EXPECT_THAT(done.err,
-                HasSubstr("nothing was written:\n"
-                          "  Agent: the state is guarded: the key is \"SOFTWARE\\Tavrin\\Agent\" here, "
-                          "not \"K\"\n"
-                          "  Agent: the state is guarded: the service is \"AgentService\" here, not "
-                          "\"S\"\n"
-                          "  Agent: the state is guarded: the SHA-256 of the spec file is \""));
+    EXPECT_THAT(
+        done.err,
+        HasSubstr("nothing was written:\n"
+                  "  Agent: a guard of the state does not hold: the key is \"SOFTWARE\\Tavrin\\Agent\" here, "
+                  "not \"K\"\n"
+                  "  Agent: a guard of the state does not hold: the service is \"AgentService\" here, not "
+                  "\"S\"\n"
+                  "  Agent: a guard of the state does not hold: the SHA-256 of the spec file is \""));
     EXPECT_EQ(text("Port"), "5000");
 }
 

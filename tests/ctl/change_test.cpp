@@ -178,12 +178,12 @@ TEST_F(Change, EverythingIsLookedAtBeforeTheFirstWrite) {
     EXPECT_EQ(
         done.err,
         "tavrinctl: nothing was written:\n"
-        "  Agent: Port: \"x\" is refused: not a whole number\n"
-        "  Agent: Flag: \"yes\" is refused: neither \"true\" nor \"false\"\n"
-        "  Agent: Colour: \"blue\" is refused: none of the options \"red\", \"green\"\n"
-        "  Agent: ServerList: \"a:b\" is refused: the port \"b\" of the server \"a\" is not a number from 0 "
+        "  Agent: Port: \"x\" is invalid: not a whole number\n"
+        "  Agent: Flag: \"yes\" is invalid: neither \"true\" nor \"false\"\n"
+        "  Agent: Colour: \"blue\" is invalid: not one of the options \"red\", \"green\"\n"
+        "  Agent: ServerList: \"a:b\" is invalid: the port \"b\" of the server \"a\" is not a number from 0 "
         "to 65535\n"
-        "  Agent: Nothing: unknown value; tavrinctl show lists them\n"
+        "  Agent: Nothing: unknown value; \"tavrinctl show\" lists them all\n"
         "  Agent: Twice: several entries have this title; use a value name\n"
         "  Agent: Gone: this is a RemoveKey, which has no value that could be set; use the window\n"
         "  Agent: Event: this is a SignalEvent, which has no value that could be set; use the window\n"
@@ -215,7 +215,7 @@ TEST_F(Change, LengthsCountInTheCodePage) {
     EXPECT_EQ(text("AgentName"), longest);
     const Ended longer = change({"set", "Agent", "AgentName=" + longest + "y"});
     EXPECT_EQ(longer.code, ctl::invalid);
-    EXPECT_THAT(longer.err, HasSubstr("is refused: longer than 1023 bytes"));
+    EXPECT_THAT(longer.err, HasSubstr("is invalid: longer than 1023 bytes"));
     std::string umlauts;
     for (int i = 0; i < 1023; ++i)
         umlauts += "\xC3\xBC";
@@ -284,11 +284,9 @@ TEST_F(Change, JsonsOwnNumbersAndTruthValuesAreForTheirKinds) {
     EXPECT_EQ(refused.code, ctl::invalid);
     EXPECT_EQ(refused.err,
               "tavrinctl: nothing was written:\n"
-              "  Agent: Flag: not 1, which is a number, but true or false is expected for the kind Boolean\n"
-              "  Agent: AgentName: not 5, which is a number, but a text in quotes is expected for the kind "
-              "String\n"
-              "  Agent: Port: not true, which is a truth value, but a whole number is expected for the kind "
-              "Integer\n");
+              "  Agent: Flag: expected true or false for the kind Boolean, found the number 1\n"
+              "  Agent: AgentName: expected a text in quotes for the kind String, found the number 5\n"
+              "  Agent: Port: expected a whole number for the kind Integer, found the boolean true\n");
 }
 
 TEST_F(Change, SerialPortsAreThoseOfTheMachineOrNumbered) {
@@ -299,7 +297,7 @@ TEST_F(Change, SerialPortsAreThoseOfTheMachineOrNumbered) {
     for (const std::string port : {"banana", "COM", "COM0", "COM1x", "com1"}) {
         const Ended refused = change({"set", "Agent", "Modem=" + port});
         EXPECT_EQ(refused.code, ctl::invalid);
-        EXPECT_THAT(refused.err, HasSubstr("Modem: \"" + port + "\" is refused: not a serial port\n"));
+        EXPECT_THAT(refused.err, HasSubstr("Modem: \"" + port + "\" is invalid: not a serial port\n"));
     }
 }
 
@@ -418,7 +416,7 @@ TEST_F(Change, AWriteThatFailsStopsNothingForEver) {
     substitute::fail_call("RegSetValueExA", 2, ERROR_NOT_ENOUGH_MEMORY);
     const Ended done = change({"set", "Agent", "AgentName=new", "Port=5001", "Colour=green", "--json"});
     EXPECT_EQ(done.code, ctl::failed);
-    EXPECT_THAT(done.err, HasSubstr("Cannot write key Port; what was written before stays written"));
+    EXPECT_THAT(done.err, HasSubstr("Cannot write key Port; values that were already written stay"));
     EXPECT_EQ(substitute::call_count("RegSetValueExA"), before + 2);
     EXPECT_EQ(text("AgentName"), "new");
     EXPECT_EQ(text("Port"), "5000");

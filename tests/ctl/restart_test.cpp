@@ -31,10 +31,11 @@ protected:
     void expect_refused(ctl::ExitCode code, const std::string& words) {
         const Ended done = set_port();
         EXPECT_EQ(done.code, code);
-        EXPECT_THAT(done.err,
-                    testing::StrEq("tavrinctl: " + words +
-                                   "; nothing was written; --restart never writes the values without "
-                                   "a restart\n"));
+        EXPECT_THAT(
+            done.err,
+            testing::StrEq("tavrinctl: " + words +
+                           "; nothing was written; use \"--restart never\" to write the values without "
+                           "a restart\n"));
         EXPECT_EQ(text("Port"), "5000");
         EXPECT_EQ(backup(), "");
         EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
@@ -114,8 +115,8 @@ TEST_F(Restarts, OfAServiceThatIsOnItsWayWaitForIt) {
     for (const DWORD state : {SERVICE_START_PENDING, SERVICE_STOP_PENDING}) {
         agent({.state = state});
         const std::uint64_t start = substitute::clock_now();
-        expect_refused(ctl::failed, "the service AgentService neither starts nor stops within the time that "
-                                    "--timeout gives it");
+        expect_refused(ctl::failed,
+                       "the service AgentService did not finish starting or stopping within --timeout");
         EXPECT_EQ(substitute::clock_now() - start, 3'000u);
         agent({.state = state});
         int looks = 0;
@@ -143,8 +144,8 @@ TEST_F(Restarts, ThatAreRefusedWriteNothing) {
     const Ended done = set_port();
     EXPECT_EQ(done.code, ctl::failed);
     EXPECT_THAT(done.err,
-                HasSubstr("service AgentService refused to stop: Access denied. (5); --restart never "
-                          "writes the values without a restart; nothing was written\n"));
+                HasSubstr("service AgentService refused to stop: Access denied. (5); use \"--restart never\" "
+                          "to write the values without a restart; nothing was written\n"));
     EXPECT_EQ(text("Port"), "5000");
     EXPECT_FALSE(pending());
 }
@@ -187,8 +188,7 @@ TEST_F(Restarts, ThatFailAreReportedByEveryRunUntilOneFinishesThem) {
         agent({.state = SERVICE_STOPPED});
         const Ended third = set_port({"--exit-code"});
         EXPECT_EQ(third.code, ctl::differs);
-        EXPECT_EQ(third.out,
-                  "Agent\n  service AgentService restarted, which an earlier run had left unfinished\n");
+        EXPECT_EQ(third.out, "Agent\n  service AgentService restarted (left unfinished by an earlier run)\n");
         EXPECT_EQ(starts(), 1);
         EXPECT_FALSE(pending());
         EXPECT_EQ(set_port({"--exit-code"}).code, ctl::as_wished);

@@ -99,13 +99,13 @@ TEST_F(Restore, NeedsABackup) {
 TEST_F(Restore, TakesNothingElse) {
     const auto before = raw_values();
     expect_refused(scratch.path_of("Agent.spec"), "not a backup of tavrinctl: it is not in UTF-16");
-    expect_refused(file("REGEDIT4\r\n"), "line 1 is not what set and apply save");
-    expect_refused(file(header + "\"Port\"=\"1\"\r\n"), "line 2 is not what set and apply save");
+    expect_refused(file("REGEDIT4\r\n"), "line 1 was not written by tavrinctl");
+    expect_refused(file(header + "\"Port\"=\"1\"\r\n"), "line 2 was not written by tavrinctl");
     for (const std::string line :
          {"[-HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent]", "[HKEY_CURRENT_USER\\A]", "\"Port\"=1",
           "\"Port\"=dword:", "\"Port\"=dword:123456789", "\"Port=\"1\"", "\"Port\"=\"1\" ", "\"Port\"=hex:1,",
           "\"Port\"=hex(x):00", "; words", "Port=-"})
-        expect_refused(file(header + section + line + "\r\n"), "line 4 is not what set and apply save");
+        expect_refused(file(header + section + line + "\r\n"), "line 4 was not written by tavrinctl");
     expect_refused(file(header + section + "\"Other\"=\"1\"\r\n"),
                    "nothing was written: no configuration has the value \"Other\" of "
                    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent");

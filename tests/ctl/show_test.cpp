@@ -132,8 +132,8 @@ TEST_F(Show, AnInstanceForDsc) {
 }
 
 TEST_F(Show, DscTestsAndSets) {
-    const std::string wish = R"({"name":"Agent","values":{"Port":5001,"Flag":true}})";
-    const Ended tested = dsc("test", wish);
+    const std::string desired = R"({"name":"Agent","values":{"Port":5001,"Flag":true}})";
+    const Ended tested = dsc("test", desired);
     EXPECT_EQ(tested.code, ctl::as_wished);
     EXPECT_EQ(tested.out,
               R"({"name":"Agent","service":"AgentService","values":{"Port":"5000","Flag":"true"},)"
@@ -141,15 +141,15 @@ TEST_F(Show, DscTestsAndSets) {
               "\n");
     const std::string after =
         R"({"name":"Agent","service":"AgentService","values":{"Port":"5001","Flag":"true"}})";
-    EXPECT_EQ(dsc("set", wish, {"--what-if"}).out, after + "\n[\"values\"]\n");
+    EXPECT_EQ(dsc("set", desired, {"--what-if"}).out, after + "\n[\"values\"]\n");
     EXPECT_EQ(text("Port"), "5000");
-    const Ended set = dsc("set", wish);
+    const Ended set = dsc("set", desired);
     EXPECT_EQ(set.code, ctl::as_wished);
     EXPECT_EQ(set.out, after + "\n[\"values\"]\n");
     EXPECT_THAT(set.err, HasSubstr("{\"info\":\"service AgentService restarted\"}\n"));
     EXPECT_EQ(text("Port"), "5001");
-    EXPECT_EQ(dsc("set", wish).out, after + "\n[]\n");
-    EXPECT_THAT(dsc("test", wish).out, HasSubstr("\"_inDesiredState\":true"));
+    EXPECT_EQ(dsc("set", desired).out, after + "\n[]\n");
+    EXPECT_THAT(dsc("test", desired).out, HasSubstr("\"_inDesiredState\":true"));
 }
 
 TEST_F(Show, DscRefusesInJson) {
@@ -158,7 +158,7 @@ TEST_F(Show, DscRefusesInJson) {
     EXPECT_EQ(done.out, "");
     EXPECT_EQ(
         done.err,
-        "{\"error\":\"nothing was written:\\n  Agent: Port: \\\"x\\\" is refused: not a whole number\"}\n");
+        "{\"error\":\"nothing was written:\\n  Agent: Port: \\\"x\\\" is invalid: not a whole number\"}\n");
     EXPECT_EQ(dsc("get", "{}").code, ctl::invalid);
     EXPECT_EQ(dsc("get", R"({"name":"Agent","more":1})").code, ctl::invalid);
 }

@@ -50,7 +50,7 @@ TEST(State, OtherTextsAreRefused) {
     EXPECT_EQ(refused("7"), "the state is not an object");
     EXPECT_THAT(refused(with_values("{}") + "x"), HasSubstr("parse error"));
     EXPECT_THAT(refused(with_values("{\"V\":\"\xFF\"}")), HasSubstr("ill-formed UTF-8"));
-    EXPECT_EQ(refused(std::string("\xFF\xFE{\0", 4)), "the text is UTF-16; write it as UTF-8");
+    EXPECT_EQ(refused(std::string("\xFF\xFE{\0", 4)), "the text is UTF-16; save it as UTF-8");
     EXPECT_EQ(refused(with_values("{}") + '\0' + "and more"), "the text has a zero byte");
 }
 

@@ -135,7 +135,7 @@ bool reads_true(Stream* in) {
 bool reads_end(Stream* in) { return was_read(skip_to_eol(in)); }
 
 /// What the client sends first, as a server reads it.
-Reader put_wishes(Input& input, Stream* stream) {
+Reader put_request(Input& input, Stream* stream) {
     const std::string name = std::string(input.long_text().c_str()).substr(0, 256);
     const std::string domain = std::string(input.long_text().c_str()).substr(0, 1024);
     const auto version = static_cast<std::int32_t>(input.number(2));
@@ -195,7 +195,7 @@ bool read_all(const std::vector<Reader>& readers, const Octets& octets, std::siz
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     static Reader (*const writers[])(Input&, Stream*) = {put_tag,     put_length, put_indefinite, put_integer,
-                                                         put_boolean, put_string, put_tree,       put_wishes,
+                                                         put_boolean, put_string, put_tree,       put_request,
                                                          put_offer,   put_refusal};
     Input input(data, size);
     MemoryStream out;

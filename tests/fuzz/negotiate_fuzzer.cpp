@@ -14,7 +14,7 @@
 namespace {
 
 using conversation::closing;
-using conversation::wishes;
+using conversation::request;
 
 const std::string too_early = "Peer closed connection unexpectedly";
 
@@ -39,7 +39,7 @@ End answer(const Octets& octets, std::size_t piece = 0) {
     int status = 77;
     const char* text = negotiate(&stream, "web1", "", &status);
     require(status == (text == nullptr ? 0 : starts_with(text, "Tavrin Server rejected us: ") ? 1 : 2));
-    require(stream.received == (text == nullptr ? wishes + closing : wishes));
+    require(stream.received == (text == nullptr ? request + closing : request));
     require(text == nullptr || (*text != '\0' && std::strlen(text) < 256));
     return {text == nullptr, text == nullptr ? "" : text, octets.size() - stream.unread()};
 }

@@ -11,7 +11,7 @@ namespace {
 
 using nlohmann::json;
 
-/// What a value is by the rules: a text, or nothing where it shall not be there. A number or truth value as
+/// What a value is by the rules: a text, or nothing where it shall not be there. A number or boolean as
 /// it is written.
 json plain(const json& value) {
     if (value.is_string() || value.is_null())

@@ -1,9 +1,10 @@
 """Every link and picture in the guides leads somewhere, every picture is shown, and the drawing is right."""
+import html
 import re
 import subprocess
 import unittest
 
-from guide import GUIDES, TOP, prose
+from guide import GUIDES, TOP, fences, prose
 
 LARGEST_PICTURES = 300 * 1024
 # The place that hosts the repository has its releases there.
@@ -54,6 +55,12 @@ class Links(unittest.TestCase):
         pictures = list((TOP / "docs/pictures").iterdir())
         self.assertEqual([picture.name for picture in pictures if picture not in shown], [])
         self.assertLess(sum(picture.stat().st_size for picture in pictures), LARGEST_PICTURES)
+
+    def test_the_session_in_the_picture_is_there_as_text(self):
+        picture = (TOP / "docs/pictures/session.svg").read_text()
+        session = html.unescape(re.search("<desc>(.*?)</desc>", picture, re.S)[1])
+        self.assertIn("> tavrinctl set", session)
+        self.assertEqual(fences((TOP / "README.md").read_text(), "text"), [session + "\n"])
 
     def test_the_drawing_shows_what_includes_what(self):
         command = [TOP / "script/house", "--check"]

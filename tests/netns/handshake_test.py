@@ -12,7 +12,7 @@ from server import OFFER
 
 PORT = 5153
 TOOL, SERVER = "10.78.1.1", "10.78.1.2"
-WISHES = bytes.fromhex("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 01 01 01 01 01 01 01 01 01 00 00 00 00")
+REQUEST = bytes.fromhex("60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 04 00 01 01 01 01 01 01 01 01 01 00 00 00 00")
 CLOSING = bytes.fromhex("62 80 00 00")
 OFTEN = 1000
 LOST_SEND = "socket_send returned error in socket_write_buf: Bad error without sleep happened in socket_send(): "
@@ -43,7 +43,7 @@ def two_round_trips(net, program):
     expect("connections", len(connections), 5)
     for segments in connections:
         expect("octets on their way", [(each.sender, each.octets) for each in segments if each.octets],
-               [("tool", WISHES), ("server", OFFER), ("tool", CLOSING)])
+               [("tool", REQUEST), ("server", OFFER), ("tool", CLOSING)])
 
 
 def early_close(manner, end):

@@ -16,7 +16,7 @@ def hear_end(agent):
 
 
 def patient(agent):
-    """Hears the wishes, offers, and hears the end."""
+    """Hears the request, offers, and hears the end."""
     agent.recv(LONGEST)
     agent.sendall(OFFER)
     hear_end(agent)

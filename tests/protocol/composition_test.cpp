@@ -45,7 +45,7 @@ TEST(Composition, HandsOnTheConnectionsFailure) {
     EXPECT_THAT(message.send_over(&connection), StrEq("gone"));
 }
 
-TEST(Composition, HasRoomForTheLongestWishesAndNoMore) {
+TEST(Composition, HasRoomForTheLongestRequestAndNoMore) {
     Composition message;
     EXPECT_THAT(write_client_wants(message.stream(), 514, std::string(256, 'n').c_str(),
                                    std::string(1024, 'd').c_str()),

@@ -50,7 +50,7 @@ TEST_F(ProtocolFailures, AFailingSendIsNamed) {
     const std::string send = said("socket_send returned error in socket_write_buf: "
                                   "Bad error without sleep happened in socket_send(): ",
                                   10054);
-    for (const int message : {1, 2}) { // the wishes, the closing element
+    for (const int message : {1, 2}) { // the request, the closing element
         substitute::fail_call("send", message, 10054);
         EXPECT_EQ(connect(), send) << message;
         EXPECT_EQ(status, 2);

@@ -16,7 +16,7 @@ using testing::AnyOf;
 using testing::EndsWith;
 using testing::StartsWith;
 
-const std::string expected_wishes = text_of(conversation::wishes);
+const std::string expected_request = text_of(conversation::request);
 const std::string expected_closing = text_of(conversation::closing);
 const Octets offer_head = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00"_octets; // up to the end of the key
 const Octets both_ends = "00 00 00 00"_octets;
@@ -42,7 +42,7 @@ protected:
     /// The server hears the agent out, answers, and stays until the agent closes.
     void answer(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
-            heard = loopback::receive(agent.get(), expected_wishes.size());
+            heard = loopback::receive(agent.get(), expected_request.size());
             loopback::send_all(agent.get(), text_of(octets));
             heard += loopback::receive_all(agent.get());
         });
@@ -50,7 +50,7 @@ protected:
     /// The server hears the agent out, answers and closes.
     void answer_and_close(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
-            heard = loopback::receive(agent.get(), expected_wishes.size());
+            heard = loopback::receive(agent.get(), expected_request.size());
             loopback::send_all(agent.get(), text_of(octets));
         });
     }
@@ -69,7 +69,7 @@ TEST_F(HostilePeer, ThatNeverClosesGetsItsAnswersSaidAllTheSame) {
         for (const ServerAnswer& each : answers) {
             answer(each.octets);
             expect(each);
-            EXPECT_EQ(heard, each.status == 0 ? expected_wishes + expected_closing : expected_wishes)
+            EXPECT_EQ(heard, each.status == 0 ? expected_request + expected_closing : expected_request)
                 << each.what;
         }
     }
@@ -79,14 +79,14 @@ TEST_F(HostilePeer, ThatClosesWithinItsAnswer) {
     for (const ServerAnswer& each : cut_answers()) {
         answer_and_close(each.octets);
         expect(each);
-        EXPECT_EQ(heard, expected_wishes) << each.what;
+        EXPECT_EQ(heard, expected_request) << each.what;
     }
 }
 
 TEST_F(HostilePeer, ThatClosesUnasked) {
     negotiate_with([](Handle&) {});
     EXPECT_EQ(status, 2);
-    // Which of them depends on whether the agent's wishes arrive before or after the close.
+    // Which of them depends on whether the agent's request arrives before or after the close.
     EXPECT_THAT(text,
                 AnyOf("Peer closed connection unexpectedly",
                       StartsWith("Error receiving data: Bad error happened without sleep in socket_recv(): "),
@@ -96,14 +96,14 @@ TEST_F(HostilePeer, ThatClosesUnasked) {
 
 TEST_F(HostilePeer, ThatDripsItsAnswer) {
     negotiate_with([this](Handle& agent) {
-        heard = loopback::receive(agent.get(), expected_wishes.size());
+        heard = loopback::receive(agent.get(), expected_request.size());
         for (const char octet : peers_offer)
             loopback::send_all(agent.get(), std::string(1, octet));
         heard += loopback::receive_all(agent.get());
     });
     EXPECT_EQ(text, "accepted");
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(heard, expected_wishes + expected_closing);
+    EXPECT_EQ(heard, expected_request + expected_closing);
 }
 
 TEST_F(HostilePeer, ThatAnswersBeforeItIsAsked) {
@@ -112,12 +112,12 @@ TEST_F(HostilePeer, ThatAnswersBeforeItIsAsked) {
         heard = loopback::receive_all(agent.get());
     });
     EXPECT_EQ(text, "accepted");
-    EXPECT_EQ(heard, expected_wishes + expected_closing);
+    EXPECT_EQ(heard, expected_request + expected_closing);
 }
 
 TEST_F(HostilePeer, ThatResets) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), expected_wishes.size());
+        loopback::receive(agent.get(), expected_request.size());
         loopback::reset(agent);
     });
     EXPECT_EQ(status, 2);
@@ -130,7 +130,7 @@ TEST_F(HostilePeer, ThatResets) {
 
 TEST_F(HostilePeer, ThatResetsInPlaceOfHearingTheEnd) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), expected_wishes.size());
+        loopback::receive(agent.get(), expected_request.size());
         loopback::send_all(agent.get(), peers_offer);
         loopback::receive(agent.get(), expected_closing.size());
         loopback::reset(agent);
@@ -144,7 +144,7 @@ TEST_F(HostilePeer, ThatNeverAnswers) {
     answer({});
     EXPECT_EQ(status, 2);
     EXPECT_EQ(text, "Error receiving data: Timeout in socket_recv()");
-    EXPECT_EQ(heard, expected_wishes);
+    EXPECT_EQ(heard, expected_request);
 }
 
 TEST_F(HostilePeer, ThatStopsWithinItsAnswer) {
@@ -195,7 +195,7 @@ TEST_F(HostilePeer, ThatSendsFillersUntilItIsTired) {
 
 TEST_F(HostilePeer, ThatOpens100000ElementsAndClosesThem) {
     negotiate_with([](Handle& agent) {
-        loopback::receive(agent.get(), expected_wishes.size());
+        loopback::receive(agent.get(), expected_request.size());
         loopback::send_all(agent.get(), text_of(offer_head + repeated("30 80"_octets, 100000) +
                                                 repeated("00 00"_octets, 100000) + both_ends));
         loopback::receive_all(agent.get());

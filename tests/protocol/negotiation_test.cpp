@@ -11,7 +11,7 @@ namespace {
 using testing::StrEq;
 
 using conversation::closing;
-using conversation::wishes;
+using conversation::request;
 
 /// How much is left of the answer when every read brings only what it asks for.
 std::uint64_t unread_by_one(const ServerAnswer& answer) {
@@ -28,7 +28,7 @@ void expect_answered(const ServerAnswer& answer, std::size_t piece) {
     const char* text = negotiate(&stream, "web1", "", &status);
     EXPECT_EQ(text != nullptr ? text : "", answer.text) << answer.what;
     EXPECT_EQ(status, answer.status) << answer.what;
-    EXPECT_EQ(stream.received, answer.status == 0 ? wishes + closing : wishes) << answer.what;
+    EXPECT_EQ(stream.received, answer.status == 0 ? request + closing : request) << answer.what;
     EXPECT_EQ(stream.closes, 0) << answer.what;
     EXPECT_EQ(stream.unread(), unread_by_one(answer)) << answer.what;
 }
@@ -36,11 +36,11 @@ void expect_answered(const ServerAnswer& answer, std::size_t piece) {
 TEST(Negotiate, SendsEachOfItsMessagesAtOnce) {
     MemoryStream refused(conversation::refusal);
     negotiate(&refused, "web1", "", nullptr);
-    EXPECT_EQ(refused.received, wishes);
+    EXPECT_EQ(refused.received, request);
     EXPECT_EQ(refused.writes, 1);
     MemoryStream accepted(conversation::offer);
     negotiate(&accepted, "web1", "", nullptr);
-    EXPECT_EQ(accepted.received, wishes + closing);
+    EXPECT_EQ(accepted.received, request + closing);
     EXPECT_EQ(accepted.writes, 2);
     EXPECT_FALSE(accepted.pending);
 }
@@ -71,7 +71,7 @@ TEST(Negotiate, AnswersEveryAnswerInWhateverPiecesItArrives) {
 }
 
 TEST(Negotiate, ReadsNothingWhenItCouldNotAsk) {
-    for (std::size_t sent = 0; sent < wishes.size(); ++sent) {
+    for (std::size_t sent = 0; sent < request.size(); ++sent) {
         MemoryStream stream(conversation::offer);
         stream.break_after(sent, "gone");
         int status = 77;
@@ -84,7 +84,7 @@ TEST(Negotiate, ReadsNothingWhenItCouldNotAsk) {
 TEST(Negotiate, FailsWhenItCannotClose) {
     for (std::size_t sent = 0; sent < closing.size(); ++sent) {
         MemoryStream stream(conversation::offer);
-        stream.break_after(wishes.size() + sent, "gone");
+        stream.break_after(request.size() + sent, "gone");
         int status = 77;
         EXPECT_THAT(negotiate(&stream, "web1", "", &status), StrEq("gone"));
         EXPECT_EQ(status, 2);

@@ -107,8 +107,8 @@ TEST(ValueProblem, AnOptionIsOneOfThoseDeclared) {
     for (const char* text : {"errors", "", "normal"})
         EXPECT_EQ(value_problem(choice, text), std::nullopt) << text;
     EXPECT_THAT(value_problem(choice, "Normal"),
-                Optional("none of the options \"errors\", \"\", \"normal\""s));
-    EXPECT_THAT(problem("Options", "any"), Optional("there is no option to choose"s));
+                Optional("not one of the options \"errors\", \"\", \"normal\""s));
+    EXPECT_THAT(problem("Options", "any"), Optional("there are no options to choose from"s));
 }
 
 TEST(ValueProblem, TheServersPortsAreNumbers) {
@@ -125,12 +125,12 @@ TEST(ValueProblem, TheServersPortsAreNumbers) {
 
 TEST(ValueProblem, AServerHasANameAndNoBlanks) {
     const std::pair<const char*, const char*> cases[] = {
-        {"a, b", "\" b\" contains a blank; servers are separated by a comma alone"},
-        {"a b", "\"a b\" contains a blank; servers are separated by a comma alone"},
-        {"a: 5", "\"a: 5\" contains a blank; servers are separated by a comma alone"},
-        {"a\t", "\"a\t\" contains a blank; servers are separated by a comma alone"},
-        {"b,:5", "\":5\" names no server"},
-        {":", "\":\" names no server"},
+        {"a, b", "\" b\" contains a space; separate servers by a comma only"},
+        {"a b", "\"a b\" contains a space; separate servers by a comma only"},
+        {"a: 5", "\"a: 5\" contains a space; separate servers by a comma only"},
+        {"a\t", "\"a\t\" contains a space; separate servers by a comma only"},
+        {"b,:5", "\":5\" does not name a server"},
+        {":", "\":\" does not name a server"},
     };
     for (const auto& [text, words] : cases)
         EXPECT_THAT(problem("ServerList", text), Optional(std::string(words))) << text;

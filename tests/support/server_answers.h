@@ -1,5 +1,5 @@
 #pragma once
-/// What a server may answer to an agent's wishes, good or hostile, and what the tool makes of it. The same
+/// What a server may answer to an agent's request, good or hostile, and what the tool makes of it. The same
 /// answers are given over memory and over real sockets.
 #include "support/octets.h"
 

@@ -36,7 +36,7 @@ bool try_server(int number) {
     server.sin_port = htons(servers.port);
     server.sin_addr.s_addr = inet_addr(servers.address(number).c_str());
     const bool good = connect(connected, reinterpret_cast<const sockaddr*>(&server), sizeof server) == 0 &&
-                      say(connected, wishes) && hear_offer(connected) && say(connected, closing);
+                      say(connected, request) && hear_offer(connected) && say(connected, closing);
     shutdown(connected, SD_BOTH);
     closesocket(connected);
     return good;

@@ -54,7 +54,7 @@ bool connects(SOCKET connecting, int number) {
 
 bool try_server(int number) {
     const SOCKET connected = socket(AF_INET, SOCK_STREAM, 0);
-    const bool good = connects(connected, number) && say(connected, wishes) && hear_offer(connected) &&
+    const bool good = connects(connected, number) && say(connected, request) && hear_offer(connected) &&
                       say(connected, closing);
     ULONG blocking = 0;
     ioctlsocket(connected, FIONBIO, &blocking);

@@ -28,7 +28,7 @@ void warn_of_pending_restarts(const std::vector<ConfigurationChanges>& all) {
     for (const ConfigurationChanges& each : all) {
         if (each.restart_is_pending)
             say("an earlier run left the restart of service " + to_utf8(each.configuration->service()) +
-                    " unfinished; set or apply without --restart never finishes it",
+                    " unfinished; to finish it, run set or apply without \"--restart never\"",
                 Level::warning);
     }
 }

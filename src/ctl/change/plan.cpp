@@ -81,8 +81,8 @@ bool is_stored(const WishedValue& wished, const StoredValue& stored) {
 /// The tool writes texts, so a value of another type is one that is there already.
 Change kept(const WishedValue& wished, const Declaration& declaration, StoredValue before) {
     if (!is_stored(wished, before))
-        throw "only texts are written; this value of the type " + visible(wished.type) +
-            " is accepted where it is stored already, and here it is " + shown(before);
+        throw "only texts can be written; a value of the type " + visible(wished.type) +
+            " is accepted only if it is already stored, but stored here is " + shown(before);
     Change change{&declaration, std::move(before), std::nullopt};
     change.is_kept = true;
     return change;
@@ -182,7 +182,7 @@ void check_origin(const MachineConfiguration& configuration, const WishedConfigu
     const std::string name = to_utf8(configuration.name) + ": ";
     const Guards facts = facts_of(configuration, !wished.guards.sha256.empty());
     for (const std::string& each : contradictions(wished.guards, facts))
-        problems.add(name + "the state is guarded: " + each);
+        problems.add(name + "a guard of the state does not hold: " + each);
     for (const std::string& each : contradictions({wished.key, wished.service, {}}, facts))
         say(name + each, Level::warning);
 }

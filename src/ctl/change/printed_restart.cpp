@@ -69,7 +69,7 @@ void PrintedRestart::give_up(DWORD code) const {
     if (!is_pending_)
         forget_restart(service_);
     throw Failure{failed, name() + " refused to stop" + reason(code) +
-                              "; --restart never writes the values without a restart"};
+                              "; use \"--restart never\" to write the values without a restart"};
 }
 
 void PrintedRestart::fail_because(const std::string& why, DWORD code) {

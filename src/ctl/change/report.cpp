@@ -100,8 +100,8 @@ std::string restart_text(const ConfigurationChanges& changes) {
     const std::string service = "service " + visible(to_utf8(changes.configuration->service()));
     const bool was_pending = changes.restart_is_pending && !changes.differ();
     if (changes.is_restarted)
-        return service + " restarted" + (was_pending ? ", which an earlier run had left unfinished" : "");
-    return was_pending ? service + " has to be restarted, which an earlier run left unfinished" : "";
+        return service + " restarted" + (was_pending ? " (left unfinished by an earlier run)" : "");
+    return was_pending ? service + " must be restarted (left unfinished by an earlier run)" : "";
 }
 
 std::string report_text(const std::vector<ConfigurationChanges>& all, bool what_if,

@@ -130,7 +130,7 @@ private:
     }
 
     [[noreturn]] void refuse() const {
-        throw Failure{invalid, "line " + std::to_string(line_) + " is not what set and apply save"};
+        throw Failure{invalid, "line " + std::to_string(line_) + " was not written by tavrinctl"};
     }
 
     std::string text_;

@@ -13,18 +13,19 @@ namespace {
 /// Of a longer text its beginning says enough.
 constexpr std::size_t most_quoted = 80;
 
-/// JSON's numbers and truth values stand for texts of one form only.
+/// JSON's numbers and booleans stand for texts of one form only.
 void refuse_other_form(const WishedValue& wished, const EntryKind& kind) {
     const bool is_number = wished.written == JsonTree::Kind::whole_number;
     const bool is_flag = wished.written == JsonTree::Kind::boolean;
     if ((!is_number && !is_flag) || (is_number && kind.form == ValueForm::integer) ||
         (is_flag && kind.form == ValueForm::flag))
         return;
-    const std::string found = *wished.text + ", which is " + (is_number ? "a number" : "a truth value");
+    const std::string found = (is_number ? "the number " : "the boolean ") + *wished.text;
     const char* const expected = kind.form == ValueForm::flag      ? "true or false"
                                  : kind.form == ValueForm::integer ? "a whole number"
                                                                    : "a text in quotes";
-    throw "not " + found + ", but " + expected + " is expected for the kind " + std::string(kind.type);
+    throw std::string("expected ") + expected + " for the kind " + std::string(kind.type) + ", found " +
+        found;
 }
 
 void check_value(const WishedValue& wished, const Declaration& declaration, unsigned code_page) {
@@ -40,7 +41,7 @@ void check_value(const WishedValue& wished, const Declaration& declaration, unsi
 std::size_t DesiredEntries::place_of(const WishedValue& wished) {
     const auto name = from_utf8(wished.name, code_page_);
     if (!name)
-        throw std::string("unknown value; tavrinctl show lists them");
+        throw std::string("unknown value; \"tavrinctl show\" lists them all");
     const std::size_t place = index_.find(*name);
     if (is_given_[place])
         throw std::string("the value is given twice");
@@ -57,7 +58,7 @@ std::string desired_text(const WishedValue& wished, const Declaration& declarati
 }
 
 std::string refusal(const std::string& text, const std::string& problem, unsigned code_page) {
-    return to_utf8("\"" + visible(text.substr(0, most_quoted)) + "\" is refused: " + problem, code_page);
+    return to_utf8("\"" + visible(text.substr(0, most_quoted)) + "\" is invalid: " + problem, code_page);
 }
 
 std::vector<std::string> contradictions(const Guards& said, const Guards& found) {

@@ -29,7 +29,7 @@ struct WishedValue {
     std::string name;
     /// In UTF-8; nothing when the value shall not be there.
     std::optional<std::string> text;
-    /// How JSON writes it: a text may be meant for every kind of entry, a number or truth value for its own.
+    /// How JSON writes it: a text may be meant for every kind of entry, a number or boolean for its own.
     JsonTree::Kind written = JsonTree::Kind::text;
     /// The registry's type that the value must have already; empty when any text may be written.
     std::string type = {};

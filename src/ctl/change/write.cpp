@@ -122,7 +122,7 @@ ExitCode stopped_by(const Failure& failure, const std::vector<Group>& groups) {
         std::any_of(groups.begin(), groups.end(), [](const Group& each) { return each.any_written(); });
     if (!written)
         throw Failure{failure.code, failure.text + "; nothing was written"};
-    say(failure.text + "; what was written before stays written");
+    say(failure.text + "; values that were already written stay");
     return failure.code;
 }
 

@@ -30,7 +30,7 @@ void check_utf8(std::string_view octets, Findings& findings) {
     const std::size_t place = find_utf8(octets);
     if (place != std::string_view::npos)
         findings.warn(line_of(octets, place),
-                      "this looks like UTF-8; the window reads one octet a character, in the machine's "
+                      "this looks like UTF-8; the window reads one byte per character, in the machine's "
                       "code page");
 }
 
@@ -41,14 +41,14 @@ std::string_view cut_at_end_of_text(std::string_view octets, Findings& findings)
         return octets;
     const bool lost = octets.substr(end + 1).find_first_not_of("\r\n\x1A") != std::string_view::npos;
     findings.warn(line_of(octets, end), lost ? "the byte 0x1A ends the text here; what follows is not read"
-                                             : "the byte 0x1A at the end of the text");
+                                             : "the file ends with the byte 0x1A");
     return octets.substr(0, end);
 }
 
 void check_zero_bytes(std::string_view octets, Findings& findings) {
     const std::size_t zero = octets.find('\0');
     if (zero != std::string_view::npos)
-        findings.warn(line_of(octets, zero), "a zero byte; the window shows a text only up to it");
+        findings.warn(line_of(octets, zero), "a zero byte; the window shows the text only up to here");
 }
 
 } // namespace
@@ -56,7 +56,7 @@ void check_zero_bytes(std::string_view octets, Findings& findings) {
 std::optional<std::string_view> check_octets(std::string_view octets, bool is_utf8, Findings& findings) {
     if (octets.starts_with("\xFF\xFE") || octets.starts_with("\xFE\xFF")) {
         findings.error(
-            1, "the file is UTF-16; spec files have one octet a character, in the machine's code page");
+            1, "the file is UTF-16; spec files have one byte per character, in the machine's code page");
         return std::nullopt;
     }
     std::string_view text = cut_at_end_of_text(octets, findings);
@@ -66,7 +66,7 @@ std::optional<std::string_view> check_octets(std::string_view octets, bool is_ut
     }
     check_zero_bytes(text, findings);
     if (text.starts_with(byte_order_mark)) {
-        findings.error(1, "a byte order mark stands before the key path and is taken for a part of it");
+        findings.error(1, "the file begins with a byte order mark, which is read as part of the key path");
         text.remove_prefix(byte_order_mark.size());
     } else if (!is_utf8) {
         check_utf8(text, findings);

@@ -97,7 +97,7 @@ std::vector<Finding> SpecCheck::run() {
         check_statement(*statement);
     tell_stray();
     if (entries_ == 0)
-        findings_.warn(1, "the file declares no entry, so the window shows nothing to edit");
+        findings_.warn(1, "the file has no entries, so the window shows nothing to edit");
     titles_.check(findings_);
     return findings_.in_order();
 }
@@ -119,8 +119,7 @@ void SpecCheck::check_root(const SpecLine& path) {
         findings_.error(
             path.number,
             "the key path begins with " + quoted(root) +
-                "; below HKEY_LOCAL_MACHINE, where the tool looks, there are SOFTWARE, SYSTEM and "
-                "HARDWARE to read");
+                "; it must begin with a key below HKEY_LOCAL_MACHINE: SOFTWARE, SYSTEM or HARDWARE");
     }
 }
 
@@ -149,7 +148,7 @@ std::size_t SpecCheck::blank_lines_before(std::size_t line) {
 bool SpecCheck::goes_astray(std::size_t line, Severity severity) {
     const std::size_t blank = groups_ == 0 ? 0 : blank_lines_before(line);
     if (blank != 0)
-        stray_ = {line - blank, severity, "a blank line ends the group, so the entry behind it is not read"};
+        stray_ = {line - blank, severity, "a blank line ends the group, so the entry after it is not read"};
     return blank != 0;
 }
 
@@ -162,7 +161,7 @@ void SpecCheck::take(const ServiceName& service) {
     const SpecLine& name = service.name;
     if (name.text.starts_with('$') && !goes_astray(name.number, Severity::warning)) {
         findings_.warn(name.number, quoted(name.text) +
-                                        " is taken for the name of the service, not for an entry: " +
+                                        " is read as the name of the service, not as an entry: " +
                                         (groups_ == 0 ? "no group has begun" : "the group has ended"));
     }
 }
@@ -171,7 +170,7 @@ void SpecCheck::take(const GroupStart& group) {
     tell_stray();
     if (group.is_implied && groups_ != 0) {
         findings_.warn(group.name.number - blank_lines_before(group.name.number),
-                       "the group ends here; what follows stands in one without a name");
+                       "the group ends here; the entries that follow are outside all groups");
     }
     ++groups_;
 }
@@ -208,8 +207,8 @@ void SpecCheck::check_title(const Declaration& declaration) {
     if (declaration.kind->least_further != 0)
         return;
     if (first != 0) {
-        findings_.warn(title.number, "the title " + quoted(title.text) + " stands at line " +
-                                         std::to_string(first) + " already; lookups find only that one");
+        findings_.warn(title.number, "the title " + quoted(title.text) + " is already in line " +
+                                         std::to_string(first) + "; lookups find only that entry");
     }
     if (title.text.empty())
         findings_.warn(title.number, "the entry has no title");
@@ -228,11 +227,11 @@ void SpecCheck::check_value_name(const Declaration& declaration) {
     if (!declaration.has_value() || name.number == 0)
         return;
     if (name.text.empty())
-        findings_.warn(name.number, "the value name is empty: that is the key's default value");
+        findings_.warn(name.number, "the value name is empty, which means the key's default value");
     if (const std::size_t first = value_names_.add(name.text, name.number)) {
-        findings_.warn(name.number, "the value name " + quoted(name.text) + " stands at line " +
+        findings_.warn(name.number, "the value name " + quoted(name.text) + " is already in line " +
                                         std::to_string(first) +
-                                        " already; the two entries overwrite each other's value");
+                                        "; the two entries overwrite each other's value");
     }
 }
 
@@ -255,19 +254,19 @@ void SpecCheck::check_help(const Declaration& declaration) {
 
 void SpecCheck::check_options(const Declaration& declaration) {
     if (declaration.further.empty())
-        findings_.warn(declaration.type.number, "there is no option to choose");
+        findings_.warn(declaration.type.number, "there are no options to choose from");
     NameTable seen(false);
     for (const SpecLine& option : declaration.further) {
         if (option.text.empty())
             findings_.warn(option.number, "a blank line among the options is an option with an empty text");
         if (option.text.size() > longest_value) {
             findings_.warn(option.number, "the option has " + std::to_string(option.text.size()) +
-                                              " characters; " + std::to_string(longest_value) +
+                                              " characters; only " + std::to_string(longest_value) +
                                               " are stored");
         }
         if (const std::size_t first = seen.add(option.text, option.number)) {
-            findings_.warn(option.number, "the option " + quoted(option.text) + " stands at line " +
-                                              std::to_string(first) + " already");
+            findings_.warn(option.number, "the option " + quoted(option.text) + " is already in line " +
+                                              std::to_string(first));
         }
     }
 }
@@ -275,7 +274,7 @@ void SpecCheck::check_options(const Declaration& declaration) {
 void SpecCheck::check_underline(const SpecLine& line, const char* what) {
     if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
         findings_.warn(line.number,
-                       std::string("\"&\" in the ") + what + " becomes an underline of the letter behind it");
+                       std::string("\"&\" in the ") + what + " is not shown; it underlines the next letter");
     }
 }
 

@@ -52,7 +52,7 @@ void StateFindings::take(const WishedConfiguration& wished, const CheckedSpec& f
     const Guards facts{to_utf8(found.spec.registry_path.text, code_page_),
                        to_utf8(found.spec.service_name.text, code_page_), found.sha256};
     for (const std::string& each : contradictions(wished.guards, facts))
-        tell(Severity::error, name + "the state is guarded: " + each);
+        tell(Severity::error, name + "a guard of the state does not hold: " + each);
     for (const std::string& each : contradictions({wished.key, wished.service, {}}, facts))
         tell(Severity::warning, name + each);
     for (const std::string& each : state_problems(wished, found.spec, code_page_))
@@ -60,7 +60,7 @@ void StateFindings::take(const WishedConfiguration& wished, const CheckedSpec& f
     for (const WishedValue& each : wished.values) {
         if (!each.type.empty())
             tell(Severity::warning, name + visible(each.name) + ": a value of the type " + each.type +
-                                        " is accepted only where it is stored already");
+                                        " is accepted only on machines that already store it");
     }
 }
 

@@ -38,11 +38,11 @@ void TitleLookups::check_wanted_title(const SpecLine& title, Findings& findings)
     if (title.number == 0) {
         findings.error(connection_test_, "the file ends before the four titles of the connection test");
     } else if (titles_.find(title.text) == 0) {
-        findings.error(title.number,
-                       "the connection test does not find anything with the title " + quoted(title.text));
+        findings.error(title.number, "the connection test looks for an entry titled " + quoted(title.text) +
+                                         ", and there is none");
     } else if (titles_without_value_.find(title.text) != 0) {
-        findings.error(title.number,
-                       "the connection test finds the title " + quoted(title.text) + ", but it has no value");
+        findings.error(title.number, "the connection test uses the entry titled " + quoted(title.text) +
+                                         ", but it has no value");
     }
 }
 

@@ -112,7 +112,7 @@ bool TreeBuilder::key(string_t& name) {
 /// A zero byte the parser would take for the end.
 void refuse_other_encodings(std::string_view octets) {
     if (octets.starts_with("\xFF\xFE") || octets.starts_with("\xFE\xFF"))
-        refuse("the text is UTF-16; write it as UTF-8");
+        refuse("the text is UTF-16; save it as UTF-8");
     if (octets.find('\0') != std::string_view::npos)
         refuse("the text has a zero byte");
 }

@@ -17,7 +17,7 @@ struct JsonTree {
     enum class Kind { null, boolean, whole_number, fraction, text, object, array };
 
     Kind kind = Kind::null;
-    /// A text; or a number or truth value as JSON writes it.
+    /// A text; or a number or boolean as JSON writes it.
     std::string text;
     /// Of an object in its order; an array's have no names.
     std::vector<JsonMember> members;

@@ -33,7 +33,7 @@ void EntryIndex::refuse(const std::string& name) const {
         return each.declaration.title.text == name || same_name(each.declaration.value_name.text, name);
     });
     if (found == entries_.end())
-        throw std::string("unknown value; tavrinctl show lists them");
+        throw std::string("unknown value; \"tavrinctl show\" lists them all");
     throw "this is a " + std::string(found->declaration.kind->type) +
         ", which has no value that could be set; use the window";
 }

@@ -32,7 +32,8 @@ std::string start_type_of(SC_HANDLE service) {
 }
 
 [[noreturn]] void refuse(const std::string& text, ExitCode code = failed) {
-    throw Failure{code, text + "; nothing was written; --restart never writes the values without a restart"};
+    throw Failure{
+        code, text + "; nothing was written; use \"--restart never\" to write the values without a restart"};
 }
 
 /// Open for as long as it is looked at.
@@ -122,7 +123,7 @@ void require_restartable(const std::string& name, std::chrono::milliseconds limi
     const SERVICE_STATUS status = settled(service.get(), limit);
     const std::string who = "the service " + to_utf8(name);
     if (is_on_its_way(status.dwCurrentState))
-        refuse(who + " neither starts nor stops within the time that --timeout gives it");
+        refuse(who + " did not finish starting or stopping within --timeout");
     if (status.dwCurrentState == SERVICE_STOPPED)
         return;
     if (start_type_of(service.get()) == "disabled")

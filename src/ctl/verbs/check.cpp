@@ -82,15 +82,16 @@ const Verb check_verb{
     .usage = "FILE... [--state STATE.json] [--format text|json|sarif|github] [--code-page N]",
     .least_operands = 1,
     .most_operands = any_number,
-    .summary = "report mistakes in spec files, and in a state for them",
+    .summary = "report mistakes in spec files and state files",
     .help = R"(
 Checks spec files and prints a line for each mistake, as a compiler does:
 
     file:line: error|warning: text
 
-An error is what the window refuses, a warning what its users would stumble over. With --state also what
-apply would refuse in that state on machines with these spec files. sarif and github are for the programs
-that show findings beside a change. Ends with 4 if there are errors.
+An error is something that the window refuses; a warning is something that causes trouble for its users.
+With --state, also reports what apply would refuse in that state on machines with these spec files. The
+formats sarif and github are for programs that show findings beside a change. The exit code is 4 if there
+are errors.
 )",
     .run = check,
 };

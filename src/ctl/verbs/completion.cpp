@@ -96,10 +96,10 @@ const Verb completion_verb{
     .usage = "bash|powershell",
     .least_operands = 1,
     .most_operands = 1,
-    .summary = "print a script that completes commands and options in a shell",
+    .summary = "print a script for shell completion of commands and options",
     .help = R"(
-Prints a script that lets the shell complete the commands of tavrinctl and their options. Source it in bash,
-or add it to the profile of PowerShell:
+Prints a script with which a shell completes the commands of tavrinctl and their options. Source it in bash,
+or add it to your PowerShell profile:
 
     source <(tavrinctl completion bash)
     tavrinctl completion powershell >> $PROFILE

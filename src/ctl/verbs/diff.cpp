@@ -87,7 +87,7 @@ const Verb diff_verb{
     .help = R"(
 A REPORT is what "show --json" printed on a machine, or a folder with such files (*.json). Prints which machines
 drift and in which values, which could not be compared, which have a restart pending, which have another spec file,
-and which services do not run. With --format html it is a page for a browser. Ends with 4 when a machine could not
+and which services do not run. --format html makes a page for a browser. The exit code is 4 if a machine could not
 be compared, also without --exit-code.
 )",
     .run = diff,

@@ -20,7 +20,7 @@ constexpr const char* instance_schema =
     R"("type":"object","required":["name"],"additionalProperties":false,"properties":{)"
     R"("name":{"type":"string","title":"The configuration's name"},)"
     R"("service":{"type":"string","readOnly":true,"title":"The service that is restarted after a change"},)"
-    R"("values":{"type":"object","title":"Texts by value name; null for a value that shall not be there",)"
+    R"("values":{"type":"object","title":"Texts by value name; null for a value that must not exist",)"
     R"("additionalProperties":{"type":["string","integer","boolean","null"]}},)"
     R"("_inDesiredState":{"type":["boolean","null"],"readOnly":true}}})"
     "\n";
@@ -149,11 +149,11 @@ const Verb dsc_verb{
         "[--keep N]",
     .least_operands = 1,
     .most_operands = 1,
-    .summary = "serve as a resource of Desired State Configuration",
+    .summary = "act as a resource for Desired State Configuration (DSC)",
     .help = R"(
-Is called by the manifest of a DSC resource. Reads an instance from the standard input (get, set, test) and
-prints JSON, a line each; messages are JSON on the standard error stream. Only a failure ends with another
-code than 0.
+The manifest of a DSC resource calls this. Reads an instance from the standard input (get, set, test) and
+prints JSON, one object per line; messages are JSON on the standard error stream. The exit code is 0 unless
+the command fails.
 )",
     .run = dsc,
     .speaks_json = true,

@@ -98,7 +98,7 @@ const Verb scan_verb{
     .most_operands = 0,
     .summary = "find servers on the local networks",
     .help = R"(
-Asks by broadcast for servers on the local networks and prints their addresses.
+Looks for servers on the local networks by broadcast, and prints the addresses of those that answer.
 )",
     .run = scan,
 };

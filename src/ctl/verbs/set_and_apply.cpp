@@ -91,8 +91,8 @@ const Verb set_verb{
     .help = R"(
 NAME is a value name in any letter case, or the title of an entry if no other entry has it. All values are
 checked before one is written, and a value that matches is left alone. The previous values are saved to a
-.reg file first. A running service of the configuration is stopped before the values are written and started
-afterwards; --timeout is for each of the two waits.
+.reg file first. If the configuration's service is running, it is stopped before the values are written and
+started afterwards; --timeout applies to each of the two waits.
 )",
     .run = set,
 };
@@ -103,11 +103,11 @@ const Verb apply_verb{
              "SECONDS] [--backup FOLDER] [--keep N]",
     .least_operands = 1,
     .most_operands = 1,
-    .summary = "make the values those of a state file",
+    .summary = "change values to those of a state file",
     .help = R"(
 Reads a state, as show --json prints it, from a file or, for "-", from the standard input, and changes the
 values that differ from it. Values that the state does not name are left alone, and null removes one.
-Otherwise the same as set.
+Everything else is as with set.
 )",
     .run = apply,
 };
@@ -117,11 +117,11 @@ const Verb restore_verb{
     .usage = "[BACKUP.reg] [--last] [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] "
              "[--timeout SECONDS] [--backup FOLDER] [--keep N]",
     .most_operands = 1,
-    .summary = "bring back the values that set or apply saved",
+    .summary = "restore the values that set or apply saved",
     .help = R"(
-Reads a backup of set, apply or restore, and nothing else, and brings its values back as they were, whatever
-their type. Give the file, or --last for the newest in the default folder. The values are saved before they
-change, so the next restore --last undoes this one. Otherwise the same as set.
+Reads a backup that set, apply or restore saved, and no other file, and restores its values, whatever their
+type. Name the file, or use --last for the newest one in the default folder. The current values are saved
+first, so the next restore --last undoes this one. Everything else is as with set.
 )",
     .run = restore,
 };

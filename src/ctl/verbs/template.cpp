@@ -162,8 +162,8 @@ Writes for each spec file:
     gpp    NAME.xml, registry items for Group Policy Preferences
     reg    NAME.reg
 
-An item of gpp or reg without a value does nothing until somebody gives it one. Prints the paths of the files.
-What cannot be mapped is listed with the reason.
+In gpp and reg, an item without a value does nothing until someone sets its value. Prints the paths of the
+files, and lists the entries that cannot be mapped, with the reason.
 )",
     .run = make_template,
 };

@@ -195,8 +195,8 @@ const Verb test_verb{
     .most_operands = 1,
     .summary = "test the connection to every configured server",
     .help = R"(
-Negotiates with every server on the list of one configuration, or of each that has a connection test, and
-prints the result of each. Ends with 6 if a server refused or was not reached. --timeout bounds the whole
+Tests every server on the list of one configuration, or of every configuration that has a connection test,
+and prints each result. The exit code is 6 if a server refused or was not reached. --timeout limits the whole
 attempt for one server, including the look-up of its name.
 )",
     .run = test_all,

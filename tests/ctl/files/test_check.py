@@ -61,7 +61,7 @@ class Refused(Check):
     def test_a_second_service_name(self):
         self.finds(HEAD + "One\nTwo\n!G\n" + entry(), '4: error: Parse error: line "Two" not group start')
 
-    ASTRAY = "a blank line ends the group, so the entry behind it is not read"
+    ASTRAY = "a blank line ends the group, so the entry after it is not read"
 
     def test_a_blank_line_that_ends_the_group_is_named_once_and_at_its_line(self):
         self.finds(GROUP + entry() + "\n" + entry("B", "W") + entry("C", "X"), "8: error: " + self.ASTRAY)
@@ -76,7 +76,7 @@ class Refused(Check):
                    "8: error: " + self.ASTRAY, '17: error: Unknown type: "Text", for subspec C')
 
     def test_a_blank_line_that_ends_the_group_of_an_old_file(self):
-        words = "warning: the group ends here; what follows stands in one without a name"
+        words = "warning: the group ends here; the entries that follow are outside all groups"
         self.finds("SOFTWARE\\X\n!G\n" + entry() + "\n" + entry("B", "W"), "7: " + words)
         self.finds("SOFTWARE\\X\n!G\n" + entry() + "Service\n" + entry("B", "W"), "8: " + words)
 
@@ -90,17 +90,17 @@ class Refused(Check):
 
     def test_a_byte_order_mark(self):
         self.finds(b"\xef\xbb\xbf" + (GROUP + entry()).encode(),
-                   "1: error: a byte order mark stands before the key path and is taken for a part of it")
+                   "1: error: the file begins with a byte order mark, which is read as part of the key path")
 
     def test_utf16(self):
-        words = ("1: error: the file is UTF-16; spec files have one octet a character, in the machine's code page",)
+        words = ("1: error: the file is UTF-16; spec files have one byte per character, in the machine's code page",)
         self.finds((GROUP + entry()).encode("utf-16"), *words)
         self.finds(b"\xfe\xff" + (GROUP + entry()).encode("utf-16-be"), *words)
 
     def test_a_root_that_is_none(self):
         self.finds("HKEY_LOCAL_MACHINE\\SOFTWARE\\X\nX\n!G\n" + entry(),
-                   '1: error: the key path begins with "HKEY_LOCAL_MACHINE"; below HKEY_LOCAL_MACHINE, where the tool '
-                   "looks, there are SOFTWARE, SYSTEM and HARDWARE to read")
+                   '1: error: the key path begins with "HKEY_LOCAL_MACHINE"; it must begin with a key below '
+                   "HKEY_LOCAL_MACHINE: SOFTWARE, SYSTEM or HARDWARE")
 
     def test_roots_in_any_letter_case_and_behind_backslashes(self):
         for root in ("\\\\Software\\X", "system", "HARDWARE\\X"):
@@ -110,19 +110,19 @@ class Refused(Check):
         self.finds("\\\\\nX\n!G\n" + entry(), "1: error: the key path is missing")
 
     def test_an_empty_file(self):
-        self.finds("", "1: error: the key path is missing", "1: warning: the file declares no entry, so the window "
+        self.finds("", "1: error: the key path is missing", "1: warning: the file has no entries, so the window "
                    "shows nothing to edit", "2: warning: the configuration has no name")
 
     def test_titles_that_the_connection_test_does_not_find(self):
         test = entry("T", "", "Tests.", "ConnectionTest", "A", "B", "T2", "E")
         self.finds(GROUP + entry() + entry("E", "Event", "Help.", "SignalEvent") + test,
-                   "17: error: the connection test does not find anything with the title \"B\"",
-                   "18: error: the connection test does not find anything with the title \"T2\"",
-                   "19: error: the connection test finds the title \"E\", but it has no value")
+                   "17: error: the connection test looks for an entry titled \"B\", and there is none",
+                   "18: error: the connection test looks for an entry titled \"T2\", and there is none",
+                   "19: error: the connection test uses the entry titled \"E\", but it has no value")
 
     def test_a_connection_test_does_not_find_itself(self):
         self.finds(GROUP + entry() + entry("T", "", "Tests.", "ConnectionTest", "A", "A", "A", "T"),
-                   '15: error: the connection test does not find anything with the title "T"')
+                   '15: error: the connection test looks for an entry titled "T", and there is none')
 
     def test_a_connection_test_cut_off(self):
         self.finds(GROUP + entry() + entry("T", "", "Tests.", "ConnectionTest", "A", "A"),
@@ -141,31 +141,31 @@ class Refused(Check):
 
 class Stumbled(Check):
     def test_the_byte_that_ends_a_text(self):
-        self.finds(GROUP + entry() + "\x1a", "8: warning: the byte 0x1A at the end of the text")
+        self.finds(GROUP + entry() + "\x1a", "8: warning: the file ends with the byte 0x1A")
         self.finds(GROUP + entry() + "\x1a\n" + entry("B"),
                    "8: warning: the byte 0x1A ends the text here; what follows is not read")
 
     def test_a_zero_byte(self):
-        self.finds(GROUP + entry("A\0B"), "4: warning: a zero byte; the window shows a text only up to it")
+        self.finds(GROUP + entry("A\0B"), "4: warning: a zero byte; the window shows the text only up to here")
 
     def test_utf8(self):
-        self.finds(GROUP + entry("Größe"), "4: warning: this looks like UTF-8; the window reads one octet a character, "
+        self.finds(GROUP + entry("Größe"), "4: warning: this looks like UTF-8; the window reads one byte per character, "
                    "in the machine's code page")
         self.finds((GROUP + entry("Größe")).encode("latin-1"))
         self.assertEqual(self.check(GROUP + entry("Größe"), "--code-page", "65001"), [])
 
     def test_titles_twice(self):
         self.finds(GROUP + entry() + entry("A", "W"),
-                   '8: warning: the title "A" stands at line 4 already; lookups find only that one')
+                   '8: warning: the title "A" is already in line 4; lookups find only that entry')
 
     def test_value_names_twice_in_any_letter_case_beyond_ascii(self):
         self.finds((GROUP + entry("A", "Größe") + entry("B", "GRÖßE")).encode("latin-1"),
-                   '9: warning: the value name "GRÖßE" stands at line 5 already; the two entries overwrite each other\'s '
+                   '9: warning: the value name "GRÖßE" is already in line 5; the two entries overwrite each other\'s '
                    "value")
 
     def test_value_names_twice_in_any_letter_case(self):
         self.finds(GROUP + entry("A", "Value") + entry("B", "vALUE"),
-                   '9: warning: the value name "vALUE" stands at line 5 already; the two entries overwrite each other\'s '
+                   '9: warning: the value name "vALUE" is already in line 5; the two entries overwrite each other\'s '
                    "value")
 
     def test_an_event_and_a_key_may_be_called_as_a_value(self):
@@ -173,12 +173,12 @@ class Stumbled(Check):
 
     def test_an_ampersand(self):
         self.finds(GROUP + entry("Q&A", "V", "This & that."),
-                   '4: warning: "&" in the title becomes an underline of the letter behind it',
-                   '6: warning: "&" in the help text becomes an underline of the letter behind it')
+                   '4: warning: "&" in the title is not shown; it underlines the next letter',
+                   '6: warning: "&" in the help text is not shown; it underlines the next letter')
 
     def test_an_ampersand_in_an_entry_of_unknown_type(self):
         self.finds(GROUP + entry("A", "V", "This & that.", "Text"),
-                   '6: warning: "&" in the help text becomes an underline of the letter behind it',
+                   '6: warning: "&" in the help text is not shown; it underlines the next letter',
                    '7: error: Unknown type: "Text", for subspec A')
 
     def test_an_ampersand_in_an_option_is_shown(self):
@@ -191,17 +191,17 @@ class Stumbled(Check):
 
     def test_options(self):
         self.finds(GROUP + entry("A", "V", "Help.", "Options", "x" * 1024, "y", "y", ""),
-                   "8: warning: the option has 1024 characters; 1023 are stored",
-                   '10: warning: the option "y" stands at line 9 already',
+                   "8: warning: the option has 1024 characters; only 1023 are stored",
+                   '10: warning: the option "y" is already in line 9',
                    "11: warning: a blank line among the options is an option with an empty text")
-        self.finds(GROUP + entry("A", "V", "Help.", "Options"), "7: warning: there is no option to choose")
+        self.finds(GROUP + entry("A", "V", "Help.", "Options"), "7: warning: there are no options to choose from")
 
     def test_no_name_and_no_entries(self):
-        self.finds("SOFTWARE\\X\n\n!G\n", "1: warning: the file declares no entry, so the window shows nothing to edit",
+        self.finds("SOFTWARE\\X\n\n!G\n", "1: warning: the file has no entries, so the window shows nothing to edit",
                    "2: warning: the configuration has no name")
 
     def test_an_empty_value_name(self):
-        self.finds(GROUP + entry("A", ""), "5: warning: the value name is empty: that is the key's default value")
+        self.finds(GROUP + entry("A", ""), "5: warning: the value name is empty, which means the key's default value")
 
 
 class Hostile(Check):
@@ -212,7 +212,7 @@ class Hostile(Check):
     def test_octets_of_every_kind(self):
         found = self.check(bytes(range(256)) * 100)
         self.assertEqual((found[0], found[-1]), (
-            "1: warning: a zero byte; the window shows a text only up to it",
+            "1: warning: a zero byte; the window shows the text only up to here",
             "2: warning: the byte 0x1A ends the text here; what follows is not read"))
 
     def test_a_hundred_thousand_entries_without_a_type(self):

@@ -69,19 +69,19 @@ class Values(StateCase):
         self.finds_in(
             {"I": "060", "B": 1, "S": "a, b", "P": "0x1F", "O": "warp", "N": "☃", "Other": "1", "K": "1",
              "Interval": "1"},
-            'error: X: I: "060" is refused: a leading zero makes it octal for the agent; write 60',
-            "error: X: B: not 1, which is a number, but true or false is expected for the kind Boolean",
-            'error: X: S: "a, b" is refused: " b" contains a blank; servers are separated by a comma alone',
-            'error: X: P: "0x1F" is refused: not in plain decimal digits; write 31',
-            'error: X: O: "warp" is refused: none of the options "slow", "fast"',
+            'error: X: I: "060" is invalid: a leading zero makes it octal for the agent; write 60',
+            "error: X: B: expected true or false for the kind Boolean, found the number 1",
+            'error: X: S: "a, b" is invalid: " b" contains a space; separate servers by a comma only',
+            'error: X: P: "0x1F" is invalid: not in plain decimal digits; write 31',
+            'error: X: O: "warp" is invalid: not one of the options "slow", "fast"',
             "error: X: N: the text does not fit the machine's code page 1252",
-            "error: X: Other: unknown value; tavrinctl show lists them",
+            'error: X: Other: unknown value; "tavrinctl show" lists them all',
             "error: X: K: this is a RemoveKey, which has no value that could be set; use the window",
             "error: X: Interval: the value is given twice")
 
     def test_of_other_types_are_for_machines_that_have_them(self):
         self.finds_in({"I": {"type": "REG_DWORD", "octets": "3c000000"}},
-                      "warning: X: I: a value of the type REG_DWORD is accepted only where it is stored already")
+                      "warning: X: I: a value of the type REG_DWORD is accepted only on machines that already store it")
 
     def test_in_a_state_of_another_form(self):
         self.finds("{", "error: parse error at line 1, column 2: syntax error while parsing object key - unexpected end "
@@ -111,9 +111,9 @@ class Origins(StateCase):
     def test_guards_that_do_not_hold(self):
         digest = hashlib.sha256(SPEC.encode()).hexdigest()
         self.finds({"values": {}, "guards": {"key": "K", "service": "S", "sha256": "00"}},
-                   'error: X: the state is guarded: the key is "SOFTWARE\\Tavrin\\X" here, not "K"',
-                   'error: X: the state is guarded: the service is "Agent" here, not "S"',
-                   f'error: X: the state is guarded: the SHA-256 of the spec file is "{digest}" here, not "00"')
+                   'error: X: a guard of the state does not hold: the key is "SOFTWARE\\Tavrin\\X" here, not "K"',
+                   'error: X: a guard of the state does not hold: the service is "Agent" here, not "S"',
+                   f'error: X: a guard of the state does not hold: the SHA-256 of the spec file is "{digest}" here, not "00"')
 
     def test_what_only_informs_is_a_warning(self):
         self.finds({"values": {}, "key": "K", "service": "Agent"},
@@ -121,7 +121,7 @@ class Origins(StateCase):
 
 
 class Formats(StateCase):
-    WORDS = 'X: I: "5e3" is refused: not a whole number'
+    WORDS = 'X: I: "5e3" is invalid: not a whole number'
 
     def report(self, form):
         return self.check({"values": {"I": "5e3"}}, "--format", form)

@@ -44,25 +44,25 @@ class Manifest(unittest.TestCase):
 
 
 class Resource(Engine):
-    WISH = {"name": "Tavrin Agent", "values": {"Port": 5001, "Compress": True, "Detail": "normal"}}
+    DESIRED = {"name": "Tavrin Agent", "values": {"Port": 5001, "Compress": True, "Detail": "normal"}}
 
     def test_get(self):
         state, = self.call("get", {"name": "Tavrin Agent"})
         self.assertEqual((state["name"], state["service"], state["values"]["Port"]), ("Tavrin Agent", "TavrinAgent", "5000"))
 
     def test_what_an_engine_does(self):
-        before, = self.call("test", self.WISH)
+        before, = self.call("test", self.DESIRED)
         self.assertIs(before["_inDesiredState"], False)
-        would, diff = self.call("set", self.WISH, what_if=True)
+        would, diff = self.call("set", self.DESIRED, what_if=True)
         self.assertEqual((would["values"]["Port"], diff), ("5001", ["values"]))
         self.assertEqual((value("Port"), self.agents_notes()), ("5000", []))
-        after, diff = self.call("set", self.WISH)
+        after, diff = self.call("set", self.DESIRED)
         self.assertEqual((after["values"], diff), ({"Port": "5001", "Compress": "true", "Detail": "normal"}, ["values"]))
         self.assertEqual((value("Port"), self.agents_notes()), ("5001", RESTART))
         self.assertIn({"info": "service TavrinAgent restarted"}, self.said)
-        after, = self.call("test", self.WISH)
+        after, = self.call("test", self.DESIRED)
         self.assertIs(after["_inDesiredState"], True)
-        self.assertEqual(self.call("set", self.WISH)[1], [])
+        self.assertEqual(self.call("set", self.DESIRED)[1], [])
         self.assertEqual(self.agents_notes(), RESTART)
 
     def test_export_gives_what_set_takes(self):
@@ -80,7 +80,7 @@ class Resource(Engine):
 
     def test_the_schema_knows_every_property(self):
         schema = json.loads(self.run_tool(*MANIFEST["schema"]["command"]["args"]).out)
-        state, = self.call("test", self.WISH)
+        state, = self.call("test", self.DESIRED)
         self.assertEqual(set(schema["properties"]), set(state))
         self.assertEqual(schema["required"], ["name"])
 

@@ -14,8 +14,8 @@ from tool import TOP, own_path, start
 RESTART = ["stopping", "stopped", "started"]
 
 
-def state(**wished):
-    return json.dumps({"schema": 1, "configurations": {"Tavrin Agent": {"values": wished}}}).encode()
+def state(**desired):
+    return json.dumps({"schema": 1, "configurations": {"Tavrin Agent": {"values": desired}}}).encode()
 
 
 class Show(MachineCase):
@@ -110,10 +110,10 @@ class Change(AgentCase):
 
     def test_refusals_write_nothing(self):
         before = exported(AGENT)
-        for wished in (state(Port="x"), state(Port="1", AgentName="x" * 1024), state(AgentName="a\0b"), b"{", b"[]",
-                       state(Detail="loud"), state(Compress="yes"), state(ServerList="a:b"), state(ModemPort="banana"),
-                       state(Nobody="1"), state(Certificates="1"), state().replace(b"1", b"2")):
-            result = self.run_tool("apply", "-", text=wished, code=4)
+        for desired in (state(Port="x"), state(Port="1", AgentName="x" * 1024), state(AgentName="a\0b"), b"{", b"[]",
+                        state(Detail="loud"), state(Compress="yes"), state(ServerList="a:b"), state(ModemPort="banana"),
+                        state(Nobody="1"), state(Certificates="1"), state().replace(b"1", b"2")):
+            result = self.run_tool("apply", "-", text=desired, code=4)
             self.assertEqual(result.out, "")
         self.run_tool("apply", own_path(self.folder / "none.json"), code=1)
         self.run_tool("set", "Tavrin Agent", "Port", code=2)
@@ -318,17 +318,17 @@ class Crash(MachineCase):
                    "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Many]\n" % own_path(spec).replace("\\", "\\\\") + "".join(
                        f'"V{n}"="{"old " * 100}"\n' for n in range(MANY)))
 
-    def wish(self, text):
-        return self.file("wish.json", json.dumps({"schema": 1, "configurations": {"Many": {
+    def desired(self, text):
+        return self.file("desired.json", json.dumps({"schema": 1, "configurations": {"Many": {
             "values": {f"V{n}": text for n in range(MANY)}}}}))
 
     def backups(self):
         return set((DISK / "ProgramData/Tavrin/Backup").glob("*.reg"))
 
-    def kill_among_the_writes(self, wish, delay):
+    def kill_among_the_writes(self, desired, delay):
         """Kills it some time after its backup is there, which comes right before the writes."""
         known = self.backups()
-        process = start("apply", own_path(wish), env=WITHOUT_DISPLAY)
+        process = start("apply", own_path(desired), env=WITHOUT_DISPLAY)
         while self.backups() == known and process.poll() is None:
             time.sleep(0.001)
         time.sleep(delay)
@@ -340,14 +340,14 @@ class Crash(MachineCase):
         half_done = 0
         for turn in range(8):
             before, new = values("SOFTWARE\\Tavrin\\Many"), f"new {turn} " * 100
-            self.kill_among_the_writes(self.wish(new), chance.random() * 0.1)
+            self.kill_among_the_writes(self.desired(new), chance.random() * 0.1)
             after = values("SOFTWARE\\Tavrin\\Many")
             changed = [name for name in after if after[name] != before[name]]
             self.assertLessEqual({after[name] for name in changed}, {f'"{new}"'})
             self.assertEqual(len(after), MANY)
             half_done += 0 < len(changed) < MANY
         self.assertGreater(half_done, 0, "it was never killed among the writes")
-        result = self.run_tool("apply", own_path(self.wish("done")), "--json")
+        result = self.run_tool("apply", own_path(self.desired("done")), "--json")
         self.assertTrue(json.loads(result.out)["changed"])
         self.assertEqual(set(values("SOFTWARE\\Tavrin\\Many").values()), {'"done"'})
 
