@@ -160,9 +160,9 @@ void SpecCheck::tell_stray() {
 void SpecCheck::take(const ServiceName& service) {
     const SpecLine& name = service.name;
     if (name.text.starts_with('$') && !goes_astray(name.number, Severity::warning)) {
-        findings_.warn(name.number, quoted(name.text) +
-                                        " is read as the name of the service, not as an entry: " +
-                                        (groups_ == 0 ? "no group has begun" : "the group has ended"));
+        findings_.warn(name.number,
+                       quoted(name.text) +
+                           " is read as the name of the service, not as an entry: no group has begun");
     }
 }
 
