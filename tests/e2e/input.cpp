@@ -72,8 +72,11 @@ POINT held_at = {};
 
 void bring_to_front(HWND window) {
     SetForegroundWindow(window);
-    wait_for("a window in the foreground",
-             [&] { return GetForegroundWindow() == window && thread_state(window).hwndActive == window; });
+    wait_for("a window in the foreground", [window] { return is_in_front(window); });
+}
+
+bool is_in_front(HWND window) {
+    return GetForegroundWindow() == window && thread_state(window).hwndActive == window;
 }
 
 void press_key(WORD key, bool shift) {

@@ -9,6 +9,8 @@ namespace e2e {
 
 /// Brings a window to the front and waits until it has the keyboard.
 void bring_to_front(HWND window);
+/// Whether a window has the keyboard.
+bool is_in_front(HWND window);
 /// Presses and releases a key, with Shift held when asked for.
 void press_key(WORD key, bool shift = false);
 /// Types a text, character by character.

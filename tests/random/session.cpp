@@ -74,6 +74,10 @@ std::string report(std::uint32_t seed, const Outcome& outcome, const World& worl
     return text;
 }
 
+/// A session that stood still for so long would do so again for every step left out, until the suite is
+/// ended.
+constexpr std::chrono::seconds longest_to_shorten(60);
+
 /// How many sessions may go wrong once and well when they are played again. Under Wine the display's own
 /// pointer may move late and break off a click; natively nothing comes once alone.
 static unsigned most_passing(const Order& ordered) { return ordered.sessions / 6; }
@@ -88,10 +92,13 @@ void play_sessions(const Order& ordered, std::size_t steps, const Play& play, un
     for (unsigned number = 0; number < ordered.sessions; ++number) {
         const std::uint32_t seed = ordered.seed + number;
         const std::vector<Step> all = steps_of(seed, steps);
+        const auto begin = std::chrono::steady_clock::now();
         const Outcome outcome = play(seed, all);
         done += outcome.steps;
         if (outcome.fault.empty())
             continue;
+        if (std::chrono::steady_clock::now() - begin > longest_to_shorten)
+            FAIL() << report(seed, outcome, world_of(seed, ports));
         if (play(seed, all).fault.empty() && ++passing <= most_passing(ordered)) {
             std::printf("random user: seed %u: not again: %s\n", seed, outcome.fault.c_str());
             continue;

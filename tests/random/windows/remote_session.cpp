@@ -194,6 +194,7 @@ void RemoteSession::settle(const Step& step) {
             wait_until_idle();
             player_.play_meanwhile(step);
             wait_until_idle();
+            continue;
         }
         answer_if_there(dialog, step);
     }
@@ -203,7 +204,7 @@ void RemoteSession::settle(const Step& step) {
 /// again.
 void RemoteSession::answer_if_there(HWND dialog, const Step& step) {
     try {
-        if (IsWindow(dialog))
+        if (IsWindowVisible(dialog))
             answer(dialog, step);
     } catch (const std::runtime_error&) {
         Sleep(1);
@@ -236,11 +237,12 @@ void RemoteSession::wait_until_idle() {
 
 HWND RemoteSession::open_dialog() {
     for (const HWND each : e2e::windows_of(GetProcessId(tool_->process_handle())))
-        if (e2e::is_class(each, "#32770"))
+        if (e2e::is_class(each, "#32770") && IsWindowVisible(each))
             return each;
     return nullptr;
 }
 
+/// A box below another one is hidden at once, and goes with the one above it.
 void RemoteSession::answer(HWND dialog, const Step& step) {
     const std::string caption = e2e::text_of(dialog);
     captions_.push_back(caption);
@@ -253,10 +255,10 @@ void RemoteSession::answer(HWND dialog, const Step& step) {
     const ULONGLONG again = GetTickCount64() + 3000;
     PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
     e2e::wait_for("the end of \"" + caption + "\"",
-                  [&] { return !IsWindow(dialog) || GetTickCount64() > again; });
-    if (IsWindow(dialog))
+                  [&] { return !IsWindowVisible(dialog) || GetTickCount64() > again; });
+    if (IsWindowVisible(dialog))
         PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
-    e2e::wait_for("the end of \"" + caption + "\"", [&] { return !IsWindow(dialog); });
+    e2e::wait_for("the end of \"" + caption + "\"", [&] { return !IsWindowVisible(dialog); });
 }
 
 void RemoteSession::choose_file(HWND dialog) {
@@ -287,12 +289,17 @@ void RemoteSession::click(HWND control, POINT where) {
 void RemoteSession::press(int key, bool with_shift) { e2e::press_key(static_cast<WORD>(key), with_shift); }
 void RemoteSession::type(const std::string& text) { e2e::type(text); }
 
+/// A box that opens or goes meanwhile takes the place of what was in front before.
 void RemoteSession::leave_and_return() {
     const HWND before = GetForegroundWindow();
     e2e::bring_to_front(OtherProgram::window());
     wait_until_idle();
-    e2e::serve_own_windows();
-    e2e::bring_to_front(before);
+    e2e::wait_for("the program in the foreground", [&] {
+        const HWND dialog = open_dialog();
+        const bool stays = IsWindowVisible(before) && IsWindowEnabled(before);
+        const HWND front = stays ? before : dialog != nullptr ? dialog : window();
+        return front == nullptr || e2e::is_in_front(front) || (SetForegroundWindow(front), false);
+    });
 }
 
 void RemoteSession::minimise_and_restore() {
