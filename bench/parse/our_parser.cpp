@@ -1,7 +1,7 @@
 #include "pages/building.h"
 #include "pages/configuration.h"
-#include "pages/selectors.h"
-#include "pages/value_entries.h"
+#include "pages/kinds/selectors.h"
+#include "pages/kinds/value_entries.h"
 #include "parse/settings.h"
 
 namespace parse {

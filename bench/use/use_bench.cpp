@@ -5,7 +5,7 @@
 #include "app/start_up.h"
 #include "pages/configuration.h"
 #include "substitute/control.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <benchmark/benchmark.h>
 

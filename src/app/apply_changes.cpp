@@ -2,7 +2,8 @@
 
 #include "service/restart.h"
 #include "window/boxes.h"
-#include "window/main_handle.h"
+#include "window/message_queue.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <cstdio>

@@ -2,7 +2,7 @@
 
 #include "app/main_window_controls.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <algorithm>
 #include <vector>

@@ -9,8 +9,7 @@
 #include "pages/configuration.h"
 #include "window/boxes.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
-#include "window/window_class.h"
+#include "window/top_level.h"
 
 #include <string>
 #include <utility>

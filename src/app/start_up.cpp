@@ -8,7 +8,8 @@
 #include "store/registry_key.h"
 #include "window/boxes.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/message_queue.h"
+#include "window/top_level.h"
 
 #include <map>
 #include <memory>
@@ -65,8 +66,8 @@ int run_program(HINSTANCE instance, int show_command) {
     DisableProcessWindowsGhosting();
     InitCommonControls();
     CoInitialize(nullptr);
-    if (const char* const problem = net_startup()) {
-        show_fatal(std::string("Error initializing socket subsystem: ") + problem);
+    if (const std::string problem = start_sockets(); !problem.empty()) {
+        show_fatal(problem);
         return 1;
     }
     // Only texts are caught. It is deliberate that anything else that is thrown ends the program abnormally.

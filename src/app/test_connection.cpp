@@ -3,8 +3,8 @@
 #include "base/text.h"
 #include "protocol/try_servers.h"
 #include "window/boxes.h"
-#include "window/input.h"
-#include "window/main_handle.h"
+#include "window/message_queue.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <optional>

@@ -51,6 +51,8 @@ void append_escaped(std::string& quoted, char character) {
     }
 }
 
+char folded(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; }
+
 constexpr std::array<std::uint32_t, 256> crc_table() {
     constexpr std::uint32_t polynomial = 0xEDB88320;
     std::array<std::uint32_t, 256> table{};
@@ -121,6 +123,18 @@ void split_string(std::vector<std::string>& list, const std::string& text, char 
             return;
         start = end + 1;
     }
+}
+
+ServerItem split_server_item(const std::string& item) {
+    const std::size_t colon = item.find(':');
+    if (colon == std::string::npos)
+        return {item, std::nullopt};
+    return {item.substr(0, colon), item.substr(colon + 1)};
+}
+
+bool same_ignoring_case(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char left, char right) { return folded(left) == folded(right); });
 }
 
 std::uint32_t crc32(const void* bytes, std::size_t length) {

@@ -1,11 +1,16 @@
 #pragma once
-/// Text utilities: numbers to text and back, quoting, splitting, check sums. Numbers have 32 bits on every
-/// platform, whatever the width of its `long`.
+/// Text utilities: numbers to text and back, quoting, splitting, comparing, check sums. Numbers have 32 bits
+/// on every platform, whatever the width of its `long`.
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+/// The longest text that a value keeps, in bytes: the registry's buffer has 1,024 with the terminating zero.
+/// What a page takes from a control is cut to it.
+inline constexpr std::size_t longest_value = 1023;
 
 /// Decimal; with `two_digits` at least two characters, with a leading zero if necessary.
 std::string number_text(std::uint32_t value, bool two_digits);
@@ -33,6 +38,18 @@ std::string quote_string(const std::string& text);
 /// Replaces `list` with the pieces of `text` between separators, in order; without `keep_empty`, drops empty
 /// pieces.
 void split_string(std::vector<std::string>& list, const std::string& text, char separator, bool keep_empty);
+
+/// One item of a server list: `host` or `host:port`. Blanks belong to the host.
+struct ServerItem {
+    std::string host;
+    std::optional<std::string> port_text; // what follows the first colon; absent without a colon
+};
+
+/// Splits an item at its first colon.
+ServerItem split_server_item(const std::string& item);
+
+/// Whether both are the same but for the case of ASCII letters, as names in the registry are.
+bool same_ignoring_case(std::string_view one, std::string_view other);
 
 /// CRC-32 of ISO 3309 / IEEE 802.3: reflected, initial value all ones, complemented.
 std::uint32_t crc32(const void* bytes, std::size_t length);

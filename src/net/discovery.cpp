@@ -5,6 +5,8 @@
 #include "net/address_text.h"
 #include "net/udp.h"
 
+#include <cstring>
+
 namespace net {
 namespace {
 
@@ -117,4 +119,14 @@ const char* scan_servers(std::uint16_t port, char** found_servers, const net::Sc
         return problem;
     *found_servers = found.finish();
     return *found_servers != nullptr ? nullptr : net::out_of_memory;
+}
+
+std::string join_found_servers(const char* found_servers) {
+    std::string list;
+    for (const char* server = found_servers; *server != '\0'; server += std::strlen(server) + 1) {
+        if (!list.empty())
+            list += ',';
+        list += server;
+    }
+    return list;
 }

@@ -23,6 +23,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace net {
 
@@ -50,3 +51,6 @@ bool is_discovery_answer(const unsigned char* octets, std::size_t length);
 /// `*found_servers` is null.
 const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits = {},
                          const net::Interface* networks = nullptr);
+
+/// The found servers of a scan, separated by commas as in a server list.
+std::string join_found_servers(const char* found_servers);

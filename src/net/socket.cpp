@@ -130,6 +130,11 @@ const char* net_startup() {
     return nullptr;
 }
 
+std::string start_sockets() {
+    const char* const problem = net_startup();
+    return problem == nullptr ? "" : std::string("Error initializing socket subsystem: ") + problem;
+}
+
 net::HostLookup net::look_up_host(const char* name) {
     const hostent* host = gethostbyname(name);
     if (host == nullptr)

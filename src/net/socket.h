@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <utility>
 
 /// One socket of the system, without an owner: `socket_close`, `udp_close` or an OwnedSocket closes it.
@@ -64,6 +65,8 @@ inline bool started = false;
 
 /// Starts the socket layer of the process, once; later calls do nothing.
 const char* net_startup();
+/// The same, with the whole text for the user; empty when it succeeds.
+std::string start_sockets();
 
 /// The address of `name`, which is a dotted address or a host's name; the first one if a host has several.
 const char* resolve_host(const char* name, std::uint32_t* address);

@@ -2,12 +2,6 @@
 
 #include <cstdio>
 
-namespace {
-
-int winsock_length(std::size_t length) { return static_cast<int>(length); }
-
-} // namespace
-
 bool udp_open(Socket* out) {
     out->handle = socket(AF_INET, SOCK_DGRAM, 0);
     return out->handle != INVALID_SOCKET;
@@ -31,7 +25,7 @@ const char* udp_send_to(Socket& socket, std::uint32_t address, std::uint16_t por
     target.sin_family = AF_INET;
     target.sin_port = htons(port);
     target.sin_addr.s_addr = address;
-    if (sendto(socket.handle, static_cast<const char*>(bytes), winsock_length(length), 0,
+    if (sendto(socket.handle, static_cast<const char*>(bytes), static_cast<int>(length), 0,
                reinterpret_cast<const sockaddr*>(&target), sizeof target) != SOCKET_ERROR)
         return nullptr;
     const int code = WSAGetLastError();
@@ -47,7 +41,7 @@ const char* udp_receive_from(Socket& socket, std::uint32_t* address, std::uint16
     static char problem[128];
     sockaddr_in sender{};
     int size = sizeof sender;
-    const int count = recvfrom(socket.handle, static_cast<char*>(buffer), winsock_length(*length), 0,
+    const int count = recvfrom(socket.handle, static_cast<char*>(buffer), static_cast<int>(*length), 0,
                                reinterpret_cast<sockaddr*>(&sender), &size);
     if (count == SOCKET_ERROR) {
         std::snprintf(problem, sizeof problem, "UDP receive failed (%d)", static_cast<int>(GetLastError()));

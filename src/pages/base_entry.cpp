@@ -1,7 +1,7 @@
 #include "pages/base_entry.h"
 
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <cstdio>
 #include <string>

@@ -1,13 +1,13 @@
 #include "pages/building.h"
 
 #include "base/trace.h"
-#include "pages/actions.h"
-#include "pages/option_entry.h"
-#include "pages/selectors.h"
-#include "pages/server_list_entry.h"
+#include "pages/kinds/actions.h"
+#include "pages/kinds/option_entry.h"
+#include "pages/kinds/selectors.h"
+#include "pages/kinds/server_list_entry.h"
+#include "pages/kinds/value_entries.h"
 #include "pages/settings.h"
-#include "pages/value_entries.h"
-#include "store/serial_ports.h"
+#include "store/registry_key.h"
 
 #include <algorithm>
 #include <iterator>

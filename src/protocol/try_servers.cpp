@@ -1,7 +1,6 @@
 #include "protocol/try_servers.h"
 
 #include "base/exceptions.h"
-#include "base/text.h"
 #include "protocol/negotiation.h"
 
 #include <algorithm>
@@ -30,13 +29,6 @@ bool goes_on_after(const ServerItem& item, std::uint16_t default_port, const Age
 }
 
 } // namespace
-
-ServerItem split_server_item(const std::string& item) {
-    const std::size_t colon = item.find(':');
-    if (colon == std::string::npos)
-        return {item, std::nullopt};
-    return {item.substr(0, colon), item.substr(colon + 1)};
-}
 
 std::uint16_t server_port(const ServerItem& item, std::uint16_t default_port) {
     return item.port_text ? static_cast<std::uint16_t>(parse_int(*item.port_text)) : default_port;

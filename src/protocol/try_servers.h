@@ -1,8 +1,9 @@
 #pragma once
 /// Tests whether every server of a list accepts this agent. The test reports to a listener and shows nothing
 /// itself.
+#include "base/text.h"
+
 #include <cstdint>
-#include <optional>
 #include <string>
 
 /// How the agent presents itself. An empty name stands for the connection's local address.
@@ -10,15 +11,6 @@ struct AgentIdentity {
     std::string name;
     std::string domain;
 };
-
-/// One item of a server list: `host` or `host:port`. Blanks belong to the host.
-struct ServerItem {
-    std::string host;
-    std::optional<std::string> port_text; // what follows the first colon; absent without a colon
-};
-
-/// Splits an item at its first colon.
-ServerItem split_server_item(const std::string& item);
 
 /// The low 16 bits of the item's port, or `default_port` if it has none. An empty port text is port 0.
 /// Throws error::EParseError for a port text that is not a whole decimal number.

@@ -1,5 +1,7 @@
 #include "specfile/name_table.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 #include <bit>
 #include <cstring>
@@ -11,8 +13,6 @@ namespace {
 /// alike only share a hash.
 constexpr std::uint64_t letter_case = 0x2020202020202020U;
 constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
-
-char folded(char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte; }
 
 } // namespace
 
@@ -54,7 +54,7 @@ std::uint32_t NameTable::hash_of(std::string_view name) const {
 }
 
 bool NameTable::same(std::string_view one, std::string_view other) const {
-    return fold_ ? same_name(one, other) : one == other;
+    return fold_ ? same_ignoring_case(one, other) : one == other;
 }
 
 std::size_t NameTable::place_of(std::string_view name, std::uint32_t hash) const {
@@ -77,9 +77,4 @@ void NameTable::grow() {
         if (each.number != 0)
             slots_[at] = each;
     }
-}
-
-bool same_name(std::string_view one, std::string_view other) {
-    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char left, char right) { return folded(left) == folded(right); });
 }

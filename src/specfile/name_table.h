@@ -4,9 +4,6 @@
 #include <string_view>
 #include <vector>
 
-/// Whether both are the same but for the case of ASCII letters, as names in the registry are.
-bool same_name(std::string_view one, std::string_view other);
-
 /// Names met so far, and where: a table that a file with 100,000 entries fills in less time than it is
 /// parsed. The names must outlive it.
 class NameTable {

@@ -87,14 +87,14 @@ bool is_port(const std::string& text) {
 
 /// Blanks are part of a name for the agent, which then finds no such server.
 Problem server_problem(const std::string& item) {
-    const std::string host = item.substr(0, item.find(':'));
+    const ServerItem server = split_server_item(item);
     if (item.find_first_of(" \t\r\n") != std::string::npos)
         return "\"" + item + "\" contains a space; separate servers by a comma only";
-    if (host.empty())
+    if (server.host.empty())
         return "\"" + item + "\" does not name a server";
-    if (host == item || is_port(item.substr(host.size() + 1)))
+    if (!server.port_text || is_port(*server.port_text))
         return {};
-    return "the port \"" + item.substr(host.size() + 1) + "\" of the server \"" + host +
+    return "the port \"" + *server.port_text + "\" of the server \"" + server.host +
            "\" is not a number from 0 to 65535";
 }
 
@@ -113,6 +113,15 @@ ValueForm form_of(const Declaration& declaration) {
 }
 
 } // namespace
+
+bool means_checked(const std::string& stored) { return to_lower(stored) == "true"; }
+
+std::string checked_text(bool is_checked) { return is_checked ? "true" : "false"; }
+
+std::string integer_text(const std::string& text) {
+    const auto number = scan_int(text);
+    return number ? std::to_string(*number) : std::string();
+}
 
 std::string stored_by_page(const Declaration& declaration, const std::string& stored) {
     switch (form_of(declaration)) {

@@ -1,11 +1,19 @@
 #pragma once
-/// Values that are set without a page, for whatever a spec file declares: by the same rules, and with reasons
-/// where a page would cut or guess.
+/// The texts of values: how entries of a kind read and store them, and how they are set without a page, by
+/// the same rules and with reasons where a page would cut or guess.
 #include "specfile/spec_text.h"
-#include "specfile/value_forms.h"
 
 #include <optional>
 #include <string>
+
+/// Whether a boolean's stored text stands for a checked box: "true" in any letter case does.
+bool means_checked(const std::string& stored);
+/// "true" or "false", the only texts that a boolean stores.
+std::string checked_text(bool is_checked);
+
+/// The plain decimal form of the number that `text` starts with, in C's notations and bounded by 32 bits;
+/// empty when there is none.
+std::string integer_text(const std::string& text);
 
 /// What a declaration's page stores when it is opened on `stored` and left without an edit.
 std::string stored_by_page(const Declaration& declaration, const std::string& stored);

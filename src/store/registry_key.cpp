@@ -1,6 +1,7 @@
 #include "store/registry_key.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -42,4 +43,18 @@ void enumerate_values(std::map<std::string, std::string>& target, HKEY root, con
     // It is deliberate that this starts one past the last value and goes down to the first.
     for (DWORD index = count + 1; index-- > 0;)
         add_value(target, key.get(), index);
+}
+
+std::vector<std::string> serial_ports() {
+    std::map<std::string, std::string> devices;
+    try {
+        enumerate_values(devices, HKEY_LOCAL_MACHINE, R"(HARDWARE\DEVICEMAP\SERIALCOMM)");
+    } catch (const std::string&) {
+        return {};
+    }
+    std::vector<std::string> ports;
+    std::transform(devices.begin(), devices.end(), std::back_inserter(ports),
+                   [](const auto& device) { return device.second; });
+    std::sort(ports.begin(), ports.end());
+    return ports;
 }

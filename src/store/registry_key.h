@@ -1,10 +1,12 @@
 #pragma once
 /// Keys of the registry and the values below them, as text.
+#include "base/text.h"
 #include "platform/win32.h"
 
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// Owns an open registry key. False if it could not be opened.
 class RegistryKeyHandle {
@@ -32,7 +34,7 @@ private:
 };
 
 /// The size of the buffers for reading and writing values, in bytes.
-inline constexpr DWORD value_buffer_size = 1024;
+inline constexpr DWORD value_buffer_size = longest_value + 1;
 
 /// A value's data as it is in the registry.
 struct ValueData {
@@ -55,3 +57,6 @@ std::optional<std::string> query_value_text(HKEY key, const char* name);
 /// them those with a name over 1,023 or data over 1,024 bytes, are skipped. Throws a text when the key cannot
 /// be read.
 void enumerate_values(std::map<std::string, std::string>& target, HKEY root, const std::string& path);
+
+/// The machine's serial ports, in byte-wise order; none when the registry does not list them.
+std::vector<std::string> serial_ports();

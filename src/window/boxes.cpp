@@ -1,7 +1,7 @@
 #include "window/boxes.h"
 
 #include "window/guard.h"
-#include "window/quit.h"
+#include "window/message_queue.h"
 
 namespace {
 

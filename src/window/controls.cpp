@@ -1,5 +1,6 @@
 #include "window/controls.h"
 
+#include "base/text.h"
 #include "window/guard.h"
 
 #include <array>
@@ -47,7 +48,7 @@ void tell_children(HWND parent, UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 std::string control_text(HWND control) {
-    std::array<char, longest_taken_text + 1> buffer{};
+    std::array<char, longest_value + 1> buffer{};
     GetWindowTextA(control, buffer.data(), static_cast<int>(buffer.size()));
     return buffer.data();
 }

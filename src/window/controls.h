@@ -2,7 +2,6 @@
 /// Child controls: their creation, destruction, placement and notifications.
 #include "platform/win32.h"
 
-#include <cstddef>
 #include <string>
 
 /// A control's place in its parent's client area, in pixels.
@@ -46,8 +45,7 @@ void fill_ground(HWND window, HDC context);
 /// Sends the message to every window inside `parent`.
 void tell_children(HWND parent, UINT message, WPARAM wparam, LPARAM lparam);
 
-/// The longest text that is read from a control, in bytes; longer texts are cut.
-inline constexpr std::size_t longest_taken_text = 1023;
+/// The control's text, cut to `longest_value` bytes.
 std::string control_text(HWND control);
 
 /// Whether a WM_COMMAND is the `notification` of `control`.

@@ -3,10 +3,8 @@
 #include "window/boxes.h"
 #include "window/controls.h"
 #include "window/guard.h"
-#include "window/input.h"
-#include "window/main_handle.h"
-#include "window/quit.h"
-#include "window/window_class.h"
+#include "window/message_queue.h"
+#include "window/top_level.h"
 
 #include <utility>
 

@@ -4,7 +4,6 @@
 #include "support/boxes.h"
 #include "support/clean_system.h"
 #include "support/fake_entry.h"
-#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 #include <string>

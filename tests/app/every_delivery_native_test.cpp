@@ -6,7 +6,7 @@
 #include "substitute/control.h"
 #include "support/registry.h"
 #include "support/substitute/whole_session.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <cstdio>
 #include <gmock/gmock.h>

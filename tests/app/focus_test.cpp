@@ -4,7 +4,7 @@
 #include "support/program.h"
 #include "support/registry.h"
 #include "support/test_window.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 

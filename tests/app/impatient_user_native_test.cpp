@@ -4,7 +4,7 @@
 #include "support/discovery_server.h"
 #include "support/program.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 

@@ -2,7 +2,7 @@
 #include "pages/configuration.h"
 #include "support/program.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 #include <tuple>

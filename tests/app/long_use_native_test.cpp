@@ -6,7 +6,6 @@
 #include "support/program.h"
 #include "support/registry.h"
 #include "support/substitute/whole_session.h"
-#include "window/main_handle.h"
 
 #include <gmock/gmock.h>
 

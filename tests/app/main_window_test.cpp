@@ -1,7 +1,7 @@
 #include "app/main_window_controls.h"
 #include "support/program.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "substitute/control.h"
 #include "support/program.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "net/socket.h"
 #include "substitute/control.h"
 #include "support/program.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

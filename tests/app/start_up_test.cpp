@@ -8,7 +8,7 @@
 #include "support/refusing_class.h"
 #include "support/registry.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <cstdio>
 #include <gmock/gmock.h>

@@ -113,4 +113,35 @@ TEST(Crc32, HasTheKnownCheckValues) {
     EXPECT_EQ(sum_of(std::string(32, '\xFF')), 0xFF6CAB0BU);
 }
 
+struct Item {
+    const char* text;
+    const char* host;
+    std::optional<std::string> port_text;
+};
+
+TEST(ServerItem, IsSplitAtItsFirstColon) {
+    const Item items[] = {{"alpha", "alpha", std::nullopt},
+                          {"", "", std::nullopt},
+                          {"10.0.0.7:5000", "10.0.0.7", "5000"},
+                          {"alpha:", "alpha", ""},
+                          {":80", "", "80"},
+                          {":", "", ""},
+                          {"a:b:c", "a", "b:c"},
+                          {" alpha : 80 ", " alpha ", " 80 "}};
+    for (const Item& each : items) {
+        const ServerItem item = split_server_item(each.text);
+        EXPECT_EQ(item.host, each.host) << each.text;
+        EXPECT_EQ(item.port_text, each.port_text) << each.text;
+    }
+}
+
+TEST(SameIgnoringCase, HoldsForAsciiLettersOnly) {
+    EXPECT_TRUE(same_ignoring_case("", ""));
+    EXPECT_TRUE(same_ignoring_case("AZaz09_@[`{", "azAZ09_@[`{"));
+    for (const char* other : {"@", "`", "ab", "", "B", "\xC1"})
+        EXPECT_FALSE(same_ignoring_case("a", other)) << other;
+    EXPECT_FALSE(same_ignoring_case("\xC4", "\xE4"));
+    EXPECT_FALSE(same_ignoring_case("[", "{"));
+}
+
 } // namespace

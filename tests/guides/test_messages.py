@@ -28,6 +28,9 @@ NO_MESSAGES = {
     'tavrinctl COMMAND --help" explains a command, its options and their defaults': "the last line of --help",
 }
 
+# What the network layer says, which the window's guide lists.
+BELOW = ("Error initializing socket subsystem",)
+
 
 def literals(source):
     """Every literal that is a text for people; what writes XML or JSON is left out."""
@@ -57,8 +60,8 @@ class Messages(unittest.TestCase):
         self.assertEqual([text for text in sorted(texts_of_sources() - ignored) if text.lower() not in guide], [])
 
     def test_the_guide_quotes_the_program(self):
-        program = "\n".join(piece for path in SOURCES for literal in literals(path.read_text())
-                            for piece in pieces(literal))
+        program = "\n".join([*BELOW, *(piece for path in SOURCES for literal in literals(path.read_text())
+                                       for piece in pieces(literal))])
         parts = [part for row in rows() for piece in pieces(row[0])
                  for part in ([piece] if piece in program else re.split("[;:,] ", piece))]
         self.assertEqual([part for part in parts if part not in program], [])

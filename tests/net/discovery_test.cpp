@@ -169,4 +169,16 @@ TEST(DiscoveryAnswer, NeedsThreeOfItsWordsExactly) {
     }
 }
 
+TEST(FoundServers, AreJoinedInTheirOrder) {
+    EXPECT_EQ(join_found_servers("10.0.0.2\0"
+                                 "10.0.0.9\0"),
+              "10.0.0.2,10.0.0.9");
+    EXPECT_EQ(join_found_servers("10.0.0.9\0"
+                                 "10.0.0.2\0"
+                                 "10.0.0.9\0"),
+              "10.0.0.9,10.0.0.2,10.0.0.9");
+    EXPECT_EQ(join_found_servers("127.0.0.1\0"), "127.0.0.1");
+    EXPECT_EQ(join_found_servers(""), "");
+}
+
 } // namespace

@@ -1,5 +1,5 @@
 #include "pages/configuration.h"
-#include "pages/option_entry.h"
+#include "pages/kinds/option_entry.h"
 #include "substitute/control.h"
 #include "support/kinds.h"
 #include "support/page.h"

@@ -1,6 +1,6 @@
 #include "base/exceptions.h"
-#include "pages/actions.h"
-#include "pages/selectors.h"
+#include "pages/kinds/actions.h"
+#include "pages/kinds/selectors.h"
 #include "substitute/control.h"
 #include "support/page.h"
 #include "support/registry.h"

@@ -1,4 +1,4 @@
-#include "pages/option_entry.h"
+#include "pages/kinds/option_entry.h"
 
 #include "pages/one_value_test.h"
 #include "support/thrown.h"

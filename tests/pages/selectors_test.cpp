@@ -1,5 +1,5 @@
+#include "pages/kinds/selectors.h"
 #include "pages/one_value_test.h"
-#include "pages/selectors.h"
 #include "support/dialogs.h"
 
 #include <gmock/gmock.h>

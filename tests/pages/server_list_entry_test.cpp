@@ -1,4 +1,4 @@
-#include "pages/server_list_entry.h"
+#include "pages/kinds/server_list_entry.h"
 
 #include "pages/configuration.h"
 #include "pages/test_key.h"
@@ -11,18 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-TEST(FoundServers, AreJoinedInTheirOrder) {
-    EXPECT_EQ(join_found_servers("10.0.0.2\0"
-                                 "10.0.0.9\0"),
-              "10.0.0.2,10.0.0.9");
-    EXPECT_EQ(join_found_servers("10.0.0.9\0"
-                                 "10.0.0.2\0"
-                                 "10.0.0.9\0"),
-              "10.0.0.9,10.0.0.2,10.0.0.9");
-    EXPECT_EQ(join_found_servers("127.0.0.1\0"), "127.0.0.1");
-    EXPECT_EQ(join_found_servers(""), "");
-}
 
 /// A scan that gets no further than the port it is to use: no octet leaves.
 class ScanWithoutPort : public SpecKeyTest {

@@ -1,4 +1,4 @@
-#include "pages/value_entries.h"
+#include "pages/kinds/value_entries.h"
 
 #include "pages/one_value_test.h"
 

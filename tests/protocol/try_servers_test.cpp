@@ -76,28 +76,6 @@ TEST_F(ServersTest, EndsAtABadPortWhenItsTurnComes) {
                             "bad port x of b"));
 }
 
-struct Item {
-    const char* text;
-    const char* host;
-    std::optional<std::string> port_text;
-};
-
-TEST(ServerItem, IsSplitAtItsFirstColon) {
-    const Item items[] = {{"alpha", "alpha", std::nullopt},
-                          {"", "", std::nullopt},
-                          {"10.0.0.7:5000", "10.0.0.7", "5000"},
-                          {"alpha:", "alpha", ""},
-                          {":80", "", "80"},
-                          {":", "", ""},
-                          {"a:b:c", "a", "b:c"},
-                          {" alpha : 80 ", " alpha ", " 80 "}};
-    for (const Item& each : items) {
-        const ServerItem item = split_server_item(each.text);
-        EXPECT_EQ(item.host, each.host) << each.text;
-        EXPECT_EQ(item.port_text, each.port_text) << each.text;
-    }
-}
-
 TEST(ServerPort, IsTheDefaultWithoutAColon) {
     EXPECT_EQ(server_port({"alpha", std::nullopt}, 5000), 5000);
     EXPECT_EQ(server_port({"alpha", std::nullopt}, 65535), 65535);

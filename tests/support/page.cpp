@@ -3,7 +3,7 @@
 #include "pages/base_entry.h"
 #include "support/user.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <map>
 #include <utility>

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// While it lives it is the main window (window/main_handle.h).
+/// While it lives it is the main window (window/top_level.h).
 class StandInMainWindow {
 public:
     StandInMainWindow(int client_width, int client_height);

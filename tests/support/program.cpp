@@ -4,7 +4,7 @@
 #include "app/start_up.h"
 #include "pages/configuration.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <cstdio>
 #include <fstream>

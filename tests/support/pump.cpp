@@ -1,7 +1,7 @@
 #include "support/pump.h"
 
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 void handle_message(MSG& message) {
     if (main_window == nullptr || !IsDialogMessageA(main_window, &message)) {

@@ -1,6 +1,6 @@
 #include "substitute/control.h"
 #include "support/test_window.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <gmock/gmock.h>

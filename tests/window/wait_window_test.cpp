@@ -3,7 +3,7 @@
 #include "support/thrown.h"
 #include "support/user.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <gmock/gmock.h>

@@ -5,7 +5,7 @@
 #include "peers/octets.h"
 #include "peers/servers.h"
 #include "seeded.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <cstdlib>

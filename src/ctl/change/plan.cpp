@@ -8,7 +8,7 @@
 #include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "specfile/value_text.h"
-#include "store/serial_ports.h"
+#include "store/registry_key.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,6 @@
 #include "ctl/change/write.h"
 
+#include "base/text.h"
 #include "ctl/change/printed_restart.h"
 #include "ctl/change/uninterrupted.h"
 #include "ctl/failure.h"
@@ -7,7 +8,6 @@
 #include "ctl/io/encoding.h"
 #include "ctl/machine/service.h"
 #include "service/restart.h"
-#include "specfile/name_table.h"
 #include "store/common_reg_key.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ struct Group {
 
 Group& group_for(std::vector<Group>& groups, const std::string& service) {
     const auto found = std::find_if(groups.begin(), groups.end(), [&](const Group& each) {
-        return !service.empty() && same_name(each.service, service);
+        return !service.empty() && same_ignoring_case(each.service, service);
     });
     return found != groups.end() ? *found : groups.emplace_back(Group{service, {}});
 }

@@ -5,7 +5,7 @@
 #include "ctl/check/title_lookups.h"
 #include "ctl/io/registry_names.h"
 #include "specfile/spec_text.h"
-#include "specfile/value_forms.h"
+#include "specfile/value_text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,6 @@
 #include "ctl/diff/comparison.h"
 
+#include "base/text.h"
 #include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "specfile/name_table.h"
@@ -69,7 +70,7 @@ const ReportedConfiguration* find_configuration(const MachineReport& report, con
     for (const ReportedConfiguration& each : report.configurations) {
         if (each.name == name)
             return &each;
-        if (same_name(each.name, name)) {
+        if (same_ignoring_case(each.name, name)) {
             alike = &each;
             ++count;
         }
@@ -104,7 +105,7 @@ void compare_values(MachineDifferences& machine, const WishedConfiguration& desi
 /// apply refuses a machine that is another than the one that the state was made for.
 void check_guard(MachineDifferences& machine, const char* what, const std::string& guard,
                  const std::string& current) {
-    if (!guard.empty() && !same_name(guard, current))
+    if (!guard.empty() && !same_ignoring_case(guard, current))
         add_problem(machine, std::string("the ") + what + " is \"" + visible(current) +
                                  "\"; the desired state is for \"" + visible(guard) + "\"");
 }
@@ -145,7 +146,7 @@ Sums most_common(const std::vector<MachineDifferences>& machines) {
 bool has_all(const Sums& present, const Sums& wanted) {
     return std::all_of(wanted.begin(), wanted.end(), [&](const std::string& sum) {
         return std::any_of(present.begin(), present.end(),
-                           [&](const std::string& each) { return same_name(each, sum); });
+                           [&](const std::string& each) { return same_ignoring_case(each, sum); });
     });
 }
 

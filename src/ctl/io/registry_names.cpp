@@ -1,11 +1,13 @@
 #include "ctl/io/registry_names.h"
 
+#include "base/text.h"
 #include "ctl/io/encoding.h"
 
 namespace ctl {
 
 bool is_same_registry_name(std::string_view one, std::string_view other) {
-    return same_name(one, other) || (!is_ascii(one) && same_name(in_one_case(one), in_one_case(other)));
+    return same_ignoring_case(one, other) ||
+           (!is_ascii(one) && same_ignoring_case(in_one_case(one), in_one_case(other)));
 }
 
 std::size_t RegistryNames::add(std::string_view name, std::size_t line) {

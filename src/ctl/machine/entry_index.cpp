@@ -1,5 +1,7 @@
 #include "ctl/machine/entry_index.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 
 namespace ctl {
@@ -30,7 +32,8 @@ void EntryIndex::refuse(const std::string& name) const {
     if (repeated_titles_.find(name) != 0)
         throw std::string("several entries have this title; use a value name");
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const SpecEntry& each) {
-        return each.declaration.title.text == name || same_name(each.declaration.value_name.text, name);
+        return each.declaration.title.text == name ||
+               same_ignoring_case(each.declaration.value_name.text, name);
     });
     if (found == entries_.end())
         throw std::string("unknown value; \"tavrinctl show\" lists them all");

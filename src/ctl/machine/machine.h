@@ -1,6 +1,5 @@
 #pragma once
 /// The configurations of this machine: those that the registry lists, as the window finds them.
-#include "specfile/name_table.h"
 #include "specfile/spec_model.h"
 
 #include <string>

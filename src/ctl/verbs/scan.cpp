@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 namespace ctl {
@@ -61,8 +60,7 @@ std::vector<std::string> scan_at(std::uint16_t port, int wait) {
     if (problem != nullptr)
         throw Failure{failed, "Error scanning for Tavrin Servers: " + to_utf8(problem)};
     std::vector<std::string> found;
-    for (const char* server = block; *server != '\0'; server += std::strlen(server) + 1)
-        found.emplace_back(server);
+    split_string(found, join_found_servers(block), ',', false);
     return found;
 }
 
@@ -82,8 +80,8 @@ void print_found(const std::vector<std::string>& found, std::uint16_t port, bool
 
 int scan(const Arguments& arguments) {
     const std::uint16_t port = arguments.port ? *arguments.port : find_port();
-    if (const char* const problem = net_startup())
-        throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
+    if (const std::string problem = start_sockets(); !problem.empty())
+        throw Failure{failed, to_utf8(problem)};
     say("scanning for Tavrin Servers at port " + std::to_string(port), Level::info);
     print_found(scan_at(port, arguments.wait), port, arguments.json);
     return as_wished;

@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
@@ -7,7 +8,6 @@
 #include "ctl/machine/present_values.h"
 #include "ctl/template/formats.h"
 #include "ctl/verbs/verbs.h"
-#include "specfile/name_table.h"
 
 #include <algorithm>
 
@@ -53,16 +53,17 @@ const Format& format_named(const std::string& name) {
 
 const WishedConfiguration* find_in(const State& state, const TemplateSource& source) {
     const auto found = std::find_if(state.begin(), state.end(), [&](const WishedConfiguration& each) {
-        return same_name(each.name, source.configuration) ||
-               (!each.key.empty() && same_name(each.key, source.key));
+        return same_ignoring_case(each.name, source.configuration) ||
+               (!each.key.empty() && same_ignoring_case(each.key, source.key));
     });
     return found == state.end() ? nullptr : &*found;
 }
 
 std::optional<std::string> wished_in(const WishedConfiguration& configuration, const TemplateEntry& entry) {
     const auto found =
-        std::find_if(configuration.values.begin(), configuration.values.end(),
-                     [&](const WishedValue& each) { return same_name(each.name, entry.value_name); });
+        std::find_if(configuration.values.begin(), configuration.values.end(), [&](const WishedValue& each) {
+            return same_ignoring_case(each.name, entry.value_name);
+        });
     return found == configuration.values.end() ? std::nullopt : found->text;
 }
 
@@ -93,7 +94,7 @@ private:
 void refuse_same_stems(const std::vector<TemplateSource>& sources) {
     for (auto one = sources.begin(); one != sources.end(); ++one) {
         for (auto other = sources.begin(); other != one; ++other) {
-            if (same_name(one->stem, other->stem)) {
+            if (same_ignoring_case(one->stem, other->stem)) {
                 throw Failure{invalid,
                               other->path + " and " + one->path + " would make templates with the same name"};
             }

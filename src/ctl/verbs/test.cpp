@@ -166,8 +166,8 @@ void Results::test_all_servers(const MachineConfiguration& configuration, const 
 
 int test_all(const Arguments& arguments) {
     const Machine machine = read_machine();
-    if (const char* const problem = net_startup())
-        throw Failure{failed, std::string("Error initializing socket subsystem: ") + to_utf8(problem)};
+    if (const std::string problem = start_sockets(); !problem.empty())
+        throw Failure{failed, to_utf8(problem)};
     const BoundedNetwork bounded;
     Results results(arguments);
     bool any = false;

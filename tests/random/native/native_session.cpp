@@ -4,7 +4,7 @@
 #include "app/start_up.h"
 #include "substitute/control.h"
 #include "support/registry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <csignal>
 #include <cstdio>

@@ -3,7 +3,7 @@
 #include "app/apply_changes.h"
 #include "substitute/control.h"
 #include "support/fake_entry.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <gmock/gmock.h>
 #include <ostream>

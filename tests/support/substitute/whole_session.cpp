@@ -9,7 +9,7 @@
 #include "support/loopback.h"
 #include "support/registry.h"
 #include "support/short_memory.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <future>
 

@@ -1,4 +1,5 @@
 #pragma once
+/// The thread's message queue: what is taken from it, dropped and handed on.
 #include "platform/win32.h"
 
 #include <optional>
@@ -21,3 +22,16 @@ public:
 private:
     std::optional<int> code_;
 };
+
+/// Drops what mouse and keyboard have left in the queue for `window` and its children, frame included, and
+/// nothing else. Null: does nothing.
+void drop_input(HWND window);
+
+/// Hands a retrieved message on as a dialog would: keyboard navigation of the window `navigated` first, then
+/// to the window that the message is for.
+void dispatch_message(HWND navigated, MSG& message);
+
+/// Handles one message, if one is waiting: between the steps of a long wait, it keeps the windows painted. A
+/// quit message stays for the program's own loop, and keeps no other message waiting. Throws what a procedure
+/// had to keep.
+void pump_one_message();

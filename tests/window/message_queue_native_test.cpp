@@ -4,7 +4,7 @@
 #include "support/thrown.h"
 #include "support/user.h"
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/message_queue.h"
 
 #include <gmock/gmock.h>
 

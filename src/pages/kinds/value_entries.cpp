@@ -1,11 +1,10 @@
-#include "pages/value_entries.h"
+#include "pages/kinds/value_entries.h"
 
-#include "specfile/value_forms.h"
+#include "specfile/value_text.h"
 
 #include <utility>
 
 // Whoever sets a value without a page may enter just as long a text.
-static_assert(longest_value == longest_taken_text);
 
 namespace {
 

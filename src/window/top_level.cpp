@@ -1,4 +1,6 @@
-#include "window/window_class.h"
+#include "window/top_level.h"
+
+void post_page_changed() { PostMessageA(main_window, page_changed_message, 0, 0); }
 
 bool register_window_class(HINSTANCE instance, const char* name, WNDPROC procedure) {
     WNDCLASSEXA description{};

@@ -1,9 +1,7 @@
 #pragma once
 /// The servers that the agent reports to: items separated by ",", each a host, or a host, ":" and a port. The
 /// "Scan" button replaces the list by the servers that answer on the local networks.
-#include "pages/selectors.h"
-
-#include <string>
+#include "pages/kinds/selectors.h"
 
 class Settings;
 
@@ -18,7 +16,3 @@ private:
 
     const Settings& settings_;
 };
-
-/// The list text of a discovery's result: `found_servers` holds one zero-terminated text per server and ends
-/// with an empty one.
-std::string join_found_servers(const char* found_servers);

@@ -1,15 +1,14 @@
-#include "pages/server_list_entry.h"
+#include "pages/kinds/server_list_entry.h"
 
 #include "base/text.h"
 #include "net/discovery.h"
 #include "pages/settings.h"
 #include "window/boxes.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 #include "window/wait_window.h"
 
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -60,14 +59,4 @@ void ServerListEntry::button_pressed() {
     } else {
         replace_value(std::move(found));
     }
-}
-
-std::string join_found_servers(const char* found_servers) {
-    std::string list;
-    for (const char* server = found_servers; *server != '\0'; server += std::strlen(server) + 1) {
-        if (!list.empty())
-            list += ',';
-        list += server;
-    }
-    return list;
 }

@@ -1,4 +1,4 @@
-#include "window/main_handle.h"
+#include "window/message_queue.h"
 
 #include "support/test_window.h"
 #include "support/thrown.h"

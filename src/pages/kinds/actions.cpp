@@ -1,4 +1,4 @@
-#include "pages/actions.h"
+#include "pages/kinds/actions.h"
 
 #include "base/exceptions.h"
 #include "window/boxes.h"

@@ -1,6 +1,7 @@
-#include "pages/option_entry.h"
+#include "pages/kinds/option_entry.h"
 
-#include "window/main_handle.h"
+#include "base/text.h"
+#include "window/top_level.h"
 
 #include <utility>
 
@@ -15,9 +16,6 @@ constexpr PageControl combo_box{.child = {.window_class = "ComboBox",
                                 .above_bottom = 30,
                                 .height = opened_height,
                                 .edited = CBN_SELCHANGE};
-
-/// The longest text, in bytes, that the list shows of an option.
-constexpr std::size_t longest_shown_option = 1023;
 
 } // namespace
 
@@ -35,7 +33,7 @@ void OptionEntry::createControls(HWND parent) {
 }
 
 void OptionEntry::add_option(const std::string& option) {
-    const std::string shown = option.substr(0, longest_shown_option);
+    const std::string shown = option.substr(0, longest_value);
     const LRESULT result = SendMessageA(control(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
     // CB_ERR; no other negative result is an index either.
     if (result < 0)

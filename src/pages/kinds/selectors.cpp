@@ -1,7 +1,7 @@
-#include "pages/selectors.h"
+#include "pages/kinds/selectors.h"
 
 #include "window/guard.h"
-#include "window/main_handle.h"
+#include "window/top_level.h"
 
 #include <algorithm>
 #include <array>
