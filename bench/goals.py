@@ -1,7 +1,7 @@
 """The rows of the table, and what each is to reach.
 
 A goal is a text and a function that looks at the medians of one work, by program, and says whether the goal is
-reached and by what number; None where there is nothing to judge.
+reached and by what number; None if the peer was not measured.
 """
 from dataclasses import dataclass
 from typing import Callable

@@ -1,5 +1,5 @@
 """Writes the guide that is packed: one HTML file with chapters made from Markdown, pictures inside, nothing loaded from
-anywhere. cmark-gfm makes the chapters; here they are put together, and links between them lead to their places. The
+anywhere. cmark-gfm converts the chapters; this script joins them and adjusts the links between them. The
 frame is guide.html, its looks are guide.css, and guide.js filters the contents.
 
 usage: guide.py VERSION CHAPTER... >FILE      (CHAPTER: a Markdown file; its first heading is the chapter's title)
@@ -68,7 +68,7 @@ class Book:
         return f'<h{int(level) + 1} id="{place}">{content}</h{int(level) + 1}>'
 
     def link(self, file, target, content):
-        """A link to a file that is not packed leads nowhere for the reader: its words stay."""
+        """Keeps only the text of a link to a file that is not packed."""
         if re.match(r"https?:", target):
             return f'<a href="{target}">{content}</a>'
         name, _, anchor = html.unescape(target).partition("#")

@@ -17,7 +17,7 @@ from xml.sax.saxutils import quoteattr
 import msi_summary
 import msi_tables
 
-# Never changes: by it a newer version finds the older one.
+# Must never change: a newer version finds the older one by this code.
 UPGRADE_CODE = uuid.UUID("8c1f5b8e-0b54-4b1b-a0c8-5e3e9c7a1d10")
 # What else belongs to a file: its link in the Start menu, and the name by which "Run" finds it.
 LINKS = {"tavrinconfig.exe": "Tavrin Configuration", "guide.html": "Tavrin Configuration Guide"}
@@ -75,7 +75,7 @@ APP_PATH = """
 
 
 def identity(*words):
-    """A number that follows from the words."""
+    """A GUID that is computed from the words."""
     return str(uuid.uuid5(UPGRADE_CODE, " ".join(words))).upper()
 
 

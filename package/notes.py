@@ -1,4 +1,4 @@
-"""Prints what CHANGELOG.md says of a version, for the page of its release; fails while the version is not dated.
+"""Prints the section of CHANGELOG.md about a version, for the page of its release; fails while the version is not dated.
 
 usage: notes.py VERSION
 """

@@ -42,7 +42,7 @@ class Conversation:
     octets: bytes
     how: str = "whole"  # how the octets are sent
     wanted: str = "the same"  # what the result must be
-    protocol: int = TOOLS_PROTOCOL  # of the agent: it accepts only offers of its own
+    protocol: int = TOOLS_PROTOCOL  # the agent's protocol; it accepts only offers of this one
 
 
 def conversations(name, domain):
@@ -172,7 +172,7 @@ def hold(connection, report, conversation):
         report.octets("agent", CLOSING)
     report.say(f"  result  {result}")
     if kind_of(result) == "no answer":
-        return result, None  # what comes late is behind no end
+        return result, None  # without a complete answer, later octets mean nothing
     rest = connection.rest()
     if not rest:
         return result, None

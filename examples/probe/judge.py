@@ -15,7 +15,7 @@ WRONG_VERSION = ("Tavrin Server does not support our protocol version. Upgrade t
 
 
 class Complaint(Exception):
-    """The answer breaks a rule; the text is the tool's."""
+    """The answer breaks a rule. The text is the one that the tool shows."""
 
 
 class Answer:

@@ -18,11 +18,11 @@ REQUEST, ANSWER = 1, 2
 
 
 class WireError(Exception):
-    """The peer sent something else than the protocol wants."""
+    """The peer broke a rule of the protocol."""
 
 
 class Reader:
-    """Takes elements from `receive`, a function that gives exactly the number of octets asked for."""
+    """Reads elements through `receive`, a function that returns exactly the requested number of octets."""
 
     def __init__(self, receive):
         self.receive = receive
@@ -112,7 +112,7 @@ def read_client_wants(reader):
 
 
 def read_closing(reader):
-    """The empty element with which an agent that liked the offer says goodbye."""
+    """The empty element that an agent sends after it has accepted an offer."""
     reader.open(CLOSING)
     reader.close()
 

@@ -1,4 +1,4 @@
-// The boxes of Test Connection and Execute have no owner: the window behind them is still the user's.
+// The boxes of Test Connection and Execute have no owner, so the user can still use the window behind them.
 #include "app/main_window_controls.h"
 #include "substitute/control.h"
 #include "support/program.h"
@@ -18,10 +18,10 @@ constexpr char boxes_spec[] = "SOFTWARE\\TavrinTests\\Agent\nAgent\n"
 
 void press_execute() { SendMessageA(page_controls().at(0), BM_CLICK, 0, 0); }
 void click_execute() { substitute::click(page_controls().at(0)); }
-/// There is no entry "Port", and the program says so and ends.
+/// Ends the program with a message, because there is no entry "Port".
 void press_failing_test() { SendMessageA(control(test_connection_id), BM_CLICK, 0, 0); }
 
-/// Beside all controls: the one that had the focus gets it again.
+/// Clicks beside all controls, so the control that had the focus gets it again.
 void click_into_window() { substitute::click(main_window, {3, 3}); }
 
 class BehindABox : public ProgramTest {
@@ -60,7 +60,7 @@ TEST_F(BehindABox, EnterPressesTheButtonThatHasTheFocus) {
     EXPECT_THAT(captions(), ElementsAre("Action taken", "Action taken"));
 }
 
-/// As with a dialog's owner that cannot be used: its keys are not worth anything either.
+/// A disabled window gets no keys, like the disabled owner of a dialog.
 TEST_F(BehindABox, KeysOfADisabledWindowDoNothing) {
     boxes.while_shown([] {
         click_into_window();

@@ -1,4 +1,4 @@
-// What would end the program arrives while OK's sequence runs: it waits until the sequence is through.
+// Requests to end the program that arrive while OK's sequence runs wait until the sequence has finished.
 #include "app/main_window_controls.h"
 #include "substitute/control.h"
 #include "support/program.h"
@@ -194,7 +194,7 @@ TEST_F(WhileOkRuns, TheSessionMayEndAtEveryOtherMoment) {
     EXPECT_EQ(reason, L"");
 }
 
-/// Whoever posted it, and whenever.
+/// Any quit message, whoever posted it and when.
 TEST_F(WhileOkRuns, AFatalTextIsSeenInSpiteOfAQuitMessage) {
     then([] {
         PostQuitMessage(0);

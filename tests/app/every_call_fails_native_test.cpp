@@ -19,7 +19,7 @@ using testing::AnyOf;
 
 using Texts = std::vector<std::string>;
 
-/// Beginnings of what the program says when nothing fails, and whenever it gets that far.
+/// Beginnings of the texts that the program shows when nothing fails.
 const Texts undisturbed = {
     "The action has been taken.",
     "No Tavrin Servers found at port ",
@@ -27,7 +27,7 @@ const Texts undisturbed = {
     "The Agent Service is currently started. ",
 };
 
-/// Words within what the program says about a failed call. What is not listed here is passed over in silence.
+/// Words of the text that the program shows for each failed call. It does not report failures of other calls.
 const std::map<std::string, Texts> texts_on_failure = {
     {"connect", {"\n\nError connecting: Connection refused."}},
     {"ControlService",
@@ -84,8 +84,8 @@ bool holds_one_of(const std::string& text, const Texts& parts) {
                        [&](const std::string& part) { return text.find(part) != std::string::npos; });
 }
 
-/// Only the creation of a control fails loudly. A box that does not take its text, or does not give it, is an
-/// empty one.
+/// The program reports only a failed creation of a control. If the text of a box cannot be set or read, the
+/// box counts as empty.
 void expect_values_old_or_new(const std::string& failed) {
     const bool box_is_empty = failed == "SetWindowTextA" || failed == "GetWindowTextA";
     for (const auto& [name, values] : WholeSession::values()) {
@@ -145,7 +145,7 @@ TEST(EveryCallFails, TheSessionSucceedsWhenNothingFails) {
     expect_everything_saved();
 }
 
-/// A run without a failed call is no surprise here: how often the program waits differs from run to run.
+/// A run may end without a failed call, because the number of waits differs from run to run.
 bool waits_for_its_server(const std::string& function) { return function == "recv" || function == "select"; }
 
 TEST(EveryCallFails, NoFailureCrashesHangsLeaksOrLosesAValue) {

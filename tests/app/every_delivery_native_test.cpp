@@ -33,7 +33,7 @@ std::string order_to_close(const WholeSession&) {
     return "";
 }
 
-/// Once the service is started again nothing is at stake any more.
+/// After the service has been started again, ending the program does no harm.
 std::string ask_for_end_of_session(const WholeSession& session) {
     const bool may_end = SendMessageA(main_window, WM_QUERYENDSESSION, 0, 0) != 0;
     const bool through = substitute::service_counts("TavrinAgent").starts > 0;
@@ -185,7 +185,7 @@ std::size_t play(const Arrival& arrival, std::size_t place) {
     return run.places;
 }
 
-/// Most places are passes of one long wait, or windows that come and go alike, of which a few do.
+/// Most places are repetitions of one long wait or of similar windows, of which a few are enough.
 bool is_worth_a_run(const std::string& function, std::size_t same_before, std::size_t place) {
     if (function == "PeekMessageA")
         return same_before < 3 || same_before % 23 == 0;

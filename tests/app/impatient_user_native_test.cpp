@@ -1,4 +1,4 @@
-// What mouse and keyboard left in the queue while a test or a scan kept the program from looking.
+// Input that arrived while a test or a scan blocked the program.
 #include "app/main_window_controls.h"
 #include "substitute/control.h"
 #include "support/discovery_server.h"

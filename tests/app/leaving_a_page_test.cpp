@@ -137,7 +137,8 @@ LRESULT CALLBACK note_where_the_focus_goes(HWND window, UINT message, WPARAM wpa
     return CallWindowProcA(left_procedure, window, message, wparam, lparam);
 }
 
-/// Straight to the tree, before the control goes: where the system sends the focus of a dying one differs.
+/// The focus moves to the tree before the control is destroyed: afterwards, systems differ in where they move
+/// it.
 TEST_F(LeavingAPage, GivesTheFocusToTheTree) {
     focus_went_to = nullptr;
     open("Name");

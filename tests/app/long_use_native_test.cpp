@@ -1,5 +1,5 @@
-// Long use over the substitute: what is open at the end is what was open when everything had been done once,
-// and under AddressSanitizer nothing allocated is lost.
+// Long use over the substitute: at the end, as much is open as after everything had been done once, and
+// AddressSanitizer finds no leak.
 #include "app/main_window_controls.h"
 #include "substitute/control.h"
 #include "support/loopback.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Accepts as many agents as are said to come, one after the other.
+/// Accepts this number of agents, one after the other.
 class BusyServer {
 public:
     explicit BusyServer(int agents) : thread_([this, agents] { serve(agents); }) {}

@@ -67,7 +67,7 @@ TEST(WindowLayout, ALargeEnoughWindowIsLeftAsItIs) {
     EXPECT_EQ(proposed.bottom, 229);
 }
 
-/// What the system itself sets and clears in a window's style as time goes on.
+/// The style bits that the system itself sets and clears.
 constexpr LONG_PTR of_system = WS_VISIBLE | WS_CLIPSIBLINGS | WS_DISABLED;
 
 /// Controls are looked up by the numbers that other programs know.

@@ -1,4 +1,4 @@
-/// What the program asks of the system before its first window, where no look at the window could tell.
+/// Calls that the program makes before its first window, and that no test of the window would notice.
 #include "substitute/control.h"
 #include "support/program.h"
 #include "window/wait_window.h"

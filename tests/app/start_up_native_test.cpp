@@ -12,7 +12,7 @@ namespace {
 
 using testing::IsEmpty;
 
-/// The position of the first call of `function`, from 0; that of none is behind all calls.
+/// The index of the first call of `function`; the number of calls if there is none.
 std::ptrdiff_t first_call(const std::string& function) {
     const std::vector<std::string> calls = substitute::calls();
     return std::find(calls.begin(), calls.end(), function) - calls.begin();

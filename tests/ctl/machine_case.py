@@ -1,5 +1,5 @@
 """A machine with the sample in its registry: real keys, the service manager, the sample agent, sample servers; see
-tests/e2e/stage. tavrinctl runs without a display: a box or a window of its own would be its end."""
+tests/e2e/stage. tavrinctl runs without a display, so a box or a window would make it fail."""
 import os
 import pathlib
 import subprocess
@@ -95,7 +95,7 @@ class AgentCase(MachineCase):
         self.NOTES.write_bytes(b"")
 
     def agent_behaves(self, *behaviour):
-        """Has it behave so from its next start on. A service that was just removed is in the way for a while."""
+        """Makes it behave like this from its next start on. A service that was just removed blocks this for a while."""
         AgentCase.is_plain = False
         self.wait_until("the agent is installed", lambda: wine(
             self.AGENT, "install", "--notes", windows_path(self.NOTES), *behaviour, check=False).returncode == 0)

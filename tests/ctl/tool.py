@@ -50,7 +50,7 @@ def run(*words, text=b"", **more):
 
 
 def own_path(path):
-    """The path as the program is to be told it."""
+    """The path in the form that the program needs."""
     return "Z:" + str(path).replace("/", "\\") if UNDER_WINE else str(path)
 
 

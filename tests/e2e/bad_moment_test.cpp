@@ -1,4 +1,4 @@
-// What arrives while the program is busy with something else, by the system's own mouse and keyboard.
+// Input that arrives while the program is busy, from the system's own mouse and keyboard.
 #include "e2e/fixture.h"
 
 #include <fstream>

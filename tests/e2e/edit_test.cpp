@@ -7,7 +7,8 @@ using testing::HasSubstr;
 
 class Edit : public Sample {};
 
-/// Guards the driver itself: were two quick clicks a double click, the second would not bring the focus.
+/// Tests the driver itself: if two quick clicks became a double click, the second one would not move the
+/// focus.
 TEST_F(Edit, QuickClicksEachTakeTheFocus) {
     Tool tool;
     bring_to_front(tool.window());

@@ -62,7 +62,7 @@ TEST_F(Event, EachPressReachesTheRunningAgentOnce) {
     EXPECT_EQ(signals_noted(), 2u);
 }
 
-/// Something else than an event has the name, so that no event of that name can be made.
+/// Another kind of object has the name, so no event with this name can be created.
 TEST_F(Event, FailedSignalEndsTheProgramAbnormally) {
     const HANDLE mutex = CreateMutexA(nullptr, FALSE, event_name);
     ASSERT_NE(mutex, nullptr);

@@ -57,7 +57,7 @@ TEST_F(FocusReturns, ToThePageThatWasLeftWithItsValueAsTyped) {
     tool.expect_changes(true);
 }
 
-/// Whoever closes the window from outside while the agent stops does not change what OK writes.
+/// Closing the window from outside while the agent stops does not change what OK writes.
 TEST_F(FocusReturns, NoMoreWhenTheWindowIsClosedWhileTheAgentStops) {
     install_agent("--stop-seconds 3");
     start_agent();

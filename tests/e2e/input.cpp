@@ -41,7 +41,7 @@ INPUT mouse_event_at(POINT to, DWORD flags) {
     return input;
 }
 
-/// The display's pointer is taken along, or it would move back.
+/// Moves the display's pointer as well, which would otherwise move back.
 void send_mouse(POINT to, DWORD flags) {
     SetCursorPos(to.x, to.y);
     send_input({mouse_event_at(to, flags)});
@@ -102,7 +102,7 @@ void type(const std::string& text) {
 }
 
 void hold_down(HWND window) {
-    // A box that has just closed hands over the activity a moment later, which would break off the click.
+    // A box that has just closed passes the activation on a moment later, which would interrupt the click.
     bring_to_front(GetAncestor(window, GA_ROOT));
     held_at = next_spot(window);
     send_mouse(held_at, MOUSEEVENTF_LEFTDOWN);

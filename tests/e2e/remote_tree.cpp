@@ -43,7 +43,7 @@ public:
     }
 
 private:
-    /// Wine stops a thread of the other process for each of these calls, and refuses while that cannot be.
+    /// Wine stops a thread of the other process for each of these calls, and fails while that is impossible.
     template <typename Call> static void retry(const char* what, Call call) { wait_for(what, call, 5); }
 
     HANDLE process;

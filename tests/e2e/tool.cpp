@@ -48,7 +48,7 @@ void Box::press(int button) const {
     try {
         wait_for("the end of a box", is_gone, 5);
     } catch (const std::runtime_error&) {
-        // The activity came over from another window during the click and broke it off.
+        // Activation moved here from another window during the click and interrupted it.
         post_click(control);
         wait_for("the end of a box", is_gone);
     }

@@ -60,7 +60,7 @@ def statements(source):
 
 
 def pieces(text):
-    """A text without what is put into it, in pieces that stand as they are."""
+    """The fixed pieces of a text, without its placeholders."""
     text = text.replace(r"\"", '"').replace("\\\\", "\\").replace("`", "")
     parts = re.split(r"%[0-9.]*z?[a-z]|\\[nr]|\u2026|  +", text)
     parts = [re.sub(r"\s+", " ", part).strip(' ".:,()') for part in parts]
@@ -68,7 +68,7 @@ def pieces(text):
 
 
 def texts_of_sources():
-    """Pieces of every literal with a blank: what has none is the name of something."""
+    """Pieces of every literal that contains a space; literals without one are names."""
     found = set()
     for path in SOURCES:
         for before, literal in statements(path.read_text()):

@@ -104,7 +104,7 @@ class Scripts(unittest.TestCase):
     def test_every_script_explains_itself(self):
         for script in SCRIPTS:
             with self.subTest(script=script.name):
-                # Looked at before it is called, for a script that does not know the option would do its work.
+                # Checked before the call, because a script that does not know the option would do its work.
                 self.assertIn("--help", script.read_text())
                 text = help_of(script.name)
                 self.assertIn(f"usage: script/{script.name}", text)
@@ -148,7 +148,7 @@ class Scripts(unittest.TestCase):
         self.assertEqual(set(named), there)
 
     def test_suites_run_where_they_were_not_built(self):
-        """Those that were built are all run, but for the ones that need more than themselves."""
+        """Runs all suites that were built, except those that need more than their own file."""
         with tempfile.TemporaryDirectory() as folder:
             for name, code in (("one_tests", 0), ("two_tests", 1), ("e2e_tests", 1), ("tour", 1)):
                 suite = pathlib.Path(folder) / f"{name}.exe"

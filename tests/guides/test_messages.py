@@ -33,7 +33,7 @@ BELOW = ("Error initializing socket subsystem",)
 
 
 def literals(source):
-    """Every literal that is a text for people; what writes XML or JSON is left out."""
+    """Every literal that is a text for people, without those that write XML or JSON."""
     source = re.sub(r'R"\(.*?\)"', '""', source, flags=re.S)
     for before, literal in statements(source):
         if not re.search(r"\.(usage|summary) = $", before) and not re.search(r"[<>]|=\\\"|\\n +\\\"", literal):

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::StrEq;
 
-/// Those that only look at failures of a connect, which must leave no socket.
+/// Tests of failing connects, which must not leave a socket open.
 class FailingConnect : public FailingSockets {
 protected:
     void TearDown() override {

@@ -29,7 +29,7 @@ protected:
         substitute::reset();
     }
 
-    /// Keeps what would be sent, and no pass waits.
+    /// Keeps datagrams instead of sending them, and lets no pass wait.
     static void keep_requests() {
         substitute::keep_datagrams();
         for (int pass = 1; pass <= 3; ++pass)
@@ -286,9 +286,8 @@ TEST(ScanMemory, IsNeededForTheEndOfAFullResult) {
     EXPECT_THAT(memory.sizes(), ElementsAre(64, 65));
 }
 
-/// How long a pass goes on while answers come.
-/// The first pass hears one server. Its answer is there when the given time of the pass has gone by; at the
-/// next look every pass is over.
+/// How long a pass lasts while answers arrive. In the first pass, one server answers after the given time;
+/// every pass ends at its next check.
 class ScanLimit : public testing::Test {
 protected:
     ScanLimit() { substitute::reset(); }

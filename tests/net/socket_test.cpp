@@ -206,7 +206,7 @@ TEST_F(SocketLayer, ReportsAReceiveOnNoSocket) {
 }
 
 TEST_F(SocketLayer, ReportsAClosedPeerWhileSending) {
-    // A reset that comes before the connect has been noticed would be the connect's.
+    // A reset that arrives earlier would be reported as a failure of the connect.
     Peer peer([](Handle& connection) {
         loopback::receive(connection.get(), 1);
         loopback::reset(connection);

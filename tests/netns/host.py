@@ -1,4 +1,4 @@
-"""A host on a test network: prints each request that it hears and answers it in its manner.
+"""A host on a test network: prints each request that it receives and answers it in the way that MANNER names.
 
 usage: host.py MANNER PORT
 """

@@ -32,7 +32,7 @@ def add_unreachable(net):
 
 
 def two_networks(net, program):
-    """Silent, double and senseless answers, good ones on both networks, and a network that cannot be reached."""
+    """Hosts with no, double or invalid answers, good ones on both networks, and a network that cannot be reached."""
     tool_on_two_networks(net)
     add_unreachable(net)
     hosts = {"silent": (1, 11), "twice": (1, 12), "good": (1, 13), "rubbish": (2, 11), "other": (2, 12)}
@@ -61,7 +61,7 @@ def unreachable_network(net, program):
 
 
 def no_network(net, program):
-    """Without any address everybody is asked, whom no route leads to."""
+    """Without any address, the request goes to 255.255.255.255, to which there is no route."""
     net.add_host("tool")
     network.ip("-n", "tool", "address", "flush", "dev", "lo")
     networks, servers = scan(program)

@@ -1,4 +1,4 @@
-"""A server on a test network: answers every agent in its manner, until it is ended.
+"""A server on a test network: answers every agent in the way that MANNER names, until it is ended.
 
 usage: server.py MANNER PORT
 """
@@ -16,7 +16,7 @@ def hear_end(agent):
 
 
 def patient(agent):
-    """Hears the request, offers, and hears the end."""
+    """Reads the request, sends an offer, and reads to the end."""
     agent.recv(LONGEST)
     agent.sendall(OFFER)
     hear_end(agent)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Packs what script/build windows left as version 0.0.9, for whoever tries an upgrade: the programs say so too, and the
+"""Packs what script/build windows left as version 0.0.9, for tests of upgrades: the programs say so too, and the
 window's file has another length.
 
 usage: tests/package/older.py FOLDER

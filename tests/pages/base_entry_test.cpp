@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// An entry without a control of its own that notes what is asked of it.
+/// An entry without a control of its own that records the operations called on it.
 class NotingEntry final : public BaseEntry, public NoDataManipulator {
 public:
     NotingEntry(std::string_view title, std::string_view help) : BaseEntry(title, help) {}
@@ -144,7 +144,7 @@ TEST_F(Page, OfAWindowTooNarrowIsEmptyAndComesBack) {
     entry.select(main.window());
     main.resize(30, 40);
     entry.layout(main.window());
-    // The widths and heights passed on are negative, which the system takes for none.
+    // The widths and heights that are passed on are negative, which the system treats as 0.
     EXPECT_EQ(placement_of(main.group_box()), (Placement{25, 10, 0, 0}));
     main.resize(801, 400);
     entry.layout(main.window());
@@ -174,7 +174,7 @@ TEST_F(Page, ThatIsGoneGetsNoMessages) {
     entryByGroupBox.erase(box);
     EXPECT_EQ(SendMessageA(box, WM_APP + 77, 1, 2), 0);
     EXPECT_THAT(entry.handled, IsEmpty());
-    // The default procedure, and not that of the frame, which would call itself a static control.
+    // The default procedure answers 0; that of the frame would answer DLGC_STATIC.
     EXPECT_EQ(SendMessageA(box, WM_GETDLGCODE, 0, 0), 0);
 }
 

@@ -94,7 +94,7 @@ TEST_F(PageCost, DoesNotDependOnTheNumberOfEntries) {
 
 class OptionList : public CleanSystem {};
 
-/// Version 6 of the controls opens as many rows as it is told; the older ones go by the box's height.
+/// Version 6 of the controls opens the number of rows that it is given; older versions use the box's height.
 TEST_F(OptionList, OpensAsManyRowsAsFitIntoItsHeight) {
     StandInMainWindow main(436, 229);
     OptionEntry entry({HKEY_LOCAL_MACHINE, test_key, "Value", false}, "t", "h", {"a", "b"});

@@ -79,7 +79,8 @@ TEST_F(Dialogs, ABrowserThatFailsChangesNothing) {
     EXPECT_EQ(directory.value(), "");
 }
 
-/// While a dialog is open the program handles messages; what one of them throws ends the dialog's step too.
+/// The program handles messages while a dialog is open; an exception from one of them also ends the step that
+/// opened the dialog.
 class ThrownDuringDialog : public Dialogs {
 protected:
     /// Presses a button that cannot signal its event, as soon as messages are handled again.
@@ -180,7 +181,7 @@ TEST_F(FileDialog, ThatFailsChangesNothing) {
     EXPECT_EQ(substitute::call_count("GetOpenFileNameA"), 1);
 }
 
-/// What stands in the box may be no file's name; the dialog then does not open with it.
+/// If the box contains an invalid file name, the dialog refuses to open with it.
 class RejectedName : public FileDialog {
 protected:
     void press_browse(const std::string& typed) {

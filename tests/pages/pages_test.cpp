@@ -55,7 +55,7 @@ LONG_PTR compared_styles(const TestedControl& control) {
                : ~LONG_PTR{0};
 }
 
-/// The edges of a dialog and of a control that nobody edits among them.
+/// Includes the edges of a dialog and of a control that cannot be edited.
 constexpr LONG_PTR every_edge = WS_EX_CLIENTEDGE | 0x20001;
 
 void expect_created(HWND control, const TestedControl& expected) {
@@ -149,7 +149,7 @@ TEST_P(EveryPage, TellsTheMainWindowOfEditsAlone) {
     }
 }
 
-/// Whoever sets values without a page goes by value_text.h.
+/// Code that sets values without a page uses value_text.h.
 TEST_P(EveryPage, StoresWhatIsStoredWithoutAPage) {
     SpecReader reader(text);
     reader.next();

@@ -34,7 +34,7 @@ protected:
     void scan() { click(main.control(2)); }
     std::string list() const { return configuration->text_by_title("L"); }
 
-    /// Keeps what would be sent, and no pass waits.
+    /// Keeps datagrams instead of sending them, and lets no pass wait.
     static void let_nobody_answer() {
         substitute::keep_datagrams();
         for (int pass = 1; pass <= 3; ++pass)

@@ -1,4 +1,4 @@
-// What a window hears of its controls when the focus moves, in the order in which it hears it.
+// The notifications that a window gets from its controls when the focus moves, in their order.
 #include "support/boxes.h"
 #include "support/tree_test.h"
 #include "support/user.h"

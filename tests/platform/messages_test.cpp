@@ -16,7 +16,7 @@ protected:
         window = open("main", WS_OVERLAPPEDWINDOW | WS_VISIBLE);
         pump_messages();
     }
-    /// The next message, taken out; 0 when there is none.
+    /// Removes the next message and returns it; 0 if there is none.
     static UINT take(UINT first = 0, UINT last = 0) {
         MSG message{};
         return PeekMessageA(&message, nullptr, first, last, PM_REMOVE) ? message.message : 0;

@@ -70,8 +70,8 @@ TEST_F(ProtocolFailures, EveryReceiveNamesItsField) {
                                              hallmark, hallmark, "",      "",      "",      ""};
     ASSERT_EQ(fields.size(), good_offer.size());
     for (std::size_t sent = 0; sent < fields.size(); ++sent) {
-        // Would-block answers, of which there may be any number, are received again: only a peer that has
-        // answered before makes the count of receives certain.
+        // A receive that would block is repeated any number of times, so the count of receives is certain
+        // only if the peer has already answered.
         loopback::Listener listener;
         Stream* stream = nullptr;
         ASSERT_THAT(stream_open(&stream, loopback::address(), listener.port(), net::connect_nonblocking),

@@ -39,7 +39,7 @@ protected:
         text = problem != nullptr ? problem : "accepted";
         peer.finish();
     }
-    /// The server hears the agent out, answers, and stays until the agent closes.
+    /// The server reads the whole request, answers, and waits until the agent closes.
     void answer(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
             heard = loopback::receive(agent.get(), expected_request.size());
@@ -47,7 +47,7 @@ protected:
             heard += loopback::receive_all(agent.get());
         });
     }
-    /// The server hears the agent out, answers and closes.
+    /// The server reads the whole request, answers and closes.
     void answer_and_close(const Octets& octets) {
         negotiate_with([&](Handle& agent) {
             heard = loopback::receive(agent.get(), expected_request.size());
@@ -121,7 +121,7 @@ TEST_F(HostilePeer, ThatResets) {
         loopback::reset(agent);
     });
     EXPECT_EQ(status, 2);
-    // Wine tells a waiting receiver of a reset as if it were a close; the native tests are strict.
+    // Wine reports a reset to a waiting receiver as a close; the native tests accept only a reset.
     EXPECT_THAT(text, AnyOf("Peer closed connection unexpectedly",
                             AllOf(StartsWith("Error receiving data: Bad error happened without sleep in "
                                              "socket_recv(): "),

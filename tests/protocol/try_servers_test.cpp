@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// Writes down what it is told.
+/// Records its calls.
 struct Told : TrialListener {
     void trying(const std::string& host, std::uint16_t port) override {
         events.push_back("trying " + host + " at " + std::to_string(port));

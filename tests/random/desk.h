@@ -1,6 +1,6 @@
 #pragma once
-/// The screen, keyboard and mouse before which a user sits. What they do here has been dealt with by the
-/// program when the next look is taken.
+/// The screen, keyboard and mouse of a simulated user. The program has handled an action before the user
+/// looks again.
 #include "platform/win32.h"
 
 #include <optional>
@@ -20,7 +20,7 @@ public:
     /// Where the item's text lies in the tree. False for an item inside a closed one.
     virtual bool find(HTREEITEM item, RECT& text_place) = 0;
 
-    /// Whether a scan is over at once; elsewhere nobody has the time.
+    /// Whether a scan ends at once; where it takes seconds, the user does not scan.
     virtual bool scans_at_once() = 0;
 
     virtual void click(HWND control, POINT where) = 0;
@@ -37,7 +37,7 @@ public:
     virtual void select(HTREEITEM item) = 0;
     virtual void order_to_close() = 0;
     virtual bool may_session_end() = 0;
-    /// How many message boxes there were; nothing where boxes may come between two looks.
+    /// The number of message boxes so far; empty if boxes can appear between two looks.
     virtual std::optional<std::size_t> boxes_shown() = 0;
     /// Whether it is no message box that is open, but a dialog of the system's.
     virtual bool shows_system_dialog() = 0;

@@ -10,7 +10,7 @@
 namespace random_user {
 namespace {
 
-/// Of a longer text the rest is lost.
+/// Longer texts are cut.
 constexpr std::size_t longest = 1023;
 
 std::string lower(std::string text) {

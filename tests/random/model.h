@@ -1,6 +1,6 @@
 #pragma once
-/// What the rules say of a session, read plainly: which items the tree has, what a page shows at first, which
-/// text that stands for, and what the registry holds in the end. Knows nothing of the program's own code.
+/// What a session must show by the rules: which items the tree has, what a page shows at first, which text
+/// that stands for, and what the registry holds in the end. Knows nothing of the program's own code.
 #include "random/world.h"
 
 #include <map>
@@ -36,12 +36,12 @@ public:
     /// The user has seen this.
     void see(const Entry& entry, const Sight& sight) { seen_[&entry] = sight; }
 
-    /// Whether the entry's value becomes another one by being shown alone: a check box knows only two.
+    /// Whether only showing the entry changes its value, because a check box has only two states.
     bool is_changed_by_a_look(const Entry& entry) const;
     /// Whether anything differs from what is stored.
     bool has_changes() const;
-    /// The text with which the program gives up when the user asks for a connection test or, of this file,
-    /// for a scan; nothing when it can go on.
+    /// The text of the fatal error when the user starts a connection test or, in this file, a scan; empty if
+    /// it can run.
     std::optional<std::string> test_failure(const SpecFile& file) const;
     std::optional<std::string> scan_failure(const SpecFile& file) const;
 

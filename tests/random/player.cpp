@@ -31,7 +31,7 @@ bool is_frame(HWND window) {
 
 bool is_usable(HWND control) { return IsWindowVisible(control) && IsWindowEnabled(control); }
 
-/// Whether the mouse has to leave an open list for it.
+/// Whether the action needs the mouse outside an open list.
 bool needs_mouse(Action action) {
     return action != Action::key && action != Action::text && action != Action::leave &&
            action != Action::shut;
@@ -136,10 +136,10 @@ void Player::close_list() {
     desk_.click(desk_.window(), {3, 3});
 }
 
-/// Before the user has been anywhere, the focus is nowhere in particular.
+/// Until the user has moved the focus, it may be anywhere.
 void Player::keep_focus() { wanted_focus_ = went_somewhere_ ? desk_.focus() : nullptr; }
 
-/// Whatever is not inside a closed item, from top to bottom.
+/// The items that are not inside a closed one, from top to bottom.
 std::vector<std::size_t> Player::open_items() const {
     std::vector<std::size_t> found;
     HTREEITEM each = next_item(tree(), TVGN_ROOT, nullptr);
@@ -208,7 +208,7 @@ void Player::click_and_remember(HWND control, POINT where) {
     desk_.click(control, where);
 }
 
-/// Whoever clicks on and on while a test or a scan is under way gets the boxes of one.
+/// Repeated clicks during a test or a scan start no second one.
 void Player::grow_impatient(const Step& step, std::size_t boxes) {
     const std::optional<std::size_t> shown = desk_.boxes_shown();
     if (!shown || failure_ || step.meanwhile != Meanwhile::nothing || step.number % 3 != 0)
@@ -219,7 +219,7 @@ void Player::grow_impatient(const Step& step, std::size_t boxes) {
         desk_.click(pressed_.control, pressed_.where);
 }
 
-/// What the program will do about it is told by the values that the user sees.
+/// The values that the user sees decide what the program will do.
 void Player::press(HWND pressed) {
     if (!is_usable(pressed))
         return;
@@ -317,7 +317,8 @@ void Player::add_items(HTREEITEM first, int depth, std::string& fault) {
     }
 }
 
-/// A selected item inside one that is closed passes its selection on without a word: its page stays.
+/// If a parent of the selected item is closed, the parent becomes selected without a notification, so the
+/// page stays.
 std::string Player::follow_caret() {
     const HTREEITEM now = caret();
     newly_shown_ = now != caret_;

@@ -28,7 +28,7 @@ void Player::play_meanwhile(const Step& step) {
     }
 }
 
-/// What other processes and the system do: that the window is disabled keeps nothing of it away.
+/// Actions of other processes and of the system, which also reach a disabled window.
 void Player::play_others(const Step& step) {
     if (desk_.window() == nullptr || desk_.shows_system_dialog())
         return;

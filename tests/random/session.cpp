@@ -78,8 +78,8 @@ std::string report(std::uint32_t seed, const Outcome& outcome, const World& worl
 /// ended.
 constexpr std::chrono::seconds longest_to_shorten(60);
 
-/// How many sessions may go wrong once and well when they are played again. Under Wine the display's own
-/// pointer may move late and break off a click; natively nothing comes once alone.
+/// The number of sessions that may fail once and succeed when they are repeated. Under Wine, a late move of
+/// the display's pointer can interrupt a click; natively, every failure repeats.
 static unsigned most_passing(const Order& ordered) { return ordered.sessions / 6; }
 
 void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,

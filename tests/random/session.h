@@ -1,6 +1,6 @@
 #pragma once
-/// One sitting at the program, made up from a seed: what the user finds, what they do, and what was wrong
-/// with it.
+/// A session with the program, generated from a seed: its initial state, the user's steps, and what was
+/// wrong.
 #include "random/player.h"
 
 #include <cstdint>

@@ -48,7 +48,7 @@ public:
         made.value_name = std::string(1, static_cast<char>('a' + chance_.below(4))) + std::to_string(number);
         made.is_missing = chance_.percent(4);
         made.groups.resize(chance_.percent(5) ? 0 : 1 + chance_.below(3));
-        // What has no group has nothing by which an old file could be told.
+        // Without a group, nothing marks a file as an old one.
         made.old_syntax = chance_.percent(40) && !made.groups.empty();
         made.line_end = chance_.percent(30) ? "\r\n" : "\n";
         made.key = "SOFTWARE\\TavrinTests\\User" + std::to_string(number);

@@ -33,7 +33,7 @@ struct Group {
 };
 
 struct SpecFile {
-    /// Under which it is listed.
+    /// The name of the registry value that lists it.
     std::string value_name;
     bool is_missing;
     bool old_syntax;

@@ -1,5 +1,5 @@
-// The apply sequence as its caller meets it, with whatever realisation of the dialogue, over scripted
-// services and the virtual clock.
+// The restart sequence as its caller sees it, with any implementation of the dialogue, over scripted services
+// and the virtual clock.
 #include "service/restart.h"
 #include "substitute/control.h"
 #include "support/thrown.h"

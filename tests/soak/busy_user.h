@@ -1,11 +1,11 @@
 #pragma once
-/// Somebody who uses the program for months, at the pace of messages.
+/// A user who does months of work as fast as the program handles messages.
 #include "e2e/tool.h"
 
 namespace soak {
 
-/// Uses a program that shows the sample, whose servers are those of the stage. Whatever does not come throws
-/// std::runtime_error.
+/// Uses a program that shows the sample, whose servers are those of the stage. Throws std::runtime_error if
+/// something expected does not happen.
 class BusyUser {
 public:
     explicit BusyUser(e2e::Tool& tool);
@@ -21,9 +21,10 @@ public:
     /// Signals the agent, which opens a box, and closes it.
     void open_and_close_boxes(int times);
 
-    /// How many texts have come and gone: the help of each page and the message of each box.
+    /// The number of texts that were created and destroyed: the help of each page and the message of each
+    /// box.
     int texts_shown() const { return texts; }
-    /// How many wait windows have.
+    /// The number of wait windows that were.
     int tests_made() const { return tests; }
     int scans_made() const { return scans; }
 

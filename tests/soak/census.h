@@ -35,7 +35,7 @@ public:
     /// Common Controls 6 a Static control keeps what it made for its font, an Edit control what it knows of
     /// its words.
     long long blocks_lost_by(Request use);
-    /// Bytes of memory that the process shares with nobody, as far as they have been written to.
+    /// The number of private bytes of the process that have been written to.
     std::size_t private_bytes() const;
     /// Makes the program leak one of something.
     void leak(Request what);

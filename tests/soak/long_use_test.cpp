@@ -1,5 +1,4 @@
-// Long use: what the program holds at the end is what it held when everything had been done for the first
-// time.
+// Long use: at the end, the program holds as much as after everything had been done for the first time.
 #include "soak/busy_user.h"
 #include "soak/census.h"
 
@@ -71,7 +70,7 @@ TEST_F(LongUse, LeavesNothingBehind) {
     };
     use(user, first);
     const Figures before = look("at first");
-    // What is made once, at whatever occasion comes first, stays. What is lost is lost in every part.
+    // Objects that are created once, at their first use, stay. A leak shows in every part.
     Figures last = before;
     int grown = 0;
     for (int done = 1; done <= parts; ++done) {

@@ -33,7 +33,7 @@ private:
     int count;
 };
 
-/// Tells when the first value is written after its making.
+/// Notices the first value that is written after its construction.
 class FirstWrite {
 public:
     FirstWrite();

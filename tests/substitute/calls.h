@@ -21,7 +21,8 @@ bool watched();
 
 /// A test looks at some thousands of notes at most.
 inline constexpr std::size_t most_notes = 100'000;
-/// Adds a note, in place of the first of very many: a program that runs for ever must not fill the memory.
+/// Adds a note; beyond a limit, it replaces the oldest one, because a program that runs forever must not fill
+/// the memory.
 template <typename Note> void note(std::deque<Note>& notes, Note made) {
     if (notes.size() == most_notes)
         notes.pop_front();

@@ -53,7 +53,7 @@ def count_test(build, test):
             counts = Counts(skipped=1)
     except ValueError:
         counts = Counts()
-    # One that crashed, hung or left no report has failed beside what it reported.
+    # A test that crashed, hung or left no report counts as one more failure.
     if not counts["failed"] and (status == "fail" or not counts):
         counts["failed"] = 1
     say(f"{build.name}: {name}: {summary(counts)}")

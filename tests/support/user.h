@@ -1,6 +1,6 @@
 #pragma once
-/// The person before the screen. Keys and clicks wait until the program has nothing else to do, as they do
-/// when a person is slower than the program, and reach whatever has the focus by then.
+/// The simulated user. Keys and clicks wait until the program has nothing else to do, as they do when a
+/// person is slower than the program, and reach whatever has the focus by then.
 #include "platform/win32.h"
 
 #include <cstddef>

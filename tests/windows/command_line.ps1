@@ -42,14 +42,14 @@ $null = New-Item -ItemType Directory $data
 Expect 'backup: refuses a foreign folder' ((Run $tavrinctl $change) -ne 0) $true
 Expect 'backup: nothing was written' (Value Interval) '60'
 Remove-Item -Recurse $data
-# Nor one that leads elsewhere.
+# A folder that is a link is not used either.
 $null = New-Item -ItemType Junction $data -Target $env:SystemRoot\Temp
 Expect 'backup: refuses a junction' ((Run $tavrinctl $change) -ne 0) $true
 Expect 'backup: still nothing was written' (Value Interval) '60'
 (Get-Item $data).Delete()
 Move-Item "$data.ours" $data
 
-# A service that is disabled is left alone, and is told.
+# A disabled service is left alone, with a message.
 Stop-Service TavrinAgent
 Set-Service TavrinAgent -StartupType Disabled
 Expect 'disabled agent: values are written' (Json set 'Tavrin Agent' Interval=63 --json).changed $true

@@ -1,6 +1,6 @@
 # What the scripts of this folder share. Each prints a line for every check, and ends with the first that fails.
 $ErrorActionPreference = 'Stop'
-# An exit code is looked at where it matters.
+# Exit codes are checked where they matter.
 $PSNativeCommandUseErrorActionPreference = $false
 
 function Expect($what, $found, $wanted) {

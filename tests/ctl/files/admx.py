@@ -1,4 +1,4 @@
-"""The rules of policy templates, of which most are in no schema: what the tools that read them trip over."""
+"""Rules for policy templates that most schemas do not contain, but that the programs that read templates enforce."""
 import re
 import xml.etree.ElementTree as xml
 

@@ -1,4 +1,4 @@
-"""What `check` finds in a spec file, and in the words of which line."""
+"""The findings of `check` in spec files, with their lines."""
 import re
 import unittest
 

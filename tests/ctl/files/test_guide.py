@@ -1,4 +1,4 @@
-"""docs/tavrinctl.md says what the program says of itself, and its examples are taken."""
+"""docs/tavrinctl.md agrees with the program's help, and the program accepts its examples."""
 import json
 import re
 import unittest

@@ -1,4 +1,4 @@
-"""The command line itself: help, what is not understood, and where the words go."""
+"""The command line itself: help, wrong usage, and the output streams."""
 import os
 import re
 import subprocess

@@ -126,7 +126,7 @@ class Machine:
                       if stored.get(name) != (None if text is None else literal(text)))
 
     def service(self):
-        """Its state in the service manager's word."""
+        """The state that the service manager reports."""
         done = self.run("sc", "query", "TavrinAgent", check=False)
         found = re.search(r"STATE\s*:\s*\d+\s+(\w+)", done.stdout.decode(errors="replace"))
         return found[1] if found else "missing"

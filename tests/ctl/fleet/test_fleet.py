@@ -90,7 +90,7 @@ class Fleet(unittest.TestCase):
         return shown, dict(zip((machine.name for machine in self.states), machines))
 
     def check(self, run, machine, said, shown, compared):
-        """Of one machine, whether everybody says what is true; returns a row about it."""
+        """Compares what Ansible, the report and diff say about one machine with what is true; returns a row about it."""
         drift, service, well = machine.drift(), machine.service(), machine.is_well()
         row = [machine.name, self.states[machine].__name__, f"run {run}", "ok" if said["well"] else "failed",
                str(said["changed"]), compared["problem"] or ", ".join(compared["differences"].get("Tavrin Agent", [])) or "in sync",
@@ -98,7 +98,7 @@ class Fleet(unittest.TestCase):
         with self.subTest(machine=machine.name, state=row[1], run=run, row=row):
             self.assertLessEqual(said["well"], well, "a wrong green of Ansible")
             self.assertLessEqual(compared["inSync"], not drift, "a wrong green of diff")
-            # A machine whose values nobody can look up is no green one, whatever they are.
+            # A machine whose values cannot be read must not be reported as in sync.
             if row[1] != "without_spec_file":
                 self.assertEqual(said["well"], well, "a wrong red of Ansible")
             if compared["problem"] is None:

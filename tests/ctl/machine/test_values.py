@@ -165,7 +165,7 @@ class Service(AgentCase):
 
 
 class LeftUndone(AgentCase):
-    """What one run could not finish, or was not let finish, and the runs after it."""
+    """Runs that could not finish or were interrupted, and the runs after them."""
 
     def change(self, *words, code=0):
         return self.run_tool("set", "Tavrin Agent", "Port=5001", *words, code=code)
@@ -235,8 +235,8 @@ class LeftUndone(AgentCase):
 
 
 class DataFolder(MachineCase):
-    """The folder for backups, lock and restarts that are still to be finished. Whom it is open to, only Windows shows:
-    Wine keeps no list of rights and gives the folder a mode of its own making."""
+    """The folder for backups, lock and restarts that are still to be finished. Who may open it can be tested only on
+    Windows, because Wine does not store access control lists."""
 
     PLACE = DISK / "ProgramData/Tavrin"
 
@@ -269,7 +269,7 @@ class DataFolder(MachineCase):
 
 class Denied(AgentCase):
     def close(self, key, rights):
-        """Nobody may do with the key what needs one of the rights."""
+        """Denies everyone these rights to the key."""
         program = TOP / "build/windows/tests/close_key.exe"
         self.addCleanup(wine, program, key, "D:(A;;KA;;;WD)")
         wine(program, key, f"D:(D;;{rights};;;WD)(A;;KA;;;WD)")

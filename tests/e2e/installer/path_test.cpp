@@ -86,7 +86,7 @@ TEST_F(SetupsPath, IsNotCutWhenItIsLong) {
         remove_all();
         EXPECT_EQ(machine_path().size(), length);
     }
-    // The longest that still has room.
+    // The longest PATH to which the folder can still be added.
     const std::string longest =
         std::string(system_path) + ";" + std::string(1022 - added - sizeof system_path, 'x');
     set_path_before(longest);

@@ -44,8 +44,8 @@ void add_keys(std::vector<std::string>& found, const std::string& path) {
     RegCloseKey(key);
 }
 
-/// The uninstaller or the copy of itself that it leaves the work to, whose name begins alike. The folder is
-/// not looked into meanwhile: who has it open keeps it from being removed.
+/// The uninstaller, or the copy of itself that does the work and whose name begins the same way. The folder
+/// is not opened meanwhile, because an open folder cannot be removed.
 bool uninstaller_runs() {
     const HANDLE processes = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
     PROCESSENTRY32 process{};

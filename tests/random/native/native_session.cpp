@@ -19,7 +19,7 @@ const std::string ports_path = "HARDWARE\\DEVICEMAP\\SERIALCOMM";
 
 std::uint32_t running_seed = 0;
 
-/// A program that dies takes the suite with it, which cannot report any more.
+/// If the program crashes, the suite crashes with it and cannot report the session.
 void name_seed() {
     std::fprintf(stderr, "random user: it was in the session TAVRIN_USER_SEED=%u TAVRIN_USER_SESSIONS=1\n",
                  running_seed);
@@ -52,7 +52,7 @@ Outcome NativeSession::play(std::uint32_t seed, const std::vector<Step>& steps, 
 }
 
 void NativeSession::prepare() {
-    // Without a network the program has its say sooner.
+    // Without a network, the program shows its result sooner.
     substitute::fail_every_call("gethostbyname", WSAHOST_NOT_FOUND);
     substitute::fail_every_call("socket", WSAENETDOWN);
     fill_registry(world_);

@@ -63,7 +63,7 @@ std::string message_of(HWND box) {
     return text;
 }
 
-/// Of the buttons that a box has, the first or, if the user is of another mind, the last.
+/// The first button of a box, or the last one if the user chooses it.
 int button_of(HWND box, bool other_way) {
     std::vector<int> found;
     for (const int id : {IDYES, IDOK, IDNO, IDCANCEL})
@@ -211,7 +211,7 @@ void RemoteSession::answer_if_there(HWND dialog, const Step& step) {
     }
 }
 
-/// After a box without owner, the system may have turned to some other window of the desktop.
+/// After a box without an owner, the system may have activated another window of the desktop.
 void RemoteSession::come_back() {
     if (GetForegroundWindow() == main_)
         return;
@@ -268,7 +268,7 @@ void RemoteSession::choose_file(HWND dialog) {
     e2e::wait_for("the end of the file dialog", [&] { return !IsWindow(dialog); });
 }
 
-/// One that is hidden is on its way out.
+/// A hidden one is about to be destroyed.
 HWND RemoteSession::window() { return tool_->running() && IsWindowVisible(main_) ? main_ : nullptr; }
 HWND RemoteSession::focus() { return e2e::focus_of(main_); }
 std::string RemoteSession::text_of(HWND control) { return e2e::text_of(control); }
@@ -317,7 +317,7 @@ void RemoteSession::minimise_beside_another_window() {
     e2e::wait_for("the restored window", [this] { return IsIconic(main_) == FALSE; });
 }
 
-/// A window of another program's comes to the front and goes for good.
+/// A window of another program comes to the front and is then destroyed.
 void RemoteSession::leave_and_return_to(HWND other) {
     e2e::bring_to_front(other);
     e2e::serve_own_windows();

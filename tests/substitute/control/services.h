@@ -8,7 +8,7 @@
 
 namespace substitute {
 
-/// How long a service takes that never gets there.
+/// The time of a service that never reaches the state.
 inline constexpr std::uint64_t never = UINT64_MAX;
 
 /// How a service behaves. Codes: 0 is success, anything else fails the call with that code.

@@ -51,8 +51,8 @@ struct ShownBox {
 };
 
 /// The next message box without an answer yet is answered with `answer` (IDYES, ...). One without a scripted
-/// answer gets its first button, as if the user pressed Enter. While a quit message waits a box is gone
-/// before anybody has seen it, and takes neither answer nor step.
+/// answer gets its first button, as if the user pressed Enter. While a quit message waits, a box closes at
+/// once and uses up neither an answer nor a step.
 void answer_next_box(int answer);
 /// Runs while the next message box without such a step yet is shown, before it is answered.
 void while_next_box(std::function<void()> step);

@@ -44,8 +44,8 @@ LRESULT add(ComboData& data, LPARAM text) {
     return static_cast<LRESULT>(data.items.size()) - 1;
 }
 
-/// Chosen by the program: nobody is told. An index beyond the end changes nothing, -1 takes the selection
-/// away.
+/// Chosen by the program, so there is no notification. An index beyond the end changes nothing, -1 takes the
+/// selection away.
 LRESULT set_selection(ComboData& data, WPARAM wparam) {
     const auto index = static_cast<int>(wparam);
     if (index != CB_ERR && !is_index(data, index))
@@ -104,7 +104,7 @@ void settle(HWND handle, bool accepted) {
         drop(handle, false);
 }
 
-/// Chosen by the user. In the open list this is not yet the end of it.
+/// Chosen by the user. While the list is open, the choice is not final.
 void choose(HWND handle, int index) {
     ComboData& data = data_at(handle);
     if (!is_index(data, index))
@@ -175,7 +175,7 @@ LRESULT limit_height(LPARAM lparam) {
 } // namespace
 
 /// A click that goes elsewhere closes the open list and is lost. As under Wine, what was selected before is
-/// selected again, and nobody is told.
+/// selected again, without a notification.
 bool leave_open_list(HWND handle) {
     auto* data = data_of<ComboData>(handle);
     if (data == nullptr || !data->dropped)

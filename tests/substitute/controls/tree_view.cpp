@@ -50,7 +50,8 @@ LRESULT insert(HWND handle, LPARAM lparam) {
         tree_data(handle).items.insert(request.hParent, request.hInsertAfter, std::move(item)));
 }
 
-/// A selection inside an item that is closed goes to that item. As under Wine, nobody is told.
+/// If the item that is closed contains the selected one, it becomes selected itself. As under Wine, there is
+/// no notification.
 void rescue_selection(TreeData& data, HTREEITEM closed) {
     const TreeItem* item = data.items.find(data.selected);
     while (item != nullptr && item->parent != closed)

@@ -44,7 +44,7 @@ DWORD FormatMessageA(DWORD flags, const void* source, DWORD code, DWORD language
 
 DWORD GetCurrentThreadId();
 
-/// Nobody looks whether such a folder exists.
+/// The folder need not exist.
 DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer);
 BOOL SetCurrentDirectoryW(LPCWSTR folder);
 

@@ -72,7 +72,7 @@ int GetSystemMetrics(int measure) {
     return measure == SM_CXSMICON || measure == SM_CYSMICON ? small_icon : 0;
 }
 
-/// No window here is slow enough for a ghost.
+/// The substitute has no ghost windows.
 void DisableProcessWindowsGhosting() { substitute::failing("DisableProcessWindowsGhosting", 0); }
 
 HCURSOR LoadCursorA(HINSTANCE module, LPCSTR name) {
@@ -127,5 +127,5 @@ COLORREF GetPixel(HDC, int x, int y) {
     return found == filled.rend() ? CLR_INVALID : found->colour;
 }
 
-/// Made up, but for each number another.
+/// An invented handle, a different one for each number.
 DWORD GetSysColor(int colour) { return 0x010101U * static_cast<DWORD>(colour); }

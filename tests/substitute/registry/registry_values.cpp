@@ -12,7 +12,7 @@ using substitute::RegistryValue;
 
 namespace {
 
-/// Names of values are longer than this only in error.
+/// No valid name of a value is longer.
 constexpr std::size_t longest_name = 16383;
 
 LSTATUS usable(HKEY handle, REGSAM needed, RegistryKey*& key) {

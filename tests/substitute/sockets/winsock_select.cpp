@@ -56,7 +56,7 @@ public:
             substitute::advance_clock(static_cast<std::uint64_t>(std::max<std::int64_t>(waited.count(), 1)));
     }
     std::chrono::steady_clock::duration passed() const { return std::chrono::steady_clock::now() - start_; }
-    /// However soon it is over.
+    /// Counts at least this long, even if the wait ends sooner.
     void takes(std::chrono::steady_clock::duration least) { least_ = least; }
 
 private:

@@ -28,8 +28,8 @@ bool press_escape(HWND dialog) {
     return true;
 }
 
-/// Whether the navigation takes the key. The arrows it asks the dialog to move by, and only a real dialog
-/// does: here they are taken and lost.
+/// Whether the navigation takes the key. For the arrow keys it asks the dialog to move the focus, which only
+/// a real dialog does; here they have no effect.
 bool handle_key(HWND dialog, const MSG& message) {
     const LRESULT code = dialog_code(message.hwnd, &message);
     if ((code & DLGC_WANTMESSAGE) != 0)

@@ -53,7 +53,7 @@ WindowClass* find_in(Classes& searched, LPCSTR name) {
     return found == searched.end() ? nullptr : &found->second;
 }
 
-/// Numbers of the upper quarter, again and again: a class that is gone leaves its number to others.
+/// Numbers of the upper quarter, which are reused after a class has been unregistered.
 ATOM next_atom() {
     static ATOM last = 0;
     last = static_cast<ATOM>((last + 1) | 0xC000);

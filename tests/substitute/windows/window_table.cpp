@@ -52,7 +52,7 @@ std::size_t take_slot() {
     return slot;
 }
 
-/// Who heads the list of siblings: the parent, or the desktop.
+/// The head of the list of siblings: the parent, or the desktop.
 Window& head_of(const Window& window) {
     Window* parent = is_child(window) ? look_up(window.parent) : nullptr;
     return parent == nullptr ? table().desktop : *parent;

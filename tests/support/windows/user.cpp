@@ -13,7 +13,7 @@
 namespace {
 
 constexpr UINT tick_milliseconds = 10;
-/// So many ticks in a row without anything to do mean a program that waits for ever.
+/// This many idle ticks in a row mean that the program waits forever.
 constexpr int patience = 3000;
 
 std::deque<std::function<void()>> steps;
