@@ -47,10 +47,11 @@ if(WIN32)
 else()
     # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
     file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
+         src/ctl/template/linux/*.cpp
          src/ctl/diff/*.cpp src/ctl/verbs/diff.cpp src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)
     add_executable(tavrinctl ${portable} ${TAVRIN_CODE_PAGES} src/base/text.cpp src/ctl/verbs/verbs.cpp src/ctl/verbs/check.cpp
                    src/ctl/verbs/template.cpp src/ctl/verbs/completion.cpp src/ctl/change/state_file.cpp src/ctl/change/state_check.cpp
-                   src/ctl/machine/entry_index.cpp src/ctl/machine/linux/present_values.cpp)
+                   src/ctl/machine/entry_index.cpp)
     target_include_directories(tavrinctl PRIVATE src)
     target_link_libraries(tavrinctl PRIVATE tavrin_json ${TAVRIN_DIGESTS} tavrin_warnings)
     set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

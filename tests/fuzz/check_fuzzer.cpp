@@ -50,9 +50,11 @@ bool is_balanced(const std::string& xml) {
 
 void require_templates(const std::string& octets) {
     try {
-        ctl::TemplateSource source = ctl::template_source_of("x.spec", octets, 1252);
-        require(is_balanced(ctl::write_preferences(source)));
+        ctl::TemplateSource source = ctl::template_source_of("x.spec", SpecModel(octets), 1252);
         require(ctl::write_reg(source).size() % 2 == 0);
+        ctl::TemplateSource items = source;
+        ctl::drop_what_items_lack(items);
+        require(is_balanced(ctl::write_preferences(items)));
         ctl::drop_what_policies_lack(source);
         require(is_balanced(ctl::write_admx(source)));
         require(is_balanced(ctl::write_adml(source)));

@@ -5,6 +5,7 @@
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/reg_file.h"
 #include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "specfile/value_text.h"
@@ -15,33 +16,6 @@
 
 namespace ctl {
 namespace {
-
-/// More lines than these help nobody.
-constexpr std::size_t most_told = 20;
-
-/// All that is wrong is told at once.
-class Problems {
-public:
-    void add(const MachineConfiguration& configuration, const std::string& name, const std::string& words) {
-        add(to_utf8(configuration.name) + ": " + visible(name) + ": " + words);
-    }
-    void add(const std::string& line) {
-        if (++count_ <= most_told)
-            text_ += "\n  " + line;
-    }
-
-    void refuse_if_any() const {
-        if (count_ == 0)
-            return;
-        const std::string more =
-            count_ > most_told ? "\n  and " + std::to_string(count_ - most_told) + " more" : "";
-        throw Failure{invalid, "nothing was written:" + text_ + more};
-    }
-
-private:
-    std::string text_;
-    std::size_t count_ = 0;
-};
 
 /// Which ports there are the machine knows, not the spec file. One that is still to be plugged in may be
 /// named as the system will name it.
@@ -149,7 +123,7 @@ private:
         try {
             add(wished);
         } catch (const std::string& problem) {
-            problems_.add(configuration_, wished.name, problem);
+            problems_.add(to_utf8(configuration_.name) + ": " + visible(wished.name) + ": " + problem);
         }
     }
 

@@ -1,5 +1,6 @@
 #include "ctl/change/state_check.h"
 
+#include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
@@ -12,6 +13,9 @@ namespace {
 
 /// Of a longer text its beginning says enough.
 constexpr std::size_t most_quoted = 80;
+
+/// More lines than these help nobody.
+constexpr std::size_t most_told = 20;
 
 /// JSON's numbers and booleans stand for texts of one form only.
 void refuse_other_form(const WishedValue& wished, const EntryKind& kind) {
@@ -37,6 +41,19 @@ void check_value(const WishedValue& wished, const Declaration& declaration, unsi
 }
 
 } // namespace
+
+void Problems::add(const std::string& line) {
+    if (++count_ <= most_told)
+        text_ += "\n  " + line;
+}
+
+void Problems::refuse_if_any() const {
+    if (count_ == 0)
+        return;
+    const std::string more =
+        count_ > most_told ? "\n  and " + std::to_string(count_ - most_told) + " more" : "";
+    throw Failure{invalid, "nothing was written:" + text_ + more};
+}
 
 std::size_t DesiredEntries::place_of(const WishedValue& wished) {
     const auto name = from_utf8(wished.name, code_page_);

@@ -8,6 +8,19 @@
 
 namespace ctl {
 
+/// What is wrong with a state, told all at once.
+class Problems {
+public:
+    void add(const std::string& line);
+
+    /// Throws Failure of the code `invalid` that says that nothing was written, if there was a problem.
+    void refuse_if_any() const;
+
+private:
+    std::string text_;
+    std::size_t count_ = 0;
+};
+
 /// Finds the entries that a state's values are meant for.
 class DesiredEntries {
 public:

@@ -2,6 +2,7 @@
 
 #include "ctl/failure.h"
 #include "ctl/io/files.h"
+#include "ctl/io/reg_file.h"
 #include "ctl/io/visible.h"
 
 #include <algorithm>
@@ -72,6 +73,8 @@ WishedValue octets_value(const std::string& name, const JsonTree& value) {
                        from_hex(text_member(value, "octets"))};
     if (wished.type.empty() || value.find("value") != nullptr)
         refuse("the value " + quoted(name) + " needs \"type\" beside \"octets\", and no \"value\"");
+    if (!type_named(wished.type))
+        refuse("the value " + quoted(name) + " has the unknown type " + quoted(wished.type));
     if (!wished.octets)
         refuse("the octets of the value " + quoted(name) + " must be two hexadecimal digits each");
     return wished;
@@ -167,7 +170,7 @@ State read_state(std::string_view octets) {
 State read_state_file(const std::string& path) {
     const auto octets = read_file(path, longest_json);
     if (!octets)
-        throw Failure{failed, path + ": the file cannot be read"};
+        throw Failure{failed, path + ": " + why_unreadable()};
     try {
         return read_state(*octets);
     } catch (const Failure& failure) {

@@ -6,9 +6,18 @@
 #include "ctl/io/visible.h"
 
 #include <algorithm>
+#include <set>
 
 namespace ctl {
 namespace {
+
+/// An old file is named by the machine's registry, so only its key tells which configuration it is.
+bool is_meant(const WishedConfiguration& wished, const SpecModel& spec, unsigned code_page) {
+    if (!spec.is_old)
+        return is_same_registry_name(to_utf8(spec.name.text, code_page), wished.name);
+    return !wished.key.empty() &&
+           is_same_registry_name(to_utf8(spec.registry_path.text, code_page), wished.key);
+}
 
 class StateFindings {
 public:
@@ -19,29 +28,22 @@ public:
     std::vector<Finding> take_all() { return std::move(findings_); }
 
 private:
-    bool is_meant(const WishedConfiguration& wished, const SpecModel& spec) const;
     void take(const WishedConfiguration& wished, const CheckedSpec& found);
     void tell(Severity severity, const std::string& text) { findings_.push_back({1, severity, text}); }
 
     const std::vector<CheckedSpec>& specs_;
     unsigned code_page_;
+    std::set<const CheckedSpec*> taken_;
     std::vector<Finding> findings_;
 };
 
-/// An old file is named by the machine's registry, so only its key tells which configuration it is.
-bool StateFindings::is_meant(const WishedConfiguration& wished, const SpecModel& spec) const {
-    if (!spec.is_old)
-        return is_same_registry_name(to_utf8(spec.name.text, code_page_), wished.name);
-    return !wished.key.empty() &&
-           is_same_registry_name(to_utf8(spec.registry_path.text, code_page_), wished.key);
-}
-
 void StateFindings::take(const WishedConfiguration& wished) {
-    const auto found = std::find_if(specs_.begin(), specs_.end(),
-                                    [&](const CheckedSpec& each) { return is_meant(wished, each.spec); });
-    if (found == specs_.end()) {
-        tell(Severity::error,
-             "none of the spec files has the configuration \"" + visible(wished.name) + "\"");
+    const CheckedSpec* const found = find_spec(wished, specs_, code_page_);
+    const std::string name = visible(wished.name);
+    if (found == nullptr) {
+        tell(Severity::error, "none of the spec files has the configuration \"" + name + "\"");
+    } else if (!taken_.insert(found).second) {
+        tell(Severity::error, "the configuration \"" + name + "\" is given twice");
     } else {
         take(wished, *found);
     }
@@ -65,6 +67,14 @@ void StateFindings::take(const WishedConfiguration& wished, const CheckedSpec& f
 }
 
 } // namespace
+
+const CheckedSpec* find_spec(const WishedConfiguration& wished, const std::vector<CheckedSpec>& specs,
+                             unsigned code_page) {
+    const auto found = std::find_if(specs.begin(), specs.end(), [&](const CheckedSpec& each) {
+        return is_meant(wished, each.spec, code_page);
+    });
+    return found == specs.end() ? nullptr : &*found;
+}
 
 std::vector<Finding> check_state(const State& state, const std::vector<CheckedSpec>& specs,
                                  unsigned code_page) {

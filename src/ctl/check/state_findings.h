@@ -15,6 +15,10 @@ struct CheckedSpec {
     std::string sha256;
 };
 
+/// The one of `specs` that a state's configuration is meant for; null when there is none.
+const CheckedSpec* find_spec(const WishedConfiguration& wished, const std::vector<CheckedSpec>& specs,
+                             unsigned code_page);
+
 /// What `apply` would refuse, or warn of, on machines with these spec files; it is told of the state's first
 /// line.
 std::vector<Finding> check_state(const State& state, const std::vector<CheckedSpec>& specs,

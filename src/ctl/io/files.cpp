@@ -3,7 +3,9 @@
 #include "ctl/io/system.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace ctl {
@@ -44,6 +46,8 @@ std::optional<std::string> read_file(const std::string& path, std::size_t limit)
         return std::nullopt;
     return octets;
 }
+
+std::string why_unreadable() { return std::string("cannot read: ") + std::strerror(errno); }
 
 bool write_file(const std::string& path, std::string_view octets, bool fresh) {
     OwnedFile file(open_file(path, fresh ? "wbx" : "wb"));

@@ -3,10 +3,26 @@
 #include "ctl/io/encoding.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <iterator>
 
 namespace ctl {
 namespace {
+
+constexpr const char* type_names[] = {"REG_NONE",
+                                      "REG_SZ",
+                                      "REG_EXPAND_SZ",
+                                      "REG_BINARY",
+                                      "REG_DWORD",
+                                      "REG_DWORD_BIG_ENDIAN",
+                                      "REG_LINK",
+                                      "REG_MULTI_SZ",
+                                      "REG_RESOURCE_LIST",
+                                      "REG_FULL_RESOURCE_DESCRIPTOR",
+                                      "REG_RESOURCE_REQUIREMENTS_LIST",
+                                      "REG_QWORD"};
+constexpr std::string_view without_name = "type ";
 
 constexpr std::uint32_t type_text = 1;
 constexpr std::uint32_t type_binary = 3;
@@ -42,6 +58,21 @@ std::string one_line(std::string_view words) {
 }
 
 } // namespace
+
+std::string type_name(std::uint32_t type) {
+    return type < std::size(type_names) ? type_names[type] : std::string(without_name) + std::to_string(type);
+}
+
+std::optional<std::uint32_t> type_named(const std::string& name) {
+    const auto* const found = std::find(std::begin(type_names), std::end(type_names), name);
+    if (found != std::end(type_names))
+        return static_cast<std::uint32_t>(found - std::begin(type_names));
+    std::uint32_t type = 0;
+    const char* const end = name.data() + name.size();
+    const bool is_number = name.starts_with(without_name) &&
+                           std::from_chars(name.data() + without_name.size(), end, type).ptr == end;
+    return is_number && type_name(type) == name ? std::optional(type) : std::nullopt;
+}
 
 RegFile::RegFile() : text_("Windows Registry Editor Version 5.00\r\n") {}
 

@@ -2,10 +2,16 @@
 /// A file that Windows' registry editor imports. It is UTF-16 with its mark: without one the import fails,
 /// and UTF-8 is taken for the machine's code page.
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace ctl {
+
+/// A type's name in the registry: "REG_DWORD"; "type 4660" for one that has none.
+std::string type_name(std::uint32_t type);
+/// The type of such a name.
+std::optional<std::uint32_t> type_named(const std::string& name);
 
 class RegFile {
 public:

@@ -1,13 +1,13 @@
 #include "ctl/machine/stored_value.h"
 
 #include "ctl/io/encoding.h"
+#include "ctl/io/reg_file.h"
 #include "ctl/io/sha256.h"
 #include "ctl/io/visible.h"
 #include "ctl/machine/exact_value.h"
 
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 
 namespace ctl {
 namespace {
@@ -79,15 +79,6 @@ StoredValue stored_as(const ExactValue& exact) {
         value.octets = exact.octets;
     }
     return value;
-}
-
-std::string type_name(DWORD type) {
-    constexpr const char* names[] = {"REG_NONE",   "REG_SZ",       "REG_EXPAND_SZ",
-                                     "REG_BINARY", "REG_DWORD",    "REG_DWORD_BIG_ENDIAN",
-                                     "REG_LINK",   "REG_MULTI_SZ", "REG_RESOURCE_LIST"};
-    if (type == REG_QWORD)
-        return "REG_QWORD";
-    return type < std::size(names) ? names[type] : "type " + std::to_string(type);
 }
 
 std::string shown(const StoredValue& value) {

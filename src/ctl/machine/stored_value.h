@@ -31,9 +31,6 @@ StoredValue look_up(const MachineKey& key, const std::string& name);
 /// As look_up would find it.
 StoredValue stored_as(const ExactValue& exact);
 
-/// The type's name in the registry: "REG_DWORD".
-std::string type_name(DWORD type);
-
 /// For people: the text, or a number, or octets, with the type of all but plain texts; or why there is none.
 std::string shown(const StoredValue& value);
 

@@ -59,6 +59,7 @@ std::string control(const TemplateEntry& entry) {
     }
 }
 
+/// The schema wants at least one in the table.
 std::string presentations(const TemplateSource& source) {
     std::string text;
     for (const TemplateGroup& group : source.groups) {
@@ -67,7 +68,7 @@ std::string presentations(const TemplateSource& source) {
                 text += "      <presentation id=\"" + entry.id + "\">" + control(entry) + "</presentation>\n";
         }
     }
-    return text;
+    return text.empty() ? text : "    <presentationTable>\n" + text + "    </presentationTable>\n";
 }
 
 } // namespace
@@ -77,8 +78,8 @@ std::string write_adml(const TemplateSource& source) {
            admx::revision + "\" schemaVersion=\"1.0\" xmlns=\"" + admx::name_space + "\">\n  <displayName>" +
            xml(source.configuration) + "</displayName>\n  <description>The settings of " +
            xml(source.configuration) + "</description>\n  <resources>\n    <stringTable>\n" +
-           strings(source) + "    </stringTable>\n    <presentationTable>\n" + presentations(source) +
-           "    </presentationTable>\n  </resources>\n</policyDefinitionResources>\n";
+           strings(source) + "    </stringTable>\n" + presentations(source) +
+           "  </resources>\n</policyDefinitionResources>\n";
 }
 
 } // namespace ctl

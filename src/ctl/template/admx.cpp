@@ -16,29 +16,34 @@ std::size_t characters(const std::string& text) {
         std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
 }
 
-const char* why_not(const TemplateEntry& entry) {
-    if (entry.form != ValueForm::option)
-        return nullptr;
-    if (entry.options.empty())
+std::string why_no_list(const std::vector<std::string>& options) {
+    if (options.empty())
         return "it has no options, and the list of a policy must not be empty";
-    const bool fits = std::all_of(entry.options.begin(), entry.options.end(), [](const std::string& option) {
+    const bool are_short = std::all_of(options.begin(), options.end(), [](const std::string& option) {
         return characters(option) <= longest_item;
     });
-    return fits ? nullptr : "one of its options is longer than 255 characters, the limit of a policy's list";
+    return are_short ? "" : "one of its options is longer than 255 characters, the limit of a policy's list";
+}
+
+bool fits(const TemplateSource& source, const TemplateGroup& group, const TemplateEntry& entry) {
+    return fit_xml(
+               {source.key, source.configuration, group.name, entry.title, entry.value_name, entry.help}) &&
+           std::all_of(entry.options.begin(), entry.options.end(),
+                       [](const std::string& option) { return fit_xml({option}); });
+}
+
+std::string why_not(const TemplateSource& source, const TemplateGroup& group, const TemplateEntry& entry) {
+    if (entry.value_name.empty())
+        return "it is the default value of its key, and a policy needs the name of a value";
+    if (!fits(source, group, entry))
+        return not_for_xml;
+    return entry.form == ValueForm::option ? why_no_list(entry.options) : "";
 }
 
 /// A list shows each text once.
 void drop_repeated(std::vector<std::string>& options) {
     std::set<std::string> seen;
     std::erase_if(options, [&](const std::string& option) { return !seen.insert(option).second; });
-}
-
-bool drop(TemplateSource& source, TemplateEntry& entry) {
-    const char* const reason = why_not(entry);
-    if (reason != nullptr)
-        leave_out(source, entry.line, entry.title, entry.type, reason);
-    drop_repeated(entry.options);
-    return reason != nullptr;
 }
 
 std::string categories(const TemplateSource& source) {
@@ -106,26 +111,20 @@ std::string policies(const TemplateSource& source) {
     return text;
 }
 
-/// Prefix and name space tell templates apart that one domain uses.
-std::string identifier(const std::string& stem) {
-    std::string name = stem;
-    std::replace_if(
-        name.begin(), name.end(),
-        [](char byte) { return (byte < '0' || byte > '9') && ((byte | 0x20) < 'a' || (byte | 0x20) > 'z'); },
-        '_');
-    return name.empty() ? "_" : name;
-}
-
 } // namespace
 
+std::string policy_prefix(const TemplateSource& source) { return identifier_of(source.stem); }
+
 void drop_what_policies_lack(TemplateSource& source) {
-    for (TemplateGroup& group : source.groups)
-        std::erase_if(group.entries, [&](TemplateEntry& entry) { return drop(source, entry); });
-    std::erase_if(source.groups, [](const TemplateGroup& group) { return group.entries.empty(); });
+    leave_out_if(source, why_not);
+    for (TemplateGroup& group : source.groups) {
+        for (TemplateEntry& entry : group.entries)
+            drop_repeated(entry.options);
+    }
 }
 
 std::string write_admx(const TemplateSource& source) {
-    const std::string name = identifier(source.stem);
+    const std::string name = policy_prefix(source);
     return std::string("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<policyDefinitions revision=\"") +
            admx::revision + "\" schemaVersion=\"1.0\" xmlns=\"" + admx::name_space +
            "\">\n  <policyNamespaces>\n    <target prefix=\"" + name + "\" namespace=\"Tavrin.Policies." +

@@ -7,12 +7,16 @@
 
 namespace ctl {
 
-/// Leaves out what policies cannot express.
+/// Leaves out what policies cannot express. The source that is left can be written.
 void drop_what_policies_lack(TemplateSource& source);
+/// Prefix and name space tell templates apart that one domain uses.
+std::string policy_prefix(const TemplateSource& source);
 /// Policies, and their texts in English.
 std::string write_admx(const TemplateSource& source);
 std::string write_adml(const TemplateSource& source);
 
+/// Leaves out what registry items cannot express. The source that is left can be written.
+void drop_what_items_lack(TemplateSource& source);
 /// Registry items of Group Policy Preferences.
 std::string write_preferences(const TemplateSource& source);
 

@@ -18,8 +18,8 @@ std::uint64_t hash_of(const std::string& text, std::uint64_t start) {
     return hash ^ (hash >> 32);
 }
 
-/// An identifier that stays the same for the same text, written as Windows writes them, of the version that
-/// leaves its making to the maker.
+/// An identifier that stays the same for the same text, written as Windows writes them, version 8: the layout
+/// is up to the vendor.
 std::string identifier(const std::string& text) {
     const std::uint64_t first = (hash_of(text, 14695981039346656037U) & 0xFFFFFFFFFFFF0FFFU) | 0x8000U;
     const std::uint64_t second =
@@ -32,16 +32,37 @@ std::string identifier(const std::string& text) {
     return buffer;
 }
 
+struct Action {
+    const char* letter;
+    const char* image;
+};
+
+constexpr Action update{"U", "2"};
+constexpr Action removal{"D", "3"};
+
+std::string value_of(const TemplateEntry& entry) { return entry.value ? entry.value->text.value_or("") : ""; }
+
+std::string why_not(const TemplateSource& source, const TemplateGroup& group, const TemplateEntry& entry) {
+    if (entry.value && entry.value->octets)
+        return "its value is of the type " + entry.value->type + ", and the agent reads texts";
+    const bool fits =
+        fit_xml({source.key, source.configuration, group.name, entry.value_name, value_of(entry)});
+    return fits ? "" : not_for_xml;
+}
+
 /// An item without a value is switched off: on, it would empty the values of the machines that it reaches.
 std::string item(const TemplateSource& source, const TemplateEntry& entry) {
     const std::string name = xml(entry.value_name);
     const bool is_default = entry.value_name.empty();
+    const Action action = entry.value && !entry.value->text ? removal : update;
+    const std::string type = entry.value && !entry.value->type.empty() ? entry.value->type : "REG_SZ";
     return "    <Registry clsid=\"{9CD4B2F4-923D-47f5-A062-E897DD1DAD50}\" name=\"" + name + "\" status=\"" +
-           name + "\" image=\"2\" changed=\"" + always + "\" uid=\"" +
+           name + "\" image=\"" + action.image + "\" changed=\"" + always + "\" uid=\"" +
            identifier(source.key + "\\\n" + entry.value_name) + "\" disabled=\"" + (entry.value ? "0" : "1") +
-           "\"><Properties action=\"U\" displayDecimal=\"0\" default=\"" + (is_default ? "1" : "0") +
-           "\" hive=\"HKEY_LOCAL_MACHINE\" key=\"" + xml(source.key) + "\" name=\"" + name +
-           "\" type=\"REG_SZ\" value=\"" + xml(entry.value.value_or("")) + "\"/></Registry>\n";
+           "\"><Properties action=\"" + action.letter + "\" displayDecimal=\"0\" default=\"" +
+           (is_default ? "1" : "0") + "\" hive=\"HKEY_LOCAL_MACHINE\" key=\"" + xml(source.key) +
+           "\" name=\"" + name + "\" type=\"" + type + "\" value=\"" + xml(value_of(entry)) +
+           "\"/></Registry>\n";
 }
 
 std::string collection(const TemplateSource& source, std::size_t number) {
@@ -56,6 +77,8 @@ std::string collection(const TemplateSource& source, std::size_t number) {
 }
 
 } // namespace
+
+void drop_what_items_lack(TemplateSource& source) { leave_out_if(source, why_not); }
 
 std::string write_preferences(const TemplateSource& source) {
     std::string text = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"

@@ -3,7 +3,7 @@
 #include "base/text.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/files.h"
+#include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
 
 #include <algorithm>
@@ -22,9 +22,13 @@ std::string without_last_backslashes(std::string_view path) {
     return std::string(path.substr(0, path.find_last_not_of('\\') + 1));
 }
 
+std::string why_nowhere(const TemplateSource& source, const TemplateGroup&, const TemplateEntry&) {
+    return source.key.empty() ? "the spec file names no key" : "";
+}
+
 class Reading {
 public:
-    Reading(const std::string& path, unsigned code_page) : code_page_(code_page) {
+    Reading(const std::string& path, unsigned code_page) : code_page_(code_page), value_names_(code_page) {
         source_.path = path;
         source_.stem = stem_of(path);
     }
@@ -34,13 +38,14 @@ public:
 private:
     std::string utf8(const SpecLine& line) const { return to_utf8(line.text, code_page_); }
     std::string id_of(const std::string& value_name);
-    void add(const SpecEntry& entry);
-    TemplateEntry made_of(const Declaration& declaration);
+    void add(const SpecEntry& entry, std::size_t place);
+    TemplateEntry made_of(const Declaration& declaration, std::size_t place);
     void add_left_out(const Declaration& declaration);
 
     unsigned code_page_;
     TemplateSource source_;
     std::set<std::string> ids_;
+    RegistryNames value_names_;
 };
 
 TemplateSource Reading::read(const SpecModel& spec) {
@@ -48,34 +53,30 @@ TemplateSource Reading::read(const SpecModel& spec) {
     source_.key = without_last_backslashes(utf8(spec.registry_path));
     for (const GroupStart& group : spec.groups)
         source_.groups.push_back({utf8(group.name), {}});
-    for (const SpecEntry& entry : spec.entries)
-        add(entry);
-    std::erase_if(source_.groups, [](const TemplateGroup& group) { return group.entries.empty(); });
+    for (std::size_t i = 0; i < spec.entries.size(); ++i)
+        add(spec.entries[i], i);
+    leave_out_if(source_, why_nowhere);
     return std::move(source_);
 }
 
 /// Other systems than ours compare identifiers, and not all of them with regard to letter case.
 std::string Reading::id_of(const std::string& value_name) {
-    std::string id = value_name.empty() ? "Default" : value_name;
-    std::replace_if(
-        id.begin(), id.end(),
-        [](char byte) { return (byte & 0x80) != 0 || std::isalnum(static_cast<unsigned char>(byte)) == 0; },
-        '_');
+    const std::string id = identifier_of(value_name.empty() ? "Default" : value_name);
     std::string own = id;
     for (int number = 2; !ids_.insert(to_lower(own)).second; ++number)
         own = id + "_" + std::to_string(number);
     return own;
 }
 
-void Reading::add(const SpecEntry& entry) {
+void Reading::add(const SpecEntry& entry, std::size_t place) {
     if (!entry.declaration.has_value()) {
         add_left_out(entry.declaration);
     } else {
-        source_.groups[entry.group].entries.push_back(made_of(entry.declaration));
+        source_.groups[entry.group].entries.push_back(made_of(entry.declaration, place));
     }
 }
 
-TemplateEntry Reading::made_of(const Declaration& declaration) {
+TemplateEntry Reading::made_of(const Declaration& declaration, std::size_t place) {
     TemplateEntry entry{};
     entry.value_name = utf8(declaration.value_name);
     entry.id = id_of(entry.value_name);
@@ -84,6 +85,8 @@ TemplateEntry Reading::made_of(const Declaration& declaration) {
     entry.type = declaration.kind->type;
     entry.form = declaration.kind->form;
     entry.line = declaration.title.number;
+    const std::size_t first = value_names_.add(declaration.value_name.text, place + 1);
+    entry.place = first == 0 ? place : first - 1;
     if (entry.form == ValueForm::option) {
         for (const SpecLine& option : declaration.further)
             entry.options.push_back(utf8(option));
@@ -109,26 +112,38 @@ void Reading::add_left_out(const Declaration& declaration) {
 
 } // namespace
 
+std::string identifier_of(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char byte) { return (byte & 0x80) != 0 || std::isalnum(static_cast<unsigned char>(byte)) == 0; },
+        '_');
+    return text.empty() ? "_" : text;
+}
+
 void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
                const std::string& reason) {
     source.left_out.push_back(source.path + ":" + std::to_string(line) + ": \"" + visible(title) + "\" (" +
                               std::string(type) + ") is left out: " + reason);
 }
 
-TemplateSource template_source_of(const std::string& path, std::string octets, unsigned code_page) {
-    const SpecModel spec(std::move(octets));
+void leave_out_if(TemplateSource& source, WhyNot why_not) {
+    for (TemplateGroup& group : source.groups) {
+        std::erase_if(group.entries, [&](const TemplateEntry& entry) {
+            const std::string reason = why_not(source, group, entry);
+            if (!reason.empty())
+                leave_out(source, entry.line, entry.title, entry.type, reason);
+            return !reason.empty();
+        });
+    }
+    std::erase_if(source.groups, [](const TemplateGroup& group) { return group.entries.empty(); });
+}
+
+TemplateSource template_source_of(const std::string& path, const SpecModel& spec, unsigned code_page) {
     for (const auto* errors : {&spec.errors, &spec.unknown_types}) {
         if (!errors->empty())
             refuse(path, errors->front(), code_page);
     }
     return Reading(path, code_page).read(spec);
-}
-
-TemplateSource read_template_source(const std::string& path, unsigned code_page) {
-    auto octets = read_file(path);
-    if (!octets)
-        throw Failure{invalid, path + ": the file cannot be read"};
-    return template_source_of(path, std::move(*octets), code_page);
 }
 
 } // namespace ctl

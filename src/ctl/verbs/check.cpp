@@ -9,15 +9,11 @@
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 
 namespace ctl {
 namespace {
 
-CheckedFile unreadable(const std::string& path) {
-    return {path, {{1, Severity::error, std::string("cannot read: ") + std::strerror(errno)}}};
-}
+CheckedFile unreadable(const std::string& path) { return {path, {{1, Severity::error, why_unreadable()}}}; }
 
 CheckedFile checked(const std::string& path, const std::string& octets, unsigned code_page) {
     std::vector<Finding> findings = check_spec(octets, code_page);

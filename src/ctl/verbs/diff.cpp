@@ -30,7 +30,7 @@ MachineDifferences compared(const State& desired, const std::string& path) {
     try {
         const auto octets = read_file(path, longest_json);
         if (!octets)
-            throw Failure{failed, std::string("cannot read: ") + std::strerror(errno)};
+            throw Failure{failed, why_unreadable()};
         MachineDifferences machine = compare(desired, read_report(*octets));
         if (machine.machine.empty())
             machine.machine = path;

@@ -49,7 +49,7 @@ int change_and_report(const State& state, const Arguments& arguments) {
 std::vector<SavedValue> read_saved(const std::string& path) {
     const auto octets = read_file(path);
     if (!octets)
-        throw Failure{failed, path + ": the file cannot be read"};
+        throw Failure{failed, path + ": " + why_unreadable()};
     try {
         return read_backup(*octets);
     } catch (const Failure& failure) {

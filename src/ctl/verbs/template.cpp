@@ -1,12 +1,14 @@
 #include "base/text.h"
-#include "ctl/change/state_file.h"
+#include "ctl/change/state_check.h"
+#include "ctl/check/state_findings.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/files.h"
+#include "ctl/io/sha256.h"
 #include "ctl/io/system.h"
-#include "ctl/machine/present_values.h"
 #include "ctl/template/formats.h"
+#include "ctl/template/values.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
@@ -22,28 +24,30 @@ struct TemplateFile {
 
 using Files = std::vector<TemplateFile>;
 
-Files policy_files(TemplateSource& source) {
-    drop_what_policies_lack(source);
+Files policy_files(const TemplateSource& source) {
     return {{"", source.stem + ".admx", write_admx(source)},
             {"en-US", source.stem + ".adml", write_adml(source)}};
 }
 
-Files preference_files(TemplateSource& source) {
+Files preference_files(const TemplateSource& source) {
     return {{"", source.stem + ".xml", write_preferences(source)}};
 }
 
-Files reg_files(TemplateSource& source) { return {{"", source.stem + ".reg", write_reg(source)}}; }
+Files reg_files(const TemplateSource& source) { return {{"", source.stem + ".reg", write_reg(source)}}; }
+
+void drop_nothing(TemplateSource&) {}
 
 struct Format {
     const char* name;
-    bool needs_values;
-    Files (*files)(TemplateSource&);
+    bool is_of_policies;
+    void (*drop_what_it_lacks)(TemplateSource&);
+    Files (*files)(const TemplateSource&);
 };
 
 constexpr Format formats[] = {
-    {"admx", false, policy_files},
-    {"gpp", true, preference_files},
-    {"reg", true, reg_files},
+    {"admx", true, drop_what_policies_lack, policy_files},
+    {"gpp", false, drop_what_items_lack, preference_files},
+    {"reg", false, drop_nothing, reg_files},
 };
 
 const Format& format_named(const std::string& name) {
@@ -51,55 +55,117 @@ const Format& format_named(const std::string& name) {
                          [&](const Format& each) { return name == each.name; });
 }
 
-const WishedConfiguration* find_in(const State& state, const TemplateSource& source) {
-    const auto found = std::find_if(state.begin(), state.end(), [&](const WishedConfiguration& each) {
-        return same_ignoring_case(each.name, source.configuration) ||
-               (!each.key.empty() && same_ignoring_case(each.key, source.key));
-    });
-    return found == state.end() ? nullptr : &*found;
+CheckedSpec read_spec(const std::string& path) {
+    auto octets = read_file(path);
+    if (!octets)
+        throw Failure{invalid, path + ": " + why_unreadable()};
+    std::string digest = sha256(*octets);
+    return {SpecModel(std::move(*octets)), std::move(digest)};
 }
 
-std::optional<std::string> wished_in(const WishedConfiguration& configuration, const TemplateEntry& entry) {
-    const auto found =
-        std::find_if(configuration.values.begin(), configuration.values.end(), [&](const WishedValue& each) {
-            return same_ignoring_case(each.name, entry.value_name);
-        });
-    return found == configuration.values.end() ? std::nullopt : found->text;
-}
-
-/// Where the values come from: a state file, or this machine.
-class Values {
+/// Makes the templates of one run: everything is read and checked before the first file is written.
+class Making {
 public:
-    explicit Values(const std::string& state_path) : from_machine_(state_path.empty()) {
-        if (!from_machine_)
-            state_ = read_state_file(state_path);
-    }
+    explicit Making(const Arguments& arguments)
+        : arguments_(arguments), format_(format_named(arguments.format)),
+          code_page_(arguments.code_page.value_or(machine_code_page())) {}
 
-    void fill(TemplateSource& source) const {
-        const WishedConfiguration* const wished = find_in(state_, source);
-        for (TemplateGroup& group : source.groups) {
-            for (TemplateEntry& entry : group.entries) {
-                entry.value = from_machine_       ? present_value(source.key, entry.value_name)
-                              : wished != nullptr ? wished_in(*wished, entry)
-                                                  : std::nullopt;
-            }
+    Files make() {
+        read_sources();
+        refuse_alike();
+        if (!arguments_.state.empty()) {
+            take_state(read_state_file(arguments_.state));
+        } else if (!format_.is_of_policies) {
+            std::for_each(sources_.begin(), sources_.end(), fill_from_machine);
         }
+        drop_what_is_lacking();
+        return files();
     }
 
 private:
-    bool from_machine_;
-    State state_;
+    void read_sources();
+    void refuse_alike() const;
+    void refuse_alike(const TemplateSource& one, const TemplateSource& other) const;
+    void take_state(const State& state);
+    void check(const State& state) const;
+    void drop_what_is_lacking();
+    Files files() const;
+
+    const Arguments& arguments_;
+    const Format& format_;
+    unsigned code_page_;
+    std::vector<CheckedSpec> specs_;
+    /// Of each of them.
+    std::vector<TemplateSource> sources_;
 };
 
-void refuse_same_stems(const std::vector<TemplateSource>& sources) {
-    for (auto one = sources.begin(); one != sources.end(); ++one) {
-        for (auto other = sources.begin(); other != one; ++other) {
-            if (same_ignoring_case(one->stem, other->stem)) {
-                throw Failure{invalid,
-                              other->path + " and " + one->path + " would make templates with the same name"};
-            }
+void Making::read_sources() {
+    for (const std::string& path : arguments_.operands) {
+        specs_.push_back(read_spec(path));
+        sources_.push_back(template_source_of(path, specs_.back().spec, code_page_));
+    }
+}
+
+void Making::refuse_alike() const {
+    for (auto one = sources_.begin(); one != sources_.end(); ++one) {
+        for (auto other = sources_.begin(); other != one; ++other)
+            refuse_alike(*other, *one);
+    }
+}
+
+void Making::refuse_alike(const TemplateSource& one, const TemplateSource& other) const {
+    const std::string both = one.path + " and " + other.path;
+    const std::string prefix = policy_prefix(one);
+    if (same_ignoring_case(one.stem, other.stem))
+        throw Failure{invalid, both + " would make templates with the same name"};
+    if (format_.is_of_policies && same_ignoring_case(prefix, policy_prefix(other)))
+        throw Failure{invalid, both + " would make templates with the same prefix \"" + prefix +
+                                   "\"; rename one of them"};
+}
+
+void Making::take_state(const State& state) {
+    check(state);
+    for (const WishedConfiguration& each : state) {
+        const std::size_t place =
+            static_cast<std::size_t>(find_spec(each, specs_, code_page_) - specs_.data());
+        fill_from_state(sources_[place], specs_[place].spec, each, code_page_);
+    }
+}
+
+/// A template reaches many machines, so what `apply` refuses on each of them is in none.
+void Making::check(const State& state) const {
+    Problems problems;
+    for (const Finding& each : check_state(state, specs_, code_page_)) {
+        if (each.severity == Severity::error) {
+            problems.add(each.text);
+        } else {
+            say(each.text, Level::warning);
         }
     }
+    problems.refuse_if_any();
+}
+
+void Making::drop_what_is_lacking() {
+    for (TemplateSource& source : sources_) {
+        format_.drop_what_it_lacks(source);
+        for (const std::string& each : source.left_out)
+            say(each, Level::warning);
+    }
+    for (const TemplateSource& source : sources_) {
+        if (source.groups.empty())
+            throw Failure{invalid,
+                          source.path +
+                              ": none of the entries can be mapped, so there is no template to write"};
+    }
+}
+
+Files Making::files() const {
+    Files all;
+    for (const TemplateSource& source : sources_) {
+        for (TemplateFile& file : format_.files(source))
+            all.push_back(std::move(file));
+    }
+    return all;
 }
 
 void write(const std::string& out, const TemplateFile& file) {
@@ -110,41 +176,9 @@ void write(const std::string& out, const TemplateFile& file) {
     print(path + "\n");
 }
 
-std::vector<TemplateSource> read_sources(const Arguments& arguments) {
-    const unsigned code_page = arguments.code_page.value_or(machine_code_page());
-    std::vector<TemplateSource> sources;
-    for (const std::string& path : arguments.operands)
-        sources.push_back(read_template_source(path, code_page));
-    refuse_same_stems(sources);
-    return sources;
-}
-
-void tell_left_out(const std::vector<TemplateSource>& sources) {
-    for (const TemplateSource& source : sources) {
-        for (const std::string& each : source.left_out)
-            say(each, Level::warning);
-    }
-}
-
-/// All are made before the first is written.
-Files make_files(std::vector<TemplateSource>& sources, const Format& format, const Values& values) {
-    Files files;
-    for (TemplateSource& source : sources) {
-        if (format.needs_values)
-            values.fill(source);
-        for (TemplateFile& file : format.files(source))
-            files.push_back(std::move(file));
-    }
-    return files;
-}
-
 int make_template(const Arguments& arguments) {
-    const Format& format = format_named(arguments.format);
-    std::vector<TemplateSource> sources = read_sources(arguments);
-    const Files files = make_files(sources, format, Values(arguments.state));
-    for (const TemplateFile& file : files)
+    for (const TemplateFile& file : Making(arguments).make())
         write(arguments.out, file);
-    tell_left_out(sources);
     return as_wished;
 }
 
@@ -163,8 +197,9 @@ Writes for each spec file:
     gpp    NAME.xml, registry items for Group Policy Preferences
     reg    NAME.reg
 
-In gpp and reg, an item without a value does nothing until someone sets its value. Prints the paths of the
-files, and lists the entries that cannot be mapped, with the reason.
+The values are those of --state, which is checked as apply checks it, or else those of this machine. In gpp
+and reg, an item without a value does nothing until someone sets its value. Prints the paths of the files, and
+lists the entries that cannot be mapped, with the reason.
 )",
     .run = make_template,
 };

@@ -44,8 +44,10 @@ class Template:
             yield f"parts {names(self.admx)}"
         if names(self.adml) != ["displayName", "description", "resources"]:
             yield f"parts {names(self.adml)}"
-        if names(self.adml[2]) != ["stringTable", "presentationTable"]:
+        if names(self.adml[2]) != ["stringTable", *(["presentationTable"] if self.presentations else [])]:
             yield f"tables {names(self.adml[2])}"
+        if not self.policies:
+            yield "no policy"
         least = self.admx.find(SPACE + "resources").get("minRequiredRevision")
         for revision in (self.admx.get("revision"), self.adml.get("revision"), least):
             if not REVISION.match(revision):
@@ -98,6 +100,8 @@ class Template:
             yield f"{name}: class or key"
         elements = policy.find(SPACE + "elements")
         own = policy.get("valueName")
+        if own == "":
+            yield f"{name}: a value without a name"
         if own is not None and policy.find(f"{SPACE}enabledValue/{SPACE}string") is None:
             yield f"{name}: its own value would be a number"
         if (own is None) != (elements is not None):
@@ -117,7 +121,7 @@ class Template:
             yield from self.element(name, kind, element, controls[element.get("id")])
 
     def element(self, name, kind, element, control):
-        if element.get("valueName") is None:
+        if not element.get("valueName"):
             yield f"{name}: an element without a value"
         if kind == "text" and (element.get("maxLength") != "1023" or names(control)[0] != "label"):
             yield f"{name}: a text's limit or label"

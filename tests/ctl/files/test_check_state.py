@@ -99,6 +99,10 @@ class Origins(StateCase):
         self.finds(json.dumps({"schema": 1, "configurations": {"Y": {"values": {}}}}),
                    'error: none of the spec files has the configuration "Y"')
 
+    def test_a_configuration_given_twice(self):
+        self.finds(json.dumps({"schema": 1, "configurations": {"X": {"values": {}}, "x": {"values": {}}}}),
+                   'error: the configuration "x" is given twice')
+
     def test_an_old_file_is_known_by_its_key(self):
         old = "SOFTWARE\\X\n$A\nA\nH\n"
         self.finds({"key": "software\\x", "values": {"A": "1"}}, spec=old)

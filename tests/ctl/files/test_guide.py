@@ -38,7 +38,7 @@ class Guide(FolderCase):
         text = (self.folder / "agent.reg").read_bytes().decode("utf-16")
         self.assertIn('"Port"="5000"\r\n', text)
         self.assertIn('"ServerList"="alpha.example,beta.example:5001"\r\n', text)
-        self.assertIn('; "ModemPort" has no value\r\n', text)
+        self.assertIn('\r\n"ModemPort"=-\r\n', text)
 
     def test_the_examples_are_json(self):
         self.assertEqual([json.loads(each).get("schema") for each in fences("json")], [1, 1, 1, None])

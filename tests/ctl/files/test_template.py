@@ -1,4 +1,5 @@
 """Templates: policies, preferences and .reg files of spec files."""
+import hashlib
 import json
 import shutil
 import subprocess
@@ -79,9 +80,11 @@ class TemplateCase(FolderCase):
         self.assertEqual(template.problems(), [])
         return template
 
+    def state_of(self, configurations):
+        return own_path(self.file("state.json", json.dumps({"schema": 1, "configurations": configurations})))
+
     def state(self, **values):
-        return own_path(self.file("state.json", json.dumps(
-            {"schema": 1, "configurations": {"X": {"values": values}}})))
+        return self.state_of({"X": {"values": values}})
 
 
 class Policies(TemplateCase):
@@ -139,11 +142,11 @@ class Policies(TemplateCase):
         self.assertEqual(template.policies[0].find(SPACE + "parentCategory").get("ref"), "Configuration")
 
     def test_names_that_are_no_identifiers(self):
-        names = ("a b", "a-b", "A_B", "", "Größe", "1", "a_b_2")
+        names = ("a b", "a-b", "A_B", "Größe", "1", "a_b_2")
         template = self.policies(HEAD + "".join(f"$T{n}\n{name}\nH\nString\n" for n, name in enumerate(names)),
                                  "--code-page", "65001")
         self.assertEqual([each.get("name") for each in template.policies],
-                         ["a_b", "a_b_2", "A_B_3", "Default", "Gr____e", "1", "a_b_2_2"])
+                         ["a_b", "a_b_2", "A_B_3", "Gr____e", "1", "a_b_2_2"])
         values = [each.get("valueName") for each in template.admx.iter(SPACE + "text")]
         self.assertEqual(values, list(names))
 
@@ -161,6 +164,32 @@ class Policies(TemplateCase):
             "policy must not be empty",
             f'tavrinctl: warning: {path}:59: "Long" (Options) is left out: one of its options is longer than 255 '
             "characters, the limit of a policy's list"])
+
+    def test_switches_alone_need_no_presentation(self):
+        template = self.policies(HEAD + "$Yes or no\nB\nHelp.\nBoolean\n")
+        self.assertEqual(len(template.policies), 1)
+        self.assertEqual(list(template.adml.iter(SPACE + "presentationTable")), [])
+
+    def left_out(self, spec, *told):
+        template = self.policies(spec)
+        path = own_path(self.folder / "x.spec")
+        self.assertEqual(self.result.err.splitlines(), [f"tavrinctl: warning: {path}:{each}" for each in told])
+        return template
+
+    def test_the_default_value_of_a_key_is_left_out(self):
+        template = self.left_out(HEAD + "$A\n\nH\nString\n$B\nB\nH\nString\n",
+                                 '4: "A" (String) is left out: it is the default value of its key, and a policy needs '
+                                 "the name of a value")
+        self.assertEqual([each.get("name") for each in template.policies], ["B"])
+
+    def test_what_xml_cannot_contain_is_left_out(self):
+        reason = "is left out: one of its texts has a control character, which XML cannot contain"
+        template = self.left_out(
+            HEAD + "$A\x01\nA\nH\nString\n$B\nB\x02\nH\nString\n$C\nC\nH\x03\nString\n$D\nD\nH\nOptions\nd\x04\n"
+            "$E\nE\nH\nString\n!G\x05\n$F\nF\nH\nString\n", f'4: "A\\001" (String) {reason}',
+            f'8: "B" (String) {reason}', f'12: "C" (String) {reason}', f'16: "D" (Options) {reason}',
+            f'26: "F" (String) {reason}')
+        self.assertEqual([each.get("name") for each in template.policies], ["E"])
 
     def test_texts_come_from_the_code_page(self):
         template = self.policies((HEAD + "$Größe\nV\nH\nString\n").encode("latin-1"))
@@ -216,6 +245,30 @@ class Preferences(TemplateCase):
         self.assertEqual(root[0][0].find("Properties").get("value"), "a\r\nb\tc")
 
 
+    def test_what_a_state_removes_is_an_item_that_deletes(self):
+        root = self.items(HEAD + KINDS, "--state", self.state(T=None))
+        item = root[0][0]
+        self.assertEqual((item.get("name"), item.get("image"), item.get("disabled")), ("T", "3", "0"))
+        self.assertEqual(item.find("Properties").attrib, {
+            "action": "D", "displayDecimal": "0", "default": "0", "hive": "HKEY_LOCAL_MACHINE", "key": KEY, "name": "T",
+            "type": "REG_SZ", "value": ""})
+
+    def test_a_text_with_variables_keeps_its_type_and_octets_are_left_out(self):
+        root = self.items(HEAD + KINDS, "--state", self.state(
+            T={"value": "%TEMP%", "type": "REG_EXPAND_SZ"}, I={"type": "REG_DWORD", "octets": "01000000"}))
+        self.assertEqual([each.get("name") for each in root[0]], ["T", "B", "O", "C", "D", "F", "S"])
+        self.assertEqual([root[0][0].find("Properties").get(name) for name in ("type", "value")],
+                         ["REG_EXPAND_SZ", "%TEMP%"])
+        self.assertIn('"Whole" (Integer) is left out: its value is of the type REG_DWORD, and the agent reads texts',
+                      self.result.err)
+
+    def test_what_xml_cannot_contain_is_left_out(self):
+        root = self.items(HEAD + "$A\nA\nH\nString\n$B\nB\x02\nH\nString\n$C\nC\nH\nString\n", "--state",
+                          self.state(A="1\x01"))
+        self.assertEqual([each.get("name") for each in root[0]], ["C"])
+        self.assertEqual(self.result.err.count("which XML cannot contain"), 2)
+
+
 class RegFiles(TemplateCase):
     def text(self, content, *options):
         octets = (self.make("reg", content, *options) / "x.reg").read_bytes()
@@ -226,7 +279,30 @@ class RegFiles(TemplateCase):
         state = self.state(T='C:\\a "b"', I=7, B=True, O=None)
         self.assertEqual(self.text(HEAD + KINDS, "--state", state).split("\r\n"), [
             "Windows Registry Editor Version 5.00", "", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\X]",
-            '"T"="C:\\\\a \\"b\\""', '"I"="7"', '"B"="true"', *[f'; "{name}" has no value' for name in "OCDFS"], ""])
+            '"T"="C:\\\\a \\"b\\""', '"I"="7"', '"B"="true"', '"O"=-', *[f'; "{name}" has no value' for name in "CDFS"],
+            ""])
+
+    def test_titles_name_values_as_they_do_for_apply(self):
+        state = self.state(**{"Text": "a", "Yes or no": "TRUE"})
+        self.assertEqual([line for line in self.text(HEAD + KINDS, "--state", state).split("\r\n") if "=" in line],
+                         ['"T"="a"', '"B"="true"'])
+
+    def test_types_and_octets_are_kept(self):
+        state = self.state(T={"type": "REG_BINARY", "octets": "00ff"}, I={"type": "REG_DWORD", "octets": "3c000000"},
+                           B={"type": "REG_MULTI_SZ", "octets": "6100000000000000"},
+                           O={"value": "%A%", "type": "REG_EXPAND_SZ"}, C={"type": "type 4660", "octets": ""},
+                           D={"type": "REG_QWORD", "octets": "0100000000000000"})
+        self.assertEqual([line for line in self.text(HEAD + KINDS, "--state", state).split("\r\n") if "=" in line],
+                         ['"T"=hex:00,ff', '"I"=dword:0000003c', '"B"=hex(7):61,00,00,00,00,00,00,00',
+                          '"O"=hex(2):25,00,41,00,25,00,00,00', '"C"=hex(1234):', '"D"=hex(b):01,00,00,00,00,00,00,00'])
+
+    def test_two_entries_with_one_value(self):
+        text = self.text(HEAD + "$A\nV\nH\nString\n$B\nv\nH\nString\n", "--state", self.state(B="1"))
+        self.assertEqual([line for line in text.split("\r\n") if "=" in line], ['"V"="1"', '"v"="1"'])
+
+    def test_an_old_file_is_found_by_its_key(self):
+        state = self.state_of({"Whatever": {"key": KEY, "values": {"A": "1"}}})
+        self.assertIn('"A"="1"', self.text(KEY + "\n$A\nA\nH\n", "--state", state))
 
     def test_line_ends_and_the_default_value(self):
         text = self.text(KEY + "\nX\n!G\n$A\n\nH\nString\n", "--state", self.state(**{"": "a\nb"}))
@@ -235,7 +311,7 @@ class RegFiles(TemplateCase):
 
 class Refused(TemplateCase):
     def refuses(self, code, words, *arguments):
-        result = run("template", *arguments)
+        self.result = result = run("template", *arguments)
         self.assertEqual((result.code, result.out), (code, ""), result)
         self.assertIn(words, result.err)
         self.assertFalse((self.folder / "out").exists())
@@ -252,12 +328,31 @@ class Refused(TemplateCase):
         out = ("--format", "admx", "--out", own_path(self.folder / "out"))
         bad = own_path(self.file("bad.spec", HEAD + "$A\nV\nH\nText\n"))
         self.refuses(4, bad + ':7: error: Unknown type: "Text", for subspec A', *out, bad)
-        self.refuses(4, "none.spec: the file cannot be read", *out, own_path(self.folder / "none.spec"))
+        good = own_path(self.file("good.spec", HEAD + KINDS))
+        missing = "cannot read: No such file or directory"
+        self.refuses(4, "none.spec: " + missing, *out, own_path(self.folder / "none.spec"))
+        self.refuses(1, "none.json: " + missing, *out, "--state", own_path(self.folder / "none.json"), good)
 
-    def test_what_xml_cannot_hold(self):
-        bad = own_path(self.file("x.spec", HEAD + "$A\x01\nV\nH\nString\n"))
-        self.refuses(4, "XML cannot contain the control character", "--format", "admx", "--out",
-                     own_path(self.folder / "out"), bad)
+    def test_files_of_which_nothing_can_be_mapped(self):
+        out = own_path(self.folder / "out")
+        good = own_path(self.file("good.spec", HEAD + KINDS))
+        for form, content, reason in (
+                ("admx", HEAD + NONE, "it signals an event"), ("gpp", HEAD + NONE, "it removes a key"),
+                ("reg", HEAD + NONE, "it tests a connection"), ("admx", HEAD + "$A\n\nH\nString\n", "default value"),
+                ("admx", KEY + "\nX\x01\n!G\n$A\nA\nH\nString\n", "XML cannot contain"),
+                ("admx", KEY + "\x01\nX\n!G\n$A\nA\nH\nString\n", "XML cannot contain"),
+                *((each, "\nX\n!G\n$A\nA\nH\nString\n", "the spec file names no key") for each in ("admx", "gpp", "reg"))):
+            with self.subTest(form=form, reason=reason):
+                bad = own_path(self.file("bad.spec", content))
+                self.refuses(4, bad + ": none of the entries can be mapped, so there is no template to write", "--format",
+                             form, "--out", out, good, bad)
+                self.assertIn(reason, self.result.err)
+
+    def test_lines_that_end_with_carriage_returns_alone(self):
+        bad = own_path(self.file("bad.spec", (HEAD + KINDS).replace("\n", "\r")))
+        words = ":1: error: the lines end with a carriage return alone, so the file is read as one line; end them with LF or CR LF"
+        self.refuses(4, bad + words, "--format", "reg", "--out", own_path(self.folder / "out"), bad)
+        self.assertIn(bad + words, run("check", bad).out)
 
     def test_two_files_of_one_name(self):
         (self.folder / "sub").mkdir()
@@ -265,12 +360,78 @@ class Refused(TemplateCase):
         self.refuses(4, "would make templates with the same name", "--format", "gpp", "--out",
                      own_path(self.folder / "out"), own_path(one), own_path(other))
 
+    def test_two_files_of_one_prefix(self):
+        one, other = (own_path(self.file(name, HEAD + KINDS)) for name in ("a-b.spec", "A b.spec"))
+        self.refuses(4, f'{one} and {other} would make templates with the same prefix "a_b"; rename one of them',
+                     "--format", "admx", "--out", own_path(self.folder / "out"), one, other)
+        result = run("template", "--format", "gpp", "--out", own_path(self.folder), one, other)
+        self.assertEqual(result.code, 0, result)
+
     def test_a_folder_that_cannot_be_made(self):
         self.file("file", "")
         spec = own_path(self.file("x.spec", HEAD + KINDS))
         result = run("template", "--format", "reg", "--out", own_path(self.folder / "file" / "out"), spec)
         self.assertEqual((result.code, result.out), (1, ""), result)
         self.assertIn("the file cannot be written", result.err)
+
+
+class States(TemplateCase):
+    """What `apply` refuses on every machine is in no template."""
+
+    def refuses(self, configurations, *lines, spec=HEAD + KINDS + NONE):
+        state = configurations if isinstance(configurations, str) else self.state_of(configurations)
+        for form in ("gpp", "reg"):
+            out = self.make(form, spec, "--state", state, code=4)
+            self.assertFalse(out.exists())
+            self.assertEqual(self.result.err.splitlines(), ["tavrinctl: nothing was written:", *map("  ".__add__, lines)])
+
+    def test_values_that_apply_refuses(self):
+        self.refuses(
+            {"X": {"values": {"I": "060", "B": 1, "S": "a, b", "O": "warp", "T": "☃", "Other": "1", "Sub": "1",
+                              "Whole": "1", "F": "x" * 1024}}},
+            'X: I: "060" is refused: a leading zero makes it octal for the agent; write 60',
+            "X: B: not 1, which is a number, but true or false is expected for the kind Boolean",
+            'X: S: "a, b" is refused: " b" contains a blank; servers are separated by a comma alone',
+            'X: O: "warp" is refused: none of the options "red", "<green> & "blue""',
+            "X: T: the text does not fit the machine's code page 1252",
+            "X: Other: unknown value; tavrinctl show lists them",
+            "X: Sub: this is a RemoveKey, which has no value that could be set; use the window",
+            "X: Whole: the value is given twice",
+            f'X: F: "{"x" * 80}" is refused: longer than 1023 bytes')
+
+    def test_configurations_that_no_spec_file_has(self):
+        self.refuses({"X": {"values": {"T": "a"}}, "Y": {"values": {}}},
+                     'none of the spec files has the configuration "Y"')
+
+    def test_a_configuration_given_twice(self):
+        self.refuses({"X": {"values": {"T": "a"}}, "x": {"values": {"T": "b"}}},
+                     'the configuration "x" is given twice')
+
+    def test_guards(self):
+        self.refuses({"X": {"values": {}, "guards": {"sha256": "00"}}},
+                     'X: the state is guarded: the SHA-256 of the spec file is '
+                     f'"{hashlib.sha256((HEAD + KINDS + NONE).encode()).hexdigest()}" here, not "00"')
+
+    def test_no_more_lines_than_help(self):
+        state = self.state(**{f"Unknown{n}": "1" for n in range(30)})
+        self.refuses(state, *(f"X: Unknown{n}: unknown value; tavrinctl show lists them" for n in range(20)),
+                     "and 10 more")
+
+    def test_a_key_that_is_another_is_told(self):
+        self.make("reg", HEAD + KINDS, "--state", self.state_of({"X": {"key": "SOFTWARE\\Y", "values": {"T": "a"}}}))
+        self.assertEqual(self.result.err.splitlines(), [f'tavrinctl: warning: X: the key is "{KEY}" here, not "SOFTWARE\\Y"'])
+
+    def test_policies_check_it_too(self):
+        self.make("admx", HEAD + KINDS, "--state", self.state(I="060"), code=4)
+
+    def test_an_unknown_type(self):
+        out = self.make("reg", HEAD + KINDS, "--state", self.state(T={"type": "REG_TEXT", "octets": "00"}), code=4)
+        self.assertIn('the value "T" has the unknown type "REG_TEXT"', self.result.err)
+        self.assertFalse(out.exists())
+
+    def test_the_code_page_is_the_one_of_the_machines(self):
+        self.make("reg", HEAD + KINDS, "--code-page", "1251", "--state", self.state(T="Ж"))
+        self.make("reg", HEAD + KINDS, "--code-page", "1252", "--state", self.state(T="Ж"), code=4)
 
 
 if __name__ == "__main__":
