@@ -113,6 +113,26 @@ TEST_F(Show, AMissingSpecFileIsTold) {
     EXPECT_EQ(done.err, "tavrinctl: warning: /nowhere.spec: the spec file cannot be opened\n");
 }
 
+TEST_F(Show, ASpecFileWhosePathHasVariablesIsNotFoundAndWhy) {
+    const std::string path = "%Folder%/x.spec";
+    set_value("SOFTWARE\\Tavrin\\TRConfig", "Lost", REG_EXPAND_SZ, path + '\0');
+    EXPECT_EQ(run({"show"}).err,
+              "tavrinctl: warning: %Folder%/x.spec: the spec file cannot be opened; its registry value is a "
+              "REG_EXPAND_SZ, whose names such as %ProgramFiles% are not replaced\n");
+}
+
+TEST_F(Show, ASpecFileOfOneLineIsRefusedAsCheckRefusesIt) {
+    add_configuration("Bad", "SOFTWARE\\Tavrin\\Agent\rBad\r!G\r$A\rPort\rH\rInteger\r");
+    const std::string words = "the lines end with a carriage return alone, so the file is read as one line; "
+                              "end them with LF or CR LF\n";
+    const Ended done = run({"show"});
+    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.err, "tavrinctl: " + scratch.path_of("Bad.spec") + ":1: " + words);
+    const Ended checked = run({"check", scratch.path_of("Bad.spec")});
+    EXPECT_EQ(checked.code, ctl::invalid);
+    EXPECT_EQ(checked.out, scratch.path_of("Bad.spec") + ":1: error: " + words);
+}
+
 TEST_F(Show, NoListOfSpecFiles) {
     delete_key("SOFTWARE\\Tavrin\\TRConfig");
     const Ended done = run({"show"});
@@ -159,7 +179,14 @@ TEST_F(Show, DscRefusesInJson) {
     EXPECT_EQ(
         done.err,
         "{\"error\":\"nothing was written:\\n  Agent: Port: \\\"x\\\" is invalid: not a whole number\"}\n");
-    EXPECT_EQ(dsc("get", "{}").code, ctl::invalid);
+    for (const char* const operation : {"get", "set", "test"}) {
+        const Ended nameless = dsc(operation, "{}");
+        EXPECT_EQ(nameless.code, ctl::invalid);
+        EXPECT_EQ(nameless.out, "");
+        EXPECT_EQ(nameless.err, "{\"error\":\"the instance has no member \\\"name\\\"\"}\n");
+        EXPECT_THAT(dsc(operation, R"({"name":""})").err,
+                    HasSubstr("there is no configuration \\\"\\\"\"}\n"));
+    }
     EXPECT_EQ(dsc("get", R"({"name":"Agent","more":1})").code, ctl::invalid);
 }
 

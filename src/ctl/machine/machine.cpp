@@ -5,7 +5,7 @@
 #include "ctl/io/encoding.h"
 #include "ctl/io/registry_names.h"
 #include "ctl/io/visible.h"
-#include "ctl/machine/machine_key.h"
+#include "ctl/machine/stored_value.h"
 #include "store/registry_key.h"
 
 #include <algorithm>
@@ -27,10 +27,18 @@ void tell_or_refuse(const std::string& path, const SpecModel& spec) {
         say(at_line(path, each), Level::warning);
 }
 
+/// What the window does not say: it skips the file.
+std::string why_not_opened(const std::string& value_name) {
+    const MachineKey list(list_of_spec_files, KEY_QUERY_VALUE);
+    return look_up(list, value_name).type == REG_EXPAND_SZ ? "; its registry value is a REG_EXPAND_SZ, whose "
+                                                             "names such as %ProgramFiles% are not replaced"
+                                                           : "";
+}
+
 void add_configuration(Machine& machine, const std::string& value_name, const std::string& path) {
     auto octets = read_spec_file(path);
     if (!octets) {
-        say(to_utf8(path) + ": the spec file cannot be opened", Level::warning);
+        say(to_utf8(path) + ": the spec file cannot be opened" + why_not_opened(value_name), Level::warning);
         return;
     }
     SpecModel spec(std::move(*octets));

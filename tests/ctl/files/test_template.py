@@ -389,15 +389,15 @@ class States(TemplateCase):
         self.refuses(
             {"X": {"values": {"I": "060", "B": 1, "S": "a, b", "O": "warp", "T": "☃", "Other": "1", "Sub": "1",
                               "Whole": "1", "F": "x" * 1024}}},
-            'X: I: "060" is refused: a leading zero makes it octal for the agent; write 60',
-            "X: B: not 1, which is a number, but true or false is expected for the kind Boolean",
-            'X: S: "a, b" is refused: " b" contains a blank; servers are separated by a comma alone',
-            'X: O: "warp" is refused: none of the options "red", "<green> & "blue""',
+            'X: I: "060" is invalid: a leading zero makes it octal for the agent; write 60',
+            "X: B: expected true or false for the kind Boolean, found the number 1",
+            'X: S: "a, b" is invalid: " b" contains a space; separate servers by a comma only',
+            'X: O: "warp" is invalid: not one of the options "red", "<green> & "blue""',
             "X: T: the text does not fit the machine's code page 1252",
-            "X: Other: unknown value; tavrinctl show lists them",
+            'X: Other: unknown value; "tavrinctl show" lists them all',
             "X: Sub: this is a RemoveKey, which has no value that could be set; use the window",
             "X: Whole: the value is given twice",
-            f'X: F: "{"x" * 80}" is refused: longer than 1023 bytes')
+            f'X: F: "{"x" * 80}" is invalid: longer than 1023 bytes')
 
     def test_configurations_that_no_spec_file_has(self):
         self.refuses({"X": {"values": {"T": "a"}}, "Y": {"values": {}}},
@@ -409,12 +409,12 @@ class States(TemplateCase):
 
     def test_guards(self):
         self.refuses({"X": {"values": {}, "guards": {"sha256": "00"}}},
-                     'X: the state is guarded: the SHA-256 of the spec file is '
+                     'X: a guard of the state does not hold: the SHA-256 of the spec file is '
                      f'"{hashlib.sha256((HEAD + KINDS + NONE).encode()).hexdigest()}" here, not "00"')
 
     def test_no_more_lines_than_help(self):
         state = self.state(**{f"Unknown{n}": "1" for n in range(30)})
-        self.refuses(state, *(f"X: Unknown{n}: unknown value; tavrinctl show lists them" for n in range(20)),
+        self.refuses(state, *(f'X: Unknown{n}: unknown value; "tavrinctl show" lists them all' for n in range(20)),
                      "and 10 more")
 
     def test_a_key_that_is_another_is_told(self):

@@ -19,7 +19,8 @@ void prepare(const std::string& path) {
                                   ", not to the administrators; look at what is in it, remove it and run "
                                   "tavrinctl again"};
     }
-    chmod(path.c_str(), 0700);
+    if (chmod(path.c_str(), 0700) != 0)
+        throw Failure{failed, "cannot take other users' rights to the folder " + path};
 }
 
 } // namespace

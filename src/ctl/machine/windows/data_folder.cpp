@@ -29,10 +29,9 @@ OwnedMemory protected_descriptor() {
     return OwnedMemory(descriptor);
 }
 
-[[noreturn]] void refuse(const std::string& path, DWORD code) {
+[[noreturn]] void refuse(const std::string& path, DWORD code, const char* what = "cannot open the folder ") {
     throw Failure{code == ERROR_ACCESS_DENIED ? access_denied : failed,
-                  "cannot open the folder " + path + ": " + to_utf8(system_error_string(code)) +
-                      "; nothing was written"};
+                  what + path + ": " + to_utf8(system_error_string(code)) + "; nothing was written"};
 }
 
 /// The folder itself, not what it may be a link to. As long as the handle is open, nobody can rename it.
@@ -81,15 +80,18 @@ bool is_trusted(const std::string& owner, const std::string& above) {
 }
 
 /// Also what older versions created, in which every user could create files.
-void close_to_others(const OwnedHandle& folder, const OwnedMemory& descriptor) {
+void close_to_others(const std::string& path, const OwnedHandle& folder, const OwnedMemory& descriptor) {
     BOOL is_there = FALSE;
     BOOL is_default = FALSE;
     ACL* rights = nullptr;
-    if (GetSecurityDescriptorDacl(descriptor.get(), &is_there, &rights, &is_default) && is_there) {
-        SetSecurityInfo(folder.get(), SE_FILE_OBJECT,
-                        DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION, nullptr, nullptr,
-                        rights, nullptr);
-    }
+    constexpr const char* what = "cannot take other users' rights to the folder ";
+    if (!GetSecurityDescriptorDacl(descriptor.get(), &is_there, &rights, &is_default))
+        refuse(path, GetLastError(), what);
+    const DWORD code = SetSecurityInfo(folder.get(), SE_FILE_OBJECT,
+                                       DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION,
+                                       nullptr, nullptr, rights, nullptr);
+    if (code != ERROR_SUCCESS)
+        refuse(path, code, what);
 }
 
 void prepare(const std::string& path, const std::string& above) {
@@ -106,7 +108,7 @@ void prepare(const std::string& path, const std::string& above) {
                                   ", not to the administrators; look at what is in it, remove it and run "
                                   "tavrinctl again"};
     }
-    close_to_others(folder, descriptor);
+    close_to_others(path, folder, descriptor);
 }
 
 /// From the system, not from an environment variable, which whoever starts the program may set.
