@@ -102,7 +102,7 @@ void offer_connection_test(HWND window, Configuration& selected) {
 void show_selected(HWND window, HWND tree) {
     move_focus_off_page(window);
     leave_pages(window);
-    // Perhaps the window was closed while the controls went.
+    // The window may have been closed while the controls were destroyed.
     if (!state.complete)
         return;
     const auto item = reinterpret_cast<HTREEITEM>(SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));

@@ -74,8 +74,8 @@ int run_program(HINSTANCE instance, int show_command) {
     try {
         return start_and_run(instance, show_command);
     } catch (const std::string& text) {
-        // The window is still there. Kept until the user has read it, the text keeps the window from taking
-        // orders.
+        // The window still exists. While the text is kept, until the user has read it, the window handles no
+        // commands.
         keep_current();
         show_fatal(text);
         forget_kept();

@@ -32,7 +32,7 @@ constexpr milliseconds connect_limit = std::chrono::minutes(10);
 
 bool patience_is_over() { return net::patience != nullptr && net::patience() <= milliseconds::zero(); }
 
-/// The length of a wait, shortened to what is left of the program's patience.
+/// The length of a wait, limited by the time that the current server may still take.
 timeval at_most(milliseconds limit) {
     if (net::patience != nullptr)
         limit = std::clamp(net::patience(), milliseconds::zero(), limit);
@@ -205,7 +205,7 @@ const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
 
 const char* socket_recv(Socket& socket, void* buffer, std::size_t capacity, std::size_t* received) {
     for (;;) {
-        // A server that drips octets, or pours them without end, never makes this wait.
+        // This never waits while the server sends, however slowly or fast.
         if (patience_is_over())
             return "Timeout in socket_recv()";
         const int count = recv(socket.handle, static_cast<char*>(buffer), winsock_size(capacity), 0);

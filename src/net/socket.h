@@ -21,11 +21,11 @@ inline int socket_io_timeout = 600;
 
 namespace net {
 
-/// How long the program still bears with the server it is talking to. A program that bounds the whole attempt
-/// and not each wait sets it; the window's program never does.
+/// How long the current server may still take. A program that limits the whole attempt instead of each wait
+/// sets it; the window's program never does.
 inline std::chrono::milliseconds (*patience)() = nullptr;
 
-/// What came of looking a host's name up.
+/// The result of looking up a host's name.
 struct HostLookup {
     bool failed = false;
     /// The system's code when it failed.
@@ -33,10 +33,10 @@ struct HostLookup {
     /// The first address; a host may have none.
     std::optional<std::uint32_t> address = {};
 };
-/// Asks the system.
+/// Looks the name up with the system's function.
 HostLookup look_up_host(const char* name);
-/// What `resolve_host` asks. The system waits for a silent name server as long as it likes; a program that
-/// does not sets another.
+/// The function with which `resolve_host` looks up names. The system's own may wait long for a silent name
+/// server; a program that must not wait sets another.
 inline HostLookup (*host_lookup)(const char* name) = look_up_host;
 
 /// Options of `socket_connect` for the new socket.

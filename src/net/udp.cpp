@@ -13,7 +13,7 @@ const char* udp_enable_broadcast(Socket& socket, bool on) {
     if (setsockopt(socket.handle, SOL_SOCKET, SO_BROADCAST, reinterpret_cast<const char*>(&value),
                    sizeof value) == 0)
         return nullptr;
-    // The failure is not about receiving, but the text is deliberate: users and their helpers know it.
+    // The failure is not about receiving, but the text is deliberate: users and support staff know it.
     std::snprintf(problem, sizeof problem, "UDP receive failed");
     return problem;
 }

@@ -10,8 +10,8 @@ namespace {
 
 LRESULT route(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     const auto found = entryByGroupBox.find(window);
-    // It is deliberate that this is not the box's previous procedure: the page is gone, and so is that
-    // procedure.
+    // It is deliberate that this is not the box's previous procedure: the page no longer exists, and neither
+    // does that procedure.
     return found == entryByGroupBox.end() ? DefWindowProcA(window, message, wparam, lparam)
                                           : found->second->handleMessage(window, message, wparam, lparam);
 }

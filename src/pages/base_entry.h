@@ -17,7 +17,7 @@
 /// knows its kind (see OwnedEntry).
 class BaseEntry : public virtual DataManipulator {
 public:
-    /// Both texts must outlive the entry: they stand in the text of the spec file, which the configuration
+    /// Both texts must outlive the entry: they are parts of the spec file's text, which the configuration
     /// owns.
     BaseEntry(std::string_view title, std::string_view help_text) : title_(title), help_text_(help_text) {}
     BaseEntry(const BaseEntry&) = delete;
@@ -82,7 +82,7 @@ template <typename Entry, typename... Arguments> OwnedEntry make_entry(Arguments
 /// For a control that has no value to edit.
 inline constexpr WORD never_reported = 0xFFFF;
 
-/// What tells one such kind from another.
+/// What differs between kinds of such entries.
 struct PageControl {
     ControlDescription child;
     /// Distance of the control's upper edge from the page's lower edge, and the control's height, in pixels.

@@ -7,12 +7,12 @@
 
 class Settings;
 
-/// Is told of an error that does not end the building.
+/// Receives each error that does not end the building.
 using SpecErrorReport = std::function<void(const SpecError&)>;
 
 /// Fills `target`, which must be fresh, from the text of a spec file, which it keeps; `registry_value_name`
-/// becomes the name of an old file's configuration. An unknown type is told to `unknown_type_found`, unless
-/// the configuration serves the connection test only. Throws a text (std::string) on every other error, and
-/// at the first.
+/// becomes the name of an old file's configuration. An unknown type is reported to `unknown_type_found`,
+/// unless the configuration serves the connection test only. Throws a text (std::string) on every other
+/// error, and at the first.
 void build_settings(Settings& target, const std::string& registry_value_name, std::string text,
                     const SpecErrorReport& unknown_type_found);

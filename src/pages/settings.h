@@ -31,7 +31,7 @@ public:
 
     /// Only what the connection test needs is built, and no value is read.
     const bool connectionTestOnly;
-    /// The spec file as it was read. The entries' titles, help texts and value names stand in it.
+    /// The spec file as it was read. The entries' titles, help texts and value names are parts of it.
     std::string spec_text;
     /// The key below HKEY_LOCAL_MACHINE under which all values of this configuration live.
     std::string registryPath;

@@ -1,7 +1,7 @@
 #pragma once
-/// The one door to the operating system: every file that calls Windows includes this header and nothing else
-/// of the system. A build without Windows puts another header of this name before it, which declares what the
-/// program uses under the Windows names.
+/// The only header for the operating system: every file that calls Windows includes this header and nothing
+/// else of the system. A build without Windows puts another header of this name before it, which declares
+/// what the program uses under the Windows names.
 #include <winsock2.h>
 
 #include <windows.h>

@@ -20,7 +20,7 @@ public:
     /// be neither stopped nor started here.
     void offer_stop(milliseconds limit);
     /// After the values were written: starts a stopped service again (asking, unless a restart was agreed to
-    /// before), or tells that somebody else has to do it. Waits until it runs, unless `limit` is zero.
+    /// before), or reports that the user has to do it. Waits until it runs, unless `limit` is zero.
     void offer_start(milliseconds limit);
 
 private:

@@ -17,8 +17,8 @@ enum class ServiceTrouble {
     not_stopped,
     /// The start was refused, or the service did not reach the running state in time.
     not_started,
-    /// Afterwards the service is not stopped, so it was not started. Deliberately told also when the restart
-    /// was declined and the service simply kept running.
+    /// Afterwards the service is not stopped, so it was not started. Deliberately also reported if the
+    /// restart was declined and the service kept running.
     not_restarted,
 };
 

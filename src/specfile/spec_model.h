@@ -11,9 +11,9 @@ struct SpecEntry {
     std::size_t group;
 };
 
-/// Its lines stand in a text of its own.
+/// Its lines are parts of a text that it owns.
 struct SpecModel {
-    /// Everything, also behind errors.
+    /// Everything, including what follows errors.
     explicit SpecModel(std::string octets);
 
     std::unique_ptr<const std::string> text;

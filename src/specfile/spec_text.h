@@ -68,9 +68,9 @@ enum class ValueForm { none, text, integer, flag, option, server_list };
 /// The syntax of a type line. The table in pages/building.cpp has the entry for it.
 struct EntryKind {
     std::string_view type;
-    /// So many lines follow the type line, whatever they start with,
+    /// This many lines follow the type line, whatever they start with,
     std::size_t least_further = 0;
-    /// and up to so many, as far as the subspec goes.
+    /// and up to this many, within the subspec.
     std::size_t most_further = 0;
     ValueForm form = ValueForm::none;
 };

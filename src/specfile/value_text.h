@@ -18,6 +18,6 @@ std::string integer_text(const std::string& text);
 /// What a declaration's page stores when it is opened on `stored` and left without an edit.
 std::string stored_by_page(const Declaration& declaration, const std::string& stored);
 
-/// Why `text` is not to be entered for a declaration, as half a sentence; nothing when it may be, and
-/// then stored_by_page tells what to store. Stricter than a page, which cuts, guesses and offers.
+/// The reason why `text` is invalid for a declaration, as part of a sentence; empty if it is valid, and then
+/// stored_by_page returns what to store. Stricter than a page, which cuts and guesses.
 std::optional<std::string> value_problem(const Declaration& declaration, const std::string& text);

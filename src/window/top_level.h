@@ -1,6 +1,6 @@
 #pragma once
-/// The program's top-level windows: the class of one, and the main window as far as the rooms below app/ need
-/// it.
+/// The program's top-level windows: the class of one, and the main window as far as the folders below app/
+/// need it.
 #include "platform/win32.h"
 
 /// Owner of message boxes and of the wait window, receiver of the page-changed message, window of the

@@ -48,7 +48,7 @@ void OptionEntry::layout(HWND parent) {
     limit_opened_list();
 }
 
-/// Version 6 of the controls does not go by a box's height but opens 30 rows, unless it is told how many.
+/// Version 6 of the controls ignores a box's height and opens 30 rows, unless a number is set.
 void OptionEntry::limit_opened_list() {
     RECT closed{};
     GetWindowRect(control(), &closed);

@@ -124,7 +124,7 @@ bool choose_file(const PathBuffer& filter, PathBuffer& file) {
         return true;
     if (CommDlgExtendedError() != FNERR_INVALIDFILENAME)
         return false;
-    // With what is no file's name the dialog does not open at all, and the button would seem dead.
+    // With an invalid file name the dialog does not open at all, and the button would seem to do nothing.
     file.fill('\0');
     return is_accepted(request);
 }
@@ -175,8 +175,8 @@ LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wpar
 }
 
 void TextAndButtonEntry::replace_value(std::string found) {
-    // Another process may have selected another item while the user or the network was waited for. The value
-    // of a page that is not shown is settled: nobody would see the change, and the buttons would not tell.
+    // Another process may have selected another item during the wait for the user or the network. The value
+    // of a page that is not shown must not change: neither the page nor the buttons would show it.
     if (text_box_ == nullptr)
         return;
     set_value(std::move(found));

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// What tells one such kind from another; distances and sizes in pixels.
+/// What differs between kinds of such entries; distances and sizes in pixels.
 struct TextAndButton {
     const char* text_box_failure;
     const char* button_text;

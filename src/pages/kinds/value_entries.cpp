@@ -4,7 +4,7 @@
 
 #include <utility>
 
-// Whoever sets a value without a page may enter just as long a text.
+// Values that are set without a page may have the same length.
 
 namespace {
 
