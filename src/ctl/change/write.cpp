@@ -145,7 +145,7 @@ ExitCode write_changes(std::vector<ConfigurationChanges>& all, const RestartChoi
         const Uninterrupted uninterrupted;
         for (const Group& each : groups) {
             if (uninterrupted.is_over())
-                throw Failure{failed, "interrupted"};
+                throw Failure{failed, "interrupted by Ctrl+C or the end of the session"};
             code = std::max(code, write_group(each, choice));
         }
     } catch (const Failure& failure) {
