@@ -24,8 +24,8 @@ def flat_table(found):
 
 
 def flat_prose(text):
-    """Without the title, the contents and links to other guides; headings one level higher."""
-    text = re.sub(r"\A# .*\n", "", text)
+    """Without the title, the contents, pictures and links to other guides; headings one level higher."""
+    text = re.sub(r"\A# .*\n|^!\[.*\]\(.*\)\n", "", text, flags=re.M)
     text = re.sub(r"^- \[[^\]]*\]\(#[^)]*\)\n", "", text, flags=re.M)
     text = re.sub(r"\[([^\]]*)\]\((?!https?:)[^)]*\)", r"\1", text)
     text = re.sub(r"(?:^\|.*\|\n)+", flat_table, text, flags=re.M)

@@ -1,4 +1,4 @@
-// What is written, said and started.
+// The values written, the messages shown and the service started by OK.
 #include "support/substitute/apply_run.h"
 
 namespace {

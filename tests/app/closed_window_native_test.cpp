@@ -44,7 +44,7 @@ protected:
         });
         return run();
     }
-    /// Changes something in the second configuration, whose service nobody knows.
+    /// Changes something in the second configuration, whose service does not exist.
     void change_text_too() {
         then([] { select("Text"); });
         then([] { SetWindowTextA(page_controls().at(0), "some text"); });

@@ -1,6 +1,6 @@
-// One long session with the program, played again and again: in run k the k-th call into the system fails, or
-// the k-th request for memory. Whatever fails, the program does not crash or hang, closes what it opened,
-// tells the user one of its own texts for that failure and leaves every registry value old or new.
+// Repeats one long session with the program: in run k, the k-th call into the system fails, or the k-th
+// request for memory. Whatever fails, the program does not crash or hang, closes what it opened, tells the
+// user one of its own texts for that failure and leaves every registry value old or new.
 #include "substitute/control.h"
 #include "support/registry.h"
 #include "support/substitute/whole_session.h"
@@ -168,7 +168,7 @@ TEST(EveryCallFails, NoFailureCrashesHangsLeaksOrLosesAValue) {
     std::printf("%d calls of %zu functions were failed\n", total, failures.size());
 }
 
-/// Plays the session until no request for memory is left to fail, and notes what was said.
+/// Plays the session until no request for memory is left to fail, and records the texts shown.
 void let_memory_run_out(bool for_good, const std::string& answer, const Texts& on_answer,
                         std::set<std::string>& said) {
     std::size_t nth = 1;

@@ -1,6 +1,6 @@
-// One long session with the program, played again and again: in run k something arrives at the k-th place
-// where the system may hand the program what another process sends. A model of a few lines says what must
-// hold after each step and at the end.
+// Repeats one long session with the program: in run k, something arrives at the k-th place where the system
+// may hand the program what another process sends. A model of a few lines says what must hold after each step
+// and at the end.
 #include "app/main_window_controls.h"
 #include "pages/configuration.h"
 #include "substitute/control.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// What arrives. Returns what is wrong with the program's answer; empty when nothing is.
+/// Something that arrives. Returns what is wrong with the program's reaction; empty if nothing is.
 struct Arrival {
     const char* name;
     std::string (*happen)(const WholeSession& session);

@@ -12,7 +12,7 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// An empty server list: the test connects to nobody and shows its box at once.
+/// An empty server list: the test makes no connection and shows its box immediately.
 constexpr char every_kind[] =
     "SOFTWARE\\TavrinTests\\Agent\nTested\n"
     "!All\n$Name\nName\nh\nString\n$Number\nNumber\nh\nInteger\n$Flag\nFlag\nh\nBoolean\n"
@@ -65,7 +65,7 @@ struct Held {
     const char* title;
     const char* typed;
     const char* value;
-    /// What the control shows of it when the page is there again.
+    /// What the control shows when the page is opened again.
     std::string (*look)(HWND);
     const char* shown;
 };

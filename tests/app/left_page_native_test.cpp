@@ -30,7 +30,7 @@ protected:
             SendMessageA(page_controls().at(1), BM_CLICK, 0, 0);
         });
     }
-    /// What the buttons say, and what a page shows that is visited again.
+    /// The texts of the buttons, and what the page shows when it is opened again.
     void expect_untouched(const std::string& title) {
         then([] {
             EXPECT_EQ(text_of(control(close_id)), "Close");

@@ -130,7 +130,7 @@ TEST_F(WindowStyles, TheClassHasTheArrowTheDialogBackgroundAndNoStyle) {
 }
 
 constexpr char one_text[] = "SOFTWARE\\TavrinTests\\Agent\nPlain\n!All\n$Agent name\nName\nh\nString\n";
-constexpr UINT custom_draw = 0U - 12U; // what a button with a theme tells its parent whenever it is painted
+constexpr UINT custom_draw = 0U - 12U; // the notification that a themed button sends whenever it is painted
 constexpr std::size_t too_often = 5;
 
 WNDPROC close_button = nullptr;
@@ -181,7 +181,7 @@ LRESULT CALLBACK count_colours(HWND window, UINT message, WPARAM wparam, LPARAM 
 
 class NewColours : public ProgramTest {
 protected:
-    /// How often the control is told when the main window is.
+    /// How many messages the control gets for one to the main window.
     static int told(HWND control) {
         coloured = 0;
         uncounted = reinterpret_cast<WNDPROC>(

@@ -36,7 +36,7 @@ const char success[] =
 
 std::vector<HWND> wait_windows() { return own_windows("tavrin_service_win"); }
 
-/// What the wait window said during each attempt to connect, and how many such windows there were at most.
+/// The text of the wait window during each attempt to connect, and the largest number of such windows.
 std::vector<std::string> waits;
 std::size_t most_wait_windows;
 /// An attempt begins by getting memory for its stream.

@@ -1,5 +1,4 @@
-// What apply makes of what show printed, for values of every type; and what a state says of the machine that
-// it was made for.
+// Applies the output of show, for values of every type, and tests the guards of a state.
 #include "ctl/program_run.h"
 
 #include "ctl/exit_codes.h"

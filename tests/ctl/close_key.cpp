@@ -1,6 +1,6 @@
-/// Gives a key below HKEY_LOCAL_MACHINE another list of who may do what: close_key KEY LIST, the list in the
-/// system's own notation, such as "D:(D;;0x2;;;WD)(A;;KA;;;WD)", with which nobody may set a value and
-/// everybody may do all else.
+/// Replaces the access control list of a key below HKEY_LOCAL_MACHINE: close_key KEY LIST, with the list in
+/// the system's notation, such as "D:(D;;0x2;;;WD)(A;;KA;;;WD)", which denies everyone to set values and
+/// allows everything else.
 #include "platform/win32.h"
 
 #include <sddl.h>

@@ -1,4 +1,5 @@
-// Code pages without Windows: the table against iconv's, octet by octet, and what is no UTF-8 or UTF-16.
+// Code pages without Windows: compares the table with iconv's, byte by byte, and tests invalid UTF-8 and
+// UTF-16.
 #include "ctl/io/encoding.h"
 
 #include <gtest/gtest.h>

@@ -13,7 +13,7 @@ struct Ended {
     std::string err;
 };
 
-/// The report without what it says of the machine and the time.
+/// The report without the machine and the time.
 std::string without_machine(const std::string& report);
 
 class Program : public CleanSystem {

@@ -1,5 +1,5 @@
-// Restarts around a change, over the substitute's scripted services: what is known before, what is finished
-// later.
+// Restarts around a change, over the substitute's scripted services: what is checked before, and what a later
+// run finishes.
 #include "ctl/change/journal.h"
 #include "ctl/exit_codes.h"
 #include "ctl/machine/service.h"

@@ -71,7 +71,8 @@ TEST_F(Show, WhatShowPrintsIsWhatApplyReads) {
     EXPECT_EQ(applied.out, "nothing to do: all values match\n");
 }
 
-/// PowerShell 5.1 takes what it reads apart into lines by some code page, and gives a program ASCII.
+/// PowerShell 5.1 decodes a program's output by a code page, splits it into lines, and passes ASCII to the
+/// next program.
 std::string through_powershell(const std::string& printed) {
     std::string piped;
     for (const char byte : printed) {

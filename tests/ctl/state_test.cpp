@@ -1,4 +1,4 @@
-// State files: their form, and what is refused in them.
+// The form of state files, and the errors in them.
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 

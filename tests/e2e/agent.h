@@ -27,7 +27,7 @@ void start_agent();
 DWORD agent_state();
 /// Waits until the service has the state.
 void expect_agent(DWORD state);
-/// What the agent noted since it was installed, one line each.
+/// The lines that the agent has logged since it was installed.
 std::string agent_notes();
 
 } // namespace e2e

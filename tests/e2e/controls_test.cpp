@@ -20,7 +20,7 @@ const std::vector<TreePath> pages = {
 };
 const TreePath choice_page = {"Tavrin Agent", "Measuring", "Detail"};
 
-/// A control as others see it: its class and text, and where it stands in the main window, in pixels.
+/// A control as other programs see it: its class, its text, and its place in the main window, in pixels.
 struct Placed {
     std::string name;
     RECT place;
@@ -103,7 +103,7 @@ TEST_F(Controls, AreOfVersion6AsTheManifestSays) {
     EXPECT_EQ(choices_dropped_down(older), 0);
 }
 
-/// 140 pixels, less what is left of a row.
+/// 140 pixels, less the part of an incomplete row.
 TEST_F(Controls, OpenTheirListsEquallyFarInBothVersions) {
     const int newer = height_of_forty_choices(with_version_6());
     EXPECT_LE(newer, 140);

@@ -29,8 +29,8 @@ void send_input(std::vector<INPUT> inputs) {
         throw std::runtime_error("the system takes no input");
 }
 
-/// One event that both moves the pointer and does what `flags` say: between two, a move of the display's own
-/// pointer could come in.
+/// One event that both moves the pointer and does what `flags` say, because a move of the display's own
+/// pointer could come between two events.
 INPUT mouse_event_at(POINT to, DWORD flags) {
     INPUT input = {};
     input.type = INPUT_MOUSE;

@@ -1,6 +1,6 @@
 #pragma once
-/// A person's keyboard and mouse: what they do goes into the system's input and from there to whatever has
-/// the focus or lies under the pointer.
+/// A person's keyboard and mouse. Their input goes through the system to the window that has the focus or is
+/// under the pointer.
 #include "platform/win32.h"
 
 #include <string>

@@ -3,7 +3,7 @@
 namespace e2e {
 namespace {
 
-/// What is pressed in a configuration whose titles lead nowhere.
+/// Buttons of a configuration that names titles of no entry.
 class Lookup : public Sample {
 protected:
     void expect_fatal(Tool& tool, const std::string& text) {
@@ -24,8 +24,8 @@ TEST_F(Lookup, ScanWithoutAPortEndsTheProgram) {
     expect_fatal(tool, "Did not find anything with the title \"Port\"");
 }
 
-/// The system swallows what is thrown while it handles a message from another process, so the program must
-/// keep it until its own loop runs again.
+/// The system swallows an exception that is thrown while it delivers a message from another process, so the
+/// program must keep it until its own loop runs again.
 TEST_F(Lookup, FailureDuringAMessageFromAnotherProcessEndsTheProgramToo) {
     use_spec_file("Agent", "SOFTWARE\\Tavrin\\Agent\nAgent\n!All\n"
                            "$Name\nAgentName\nThe name.\nString\n"

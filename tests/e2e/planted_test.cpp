@@ -7,8 +7,8 @@ namespace {
 
 const TreePath named_servers = {"Tavrin Agent", "Servers", "Server list"};
 
-/// A folder with a program and a planted DLL, and a system that is told to take such DLLs where it finds
-/// them: unlike Windows, Wine would prefer its own.
+/// A folder with a program and a planted DLL, and a system that is set to load such DLLs from where they are;
+/// unlike Windows, Wine would prefer its own.
 class Planted : public Sample {
 protected:
     Planted() : folder_(std::filesystem::temp_directory_path() / "planted") {

@@ -24,9 +24,9 @@ public:
     DWORD id() const { return information.dwProcessId; }
     HANDLE handle() const { return information.hProcess; }
     bool running() const;
-    /// Waits for the end; throws std::runtime_error when it does not come in time.
+    /// Waits for the end; throws std::runtime_error on a time-out.
     DWORD exit_code(int seconds);
-    /// What the program printed so far.
+    /// The program's output so far.
     std::string output() const;
 
 private:

@@ -22,7 +22,7 @@ HWND find_frame(HWND window) {
     return nullptr;
 }
 
-/// The text of a message box is its static that is no icon.
+/// The text of a message box is in the static control that is not the icon.
 std::string message_of(HWND box) {
     for (HWND child : children_of(box))
         if (is_class(child, "Static") && (GetWindowLongA(child, GWL_STYLE) & SS_TYPEMASK) != SS_ICON)

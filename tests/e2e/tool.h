@@ -31,7 +31,7 @@ struct Page {
     std::vector<HWND> controls;
 };
 
-/// A run of the program. Whatever is waited for and does not come throws std::runtime_error.
+/// A run of the program. A wait that fails throws std::runtime_error.
 class Tool {
 public:
     /// Starts the program, or the one that TAVRIN_TESTED_PROGRAM names, and waits for nothing.
@@ -52,7 +52,7 @@ public:
     Page page(const std::string& title);
     /// Whether a page is shown.
     bool shows_page();
-    /// Clicks on one of the main window's buttons and does not wait for what comes of it.
+    /// Clicks on one of the main window's buttons without waiting for the result.
     void press(Control button);
     /// A button of the page, found by its text.
     HWND page_button(const std::string& title, const std::string& button);
@@ -75,7 +75,7 @@ public:
     HANDLE process_handle() const { return process.handle(); }
     /// Waits for the program's end.
     DWORD exit_code(int seconds = 90) { return process.exit_code(seconds); }
-    /// What the program wrote to its standard error stream.
+    /// The program's output on its standard error stream.
     std::string errors() const { return process.output(); }
 
 private:

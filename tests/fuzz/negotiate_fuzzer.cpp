@@ -1,7 +1,7 @@
-/// What a server may answer: the input is all that it sends. Whatever it is, the agent ends with a text or
-/// accepted, has sent exactly what belongs to that end, and what it read decides alone: with nothing behind
-/// it the end is the same, with one octet less the connection was closed too early. Nor does it matter in
-/// what pieces the answer arrives.
+/// Any answer of a server: the input is everything that it sends. Whatever it is, the agent ends with a text
+/// or accepted, has sent exactly what belongs to that end, and what it read decides alone: with nothing
+/// behind it the end is the same, with one octet less the connection was closed too early. Nor does it matter
+/// in what pieces the answer arrives.
 #include "protocol/negotiation.h"
 
 #include "fuzz/input.h"

@@ -1,6 +1,6 @@
-/// What the stores make of a registry that holds anything: the input is a row of steps, of which some write
-/// raw values of every type and length and others read and write them through the stores. What the stores
-/// give, and what they leave behind, must be what a plain reading of the rules gives.
+/// The stores with a registry of any content: the input is a row of steps, of which some write raw values of
+/// every type and length and others read and write them through the stores. What the stores give, and what
+/// they leave behind, must be what a plain reading of the rules gives.
 #include "fuzz/input.h"
 #include "store/common_reg_key.h"
 #include "store/delete_reg_key.h"
@@ -20,7 +20,7 @@ struct Value {
     std::string bytes;
 };
 
-/// What the registry must hold: the key's values by their name in small letters, or no key.
+/// What the registry must hold: the key's values by their name in lower case, or no key.
 using Values = std::map<std::string, Value>;
 std::optional<Values> expected;
 bool has_subkey = false;

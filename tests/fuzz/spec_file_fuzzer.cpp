@@ -1,5 +1,5 @@
-/// What the parser makes of a spec file, in both modes: the same as a plain reading of the format over a
-/// standard stream, line by line, with a key that can be read only where the registry has one.
+/// Parses a spec file in both modes; the result must be the same as that of a simple reading of the format
+/// over a standard stream, line by line, with a key that can be read only where the registry has one.
 #include "fuzz/input.h"
 #include "pages/building.h"
 #include "pages/configuration.h"

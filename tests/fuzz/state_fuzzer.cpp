@@ -1,4 +1,4 @@
-/// State files: what is accepted says the same to a plain reading of the JSON, and nothing else is.
+/// State files: a simple reading of the JSON must accept the same files, with the same values.
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "fuzz/input.h"
@@ -11,8 +11,8 @@ namespace {
 
 using nlohmann::json;
 
-/// What a value is by the rules: a text, or nothing where it shall not be there. A number or boolean as
-/// it is written.
+/// What a value is by the rules: a text, or nothing if it must not exist. A number or boolean as it is
+/// written.
 json plain(const json& value) {
     if (value.is_string() || value.is_null())
         return value;

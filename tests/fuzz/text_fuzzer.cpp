@@ -1,5 +1,5 @@
-/// What the text utilities make of any text: the input is a separator (1 octet), whether empty pieces stay (1
-/// octet) and the text. Every result must be what the plainest reading of the rules gives.
+/// The text utilities with any text: the input is a separator (1 octet), whether empty pieces stay (1 octet)
+/// and the text. Every result must be what the plainest reading of the rules gives.
 #include "base/text.h"
 
 #include "base/exceptions.h"
@@ -82,8 +82,8 @@ void check_parse(const std::string& text) {
     }
 }
 
-/// What a page would store of a text, it would store again; and it is no input that is refused, unless the
-/// text was.
+/// A page stores the text that it has stored once without a change; and this text is valid input, unless the
+/// original was invalid.
 void check_values(const std::string& text) {
     for (const char* const type : {"String", "Integer", "Boolean"}) {
         Declaration declaration;

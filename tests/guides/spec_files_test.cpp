@@ -117,7 +117,7 @@ protected:
     StandInMainWindow main{436, 229};
 };
 
-/// One example: a file and what the guide says of it.
+/// One example: a file and what the guide says about it.
 struct Example {
     std::string file;
     std::map<std::string, std::string> blocks;

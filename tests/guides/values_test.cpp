@@ -1,4 +1,4 @@
-// What the guides say of opening a page: the tables with the columns page, stored, shown and OK writes.
+// What the guides say about opening a page: the tables with the columns page, stored, shown and OK writes.
 #include "guides/guide.h"
 #include "pages/building.h"
 #include "pages/configuration.h"

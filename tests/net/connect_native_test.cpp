@@ -18,7 +18,7 @@ protected:
         EXPECT_EQ(socket_.handle, INVALID_SOCKET);
         FailingSockets::TearDown();
     }
-    /// Every connect here is one that goes on in the background.
+    /// Every connect here continues in the background.
     const char* pending_connect() {
         substitute::fail_call("connect", 1, 10035);
         return connect_to(listener_.port());
@@ -144,7 +144,7 @@ bool connecting(std::uint16_t port) {
 }
 
 TEST_F(FailingConnect, ReportsARefusalThatComesLate) {
-    // A full queue leaves connects unanswered; once nobody listens any more, the next try is refused.
+    // A full queue leaves connects unanswered; once the listener is closed, the next attempt is refused.
     loopback::Listener full(0);
     const auto port = full.port();
     ASSERT_EQ(connect_to(port), nullptr);

@@ -44,7 +44,7 @@ TEST_F(FailingSockets, ReportsAWaitToSendThatCountsTwoSockets) {
 
 TEST_F(FailingSockets, SendsWhatIsLeftAfterAPart) {
     connect_to_listener();
-    // As if the first three octets were gone.
+    // As if the first three octets had been lost.
     substitute::answer_call("send", 1, 3);
     EXPECT_EQ(socket_send(socket_, "abcdef", 6), nullptr);
     loopback::Handle connection = listener_.accept();
@@ -68,7 +68,7 @@ TEST_F(FailingSockets, SurvivesSendingToAPeerThatIsGone) {
     while (message == nullptr)
         message = socket_send(socket_, "a", 1);
     EXPECT_EQ(message, said("Bad error without sleep happened in socket_send(): ", 10054));
-    // The host raises SIGPIPE now unless it is told not to.
+    // The host now raises SIGPIPE unless this is disabled.
     EXPECT_EQ(socket_send(socket_, "a", 1),
               said("Bad error without sleep happened in socket_send(): ", 10053));
     close();

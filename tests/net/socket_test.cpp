@@ -13,10 +13,10 @@ using loopback::Peer;
 using testing::StartsWith;
 using testing::StrEq;
 
-/// What the program has when no test has changed it yet.
+/// The program's own value, before a test changes it.
 const int shipped_io_timeout = socket_io_timeout;
 
-/// What the layer says for one of Winsock's codes: `before`, the words, the number.
+/// The layer's text for a Winsock code: `before`, the words, the number.
 std::string said(const std::string& before, DWORD code) {
     return before + system_error_string(code) + " (" + std::to_string(code) + ")";
 }

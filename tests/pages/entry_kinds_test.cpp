@@ -123,7 +123,7 @@ TEST_F(EntryKinds, SerialPortsAreSortedByteByByte) {
     std::vector<std::string> ports = offered("$C\nC\nh\nCOM\nService name\n");
     for (const char* name : {"tavrin_test_a", "tavrin_test_b", "tavrin_test_c"})
         delete_value(serial, name);
-    // A machine may have ports of its own; none of them sorts after these.
+    // The machine may have real ports; none of them sorts after these.
     ports.erase(ports.begin(), ports.end() - std::min<std::ptrdiff_t>(3, std::ssize(ports)));
     EXPECT_THAT(ports, ElementsAre("ZCOM10", "ZCOM2", "ZCOM2"));
 }

@@ -48,7 +48,7 @@ std::string name_of(const testing::TestParamInfo<PageKind>& kind) { return kind.
 class EveryPage : public KindTest {};
 INSTANTIATE_TEST_SUITE_P(Kinds, EveryPage, testing::ValuesIn(page_kinds), name_of);
 
-/// A list sets styles of its own, and its height by its font.
+/// A list changes its styles, and sets its height by its font.
 LONG_PTR compared_styles(const TestedControl& control) {
     return control.window_class == std::string("ComboBox")
                ? LONG_PTR{WS_CHILD | WS_VISIBLE | CBS_DROPDOWNLIST | CBS_SORT | WS_TABSTOP}
@@ -94,7 +94,7 @@ LRESULT CALLBACK watch(HWND window, UINT message, WPARAM wparam, LPARAM lparam) 
     return CallWindowProcA(watched_procedures.at(window), window, message, wparam, lparam);
 }
 
-/// What is asked for: a list then sets its height itself.
+/// The requested place; a list then sets its height itself.
 std::map<HWND, Placement> asked_for_by_layout(BaseEntry& entry, HWND parent,
                                               const std::vector<HWND>& controls) {
     for (const HWND control : controls) {

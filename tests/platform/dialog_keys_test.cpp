@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The keyboard navigation that IsDialogMessageA gives a window which is no dialog.
+/// The keyboard navigation that IsDialogMessageA gives a window that is not a dialog.
 class DialogKeys : public TestWindow {
 protected:
     HWND tree = nullptr;

@@ -42,7 +42,7 @@ protected:
         heard_trees_ = static_cast<std::ptrdiff_t>(notifications(tree).size());
     }
 
-    /// Everything about focus and activity since start_in, and what the tree did.
+    /// All messages about focus and activation since start_in, and the tree's notifications.
     std::vector<std::string> heard() {
         pump_messages();
         std::vector<std::string> lines;
@@ -87,7 +87,7 @@ private:
             describe_tree(lines);
         }
     }
-    /// The records are gone, but their codes were kept.
+    /// The records no longer exist, but their codes were kept.
     void describe_tree(std::vector<std::string>& lines) {
         const auto code = tree_codes.find(notifications(tree).at(static_cast<std::size_t>(heard_trees_++)));
         if (code != tree_codes.end())

@@ -25,7 +25,7 @@ LRESULT CALLBACK second(int code, WPARAM wparam, LPARAM lparam) {
     return note("second", code, wparam, lparam);
 }
 
-/// Hooks that see what the loop of a box is about to handle.
+/// Hooks that see each message before the loop of a box handles it.
 class Hooks : public RecorderTest {
 protected:
     void SetUp() override {

@@ -1,4 +1,4 @@
-/// What the program relies on in classes, icons, cursors and painting, wherever they come from.
+/// The behaviour of classes, icons, cursors and painting on which the program relies, on every platform.
 #include "support/test_window.h"
 
 #include <gmock/gmock.h>

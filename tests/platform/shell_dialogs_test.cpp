@@ -28,7 +28,7 @@ protected:
     }
 };
 
-/// What the folder browser tells its caller.
+/// The messages of the folder browser to its caller.
 struct Browse {
     std::string folder;
     std::vector<UINT> told;

@@ -1,4 +1,5 @@
-/// What the program relies on in starting Winsock, in looking up names and in the options of sockets.
+/// The behaviour on which the program relies when it starts Winsock, looks up names and sets options of
+/// sockets.
 #include "net/socket.h"
 #include "support/loopback.h"
 

@@ -1,4 +1,4 @@
-/// What the program relies on in the socket calls, wherever they come from.
+/// The behaviour of the socket calls on which the program relies, on every platform.
 #include "net/socket.h"
 #include "support/loopback.h"
 
@@ -106,7 +106,8 @@ TEST_F(Winsock, ErrorCodesAreWinsocks) {
     const sockaddr_in taken = loopback::endpoint(loopback::address(), listener.port());
     EXPECT_EQ(bind(handle.get(), reinterpret_cast<const sockaddr*>(&taken), sizeof taken), SOCKET_ERROR);
     EXPECT_EQ(WSAGetLastError(), 10048);
-    const sockaddr_in foreign = loopback::endpoint(htonl(0xCB007101), 0); // 203.0.113.1, nobody's
+    const sockaddr_in foreign =
+        loopback::endpoint(htonl(0xCB007101), 0); // 203.0.113.1, reserved for documentation
     EXPECT_EQ(bind(handle.get(), reinterpret_cast<const sockaddr*>(&foreign), sizeof foreign), SOCKET_ERROR);
     EXPECT_EQ(WSAGetLastError(), 10049);
     char octet = 0;

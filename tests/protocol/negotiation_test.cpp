@@ -13,14 +13,14 @@ using testing::StrEq;
 using conversation::closing;
 using conversation::request;
 
-/// How much is left of the answer when every read brings only what it asks for.
+/// How much of the answer is left unread if every read returns only what it asks for.
 std::uint64_t unread_by_one(const ServerAnswer& answer) {
     MemoryStream stream(answer.octets);
     negotiate(&stream, "web1", "", nullptr);
     return stream.unread();
 }
 
-/// `piece`: in pieces of how many octets the answer arrives; 0: each read brings what it asks for.
+/// `piece`: the number of octets in which the answer arrives at once; 0: each read returns what it asks for.
 void expect_answered(const ServerAnswer& answer, std::size_t piece) {
     MemoryStream stream(answer.octets);
     stream.arrives_in_pieces_of(piece);

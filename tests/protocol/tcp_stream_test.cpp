@@ -34,7 +34,7 @@ protected:
         socket_io_timeout = 600;
         net::resize_memory = std::realloc;
     }
-    /// What the peer hears once the stream is closed.
+    /// What the peer receives when the stream is closed.
     std::string close_and_hear() {
         stream->close(stream);
         stream = nullptr;

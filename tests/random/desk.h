@@ -12,7 +12,7 @@ class Desk {
 public:
     virtual ~Desk() = default;
 
-    /// The main window; null when it is gone.
+    /// The main window; null if it no longer exists.
     virtual HWND window() = 0;
     virtual HWND focus() = 0;
     virtual std::string text_of(HWND control) = 0;
@@ -39,7 +39,7 @@ public:
     virtual bool may_session_end() = 0;
     /// The number of message boxes so far; empty if boxes can appear between two looks.
     virtual std::optional<std::size_t> boxes_shown() = 0;
-    /// Whether it is no message box that is open, but a dialog of the system's.
+    /// Whether the open dialog is one of the system's and not a message box.
     virtual bool shows_system_dialog() = 0;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 /// What a session must show by the rules: which items the tree has, what a page shows at first, which text
-/// that stands for, and what the registry holds in the end. Knows nothing of the program's own code.
+/// that stands for, and what the registry holds in the end. Shares no code with the program.
 #include "random/world.h"
 
 #include <map>
@@ -10,7 +10,7 @@
 
 namespace random_user {
 
-/// What the user sees of an entry's value: an edit control's text, "ticked", "unticked" or "gone" of a check
+/// What the user sees as an entry's value: an edit control's text, "ticked", "unticked" or "gone" of a check
 /// box, the number of the chosen option or "none" of a list.
 using Sight = std::string;
 

@@ -270,7 +270,7 @@ void Player::press_key(const Step& step) {
     desk_.press(step.key, with_shift);
 }
 
-/// In the tree each letter selects, and what is selected only on the way is not looked at.
+/// In the tree each letter selects an item; items that are selected only in between are not checked.
 void Player::type(const Step& step) {
     const HWND focus = desk_.focus();
     may_edit_ = is_on_page(focus);

@@ -19,7 +19,7 @@ public:
 
     /// Does the step, and notes it in plain words.
     void play(const Step& step);
-    /// Does what the user does while a box is open that the step has brought up.
+    /// Does what the user does while a box is open that the step has opened.
     void play_meanwhile(const Step& step);
     /// The same for what other processes and the system do, at any moment.
     void play_others(const Step& step);
@@ -92,7 +92,7 @@ private:
     bool newly_shown_ = false;
     bool may_edit_ = false;
     bool may_close_item_ = false;
-    /// One that closes without a choice puts back what was chosen before.
+    /// A list that closes without a choice restores the previous one.
     bool list_was_open_ = false;
     /// Where the focus must be after the step; null when that is not known.
     HWND wanted_focus_ = nullptr;
@@ -102,7 +102,7 @@ private:
     std::vector<std::string> notes_;
     std::string tree_fault_;
     std::string fault_;
-    /// What the step has clicked on, if that can bring up a box, and where.
+    /// What the step has clicked on, and where, if that can open a box.
     struct {
         HWND control = nullptr;
         POINT where = {};

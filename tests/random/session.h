@@ -12,7 +12,7 @@
 namespace random_user {
 
 struct Outcome {
-    /// What was wrong; empty when all was well.
+    /// What was wrong; empty if nothing was.
     std::string fault;
     /// The steps in words, as far as they were done.
     std::vector<std::string> notes;
@@ -22,7 +22,7 @@ struct Outcome {
 /// Plays these steps in the world of a seed.
 using Play = std::function<Outcome(std::uint32_t seed, const std::vector<Step>& steps)>;
 
-/// What the whole run is asked to do.
+/// The parameters of the whole run.
 struct Order {
     /// Of the first session; each further one has the next.
     std::uint32_t seed;
@@ -35,15 +35,15 @@ Order order(unsigned usual_sessions);
 World world_of(std::uint32_t seed, const std::optional<std::vector<std::string>>& ports);
 std::vector<Step> steps_of(std::uint32_t seed, std::size_t count);
 
-/// Leaves out of a failing list of steps whatever the failure does not need, with at most so many attempts.
+/// Removes steps that a failure does not need from its list, with at most this number of attempts.
 std::vector<Step> shortened(std::vector<Step> steps,
                             const std::function<bool(const std::vector<Step>&)>& fails, unsigned attempts);
 
 /// A report of a failing session, shortened, with all that is needed to repeat it.
 std::string report(std::uint32_t seed, const Outcome& outcome, const World& world);
 
-/// Plays so many sessions and fails the running test at the first that goes wrong, and wrong again when it is
-/// repeated. Prints what was done.
+/// Plays this number of sessions and fails the running test at the first one that fails twice. Prints its
+/// steps.
 void play_sessions(const Order& ordered, std::size_t steps, const Play& play, unsigned attempts,
                    const std::optional<std::vector<std::string>>& ports);
 

@@ -1,6 +1,6 @@
 #pragma once
-/// What a user does. A step says what it acts on by numbers, which are brought into range by what is there
-/// when it is done: so any part of a list of steps is a list of steps, too.
+/// What a user does. A step names what it acts on by numbers, which are reduced to the number of things that
+/// exist at that time. So every part of a list of steps is also a valid list.
 #include "random/chance.h"
 
 #include <string>
@@ -48,7 +48,7 @@ struct Step {
 };
 
 Step make_step(Chance& chance);
-/// So many steps, and then one that ends the session.
+/// This number of steps, and then one that ends the session.
 std::vector<Step> make_steps(Chance& chance, std::size_t count);
 
 } // namespace random_user

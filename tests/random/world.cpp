@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    /// In an old file a group without a name is what stands before the first "!".
+    /// In an old file, the entries before the first "!" form a group without a name.
     void fill(Group& group, bool may_have_no_name) {
         group.name = may_have_no_name && chance_.percent(30) ? "" : "G" + std::to_string(chance_.below(3));
         group.entries.resize(1 + chance_.below(4));

@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Answers as it is told and notes what it was asked.
+/// Gives prepared answers and records the questions.
 class Notes final : public RestartDialogue {
 public:
     bool agrees_to_restart() override { return note("restart?", restarts); }

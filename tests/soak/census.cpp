@@ -134,7 +134,7 @@ long long Census::blocks_lost_by(Request use) {
         for (int time = 0; time < repeats; ++time)
             ask(use);
     };
-    use_often(); // what the first ones set up stays
+    use_often(); // what the first ones allocate stays
     const HeapUse before = heap_use();
     use_often();
     return (heap_use().blocks - before.blocks + repeats / 2) / repeats;
@@ -143,7 +143,7 @@ long long Census::blocks_lost_by(Request use) {
 std::size_t Census::private_bytes() const {
     PROCESS_MEMORY_COUNTERS counters = {};
     check(GetProcessMemoryInfo(process, &counters, sizeof counters) != FALSE, "ask for the memory in use");
-    // Wine fills in no PrivateUsage; this is the same amount without what was never written to.
+    // Wine does not fill in PrivateUsage; this is the same amount without pages that were never written to.
     return counters.PagefileUsage;
 }
 

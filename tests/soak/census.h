@@ -27,13 +27,13 @@ public:
     Census(const Census&) = delete;
     Census& operator=(const Census&) = delete;
 
-    /// What the program holds when it has nothing left to do or to paint.
+    /// What the program holds when it is idle and has painted everything.
     Holdings count();
     /// What the program and the system's libraries in it have allocated.
     HeapUse heap_use();
-    /// How many blocks of the heaps the system itself loses with every use of a text. Wine 8 loses one: with
-    /// Common Controls 6 a Static control keeps what it made for its font, an Edit control what it knows of
-    /// its words.
+    /// The number of heap blocks that the system itself leaks with every use of a text. Wine 8 leaks one:
+    /// with Common Controls 6, a Static control does not free the data of its font, and an Edit control that
+    /// of its words.
     long long blocks_lost_by(Request use);
     /// The number of private bytes of the process that have been written to.
     std::size_t private_bytes() const;

@@ -1,4 +1,4 @@
-// Servers that send without end: what the program holds does not depend on how much it has heard.
+// Servers that never stop sending: the memory of the program does not depend on how much it has received.
 #include "e2e/fixture.h"
 
 #include <psapi.h>
@@ -21,7 +21,7 @@ const e2e::TreePath server_list = {"Tavrin Agent", "Servers", "Server list"};
 std::size_t private_bytes(const e2e::Tool& tool) {
     PROCESS_MEMORY_COUNTERS counters = {};
     GetProcessMemoryInfo(tool.process_handle(), &counters, sizeof counters);
-    return counters.PagefileUsage; // Wine fills in no PrivateUsage
+    return counters.PagefileUsage; // Wine does not fill in PrivateUsage
 }
 
 std::string printed_by_the_floods() {

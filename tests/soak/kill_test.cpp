@@ -82,7 +82,7 @@ protected:
         return agreed;
     }
 
-    /// When nothing is written, what the program shows instead says why.
+    /// If nothing was written, what the program shows says why.
     static bool wait_for_first_write(const FirstWrite& first_write, e2e::Tool& tool) {
         try {
             return first_write.wait(tool.process_handle());
@@ -91,7 +91,7 @@ protected:
         }
     }
 
-    /// How long the phase takes when nobody disturbs it.
+    /// The duration of the phase without a kill.
     double duration() const {
         prepare();
         e2e::Tool tool;

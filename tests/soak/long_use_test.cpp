@@ -41,7 +41,7 @@ protected:
     }
 };
 
-/// What is reported and compared.
+/// The figures that are reported and compared.
 struct Figures {
     Holdings held;
     long long blocks; ///< in the heaps, without those that the system lost

@@ -20,7 +20,7 @@ protected:
     static CommonRegKey opened(std::string_view name = "v") {
         return {HKEY_LOCAL_MACHINE, test_key, name, true};
     }
-    /// What is read of a value with these bytes.
+    /// The text that is read from a value with these bytes.
     static std::string read_of(DWORD type, const std::string& bytes) {
         set_value(test_key, "v", type, bytes);
         const CommonRegKey key = opened();

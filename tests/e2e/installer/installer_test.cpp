@@ -39,7 +39,7 @@ protected:
     static std::string version() { return read_value(entry_key, "DisplayVersion"); }
 };
 
-/// A program that is open while somebody installs or removes.
+/// A program that is running during an installation or a removal.
 class WhileOpen : public Installer {
 protected:
     void SetUp() override {
@@ -88,7 +88,7 @@ TEST_F(Installer, InstallsProgramGuideLinksAndEntry) {
     EXPECT_GT(entry_number("EstimatedSize"), 300U);
     EXPECT_LT(entry_number("EstimatedSize"), 3000U);
     EXPECT_EQ(entry_number("NoModify") + entry_number("NoRepair"), 2U);
-    // For who wants to look at its signature.
+    // Kept for checks of its signature.
     std::filesystem::copy_file(folder() / "uninstall.exe", environment("TAVRIN_KEEP"),
                                std::filesystem::copy_options::overwrite_existing);
 }
@@ -143,7 +143,7 @@ TEST_F(Installer, LeavesFilesOfThePersonsOwn) {
     EXPECT_THAT(left, testing::UnorderedElementsAre("mine.txt", "guides", "guides\\older.md"));
 }
 
-/// A file that some program has open, so that nobody can write to it or delete it.
+/// A file that another program has open, so it can be neither written nor deleted.
 class Locked {
 public:
     explicit Locked(const std::filesystem::path& path)

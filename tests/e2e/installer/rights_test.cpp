@@ -1,5 +1,5 @@
-// The rights of a folder that the setup creates. Wine's icacls does nothing, so one that writes down what it
-// is asked for stands in its place; what the real one makes of it shows on Windows.
+// The rights of a folder that the setup creates. Wine's icacls does nothing, so a program that records its
+// arguments replaces it; the effect of the real one can be seen only on Windows.
 #include "e2e/agent.h"
 #include "e2e/installer/setup.h"
 
@@ -20,7 +20,7 @@ protected:
         std::filesystem::copy_file(program_folder() + "\\tests\\icacls.exe", tool_,
                                    std::filesystem::copy_options::overwrite_existing);
         answer(0);
-        // Wine would take its own, whatever the file is.
+        // Otherwise Wine would run its own icacls.
         RegSetKeyValueA(HKEY_CURRENT_USER, overrides, "icacls.exe", REG_SZ, "native", sizeof "native");
     }
     void TearDown() override {

@@ -1,4 +1,4 @@
-// The package for Windows Installer, as Group Policy and the like install it: nobody is asked anything.
+// The package for Windows Installer, installed unattended, as by Group Policy.
 #include "e2e/agent.h"
 #include "e2e/installer/setup.h"
 
@@ -23,8 +23,8 @@ std::uintmax_t program_size() { return std::filesystem::file_size(folder() / "ta
 
 constexpr char path_before[] = "C:\\windows\\system32";
 
-/// Wine takes the folder off the PATH and leaves the semicolon before it, an upgrade one more, so each test
-/// has a PATH of its own.
+/// Wine removes the folder from the PATH but leaves the semicolon before it, and an upgrade leaves another
+/// one, so each test has a PATH of its own.
 class WindowsInstaller : public testing::Test {
 protected:
     void TearDown() override {
@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(traces_left(), before_);
         set_machine_path(original_path_);
     }
-    /// What is there after a removal; the PATH without these semicolons.
+    /// What exists after a removal; the PATH without these semicolons.
     static std::vector<std::string> traces_left() {
         const std::string path = machine_path();
         if (path.substr(0, path.find_last_not_of(';') + 1) == path_before)

@@ -1,5 +1,5 @@
-/// What somebody could put beside the program: a DLL under a system DLL's name. Where it is loaded, it leaves
-/// a mark: a file with its own path and ".loaded" behind.
+/// A DLL with the name of a system DLL, as an attacker could put it beside the program. When it is loaded, it
+/// creates a file with its own path and the ending ".loaded".
 #include "platform/win32.h"
 
 #include <string>

@@ -106,7 +106,7 @@ void NativeSession::do_step(const Step& step) {
     player_.play(step);
 }
 
-/// What the user will do in whatever boxes and dialogs the step brings up.
+/// Prepares the user's answers to the boxes and dialogs that the step opens.
 void NativeSession::arrange_dialogs(const Step& step) {
     substitute::forget_answers();
     substitute::while_next_box([this, step] { player_.play_meanwhile(step); });

@@ -1,4 +1,4 @@
-// A user who does whatever comes to mind, over the substitute.
+// A user who acts at random, over the substitute.
 #include "app/main_window_controls.h"
 #include "random/native/native_session.h"
 

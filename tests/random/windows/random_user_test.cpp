@@ -1,4 +1,4 @@
-// A user who does whatever comes to mind, with the finished program.
+// A user who acts at random, with the finished program.
 #include "e2e/fixture.h"
 #include "random/windows/remote_session.h"
 

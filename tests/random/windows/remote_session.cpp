@@ -172,7 +172,7 @@ std::string RemoteSession::fault_at_the_end() {
     return model_.registry_faults(player_.end() == End::applied);
 }
 
-/// Until nothing more comes of a step, whatever it brings up included.
+/// Waits until everything that a step causes has happened, including its boxes.
 void RemoteSession::settle(const Step& step) {
     const ULONGLONG end = GetTickCount64() + e2e::limit * 1000;
     bool met = false;
@@ -200,8 +200,8 @@ void RemoteSession::settle(const Step& step) {
     }
 }
 
-/// When the main window is closed meanwhile, its box goes by itself, at any moment. One that stays is met
-/// again.
+/// If the main window is closed meanwhile, its box closes by itself at any moment. A box that stays open is
+/// handled again.
 void RemoteSession::answer_if_there(HWND dialog, const Step& step) {
     try {
         if (IsWindowVisible(dialog))
@@ -289,7 +289,7 @@ void RemoteSession::click(HWND control, POINT where) {
 void RemoteSession::press(int key, bool with_shift) { e2e::press_key(static_cast<WORD>(key), with_shift); }
 void RemoteSession::type(const std::string& text) { e2e::type(text); }
 
-/// A box that opens or goes meanwhile takes the place of what was in front before.
+/// A box that opens or closes meanwhile changes what is in front.
 void RemoteSession::leave_and_return() {
     const HWND before = GetForegroundWindow();
     e2e::bring_to_front(OtherProgram::window());

@@ -44,7 +44,7 @@ private:
     std::string play_step(const Step& step);
     std::string fault_at_the_end();
 
-    // What comes of a step is waited for.
+    // The results of a step are waited for.
     void settle(const Step& step);
     void wait_until_idle();
     void leave_and_return_to(HWND other);

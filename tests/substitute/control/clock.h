@@ -9,7 +9,8 @@ namespace substitute {
 std::uint64_t clock_now();
 void advance_clock(std::uint64_t milliseconds);
 
-/// Called after time has passed, with the new time; not called again by what it does itself. One at a time.
+/// Called after time has passed, with the new time; not called again for time that it passes itself. Only one
+/// can be set.
 void on_clock(std::function<void(std::uint64_t now)> hook);
 
 } // namespace substitute

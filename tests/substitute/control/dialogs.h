@@ -16,7 +16,7 @@ struct FolderChoice {
     bool accepted = true;
 };
 
-/// What the program asked of the folder browser and told it from its callback.
+/// The program's request to the folder browser, and its messages from the callback.
 struct ShownFolderBrowser {
     HWND owner = nullptr;
     std::string title;
