@@ -25,7 +25,7 @@ class Role(AgentCase):
         done = subprocess.run(
             ["ansible-playbook", "-i", hosts, "-e", json.dumps(given), *words, FLEET / "roll_out.yml"], capture_output=True,
             text=True, check=False, env={**WITHOUT_DISPLAY, "HOME": str(self.folder), "ANSIBLE_LOCAL_TEMP": str(self.folder),
-                                         "LC_ALL": "C.UTF-8", "ANSIBLE_NOCOLOR": "1"})
+                                         "LC_ALL": "C.UTF-8", "ANSIBLE_NOCOLOR": "1", "ANSIBLE_PIPELINING": "1"})
         self.printed = done.stdout + done.stderr
         self.assertEqual(done.returncode, code, self.printed)
         return {name: (int(changed), int(failed)) for name, changed, failed in
