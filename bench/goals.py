@@ -78,6 +78,8 @@ WORKS = [
     Work("parse from a file, 10000", (times_as_fast(3),)),
     Work("parse from a file, 100000"),
     Work("check of a spec file, 100000", (times_as_long(2, "parsing it"),)),
+    Work("diff of 5000 reports", (at_most(2, "2 s"),)),
+    Work("memory of that diff", (below_all_but(),)),
     Work("growth, an entry of", (no_growth(15, "1000", "1000000"),)),
     Work("memory of an entry", (at_most(600, "600 B"), below_all_but())),
     Work("handshake, both sides", (times_as_fast(1.3),)),
