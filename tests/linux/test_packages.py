@@ -1,9 +1,11 @@
-"""The packages for Linux: their contents, the same bytes again, and the program where nothing else is."""
+"""The packages for Linux, after script/build static: their contents, the same bytes again, and the program where nothing
+else is."""
 import gzip
 import json
 import os
 import pathlib
 import re
+import resource
 import subprocess
 import tarfile
 import tempfile
@@ -22,9 +24,6 @@ def pack(folder, program=PROGRAM, **environment):
 
 
 def setUpModule():
-    built = subprocess.run([TOP / "script/build", "static:tavrinctl"], check=False, capture_output=True, text=True)
-    if built.returncode:
-        raise RuntimeError(built.stdout)
     temporary = tempfile.TemporaryDirectory()
     unittest.addModuleCleanup(temporary.cleanup)
     Packed.folder = pathlib.Path(temporary.name)
@@ -135,6 +134,18 @@ class Program(Packed):
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertIn("<string id=\"", (root / "out/en-US/size.adml").read_text())
             self.assertIn("Größe", (root / "out/en-US/size.adml").read_text())
+
+    def test_compares_reports_without_holding_them_all(self):
+        report = json.dumps({"schema": 1, "configurations": {"Agent": {"values": {"Port": "1", "Notes": "x" * 1_000_000}}}})
+        with tempfile.TemporaryDirectory() as folder:
+            folder = pathlib.Path(folder)
+            (folder / "desired").write_text('{"schema": 1, "configurations": {"Agent": {"values": {"Port": 1}}}}')
+            for at in range(40):
+                (folder / f"{at}.json").write_text(report)
+            # The reports have 40,000,000 octets.
+            done = subprocess.run([PROGRAM, "diff", folder / "desired", folder], check=False, capture_output=True, text=True,
+                                  preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_DATA, (20_000_000, 20_000_000)))
+            self.assertIn("machines: 40, 40 in sync", done.stdout, done.stderr)
 
     def test_completion_is_its_own(self):
         own = subprocess.check_output([PROGRAM, "completion", "bash"], text=True)
