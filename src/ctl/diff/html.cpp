@@ -12,8 +12,15 @@ namespace {
 /// Nothing that a machine says ends a tag or an attribute: what XML would refuse, visible() has replaced.
 std::string html(const std::string& text) { return xml(visible(text)); }
 
+/// A long list may break behind its commas, which a browser would not do by itself.
 std::string code(const std::string& text, const char* name) {
-    return std::string("<td class=\"") + name + "\"><code>" + html(text) + "</code></td>";
+    std::string breaking;
+    for (const char each : html(text)) {
+        breaking += each;
+        if (each == ',')
+            breaking += "<wbr>";
+    }
+    return std::string("<td class=\"") + name + "\"><code>" + breaking + "</code></td>";
 }
 
 /// A count that shows only its machines when it is pressed.
@@ -39,19 +46,27 @@ std::string kinds_of(const MachineDifferences& machine) {
 }
 
 std::string row_of(const Difference& difference) {
-    return "<tr><td>" + html(difference.configuration) + "</td>" + code(difference.value, "value") +
-           code(shown(difference.desired), "desired") + code(shown(difference.current), "current") +
-           "</tr>\n";
+    return "<tr>" + code(difference.value, "value") + code(shown(difference.desired), "desired") +
+           code(shown(difference.current), "current") + "</tr>\n";
+}
+
+/// The column of the values is headed by their configuration.
+std::string heading_of(const Difference& difference) {
+    return "<tr><th scope=\"col\">" + html(difference.configuration) +
+           "</th><th scope=\"col\">Desired</th><th scope=\"col\">Current</th></tr>\n";
 }
 
 std::string table_of(const std::vector<Difference>& differences) {
     if (differences.empty())
         return "";
-    std::string table =
-        "<table class=\"values\"><tr><th scope=\"col\">Configuration</th><th scope=\"col\">Value</th>"
-        "<th scope=\"col\">Desired</th><th scope=\"col\">Current</th></tr>\n";
-    for (const Difference& each : differences)
+    std::string table = "<table class=\"values\">\n";
+    const std::string* configuration = nullptr;
+    for (const Difference& each : differences) {
+        if (configuration == nullptr || *configuration != each.configuration)
+            table += heading_of(each);
+        configuration = &each.configuration;
         table += row_of(each);
+    }
     return table + "</table>";
 }
 
@@ -65,7 +80,7 @@ std::string details_of(const MachineDifferences& machine) {
     return details;
 }
 
-/// With a blank for the "T", where a line may break.
+/// With a blank for the "T".
 std::string day_and_time(std::string time) {
     std::replace(time.begin(), time.end(), 'T', ' ');
     return time;
@@ -74,7 +89,7 @@ std::string day_and_time(std::string time) {
 void print_machine(const MachineDifferences& machine) {
     print("<tr class=\"" + kinds_of(machine) + "\"><th scope=\"row\">" + html(machine.machine) +
           "</th><td><span class=\"state\">" + state_word(machine) + "</span></td><td>" + details_of(machine) +
-          "</td><td>" + html(day_and_time(machine.time)) + "</td></tr>\n");
+          "</td><td class=\"time\">" + html(day_and_time(machine.time)) + "</td></tr>\n");
 }
 
 } // namespace

@@ -38,12 +38,14 @@ thead th, .values th { border-top: 0; color: var(--soft); font-size: .85rem; }
 .machines { table-layout: fixed; }
 .machines > thead th:nth-child(1) { width: 24%; }
 .machines > thead th:nth-child(2) { width: 6rem; }
-.machines > thead th:nth-child(4) { width: 7rem; }
+.machines > thead th:nth-child(4) { width: 11.2rem; }
 .values th, .values td { padding-top: .1rem; padding-bottom: .1rem; border-top: 0; }
 .values { table-layout: fixed; margin-bottom: .2rem; }
+.values th:first-child { width: 28%; }
 code { font: .9rem Consolas, "DejaVu Sans Mono", monospace; white-space: pre-wrap; }
 p { margin: 0; }
 .note { color: var(--bad); }
+.machines .time { padding-right: 0; color: var(--soft); font-size: .85rem; font-variant-numeric: tabular-nums; }
 .state { font-weight: 600; white-space: nowrap; }
 .sync .state, button.sync b { color: var(--good); }
 .drift .state, button.drift b { color: var(--bad); }
@@ -53,11 +55,11 @@ p { margin: 0; }
   .machines > thead { display: none; }
   .machines > tbody > tr { display: block; padding: .6rem 0; border-top: 1px solid var(--line); }
   .machines > tbody > tr > * { display: block; padding: .1rem 0; border: 0; }
-  .values tr { display: flex; flex-wrap: wrap; gap: 0 .6rem; padding: .2rem 0; }
-  .values tr:first-child { display: none; }
-  .values td { padding: 0; }
-  .values td:nth-child(-n+2) { flex: 1 0 40%; }
-  .values .desired, .values .current { flex: 1 0 100%; }
+  .machines > tbody > tr > :nth-child(-n+2) { display: inline-block; margin-right: .6rem; }
+  .values tr > * { display: block; padding: 0; }
+  .values th:first-child { width: auto; padding-top: .2rem; }
+  .values th:nth-child(n+2) { display: none; }
+  .values td:first-child { padding-top: .3rem; }
   .values .desired::before { content: "desired "; color: var(--soft); }
   .values .current::before { content: "current "; color: var(--soft); }
 }
@@ -65,7 +67,8 @@ p { margin: 0; }
 @media print {
   :root { --ground: #fff; --text: #000; --soft: #444; --line: #999; --field: #fff; --good: #000; --bad: #000;
     --worst: #000; }
-  body { max-width: none; padding: 0; font-size: .8rem; }
+  :root { font-size: 11px; }
+  body { max-width: none; padding: 0; }
   .filter { display: none; }
   .machines > tbody > tr { break-inside: avoid; }
   thead { display: table-header-group; }
