@@ -41,7 +41,7 @@ class Restore(AgentCase):
 
     def test_another_file_writes_nothing(self):
         path = self.file("other.reg", unix_path(self.backup).read_bytes()[:-40])
-        self.assertIn(" is not what set and apply save", self.run_tool("restore", own_path(path), code=4).err)
+        self.assertIn(" was not written by tavrinctl", self.run_tool("restore", own_path(path), code=4).err)
         result = self.run_tool("restore", own_path(self.folder / "none.reg"), code=1)
         self.assertIn("none.reg: cannot read: No such file or directory", result.err)
         self.assertEqual((exported(AGENT), self.agents_notes()), (self.changed, []))
