@@ -1,6 +1,5 @@
-// The program is ended from outside at random moments while it applies changes. Each value is then old or
-// new, the next start shows them, and the next OK gets the service running again whatever state it was left
-// in.
+// The program is ended from outside at random moments while it applies changes. Each value is then either old
+// or new, the next start shows them, and the next OK starts the service again, whatever state it was in.
 #include "soak/many_values.h"
 
 #include "e2e/fixture.h"
@@ -12,7 +11,7 @@
 namespace soak {
 namespace {
 
-/// What runs from which moment until the kill.
+/// The phases in which the program is killed.
 enum class From { ok, agreed_restart, first_write };
 
 struct Phase {
@@ -51,7 +50,7 @@ protected:
             e2e::install_agent();
     }
 
-    /// An agent that was told to stop or to start does so without the program.
+    /// An agent that was asked to stop or start does so even after the kill.
     static void wait_until_settled() {
         if (*GetParam().service)
             e2e::wait_for("a settled service", [] {

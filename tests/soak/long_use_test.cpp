@@ -9,9 +9,9 @@
 namespace soak {
 namespace {
 
-/// Private bytes cannot be equal, since the blocks that the system loses take up pages. A program that lost a
-/// page with every fifth of its tests and boxes would go beyond this in the long run; what is lost in the
-/// heaps is counted to the block.
+/// Private bytes cannot be equal, because the blocks that the system leaks take up pages. A program that
+/// leaked a page with every fifth test or box would exceed this in the long run; leaks in the heaps are
+/// counted block by block.
 constexpr std::size_t kept_bytes = 1536 * 1024;
 
 struct Amounts {
@@ -56,7 +56,7 @@ TEST_F(LongUse, LeavesNothingBehind) {
     e2e::Tool tool;
     Census census(tool);
     BusyUser user(tool);
-    census.count(); // what the first count sets up stays
+    census.count(); // what the first count allocates stays
     const long long per_text = census.blocks_lost_by(Request::use_text);
     const long long per_test = census.blocks_lost_by(Request::use_test);
     const long long per_scan = census.blocks_lost_by(Request::use_scan);

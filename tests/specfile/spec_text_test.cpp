@@ -123,7 +123,7 @@ TEST(LineReader, CountsLinesFromOne) {
     }
 }
 
-/// What a file says as texts, one a statement: its line's number first.
+/// The statements of a file as texts, each beginning with its line number.
 class Sayings {
 public:
     static std::vector<std::string> of(const std::string& text) {

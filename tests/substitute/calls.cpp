@@ -38,8 +38,7 @@ std::vector<void (*)()>& hooks() {
     return instance;
 }
 
-/// Calls made by a test's peers on other threads are neither counted nor failed: which of them comes n-th
-/// would be a matter of luck.
+/// Calls made by a test's peers on other threads are neither counted nor failed: their order is random.
 std::thread::id& watched_thread() {
     static std::thread::id instance = std::this_thread::get_id();
     return instance;

@@ -1,6 +1,6 @@
 #pragma once
-/// What every function of the substitute does first: it notes that it was called, and learns whether a test
-/// wants this very call to fail.
+/// What every function of the substitute does first: it records the call, and checks whether a test makes
+/// this call fail.
 #include "substitute/kernel/kernel.h"
 
 #include <deque>
@@ -11,7 +11,7 @@ namespace substitute {
 /// set as the last error); `fitting` is the code that a real failure of this function would most likely
 /// carry, or 0 for a function that cannot fail.
 DWORD failing(const char* function, DWORD fitting);
-/// Sets the last error and returns what says that a call failed: FALSE, 0 or null.
+/// Sets the last error and returns the value for a failed call: FALSE, 0 or null.
 template <typename Result = BOOL> Result refuse(DWORD code) {
     SetLastError(code);
     return Result{};
@@ -29,7 +29,8 @@ template <typename Note> void note(std::deque<Note>& notes, Note made) {
     notes.push_back(std::move(made));
 }
 
-/// Each area of the substitute registers, at namespace scope, how it goes back to its state at process start.
+/// Each area of the substitute registers, at namespace scope, a function that restores its state at process
+/// start.
 struct ResetHook {
     explicit ResetHook(void (*hook)());
 };

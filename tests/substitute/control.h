@@ -1,6 +1,6 @@
 #pragma once
-/// The one header through which a test talks to the substitute: it scripts the user and the system's answers,
-/// makes calls fail, lets the clock run and lists what was asked.
+/// The only header through which a test controls the substitute: it scripts the user and the system's
+/// answers, makes calls fail, advances the clock and lists the calls.
 #include "substitute/control/calls.h"
 #include "substitute/control/clock.h"
 #include "substitute/control/dialogs.h"

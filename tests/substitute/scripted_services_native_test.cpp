@@ -24,7 +24,7 @@ protected:
     }
     bool stop() { return ControlService(service_, SERVICE_CONTROL_STOP, &status_) != FALSE; }
     bool start() { return StartServiceA(service_, 0, nullptr) != FALSE; }
-    /// The state that a query tells; 0 when the query fails.
+    /// The state that a query returns; 0 if the query fails.
     DWORD state() { return QueryServiceStatus(service_, &status_) != FALSE ? status_.dwCurrentState : 0; }
 
     SC_HANDLE manager_ = nullptr;

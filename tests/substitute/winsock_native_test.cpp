@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A descriptor that the host's own sets have no room for; -1 where the process may not have so many.
+/// A descriptor that is too large for the host's own sets; -1 if the process may not have that many.
 int high_descriptor(SOCKET handle) {
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);

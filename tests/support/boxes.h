@@ -10,7 +10,7 @@
 struct SeenBox {
     std::string text;
     std::string caption;
-    /// Buttons and icon, as in the call; default button and modality are not told.
+    /// Buttons and icon, as in the call; without default button and modality.
     UINT style = 0;
     HWND owner = nullptr;
 };

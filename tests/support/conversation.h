@@ -9,7 +9,7 @@ inline const Octets request = "60 80 02 02 02 02 A1 80 04 04 77 65 62 31 04 00 0
 inline const Octets offer = "61 80 02 02 02 05 A1 80 01 01 01 01 01 00 00 00 00 00"_octets;
 /// With the reason "no".
 inline const Octets refusal = "63 80 04 02 6E 6F 00 00"_octets;
-/// What the agent sends after an offer that it takes.
+/// The agent's message after an offer that it accepts.
 inline const Octets closing = "62 80 00 00"_octets;
 
 } // namespace conversation

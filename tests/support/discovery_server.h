@@ -12,7 +12,7 @@
 
 namespace loopback {
 
-/// What a server sends to a scan, and from which host 127.0.0.`host`.
+/// A server's answer to a scan, sent from 127.0.0.`host`.
 struct Answer {
     unsigned host;
     std::string octets;
@@ -21,7 +21,7 @@ struct Answer {
 /// A good answer of the shortest length.
 std::string discovery_answer();
 
-/// Hears the requests at one port and has other hosts of the loopback network answer each.
+/// Receives the requests at one port and lets other hosts of the loopback network answer each of them.
 class DiscoveryServer {
 public:
     using Answers = std::function<std::vector<Answer>(int request)>;
@@ -32,7 +32,7 @@ public:
     DiscoveryServer& operator=(const DiscoveryServer&) = delete;
     ~DiscoveryServer();
     std::uint16_t port() const { return port_; }
-    /// The requests heard so far.
+    /// The requests received so far.
     std::vector<std::string> requests();
 
 private:

@@ -1,5 +1,5 @@
 #pragma once
-/// An entry without controls whose store is three flags, for tests of what handles entries from outside.
+/// An entry without controls whose store is three flags, for tests of code that handles entries from outside.
 #include "pages/base_entry.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 /// Every kind of entry, as the tests know it: what its spec lines are, what its page shows, what it stores.
-/// The tests of the pages, the fuzzers and the random user go by this table, which knows nothing of the
+/// The tests of the pages, the fuzzers and the random user use this table, which shares nothing with the
 /// program's own.
 #include "platform/win32.h"
 #include "window/controls.h"
@@ -12,7 +12,7 @@
 
 /// How a page lets its value be seen and edited.
 enum class View { text, number, check, list, removal, nothing };
-/// What a type line is followed by.
+/// The lines after a type line.
 enum class More { nothing, options, extension };
 
 struct TestedControl {
@@ -21,7 +21,7 @@ struct TestedControl {
     /// Beside WS_CHILD and WS_VISIBLE.
     LONG_PTR style = 0;
     bool has_sunken_edge = false;
-    /// What is thrown when it cannot be created.
+    /// The text that is thrown if it cannot be created.
     const char* failure;
     /// On a page of 198 by 179, that of a main window of 436 by 229.
     Placement placement;

@@ -1,6 +1,6 @@
 #pragma once
-/// Real peers for the network tests, on 127.0.0.1 and on threads of their own. Whatever a peer waits for, it
-/// gives up after some seconds, so that a broken program fails a test instead of hanging it.
+/// Real peers for the network tests, on 127.0.0.1 and on threads of their own. Every wait of a peer ends
+/// after some seconds, so that a broken program makes a test fail instead of hanging it.
 #include "platform/win32.h"
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace loopback {
 /// 127.0.0.`host` in network byte order.
 std::uint32_t address(unsigned host = 1);
 sockaddr_in endpoint(std::uint32_t address, std::uint16_t port);
-/// A TCP port on which nobody listens.
+/// A TCP port without a listener.
 std::uint16_t closed_port();
 
 /// Owns a socket.

@@ -1,6 +1,6 @@
 #pragma once
-/// A stream whose peer is a script in memory: what it sends is given beforehand, what it receives is kept.
-/// Its texts are those of the TCP stream.
+/// A stream whose peer is a script in memory: it sends what the test has prepared, and keeps what it
+/// receives. Its texts are those of the TCP stream.
 #include "protocol/stream.h"
 #include "support/octets.h"
 
@@ -15,7 +15,7 @@ public:
     /// Lets what the peer sends arrive in pieces of up to `size` octets: a read takes the next one whole, and
     /// what is beyond the octets asked for stays at hand. Otherwise nothing does.
     void arrives_in_pieces_of(std::size_t size);
-    /// Octets that the peer sent and nobody read.
+    /// Octets of the peer that were not read.
     std::uint64_t unread() const;
 
     /// Lets the connection break once `count` octets are received: every further write fails with `text`.

@@ -20,7 +20,7 @@ std::map<HWND, WNDPROC> frame_procedures;
 
 LRESULT CALLBACK frame_procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
-/// Not every system tells the main window of what happens in a frame, so the frames are watched too.
+/// Not every system notifies the main window of events in a frame, so the frames are watched, too.
 void watch_frame(HWND frame) {
     frame_procedures[frame] = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(frame, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&frame_procedure)));
@@ -86,7 +86,7 @@ StandInMainWindow::StandInMainWindow(int client_width, int client_height)
 }
 
 StandInMainWindow::~StandInMainWindow() {
-    // The entries of the pages still shown may be gone already.
+    // The entries of the shown pages may already be destroyed.
     entryByGroupBox.clear();
     DestroyWindow(window_);
     main_window = nullptr;

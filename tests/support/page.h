@@ -1,5 +1,5 @@
 #pragma once
-/// What tests of the pages need: a window that stands in for the main window, and a look at its controls.
+/// For tests of the pages: a window that replaces the main window, and access to its controls.
 #include "platform/win32.h"
 #include "support/test_window.h"
 #include "window/controls.h"
@@ -19,8 +19,8 @@ public:
 
     HWND window() const { return window_; }
     void resize(int client_width, int client_height);
-    /// Handles what is in the queue and tells how many page-changed messages, which carry no parameters, came
-    /// since it was last asked.
+    /// Handles the messages in the queue and returns the number of page-changed messages, which have no
+    /// parameters, since the last call.
     int page_changes();
     /// The frame of the page shown, or null.
     HWND group_box() const;

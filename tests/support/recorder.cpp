@@ -25,7 +25,7 @@ const std::map<UINT, std::string> name_pool{{WM_NCCREATE, "nccreate"},
                                             {WM_APP, "app"},
                                             {WM_COMMAND, "command"}};
 
-/// Its text may not be there yet, or no longer.
+/// Its text may not be set yet, or no longer exist.
 std::string name_of(HWND window) {
     char name[32] = "";
     GetWindowTextA(window, name, sizeof name);

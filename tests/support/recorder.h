@@ -19,9 +19,9 @@ protected:
     HWND open_child(const std::string& name, HWND parent) {
         return open(name, WS_CHILD | WS_VISIBLE, parent);
     }
-    /// Lists these messages from now on, as "name message", and forgets what was listed.
+    /// Records these messages from now on, as "name message", and clears the list.
     void watch(std::vector<UINT> messages);
-    /// What was listed; forgets it.
+    /// Returns the list and clears it.
     std::vector<std::string> take_log();
     /// Answers this message instead of the default; the result is the message's.
     void answer(UINT message, std::function<LRESULT(HWND, WPARAM, LPARAM)> result) {

@@ -3,8 +3,8 @@
 
 #include <string>
 
-/// Stands in the program's own module before a control class of the system's and refuses to create the n-th
-/// window of that class from now on (1 is the next); the others are plain windows.
+/// Replaces a control class of the system in the program's own module and refuses to create the n-th window
+/// of that class from now on (1 is the next); the others are plain windows.
 class RefusingClass {
 public:
     explicit RefusingClass(std::string name, int nth = 1);

@@ -1,6 +1,6 @@
 #pragma once
-/// Keys and values under HKEY_LOCAL_MACHINE, as tests prepare them and look at them. What cannot be done
-/// fails the test.
+/// Keys and values under HKEY_LOCAL_MACHINE, for tests to prepare and check. A function that fails also makes
+/// the test fail.
 #include "platform/win32.h"
 
 #include <optional>

@@ -1,5 +1,5 @@
 #pragma once
-/// Reads what a scan returned.
+/// Reads the result of a scan.
 #include <cstdlib>
 #include <string>
 #include <vector>

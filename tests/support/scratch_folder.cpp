@@ -10,7 +10,7 @@ std::filesystem::path candidate() {
 
 } // namespace
 
-// Of all who try to make a folder one is told that it made it.
+// Of several processes that try to create a folder, only one succeeds.
 ScratchFolder::ScratchFolder() : folder_(candidate()) {
     while (!std::filesystem::create_directory(folder_))
         folder_ = candidate();

@@ -2,8 +2,8 @@
 #include <filesystem>
 #include <string>
 
-/// A folder for a test's files that nobody else has, not even the same test in another process. It goes with
-/// what is in it.
+/// A folder for a test's files that no other test uses, not even the same one in another process. It is
+/// removed with its contents.
 class ScratchFolder {
 public:
     ScratchFolder();

@@ -91,7 +91,7 @@ void add_bad_key_heads(std::vector<ServerAnswer>& answers) {
           failed}});
 }
 
-/// The same defects in either boolean of the private key; `before` is what stands in front of it.
+/// The same defects in either boolean of the private key; `before` has the octets before it.
 void add_bad_booleans(std::vector<ServerAnswer>& answers, const std::string& name, const Octets& before) {
     const std::string prefix = "server_private_key." + name + ": ";
     const std::string tag = prefix + "Wrong tag, expected BE_BOOLEAN";

@@ -1,6 +1,6 @@
 #pragma once
-/// What a server may answer to an agent's request, good or hostile, and what the tool makes of it. The same
-/// answers are given over memory and over real sockets.
+/// Answers of a server to an agent's request, good or hostile, and the tool's results. The same answers are
+/// used in memory and over real sockets.
 #include "support/octets.h"
 
 #include <string>

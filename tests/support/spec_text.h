@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// What parsing `text` gives; old files are called "From registry".
+/// The result of parsing `text`; old files are called "From registry".
 std::unique_ptr<Configuration> parse(std::string_view text, bool connection_test_only = false);
 /// The text that parsing `text` throws.
 std::string parse_failure(std::string_view text, bool connection_test_only = false);

@@ -1,5 +1,5 @@
 #pragma once
-/// A window of the tests' own that keeps what it is told.
+/// A window of the tests that records its messages.
 #include "platform/win32.h"
 #include "support/clean_system.h"
 
@@ -24,7 +24,7 @@ protected:
     HWND add_to(HWND parent, const char* class_name, DWORD style, const char* text = "",
                 DWORD extended_style = 0);
     void forget() { told.clear(); }
-    /// How often the window was told `message`.
+    /// How often the window got `message`.
     int count(UINT message) const;
     /// Notification codes of the WM_COMMAND messages from `control`, in order.
     std::vector<int> commands(HWND control) const;

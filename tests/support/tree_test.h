@@ -1,5 +1,5 @@
 #pragma once
-/// A tree view in a window of the tests' own, and what it says.
+/// A tree view in a window of the tests, and its notifications.
 #include "support/test_window.h"
 
 #include <string>
@@ -21,7 +21,7 @@ protected:
     LRESULT expand(HTREEITEM item, WPARAM how = TVE_EXPAND);
     bool is_expanded(HTREEITEM item) const;
     std::string text(HTREEITEM item) const;
-    /// What the parent was told of selections since the last call.
+    /// The notifications about selections since the last call.
     std::vector<int> notified();
 
     HWND tree = nullptr;

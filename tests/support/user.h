@@ -9,7 +9,7 @@
 
 /// Presses and releases a key, with Shift held if asked.
 void press_key(int virtual_key, bool with_shift = false);
-/// Types the text, one key a character; bytes above 127 are of the system's code page.
+/// Types the text, one key for each character; bytes above 127 are in the system's code page.
 void type_text(const std::string& text);
 /// Clicks into the middle of a window. Nothing happens when it is hidden or disabled by then.
 void click_on(HWND window);

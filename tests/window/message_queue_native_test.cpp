@@ -1,4 +1,4 @@
-// What the pump between the steps of a long wait leaves alone.
+// Messages that the pump between the steps of a long wait leaves in the queue.
 #include "substitute/control.h"
 #include "support/test_window.h"
 #include "support/thrown.h"
@@ -25,7 +25,7 @@ TEST_F(NativePump, HandsNothingOnWhenNothingWaits) {
     EXPECT_EQ(substitute::call_count("DispatchMessageA"), before);
 }
 
-/// What another program sends is handled while the queue is looked at, and is no message that is taken.
+/// A message that another program sends is handled while the queue is checked, and is not taken from it.
 TEST_F(NativePump, HandsOnAtOnceWhatIsThrownWhileItLooks) {
     substitute::when_peeked([] {
         guarded(

@@ -128,7 +128,7 @@ LRESULT CALLBACK throw_when_activated(HWND window, UINT message, WPARAM wparam, 
     return guarded(0, procedure, [] { return LRESULT{0}; });
 }
 
-/// What its owner throws when it becomes active again ends the step that the window stood for.
+/// An exception of the owner when it becomes active again ends the step for which the window was shown.
 TEST_F(WaitWindowLife, HandsOnWhatIsThrownWhileItCloses) {
     WaitWindow wait("text");
     SetWindowLongPtrA(main_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&throw_when_activated));

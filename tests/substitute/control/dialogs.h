@@ -8,7 +8,7 @@
 
 namespace substitute {
 
-/// What the user does in the next folder browser: clicks through places, then leaves.
+/// The user's actions in the next folder browser: selects places, then closes it.
 struct FolderChoice {
     /// Places that are selected one after the other; an empty path is a place without one (a control panel).
     std::vector<std::string> clicked;
@@ -22,11 +22,11 @@ struct ShownFolderBrowser {
     std::string title;
     UINT flags = 0;
     bool has_root = false;
-    /// Whether there was a place for the name of what was chosen.
+    /// Whether there was a buffer for the name of the chosen item.
     bool takes_name = false;
     /// Paths that the program selected with BFFM_SETSELECTIONA.
     std::vector<std::string> selections;
-    /// What BFFM_ENABLEOK said, in order.
+    /// The values of BFFM_ENABLEOK, in order.
     std::vector<bool> ok_enabled;
 };
 
@@ -36,7 +36,7 @@ const std::vector<ShownFolderBrowser>& shown_folder_browsers();
 /// Places that the browser handed out and the program has not freed.
 std::size_t places_held();
 
-/// What the program asked of the open-file dialog.
+/// The program's request to the open-file dialog.
 struct ShownFileDialog {
     OPENFILENAMEA details{};
     /// Up to the two NULs at its end, which are not kept; empty when there is none.

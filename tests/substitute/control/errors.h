@@ -5,7 +5,7 @@
 
 namespace substitute {
 
-/// What FormatMessageA says to `code` from now on, line end included.
+/// Sets the text of FormatMessageA for `code` from now on, including its line end.
 void set_system_text(DWORD code, const std::string& text);
 
 } // namespace substitute

@@ -9,7 +9,7 @@ namespace substitute {
 /// How many keys are open; the roots do not count.
 int open_keys();
 
-/// From now on nobody may open (or delete) the key: ERROR_ACCESS_DENIED. The key must exist.
+/// From now on, opening or deleting the key fails with ERROR_ACCESS_DENIED. The key must exist.
 void deny_key(HKEY root, const std::string& path);
 
 } // namespace substitute

@@ -1,5 +1,5 @@
 #pragma once
-/// How a test scripts the services of this machine and counts what was asked of them.
+/// Scripts the services of this machine and counts the calls to them.
 #include "substitute/services/services.h"
 
 #include <cstdint>

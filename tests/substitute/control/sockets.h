@@ -1,6 +1,6 @@
 #pragma once
-/// How a test watches and steers the socket calls. Like the planned failures, what is scripted here touches
-/// only calls of the thread that called reset().
+/// Watches and scripts the socket calls. Like planned failures, a script affects only calls of the thread
+/// that called reset().
 #include "substitute/types.h"
 
 #include <cstddef>
@@ -29,8 +29,8 @@ std::vector<int> select_waits();
 /// How many sockets the watched thread opened and has not closed.
 std::size_t open_sockets();
 
-/// What the name look-up answers for `name`: these addresses (network byte order), possibly none. Other names
-/// are looked up for real.
+/// Sets the result of the name look-up of `name`: these addresses (network byte order), possibly none. Other
+/// names are looked up for real.
 void set_host(const std::string& name, std::vector<DWORD> addresses);
 /// The name look-up of `name` takes until the future is ready, and then fails.
 void hold_host(const std::string& name, std::shared_future<void> until);

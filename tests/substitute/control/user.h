@@ -38,8 +38,8 @@ void forget_steps();
 /// Runs once, when the program next calls PeekMessageA.
 void when_peeked(std::function<void()> step);
 
-/// Runs wherever the system may hand the program what another process sends: when the program looks at its
-/// queue or waits for a message, while a box or a dialog is shown, and when focus or activity move with a
+/// Runs wherever the system may deliver messages of other processes to the program: when the program looks at
+/// its queue or waits for a message, while a box or a dialog is shown, and when focus or activity move with a
 /// window. Empty: nothing runs.
 void on_delivery(std::function<void(const char* function)> step);
 
@@ -62,7 +62,7 @@ std::size_t answers_left();
 /// Drops scripted answers and steps that no box has taken.
 void forget_answers();
 
-/// What the system would show to a user who ends the session; empty when `window` does not object.
+/// The text that the system would show when the user ends the session; empty if `window` does not object.
 std::wstring shutdown_block_reason(HWND window);
 /// Hooks that are set.
 int open_hooks();

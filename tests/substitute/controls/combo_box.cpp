@@ -20,7 +20,7 @@ struct ComboData : ControlData {
     bool dropped = false;
     /// How many rows the opened list shows before it scrolls, in version 6 of the controls.
     LRESULT rows = 30;
-    /// What was selected when the list was opened.
+    /// The selection when the list was opened.
     int before = CB_ERR;
 };
 

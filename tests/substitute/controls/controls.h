@@ -14,7 +14,7 @@ LRESULT tree_view_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lpa
 
 LRESULT folder_browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam);
 
-/// On Windows both bear the name of the dialog class; here each has its procedure.
+/// On Windows both classes have the name of the dialog class; here each has its own procedure.
 inline constexpr LPCSTR dialog_class = "#32770";
 inline constexpr LPCSTR folder_browser_class = "#32770 folder browser";
 

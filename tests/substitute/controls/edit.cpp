@@ -10,7 +10,7 @@
 namespace substitute {
 namespace {
 
-/// What a user may type into an edit control.
+/// Whether a user can type the character into an edit control.
 constexpr std::size_t typing_limit = 30000;
 
 struct EditData : ControlData {

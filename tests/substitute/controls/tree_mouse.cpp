@@ -1,8 +1,8 @@
 #include "substitute/controls/tree_view.h"
 #include "substitute/windows/window_calls.h"
 
-/// Where the items of a tree view lie, and what a click on them does. Nothing is scrolled: the first item is
-/// always at the top.
+/// The places of a tree view's items, and the effect of clicks on them. Nothing is scrolled: the first item
+/// is always at the top.
 namespace substitute {
 namespace {
 
@@ -17,7 +17,7 @@ int depth_of(const TreeItems& items, const TreeItem& item) {
     return depth;
 }
 
-/// Left of the text lies the button that opens and closes the item.
+/// The button that opens and closes the item is left of the text.
 int text_left(const TreeItems& items, const TreeItem& item) {
     return indent_width * (depth_of(items, item) + 1);
 }

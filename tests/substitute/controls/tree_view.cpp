@@ -160,7 +160,7 @@ LRESULT expand_tree_item(HWND handle, WPARAM what, HTREEITEM target) {
     return TRUE;
 }
 
-/// The parent may refuse the change when it is announced; when it is reported, it has happened.
+/// The parent can refuse the change when it is announced, but no longer when it is reported.
 LRESULT select_tree_item(HWND handle, HTREEITEM target, UINT cause) {
     const HTREEITEM before = tree_data(handle).selected;
     if (target != nullptr && tree_data(handle).items.find(target) == nullptr)

@@ -34,7 +34,7 @@ std::string filter_text(LPCSTR filter) {
 
 std::string text_of(LPCSTR text) { return text == nullptr ? "" : text; }
 
-/// What Windows' dialog does not open with. (Wine's opens.)
+/// Names with which Windows' dialog does not open, although Wine's does.
 bool is_no_name(const std::string& file) { return file.find_first_of("<>|\"") != std::string::npos; }
 
 BOOL refuse(DWORD error) {

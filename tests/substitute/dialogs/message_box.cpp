@@ -37,7 +37,7 @@ template <typename Value> Value take_next(std::deque<Value>& queued, Value other
     return next;
 }
 
-/// Nobody has pressed a button.
+/// No button was pressed.
 constexpr int ended_by_quit = 0;
 
 void play_next_step() {

@@ -1,10 +1,10 @@
 #pragma once
-/// A dialog of the system's that keeps the program waiting. Internal to the substitute.
+/// A modal dialog of the system. Internal to the substitute.
 #include "substitute/windows/user.h"
 
 namespace substitute {
 
-/// While it lives a dialog window is active and its owner disabled. Posted messages get through once it is
+/// While it exists, a dialog window is active and its owner disabled. Posted messages are handled once it is
 /// shown, as they do in the system's own modal loops.
 class ModalDialog {
 public:

@@ -85,7 +85,7 @@ PIDLIST_ABSOLUTE run_browser(HWND browser, const BROWSEINFOA& details) {
 
 } // namespace
 
-/// Takes what the program's callback sends to the browser.
+/// Handles the messages that the program's callback sends to the browser.
 LRESULT folder_browser_procedure(HWND handle, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == BFFM_SETSELECTIONA && wparam != 0) {
         shell().shown.back().selections.emplace_back(reinterpret_cast<LPCSTR>(lparam));

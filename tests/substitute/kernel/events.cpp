@@ -24,7 +24,8 @@ struct OpenEvent {
 
 struct State {
     std::map<HANDLE, OpenEvent> open;
-    std::map<std::string, std::weak_ptr<Event>> named; // case counts; gone with the last handle
+    std::map<std::string, std::weak_ptr<Event>>
+        named; // names are case-sensitive; an event is destroyed with its last handle
     std::intptr_t last = 0;
 };
 
@@ -41,7 +42,7 @@ HANDLE add_handle(std::shared_ptr<Event> event, DWORD access) {
     return handle;
 }
 
-/// The program's own name space may be named or not; the global one is another.
+/// The prefix of the program's own name space is optional; the global name space is separate.
 std::string full_name(const std::string& name) { return name.starts_with("Local\\") ? name.substr(6) : name; }
 
 LONG name_error(const std::string& name) {

@@ -2,7 +2,7 @@
 /// Error codes and their texts, clock, named events.
 #include "substitute/types.h"
 
-/// Signed, as the system's own constants are: what compares with them there compares with them here.
+/// Signed, as the system's own constants are: so comparisons with them compile on both sides.
 inline constexpr LONG ERROR_SUCCESS = 0;
 inline constexpr LONG NO_ERROR = 0;
 inline constexpr LONG ERROR_FILE_NOT_FOUND = 2;
@@ -49,7 +49,7 @@ DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer);
 BOOL SetCurrentDirectoryW(LPCWSTR folder);
 
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
-/// The clock is virtual: it stands still but for these calls and substitute::advance_clock.
+/// The clock is virtual: only these calls and substitute::advance_clock move it.
 void Sleep(DWORD milliseconds);
 DWORD GetTickCount();
 std::uint64_t GetTickCount64();

@@ -6,8 +6,8 @@
 #include <deque>
 #include <string_view>
 
-/// Modules, icons, cursors, fonts and device contexts: the program only hands their handles on. Of what is
-/// drawn, filled rectangles can be looked at.
+/// Modules, icons, cursors, fonts and device contexts: the program only passes their handles on. Only filled
+/// rectangles are recorded.
 namespace {
 
 template <typename Handle> Handle made_up(ULONG_PTR value) { return reinterpret_cast<Handle>(value); }
@@ -39,7 +39,7 @@ struct Filled {
 /// In the one device context, since it was handed out.
 std::deque<Filled> filled;
 
-/// A brush may be given as the number of a colour of the system's, plus one.
+/// A brush can be given as the number of a system colour, plus one.
 COLORREF colour_of(HBRUSH brush) {
     return GetSysColor(static_cast<int>(reinterpret_cast<ULONG_PTR>(brush)) - 1);
 }

@@ -1,6 +1,6 @@
 #pragma once
-/// Stands before the program's own header of this name in builds without Windows. Declares what the program
-/// uses of Windows; the sources around it implement that in memory (sockets excepted, which are real
+/// Replaces the program's own header of this name in builds without Windows. Declares what the program uses
+/// from Windows; the sources around it implement that in memory (sockets excepted, which are real
 /// everywhere).
 #include "substitute/dialogs/shell.h"
 #include "substitute/kernel/kernel.h"

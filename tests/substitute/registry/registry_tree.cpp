@@ -17,7 +17,7 @@ struct Handles {
     Handles() {
         for (const HKEY root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE, HKEY_USERS})
             roots[root] = {std::make_shared<RegistryKey>(), KEY_ALL_ACCESS};
-        // Every Windows has these two; nobody may assume more.
+        // Every Windows has these two keys; tests must not rely on others.
         for (const std::string name : {"SOFTWARE", "HARDWARE"}) {
             const auto key = std::make_shared<RegistryKey>();
             key->name = name;

@@ -86,7 +86,7 @@ LSTATUS RegSetValueExA(HKEY handle, LPCSTR name, DWORD, DWORD type, const BYTE* 
         return status;
     if (name_of(name).size() > longest_name)
         return ERROR_INVALID_PARAMETER;
-    // The system looks at the byte behind an unterminated string, and takes it along when it is the zero.
+    // The system checks the byte after an unterminated string, and includes it if it is zero.
     if (is_string(type) && size != 0 && data[size - 1] != 0 && data[size] == 0)
         ++size;
     key->values.set(name_of(name), type, size == 0 ? std::string() : std::string(data, data + size));

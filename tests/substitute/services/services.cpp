@@ -61,7 +61,7 @@ Service* usable(SC_HANDLE handle, DWORD needed) {
                                              : refuse<Service*>(ERROR_SERVICE_DOES_NOT_EXIST);
 }
 
-/// Lets what is due by now happen.
+/// Applies the changes of state that are due.
 void settle(Service& service) {
     if (service.next_state != 0 && substitute::clock_now() >= service.due) {
         service.script.state = service.next_state;

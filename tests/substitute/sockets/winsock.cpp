@@ -60,7 +60,7 @@ SOCKET socket(int family, int type, int protocol) {
 int closesocket(SOCKET handle) {
     if (substitute::failing("closesocket", WSAENOTSOCK))
         return SOCKET_ERROR;
-    // Before the close: right after it another thread may be given the same number.
+    // Before the close, because another thread may get the same number right after it.
     note_closed(handle);
     return finished(::close(descriptor(handle)));
 }

@@ -1,6 +1,6 @@
 #pragma once
 /// The Winsock calls that the program and its tests' peers use, over the host's socket calls. Sockets are
-/// real; what differs between the two is evened out: error codes, the sets of `select`, datagrams that do not
+/// real; differences between the two are hidden: error codes, the sets of `select`, datagrams that do not
 /// fit.
 #include "substitute/sockets/iphelper.h"
 #include "substitute/sockets/winsock_calls.h"

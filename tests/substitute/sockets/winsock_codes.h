@@ -45,7 +45,7 @@ inline constexpr int WSANO_DATA = 11004;
 int code_of_errno(int host_code);
 /// Winsock's code for an `h_errno` of a name look-up.
 int code_of_lookup(int host_code);
-/// Sets the last error and returns what says that a socket call failed.
+/// Sets the last error and returns the value for a failed socket call.
 int fail_with(int code);
 
 } // namespace winsock

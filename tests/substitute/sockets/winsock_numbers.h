@@ -1,7 +1,7 @@
 #pragma once
-/// The numbers that Winsock calls are given. They are those of the host's socket calls, to which they are
-/// passed straight through; a program that uses the names cannot tell. Apart from the calls' header because
-/// the host's headers define the same names as macros.
+/// The constants for Winsock calls. They are those of the host's socket calls, to which they are passed
+/// unchanged; a program that uses the names does not notice. They have a header of their own because the
+/// host's headers define the same names as macros.
 #include "substitute/types.h"
 
 namespace winsock {

@@ -1,5 +1,5 @@
 #pragma once
-/// What tests scripted for the socket calls, as the calls ask for it.
+/// The scripts of tests for the socket calls.
 #include "substitute/control/sockets.h"
 
 #include <optional>
@@ -20,7 +20,7 @@ void note_closed(UINT_PTR handle);
 bool keeps_datagram(const substitute::Datagram& datagram);
 /// The addresses scripted for `name`; null when it is to be looked up.
 const std::vector<DWORD>* scripted_host(const std::string& name);
-/// What the look-up of `name` has to wait for; invalid when it is not held.
+/// The future for which the look-up of `name` waits; invalid if it does not wait.
 std::shared_future<void> held_host(const std::string& name);
 /// The scripted interface table; null when the machine's is asked for.
 const std::vector<substitute::Interface>* scripted_interfaces();

@@ -15,7 +15,7 @@
 namespace winsock {
 namespace {
 
-/// One entry a socket, whatever sets it is in.
+/// One entry for each socket, in whichever sets it is.
 struct Polled {
     std::vector<pollfd> entries;
 
@@ -47,7 +47,7 @@ template <typename Ready> int keep_ready(socket_set* set, Polled& polled, Ready 
 }
 
 /// A wait for the network takes its time on the substitute's clock too. It takes a millisecond at least, so
-/// that a program which waits again and again sees time pass.
+/// that time passes for a program that waits repeatedly.
 class TimedWait {
 public:
     ~TimedWait() {
@@ -133,8 +133,8 @@ int select(int /*ignored*/, socket_set* read, socket_set* write, socket_set* exc
         if (each.revents & POLLNVAL)
             return fail_with(WSAENOTSOCK);
     }
-    // A connect that failed is reported as an exception and not, as the host does, as writable too. Where the
-    // exception was not asked for, a broken socket is writable: the next send tells why.
+    // A failed connect is reported only as an exception; the host reports it as writable, too. If exceptions
+    // were not requested, a broken socket is writable, and the next send returns the reason.
     const auto excepted = [except](SOCKET handle) { return except != nullptr && is_in_set(handle, except); };
     const int writable = keep_ready(write, polled, [&excepted](SOCKET handle, short events) {
         return (events & (POLLOUT | POLLERR)) != 0 && !((events & POLLERR) != 0 && excepted(handle));

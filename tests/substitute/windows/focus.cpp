@@ -34,7 +34,7 @@ void move_focus(HWND handle) {
         SendMessageA(handle, WM_SETFOCUS, reinterpret_cast<WPARAM>(before), 0);
 }
 
-/// Whether the window is minimised goes with the news.
+/// The message contains whether the window is minimised.
 void tell_activation(HWND handle, WPARAM how, HWND other) {
     if (const Window* window = handle == nullptr ? nullptr : window_of(handle)) {
         SendMessageA(handle, WM_ACTIVATE, MAKEWPARAM(static_cast<int>(how), is_minimized(*window) ? 1 : 0),
@@ -52,7 +52,7 @@ bool set_active(HWND handle, WPARAM how = WA_ACTIVE) {
     return state().active == handle;
 }
 
-/// The window that becomes active when `leaving` goes: its owner, else the topmost one that can.
+/// The window that becomes active when `leaving` is closed: its owner, or else the topmost possible one.
 HWND successor_of(HWND leaving) {
     const auto fits = [leaving](HWND each) {
         const Window* window = window_of(each);

@@ -72,7 +72,7 @@ bool reaches(const MSG& message) {
     return is_key_message(message.message) ? IsWindow(message.hwnd) != FALSE : can_be_clicked(message.hwnd);
 }
 
-/// A click first brings the window that it goes to in front.
+/// A click first brings its window to the front.
 void note_input(const Input& input) {
     const bool clicks = input.message == WM_LBUTTONDOWN || input.message == WM_NCLBUTTONDOWN;
     if (clicks && can_be_clicked(input.clicked))
@@ -115,7 +115,7 @@ bool list_takes_click() {
     return true;
 }
 
-/// The first that reaches a window which the filter takes. What reaches nothing is dropped on the way.
+/// The first input for a window that the filter accepts. Input that reaches no window is dropped.
 bool take_input(const Filter& filter, bool remove, MSG& message) {
     auto& input = queue().input;
     for (std::size_t at = 0; at < input.size();) {
@@ -140,7 +140,7 @@ bool take(const Filter& filter, bool remove, MSG& message) {
     do {
         if (take_posted(filter, remove, message) || take_quit(remove, message))
             return true;
-        // What is posted while the list closes comes before the next input.
+        // Messages that are posted while the list closes come before the next input.
     } while (list_takes_click());
     return take_input(filter, remove, message);
 }
@@ -180,7 +180,7 @@ void queue_step(std::function<void()> step) { queue().steps.push_back(std::move(
 void when_peeked(std::function<void()> step) { queue().when_peeked = std::move(step); }
 void on_delivery(std::function<void(const char*)> step) { queue().on_delivery = std::move(step); }
 
-/// What the step itself brings about is no delivery.
+/// Messages that the step itself causes are not deliveries.
 void deliver(const char* function) {
     if (!queue().on_delivery || !watched())
         return;

@@ -6,8 +6,8 @@
 
 namespace substitute {
 
-/// One act of the user, as it comes from keyboard or mouse: which window it reaches is settled only when
-/// the program takes it out of the queue.
+/// One input from keyboard or mouse. Which window it reaches is decided only when the program takes it from
+/// the queue.
 struct Input {
     UINT message;
     WPARAM wparam;
@@ -17,7 +17,7 @@ struct Input {
 
 void queue_input(const Input& input);
 void queue_step(std::function<void()> step);
-/// Lets a test send what other processes may send while the program is inside `function`.
+/// Lets a test send messages as from other processes while the program is in `function`.
 void deliver(const char* function);
 /// Dispatches what is posted, as the system's own modal loops do, but takes no input.
 void dispatch_posted();

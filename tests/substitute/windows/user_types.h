@@ -77,7 +77,7 @@ struct NMHDR {
 };
 using LPNMHDR = NMHDR*;
 
-/// Of the system's record only the measures of a line; the rest is not asked for.
+/// Only the measures of a line; the program does not use the rest of the system's record.
 struct TEXTMETRICA {
     LONG tmHeight;
     LONG tmAscent;

@@ -16,7 +16,7 @@ struct WindowClass {
     int windows = 0;
 };
 
-/// What a control's procedure keeps for one window.
+/// The data of a control's procedure for one window.
 struct ControlData {
     ControlData() = default;
     ControlData(const ControlData&) = delete;
@@ -86,14 +86,15 @@ void send_move(HWND handle);
 void leave_focus(HWND handle);
 void drop_messages_of(HWND handle);
 void activate(HWND handle, WPARAM how = WA_ACTIVE);
-/// What an active window is told that comes back from being minimised: the focus first, then the activation.
+/// Notifies an active window that was restored after being minimised: first of the focus, then of the
+/// activation.
 void activate_restored(HWND handle);
-/// Gives the window that `clicked` lies in the activity, and the focus, if another one has it.
+/// Activates the window that contains `clicked`, and gives it the focus if another one has it.
 void activate_by_click(HWND clicked);
 HWND top_level_of(HWND handle);
 /// A minimised window hands the focus to none of its controls.
 bool is_in_minimized(HWND handle);
-/// Whether neither the window nor one that it lies in is disabled: only then can it have focus or clicks.
+/// Whether neither the window nor one of its ancestors is disabled; only then can it get focus or clicks.
 bool is_enabled_throughout(HWND handle);
 
 } // namespace substitute

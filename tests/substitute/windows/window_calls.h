@@ -1,6 +1,6 @@
 #pragma once
-/// What the calls of the same names do, for the substitute's own use: neither noted nor made to fail, so that
-/// a test which counts or fails calls meets only those of the program.
+/// The calls of the same names for the substitute's own use: they are neither recorded nor made to fail, so
+/// that a test which counts or fails calls meets only those of the program.
 #include "substitute/windows/user.h"
 
 namespace substitute {

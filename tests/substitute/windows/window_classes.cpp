@@ -37,7 +37,7 @@ Classes& classes_of_system() {
     return instance;
 }
 
-/// The program's own classes; one may bear the name of a class of the system's and then stands before it.
+/// The program's own classes; one with the name of a system class replaces it.
 Classes& classes() {
     static Classes instance;
     return instance;

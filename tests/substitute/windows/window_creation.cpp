@@ -55,7 +55,7 @@ HWND make_window(const CREATESTRUCTA& create, WindowClass& window_class) {
     return window.handle;
 }
 
-/// Tells every ancestor, as far as they are children themselves, that a child came or goes.
+/// Notifies every ancestor that is itself a child of the creation or destruction of a child.
 void notify_ancestors(HWND handle, UINT event) {
     const Window* window = window_of(handle);
     const WPARAM wparam =
@@ -79,7 +79,7 @@ void destroy_rest(HWND handle) {
     forget_window(handle);
 }
 
-/// WM_DESTROY goes to a window before its children.
+/// A window gets WM_DESTROY before its children.
 void announce_destruction(HWND handle) {
     existing_window(handle).destroying = true;
     SendMessageA(handle, WM_DESTROY, 0, 0);

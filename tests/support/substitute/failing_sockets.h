@@ -1,5 +1,5 @@
 #pragma once
-/// Sockets whose calls fail, one at a time, towards a peer of the test's own.
+/// Sockets whose calls fail, one at a time, with a peer of the test.
 #include "base/messages.h"
 #include "net/socket.h"
 #include "substitute/control.h"
@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-/// What the program has when no test has changed it yet.
+/// The program's own value, before a test changes it.
 inline const int shipped_io_timeout = socket_io_timeout;
 
-/// What the socket layer says about a failure: what it did, the system's words and the number.
+/// The socket layer's text for a failure: the operation, the system's words and the number.
 inline std::string said(const std::string& before, DWORD code) {
     return before + system_error_string(code) + " (" + std::to_string(code) + ")";
 }
@@ -30,7 +30,7 @@ protected:
     const char* connect_to(std::uint16_t port, unsigned flags = net::connect_nonblocking) {
         return socket_connect(loopback::address(), port, &socket_, flags);
     }
-    /// Connects to a peer of this test's.
+    /// Connects to a peer of this test.
     void connect_to_listener() {
         ASSERT_EQ(connect_to(listener_.port()), nullptr);
         waited_ = substitute::select_waits().size();

@@ -11,7 +11,7 @@
 
 class WholeSession;
 
-/// What goes wrong in a session, or arrives in the middle of it; 0 stands for nothing.
+/// What fails in a session, or arrives in the middle of it; 0 means nothing.
 struct Disturbance {
     /// The n-th call of this function of the system.
     std::string function = {};
@@ -39,7 +39,7 @@ public:
         std::string old_text;
         std::string new_text;
     };
-    /// What a session may make of each value below kAgentKey. The folder and the file are chosen in dialogs.
+    /// The values that a session may store below kAgentKey. The folder and the file are chosen in dialogs.
     static const std::map<std::string, Values>& values();
 
     /// Plays the session.

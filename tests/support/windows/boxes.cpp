@@ -61,7 +61,7 @@ template <typename Value> Value take_next(std::deque<Value>& queued, Value other
     return next;
 }
 
-/// A box with nothing but OK may call its button "cancel", so that Escape presses it.
+/// A box with only an OK button may give it the number of Cancel, so that Escape presses it.
 int button_of(HWND box, int wanted) { return wanted == IDOK && !has_button(box, IDOK) ? IDCANCEL : wanted; }
 
 void answer_box(HWND box) {

@@ -4,9 +4,9 @@
 
 #include <deque>
 
-/// Each stroke is posted only when the one before has been handled, so that it goes where the focus is by
-/// then. Posted and not injected into the desktop's input: that would go to whichever window of whichever
-/// suite happens to be in front.
+/// Each stroke is posted only after the previous one has been handled, so that it reaches the window that has
+/// the focus by then. It is posted, because input that is injected into the desktop would go to any suite's
+/// window that is in front.
 namespace {
 
 constexpr LPARAM first_press = 1;

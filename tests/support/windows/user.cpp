@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <deque>
 
-/// A timer of the thread's fires in whatever loop the program runs, and only when nothing else waits in the
-/// queue: that is when the user acts.
+/// A timer of the thread fires in every loop of the program, and only when nothing else waits in the queue:
+/// then the user acts.
 namespace {
 
 constexpr UINT tick_milliseconds = 10;
