@@ -10,21 +10,20 @@
 #include <map>
 #include <memory>
 #include <string_view>
-#include <utility>
 
 /// Every concrete entry derives from this class and from exactly one store class, which realises the shared
 /// DataManipulator. There is no virtual destructor: entries live until the process ends, and who owns one
 /// knows its kind (see OwnedEntry).
 class BaseEntry : public virtual DataManipulator {
 public:
-    /// Both texts must outlive the entry: they are parts of the spec file's text, which the configuration
-    /// owns.
-    BaseEntry(std::string_view title, std::string_view help_text) : title_(title), help_text_(help_text) {}
+    /// `subspec` is the spec file's text from the entry's title on; its first three lines are the title, the
+    /// value name and the help text. It must outlive the entry: the configuration owns it.
+    explicit BaseEntry(std::string_view subspec) : subspec_(subspec) {}
     BaseEntry(const BaseEntry&) = delete;
     BaseEntry& operator=(const BaseEntry&) = delete;
 
-    std::string_view title() const { return title_; }
-    std::string_view help_text() const { return help_text_; }
+    std::string_view title() const;
+    std::string_view help_text() const;
 
     /// Creates the page's controls in `parent`, the main window, places them and shows the value. Throws a
     /// text (std::string) when a control cannot be created.
@@ -45,26 +44,35 @@ public:
     virtual LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 protected:
-    ~BaseEntry() = default;
+    ~BaseEntry() { pages_.erase(this); }
 
-    /// The page's frame and the parent of the concrete entry's controls; null while the page is not shown.
-    HWND group_box() const { return group_box_; }
+    /// What an entry has only while its page is shown.
+    struct Page {
+        bool is_selected = false;
+        /// The page's frame and the parent of its controls.
+        HWND group_box = nullptr;
+        WNDPROC previous_procedure = nullptr;
+        HWND help_static = nullptr;
+        /// The controls of the concrete entry; null if it has none.
+        HWND control = nullptr;
+        HWND button = nullptr;
+    };
+    /// Empty while the page is not shown. Do not keep the reference: a message that is handled meanwhile may
+    /// close the page.
+    Page& page() const { return pages_[this]; }
 
 private:
     void create_group_box(HWND parent);
 
-    std::string_view title_;
-    std::string_view help_text_;
-    WNDPROC previous_procedure_ = nullptr;
-    bool selected_ = false;
-    HWND help_static_ = nullptr;
-    HWND group_box_ = nullptr;
+    /// Not in the entry, because a configuration may have a hundred thousand entries, and shows one page.
+    static inline std::map<const BaseEntry*, Page> pages_;
+    std::string_view subspec_;
 };
 
 /// Routes the messages of the group boxes to the entries whose pages they frame.
 inline std::map<HWND, BaseEntry*> entryByGroupBox;
 
-/// Destroys an entry as the kind that it was made as.
+/// Destroys an entry as the kind that it was made as. Its memory stays, see Settings::entry_memory.
 struct EntryDeleter {
     void operator()(BaseEntry* entry) const { destroy(entry); }
 
@@ -72,12 +80,6 @@ struct EntryDeleter {
 };
 
 using OwnedEntry = std::unique_ptr<BaseEntry, EntryDeleter>;
-
-/// Makes an entry of the kind `Entry`.
-template <typename Entry, typename... Arguments> OwnedEntry make_entry(Arguments&&... arguments) {
-    return {new Entry(std::forward<Arguments>(arguments)...),
-            {[](BaseEntry* entry) { delete static_cast<Entry*>(entry); }}};
-}
 
 /// For a control that has no value to edit.
 inline constexpr WORD never_reported = 0xFFFF;
@@ -96,7 +98,7 @@ struct PageControl {
 class SingleControlEntry : public BaseEntry {
 public:
     /// `kind` must outlive the entry.
-    SingleControlEntry(std::string_view title, std::string_view help_text, const PageControl& kind);
+    SingleControlEntry(std::string_view subspec, const PageControl& kind);
 
     void createControls(HWND parent) override;
     void destroyControls(HWND parent) override;
@@ -107,9 +109,8 @@ protected:
     ~SingleControlEntry() = default;
 
     /// Null while the page is not shown.
-    HWND control() const { return control_; }
+    HWND control() const { return page().control; }
 
 private:
     const PageControl& kind_;
-    HWND control_ = nullptr;
 };

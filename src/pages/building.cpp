@@ -11,53 +11,56 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <new>
 #include <utility>
 
 namespace {
 
-/// The texts that every entry's constructor takes after its first argument.
+/// Every entry's constructor takes the text of its subspec after its first argument.
 template <typename Entry, typename First, typename... More>
-OwnedEntry entry_of(const Declaration& declaration, First first, More&&... more) {
-    return make_entry<Entry>(std::move(first), declaration.title.text, declaration.help_text.text,
-                             std::forward<More>(more)...);
+OwnedEntry entry_of(const Declaration& declaration, Settings& target, First first, More&&... more) {
+    void* const place = target.entry_memory.take(sizeof(Entry));
+    return {new (place) Entry(std::move(first), declaration.subspec, std::forward<More>(more)...),
+            {[](BaseEntry* entry) { std::destroy_at(static_cast<Entry*>(entry)); }}};
 }
 
 CommonRegKey binding(const Declaration& declaration, const Settings& target) {
-    return {HKEY_LOCAL_MACHINE, target.registryPath, declaration.value_name.text, !target.connectionTestOnly};
+    return {target.registryPath, declaration.value_name.text, !target.connectionTestOnly};
 }
 
 template <typename Entry> OwnedEntry build_value(const Declaration& declaration, Settings& target) {
-    return entry_of<Entry>(declaration, binding(declaration, target));
+    return entry_of<Entry>(declaration, target, binding(declaration, target));
 }
 
 OwnedEntry build_options(const Declaration& declaration, Settings& target) {
     std::vector<std::string> options;
     for (const SpecLine& line : declaration.further)
         options.emplace_back(line.text);
-    return entry_of<OptionEntry>(declaration, binding(declaration, target), std::move(options));
+    return entry_of<OptionEntry>(declaration, target, binding(declaration, target), std::move(options));
 }
 
 OwnedEntry build_serial_port(const Declaration& declaration, Settings& target) {
-    return entry_of<OptionEntry>(declaration, binding(declaration, target), serial_ports());
+    return entry_of<OptionEntry>(declaration, target, binding(declaration, target), serial_ports());
 }
 
 OwnedEntry build_delete_key(const Declaration& declaration, Settings& target) {
     std::string path = target.registryPath + "\\" + std::string(declaration.value_name.text);
-    return entry_of<DeleteKey>(declaration, DeleteRegKey(HKEY_LOCAL_MACHINE, std::move(path)));
+    return entry_of<DeleteKey>(declaration, target, DeleteRegKey(std::move(path)));
 }
 
-OwnedEntry build_signal(const Declaration& declaration, Settings&) {
-    return entry_of<SignalEvent>(declaration, std::string(declaration.value_name.text));
+OwnedEntry build_signal(const Declaration& declaration, Settings& target) {
+    return entry_of<SignalEvent>(declaration, target, std::string(declaration.value_name.text));
 }
 
 OwnedEntry build_file(const Declaration& declaration, Settings& target) {
     const bool has_extension = !declaration.further.empty();
     std::string extension(has_extension ? declaration.further.front().text : std::string_view());
-    return entry_of<FileSelector>(declaration, binding(declaration, target), std::move(extension));
+    return entry_of<FileSelector>(declaration, target, binding(declaration, target), std::move(extension));
 }
 
 OwnedEntry build_server_list(const Declaration& declaration, Settings& target) {
-    return entry_of<ServerListEntry>(declaration, binding(declaration, target), target);
+    return entry_of<ServerListEntry>(declaration, target, binding(declaration, target), target);
 }
 
 OwnedEntry set_up_connection_test(const Declaration& declaration, Settings& target) {

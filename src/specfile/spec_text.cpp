@@ -114,12 +114,14 @@ void SpecReader::take_service_name(const SpecLine& line) {
 }
 
 void SpecReader::read_declaration() {
+    const std::string_view rest = lines_.rest();
     const SpecLine start = read_line();
     if (start.text.empty() || start.text.front() != '$') {
         statement_ = parse_error(start, "subspec"); // GCOVR_EXCL_LINE: its one caller has seen the "$"
         return;
     }
     Declaration& declaration = fresh_declaration();
+    declaration.subspec = rest.substr(1);
     declaration.title = without_first(start);
     declaration.value_name = read_line();
     declaration.help_text = read_line();

@@ -47,6 +47,8 @@ public:
     bool next_starts_with(char first) const { return !rest_.empty() && rest_.front() == first; }
     /// The next line without its end; empty at the end of the text.
     std::string_view read();
+    /// What is not read yet.
+    std::string_view rest() const { return rest_; }
     /// The number of the line that was read last.
     std::size_t line_number() const { return lines_read_; }
 
@@ -99,6 +101,8 @@ const EntryKind* find_entry_kind(std::string_view type);
 
 /// A subspec, the unit of a spec file from which one entry is made.
 struct Declaration {
+    /// The text of the file from the title on.
+    std::string_view subspec;
     /// Without its "$".
     SpecLine title;
     /// For some types the name of something else: an event, a subkey.

@@ -6,14 +6,14 @@
 #include <cstring>
 #include <utility>
 
-CommonRegKey::CommonRegKey(HKEY root, const std::string& path, std::string_view value_name, bool read_now)
-    : root_(root), path_(&path), value_name_(value_name) {
+CommonRegKey::CommonRegKey(const std::string& path, std::string_view value_name, bool read_now)
+    : path_(&path), value_name_(value_name) {
     if (read_now)
         CommonRegKey::read();
 }
 
 void CommonRegKey::read() {
-    const RegistryKeyHandle key(root_, *path_, KEY_QUERY_VALUE);
+    const RegistryKeyHandle key(HKEY_LOCAL_MACHINE, *path_, KEY_QUERY_VALUE);
     if (!key)
         throw "Cannot open path \"" + *path_ + "\" for reading";
     value_ = query_value_text(key.get(), std::string(value_name_).c_str()).value_or("");
@@ -29,7 +29,7 @@ void CommonRegKey::set_value(std::string value) {
 }
 
 void CommonRegKey::write() {
-    const RegistryKeyHandle key(root_, *path_, KEY_SET_VALUE);
+    const RegistryKeyHandle key(HKEY_LOCAL_MACHINE, *path_, KEY_SET_VALUE);
     if (!key)
         throw "Cannot open path \"" + *path_ + "\" for writing";
     const std::string name(value_name_);

@@ -10,10 +10,11 @@
 /// and written as REG_SZ. A missing value, and one of more than 1,024 bytes, reads as empty.
 class CommonRegKey : public virtual DataManipulator {
 public:
-    /// `path` is relative to `root`. With `read_now` the value is read at once; otherwise it starts empty.
-    /// The two texts must outlive this object. They are not copied because a configuration has many of these.
-    CommonRegKey(HKEY root, const std::string& path, std::string_view value_name, bool read_now);
-    CommonRegKey(HKEY root, std::string&& path, std::string_view value_name, bool read_now) = delete;
+    /// `path` is below HKEY_LOCAL_MACHINE. With `read_now` the value is read at once; otherwise it starts
+    /// empty. The two texts must outlive this object. They are not copied because a configuration has many of
+    /// these.
+    CommonRegKey(const std::string& path, std::string_view value_name, bool read_now);
+    CommonRegKey(std::string&& path, std::string_view value_name, bool read_now) = delete;
 
     void read() override;
     /// The key must exist already. Text beyond 1,024 bytes is not written.
@@ -24,7 +25,6 @@ public:
     void set_value(std::string value);
 
 private:
-    HKEY root_;
     const std::string* path_;
     std::string_view value_name_;
     std::string value_;

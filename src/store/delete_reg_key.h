@@ -7,8 +7,8 @@
 /// A whole registry key that the user can delete.
 class DeleteRegKey : public virtual DataManipulator {
 public:
-    /// Checks whether the key exists. `path` is relative to `root`.
-    DeleteRegKey(HKEY root, std::string path);
+    /// Checks whether the key exists. `path` is below HKEY_LOCAL_MACHINE.
+    explicit DeleteRegKey(std::string path);
 
     void read() override;
     /// Deletes the key if that was requested. Failure is silent: the key still exists, and `changed` stays
@@ -22,7 +22,6 @@ public:
     void request_delete(bool on) { delete_requested_ = on; }
 
 private:
-    HKEY root_;
     std::string path_;
     bool exists_ = false;
     bool delete_requested_ = false;

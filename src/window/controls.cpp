@@ -4,6 +4,7 @@
 #include "window/guard.h"
 
 #include <array>
+#include <utility>
 
 HWND create_control(HWND parent, const ControlDescription& description) {
     const DWORD visible = description.hidden ? 0 : WS_VISIBLE;
@@ -20,10 +21,7 @@ HWND create_control(HWND parent, const ControlDescription& description) {
     return control;
 }
 
-void destroy_control(HWND& control) {
-    DestroyWindow(control);
-    control = nullptr;
-}
+void destroy_control(HWND& control) { DestroyWindow(std::exchange(control, nullptr)); }
 
 void place(HWND control, const Placement& placement) {
     SetWindowPos(control, nullptr, placement.x, placement.y, placement.width, placement.height, SWP_NOZORDER);

@@ -33,7 +33,7 @@ struct ControlDescription {
 };
 
 HWND create_control(HWND parent, const ControlDescription& description);
-/// Destroys the control and forgets its handle.
+/// Forgets the handle and destroys the control.
 void destroy_control(HWND& control);
 
 /// Moves the control within its parent.

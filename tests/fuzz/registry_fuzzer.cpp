@@ -110,7 +110,7 @@ void check_raw(const std::string& name) {
 
 void read_value(Input& input) {
     const std::string name = take_name(input);
-    CommonRegKey store(HKEY_LOCAL_MACHINE, path, name, false);
+    CommonRegKey store(path, name, false);
     store.set_value("edited");
     const std::string thrown = thrown_by([&] { store.read(); });
     if (!expected)
@@ -123,7 +123,7 @@ void read_value(Input& input) {
 void write_value(Input& input) {
     const std::string name = take_name(input);
     const std::string text = input.long_text();
-    CommonRegKey store(HKEY_LOCAL_MACHINE, path, name, false);
+    CommonRegKey store(path, name, false);
     store.set_value(text);
     const std::string thrown = thrown_by([&] { store.write(); });
     if (!expected)
@@ -150,7 +150,7 @@ void enumerate(Input& input) {
 
 void delete_whole_key(Input& input) {
     const bool wanted = input.flag();
-    DeleteRegKey store(HKEY_LOCAL_MACHINE, path);
+    DeleteRegKey store(path);
     require(store.exists() == expected.has_value());
     store.request_delete(wanted);
     require(store.changed() == (wanted && expected));

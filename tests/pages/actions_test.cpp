@@ -15,8 +15,7 @@ namespace {
 class DeleteKeyPage : public SpecKeyTest {
 protected:
     void show() {
-        entry = std::make_unique<DeleteKey>(DeleteRegKey(HKEY_LOCAL_MACHINE, test_key + "\\Cache"), "Title",
-                                            "Help");
+        entry = std::make_unique<DeleteKey>(DeleteRegKey(test_key + "\\Cache"), title_and_help);
         entry->select(main.window());
     }
     HWND control() const { return main.control(1); }
@@ -70,7 +69,7 @@ constexpr const char* event_name = "tavrin_test_event";
 class SignalPage : public CleanSystem {
 protected:
     void show(const std::string& name = event_name) {
-        entry = std::make_unique<SignalEvent>(name, "Title", "Help");
+        entry = std::make_unique<SignalEvent>(name, title_and_help);
         entry->select(main.window());
         main.page_changes();
     }

@@ -17,7 +17,7 @@ using testing::IsEmpty;
 /// An entry without a control of its own that records the operations called on it.
 class NotingEntry final : public BaseEntry, public NoDataManipulator {
 public:
-    NotingEntry(std::string_view title, std::string_view help) : BaseEntry(title, help) {}
+    explicit NotingEntry(std::string_view subspec) : BaseEntry(subspec) {}
 
     void createControls(HWND parent) override {
         log.emplace_back("create");
@@ -54,7 +54,7 @@ public:
 class Page : public CleanSystem {
 protected:
     StandInMainWindow main{801, 400};
-    NotingEntry entry{"The title", "The help text"};
+    NotingEntry entry{"The title\nValue\nThe help text\nType\n$Next"};
 };
 
 TEST_F(Page, SelectCreatesLaysOutAndShows) {
@@ -123,7 +123,7 @@ TEST_F(Page, HoldsTheHelpText) {
 }
 
 TEST_F(Page, HoldsAnEmptyHelpTextToo) {
-    NotingEntry bare{"Title", ""};
+    NotingEntry bare{"Title\nValue\n\nType"};
     bare.select(main.window());
     ASSERT_EQ(main.controls().size(), 1U);
     EXPECT_EQ(text_of(main.control(0)), "");
@@ -152,7 +152,7 @@ TEST_F(Page, OfAWindowTooNarrowIsEmptyAndComesBack) {
 }
 
 TEST_F(Page, RoutesTheMessagesOfItsFrame) {
-    NotingEntry other{"Other", ""};
+    NotingEntry other{"Other"};
     entry.select(main.window());
     const HWND box = main.group_box();
     other.select(main.window());
@@ -202,7 +202,7 @@ TEST_F(Page, LetsWhatIsThrownDuringTheCreationOfItsControlsThrough) {
             if (class_of(control) == window_class)
                 throw std::string("thrown for ") + window_class;
         });
-        NotingEntry thrown_over{"Title", ""};
+        NotingEntry thrown_over{"Title"};
         EXPECT_EQ(thrown_text([&] { thrown_over.select(main.window()); }),
                   std::string("thrown for ") + window_class);
         EXPECT_THAT(thrown_over.log, ElementsAre("create"));

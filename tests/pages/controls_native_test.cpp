@@ -97,7 +97,7 @@ class OptionList : public CleanSystem {};
 /// Version 6 of the controls opens the number of rows that it is given; older versions use the box's height.
 TEST_F(OptionList, OpensAsManyRowsAsFitIntoItsHeight) {
     StandInMainWindow main(436, 229);
-    OptionEntry entry({HKEY_LOCAL_MACHINE, test_key, "Value", false}, "t", "h", {"a", "b"});
+    OptionEntry entry({test_key, "Value", false}, title_and_help, {"a", "b"});
     entry.select(main.window());
     // 140 pixels less 21 for the closed box and 2 for the list's frame, 13 a row.
     EXPECT_EQ(SendMessageA(main.control(1), CB_GETMINVISIBLE, 0, 0), 9);

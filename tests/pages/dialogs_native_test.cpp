@@ -24,10 +24,10 @@ protected:
         entry.select(main.window());
         type(main.control(1), typed);
     }
-    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", false}; }
+    static CommonRegKey binding() { return {test_key, "Value", false}; }
 
     StandInMainWindow main{436, 229};
-    DirectorySelector directory{binding(), "Title", "Help"};
+    DirectorySelector directory{binding(), title_and_help};
 };
 
 TEST_F(Dialogs, TheFolderBrowserIsAskedForARealFolder) {
@@ -93,7 +93,7 @@ protected:
         }
     }
 
-    SignalEvent signal{"event", "Signal", ""};
+    SignalEvent signal{"event", "Signal"};
 };
 
 TEST_F(ThrownDuringDialog, LeavesTheFolderAlone) {
@@ -107,7 +107,7 @@ TEST_F(ThrownDuringDialog, LeavesTheFolderAlone) {
 }
 
 TEST_F(ThrownDuringDialog, LeavesTheFileAlone) {
-    FileSelector file{binding(), "Title", "Help", "log"};
+    FileSelector file{binding(), title_and_help, "log"};
     open(file, "typed");
     press_failing_button_later();
     substitute::choose_next_file("C:\\agent.log");
@@ -121,7 +121,7 @@ TEST_F(ThrownDuringDialog, LeavesTheFileAlone) {
 class FileDialog : public Dialogs {
 protected:
     const substitute::ShownFileDialog& shown(const std::string& extension, const std::string& typed) {
-        file = std::make_unique<FileSelector>(binding(), "Title", "Help", extension);
+        file = std::make_unique<FileSelector>(binding(), title_and_help, extension);
         open(*file, typed);
         click(main.control(2));
         file->deselect(main.window());
@@ -173,7 +173,7 @@ TEST_F(FileDialog, LeavesTheProgramInItsFolder) {
 TEST_F(FileDialog, ThatFailsChangesNothing) {
     substitute::choose_next_file("C:\\never.log");
     substitute::fail_call("GetOpenFileNameA");
-    file = std::make_unique<FileSelector>(binding(), "Title", "Help", "log");
+    file = std::make_unique<FileSelector>(binding(), title_and_help, "log");
     open(*file, "typed");
     click(main.control(2));
     EXPECT_EQ(text_of(main.control(1)), "typed");
@@ -185,7 +185,7 @@ TEST_F(FileDialog, ThatFailsChangesNothing) {
 class RejectedName : public FileDialog {
 protected:
     void press_browse(const std::string& typed) {
-        file = std::make_unique<FileSelector>(binding(), "Title", "Help", "log");
+        file = std::make_unique<FileSelector>(binding(), title_and_help, "log");
         open(*file, typed);
         click(main.control(2));
     }

@@ -10,7 +10,7 @@
 
 class OneValueTest : public SpecKeyTest {
 protected:
-    static CommonRegKey binding() { return {HKEY_LOCAL_MACHINE, test_key, "Value", true}; }
+    static CommonRegKey binding() { return {test_key, "Value", true}; }
 
     /// What the registry holds, as text.
     static std::string stored() { return binding().value(); }
@@ -27,7 +27,7 @@ protected:
         show();
     }
     void show() {
-        entry = std::make_unique<Entry>(binding(), "Title", "Help");
+        entry = std::make_unique<Entry>(binding(), title_and_help);
         entry->select(main.window());
     }
     HWND control() const { return main.control(1); }

@@ -13,7 +13,7 @@ class OptionPage : public OneValueTest {
 protected:
     void show(const std::string& value, std::vector<std::string> options) {
         set_text("Value", value);
-        entry = std::make_unique<OptionEntry>(binding(), "Title", "Help", std::move(options));
+        entry = std::make_unique<OptionEntry>(binding(), title_and_help, std::move(options));
         entry->select(main.window());
     }
     HWND control() const { return main.control(1); }

@@ -24,7 +24,7 @@ class Directory : public Selector {
 protected:
     void show(const std::string& value) {
         set_text("Value", value);
-        entry = std::make_unique<DirectorySelector>(binding(), "Title", "Help");
+        entry = std::make_unique<DirectorySelector>(binding(), title_and_help);
         entry->select(main.window());
         main.page_changes();
     }
@@ -79,7 +79,7 @@ class File : public Selector {
 protected:
     void show(const std::string& value, const std::string& extension = "log") {
         set_text("Value", value);
-        entry = std::make_unique<FileSelector>(binding(), "Title", "Help", extension);
+        entry = std::make_unique<FileSelector>(binding(), title_and_help, extension);
         entry->select(main.window());
         main.page_changes();
     }

@@ -17,9 +17,7 @@ class CommonRegKeys : public CleanSystem {
 protected:
     CommonRegKeys() { make_key(test_key); }
 
-    static CommonRegKey opened(std::string_view name = "v") {
-        return {HKEY_LOCAL_MACHINE, test_key, name, true};
-    }
+    static CommonRegKey opened(std::string_view name = "v") { return {test_key, name, true}; }
     /// The text that is read from a value with these bytes.
     static std::string read_of(DWORD type, const std::string& bytes) {
         set_value(test_key, "v", type, bytes);
@@ -29,7 +27,7 @@ protected:
     }
     /// The bytes that are stored for a text.
     static RawValue written_of(const std::string& text) {
-        CommonRegKey key(HKEY_LOCAL_MACHINE, test_key, "v", false);
+        CommonRegKey key(test_key, "v", false);
         key.set_value(text);
         key.write();
         EXPECT_FALSE(key.changed());
@@ -40,7 +38,7 @@ protected:
 TEST_F(CommonRegKeys, ReadAtOnceWhenTold) {
     set_text(test_key, "v", "agent7");
     EXPECT_EQ(opened().value(), "agent7");
-    CommonRegKey later(HKEY_LOCAL_MACHINE, test_key, "v", false);
+    CommonRegKey later(test_key, "v", false);
     EXPECT_EQ(later.value(), "");
     EXPECT_FALSE(later.changed());
     later.read();
@@ -50,8 +48,8 @@ TEST_F(CommonRegKeys, ReadAtOnceWhenTold) {
 
 TEST_F(CommonRegKeys, ThrowWhenThePathCannotBeRead) {
     const std::string text = "Cannot open path \"SOFTWARE\\TavrinTests\\Missing\" for reading";
-    EXPECT_EQ(thrown_text([] { CommonRegKey(HKEY_LOCAL_MACHINE, missing_key, "v", true); }), text);
-    CommonRegKey key(HKEY_LOCAL_MACHINE, missing_key, "v", false);
+    EXPECT_EQ(thrown_text([] { CommonRegKey(missing_key, "v", true); }), text);
+    CommonRegKey key(missing_key, "v", false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.read(); }), text);
     EXPECT_EQ(key.value(), "edited");
@@ -150,7 +148,7 @@ TEST_F(CommonRegKeys, WriteUnchangedValuesToo) {
 }
 
 TEST_F(CommonRegKeys, NeverCreateTheKey) {
-    CommonRegKey key(HKEY_LOCAL_MACHINE, missing_key, "v", false);
+    CommonRegKey key(missing_key, "v", false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.write(); }),
               "Cannot open path \"SOFTWARE\\TavrinTests\\Missing\" for writing");
@@ -160,7 +158,7 @@ TEST_F(CommonRegKeys, NeverCreateTheKey) {
 
 TEST_F(CommonRegKeys, ThrowWhenTheValueIsNotWritten) {
     const std::string name(16384, 'n'); // longer than the registry allows
-    CommonRegKey key(HKEY_LOCAL_MACHINE, test_key, name, false);
+    CommonRegKey key(test_key, name, false);
     key.set_value("edited");
     EXPECT_EQ(thrown_text([&] { key.write(); }), "Cannot write key " + name);
     EXPECT_TRUE(key.changed());
@@ -175,7 +173,7 @@ TEST_F(CommonRegKeys, EditTheKeysUnnamedValue) {
 
 struct StandInBase : virtual DataManipulator {};
 struct StandInEntry : StandInBase, CommonRegKey {
-    StandInEntry() : CommonRegKey(HKEY_LOCAL_MACHINE, test_key, "v", false) {}
+    StandInEntry() : CommonRegKey(test_key, "v", false) {}
 };
 
 TEST_F(CommonRegKeys, ShareOneBaseWithTheEntry) {

@@ -15,7 +15,7 @@ protected:
         make_key(test_key);
         make_key(doomed_path);
     }
-    static DeleteRegKey opened() { return {HKEY_LOCAL_MACHINE, doomed_path}; }
+    static DeleteRegKey opened() { return DeleteRegKey(doomed_path); }
 };
 
 TEST_F(DeleteRegKeys, LookAtOnceWhetherTheKeyExists) {

@@ -26,7 +26,7 @@ protected:
     }
     ~StoreFailures() override { EXPECT_EQ(substitute::open_keys(), 0); }
 
-    static CommonRegKey port() { return {HKEY_LOCAL_MACHINE, agent_path, "Port", false}; }
+    static CommonRegKey port() { return {agent_path, "Port", false}; }
 
     /// The calls that `action` makes.
     template <typename Action> static std::vector<std::string> calls_of(Action action) {
@@ -49,7 +49,7 @@ TEST_F(StoreFailures, AValueCostsThreeCalls) {
 }
 
 TEST_F(StoreFailures, AKeyToDeleteCostsItsProbeAndItsDeletion) {
-    DeleteRegKey key(HKEY_LOCAL_MACHINE, agent_path);
+    DeleteRegKey key(agent_path);
     EXPECT_THAT(calls_of([&] { key.read(); }), ElementsAre("RegOpenKeyExA", "RegCloseKey"));
     EXPECT_THAT(calls_of([&] { key.write(); }), IsEmpty());
     key.request_delete(true);
@@ -70,7 +70,7 @@ TEST_F(StoreFailures, APathThatIsRefusedIsNamed) {
     substitute::deny_key(HKEY_LOCAL_MACHINE, agent_path);
     EXPECT_EQ(thrown_text([&] { key.read(); }), "Cannot open path \"SOFTWARE\\Agent\" for reading");
     EXPECT_EQ(thrown_text([&] { key.write(); }), "Cannot open path \"SOFTWARE\\Agent\" for writing");
-    EXPECT_EQ(thrown_text([&] { CommonRegKey(HKEY_LOCAL_MACHINE, agent_path, "Port", true); }),
+    EXPECT_EQ(thrown_text([&] { CommonRegKey(agent_path, "Port", true); }),
               "Cannot open path \"SOFTWARE\\Agent\" for reading");
     std::map<std::string, std::string> target;
     EXPECT_EQ(thrown_text([&] { enumerate_values(target, HKEY_LOCAL_MACHINE, agent_path); }),
@@ -101,14 +101,14 @@ TEST_F(StoreFailures, AValueThatCannotBeWrittenIsNamedAndStaysChanged) {
 
 TEST_F(StoreFailures, AKeyThatCannotBeProbedDoesNotExist) {
     fail_call("RegOpenKeyExA");
-    DeleteRegKey key(HKEY_LOCAL_MACHINE, agent_path);
+    DeleteRegKey key(agent_path);
     EXPECT_FALSE(key.exists());
     key.read();
     EXPECT_TRUE(key.exists());
 }
 
 TEST_F(StoreFailures, ADeletionThatFailsIsSilent) {
-    DeleteRegKey key(HKEY_LOCAL_MACHINE, agent_path);
+    DeleteRegKey key(agent_path);
     key.request_delete(true);
     fail_call("RegDeleteKeyA");
     key.write();
@@ -153,7 +153,7 @@ TEST_F(StoreFailures, AHundredThousandValuesAreListedAndRead) {
     EXPECT_EQ(target.size(), std::size_t{many});
     const int before = substitute::call_count("RegQueryValueExA");
     for (const auto& [name, text] : target)
-        EXPECT_EQ(CommonRegKey(HKEY_LOCAL_MACHINE, agent_path, name, true).value(), text);
+        EXPECT_EQ(CommonRegKey(agent_path, name, true).value(), text);
     EXPECT_EQ(substitute::call_count("RegQueryValueExA") - before, many);
 }
 

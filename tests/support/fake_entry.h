@@ -8,7 +8,7 @@
 
 class FakeEntry : public BaseEntry {
 public:
-    explicit FakeEntry(std::string_view title) : BaseEntry(title, "help of a fake") {}
+    explicit FakeEntry(std::string_view title) : BaseEntry(title) {}
     virtual ~FakeEntry() = default;
 
     bool is_changed = false;

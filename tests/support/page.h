@@ -7,7 +7,11 @@
 #include <functional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
+
+/// What an entry takes its title and its help text from.
+inline constexpr std::string_view title_and_help = "Title\nValue\nHelp";
 
 /// While it lives it is the main window (window/top_level.h).
 class StandInMainWindow {

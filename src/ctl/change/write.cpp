@@ -26,7 +26,7 @@ void write_value(Change& change, const std::string& path, const MachineKey& key)
         if (RegDeleteValueA(key.get(), name.c_str()) != ERROR_SUCCESS)
             throw "Cannot remove key " + name;
     } else {
-        CommonRegKey value(HKEY_LOCAL_MACHINE, path, name, false);
+        CommonRegKey value(path, name, false);
         value.set_value(*change.after);
         value.write();
     }

@@ -23,8 +23,8 @@ constexpr PageControl execute_button{
 
 } // namespace
 
-DeleteKey::DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text)
-    : SingleControlEntry(title, help_text, delete_box), DeleteRegKey(std::move(binding)) {}
+DeleteKey::DeleteKey(DeleteRegKey binding, std::string_view subspec)
+    : SingleControlEntry(subspec, delete_box), DeleteRegKey(std::move(binding)) {}
 
 void DeleteKey::showValue() {
     EnableWindow(control(), exists() ? TRUE : FALSE);
@@ -37,8 +37,8 @@ void DeleteKey::takeValue() {
         request_delete(SendMessageA(control(), BM_GETCHECK, 0, 0) == BST_CHECKED);
 }
 
-SignalEvent::SignalEvent(std::string event_name, std::string_view title, std::string_view help_text)
-    : SingleControlEntry(title, help_text, execute_button), event_name_(std::move(event_name)) {}
+SignalEvent::SignalEvent(std::string event_name, std::string_view subspec)
+    : SingleControlEntry(subspec, execute_button), event_name_(std::move(event_name)) {}
 
 LRESULT SignalEvent::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))

@@ -10,7 +10,7 @@
 /// A checkbox that asks for a whole registry key to be deleted.
 class DeleteKey final : public SingleControlEntry, public DeleteRegKey {
 public:
-    DeleteKey(DeleteRegKey binding, std::string_view title, std::string_view help_text);
+    DeleteKey(DeleteRegKey binding, std::string_view subspec);
 
     /// Without the key there is nothing to ask for: the box is disabled and never asked.
     void showValue() override;
@@ -20,7 +20,7 @@ public:
 /// A button that sets a named event, so that a running agent acts.
 class SignalEvent final : public SingleControlEntry, public NoDataManipulator {
 public:
-    SignalEvent(std::string event_name, std::string_view title, std::string_view help_text);
+    SignalEvent(std::string event_name, std::string_view subspec);
 
     void showValue() override {}
     void takeValue() override {}

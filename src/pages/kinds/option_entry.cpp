@@ -19,10 +19,9 @@ constexpr PageControl combo_box{.child = {.window_class = "ComboBox",
 
 } // namespace
 
-OptionEntry::OptionEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                         std::vector<std::string> options)
-    : SingleControlEntry(title, help_text, combo_box), CommonRegKey(std::move(binding)),
-      options_(std::move(options)) {}
+OptionEntry::OptionEntry(CommonRegKey binding, std::string_view subspec, std::vector<std::string> options)
+    : SingleControlEntry(subspec, combo_box), CommonRegKey(std::move(binding)), options_(std::move(options)) {
+}
 
 void OptionEntry::createControls(HWND parent) {
     SingleControlEntry::createControls(parent);

@@ -11,8 +11,7 @@
 
 class OptionEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    OptionEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                std::vector<std::string> options);
+    OptionEntry(CommonRegKey binding, std::string_view subspec, std::vector<std::string> options);
 
     void createControls(HWND parent) override;
     void layout(HWND parent) override;

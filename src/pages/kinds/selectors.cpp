@@ -131,45 +131,46 @@ bool choose_file(const PathBuffer& filter, PathBuffer& file) {
 
 } // namespace
 
-TextAndButtonEntry::TextAndButtonEntry(CommonRegKey binding, std::string_view title,
-                                       std::string_view help_text, const TextAndButton& kind)
-    : BaseEntry(title, help_text), CommonRegKey(std::move(binding)), kind_(kind) {}
+TextAndButtonEntry::TextAndButtonEntry(CommonRegKey binding, std::string_view subspec,
+                                       const TextAndButton& kind)
+    : BaseEntry(subspec), CommonRegKey(std::move(binding)), kind_(kind) {}
 
 void TextAndButtonEntry::createControls(HWND parent) {
     BaseEntry::createControls(parent);
-    text_box_ = create_control(group_box(), {.window_class = "Edit",
-                                             .style = ES_AUTOHSCROLL,
-                                             .extended_style = WS_EX_CLIENTEDGE,
-                                             .failure = kind_.text_box_failure});
-    button_ = create_control(
-        group_box(), {.window_class = "Button", .text = kind_.button_text, .failure = kind_.button_failure});
+    page().control = create_control(page().group_box, {.window_class = "Edit",
+                                                       .style = ES_AUTOHSCROLL,
+                                                       .extended_style = WS_EX_CLIENTEDGE,
+                                                       .failure = kind_.text_box_failure});
+    page().button = create_control(
+        page().group_box,
+        {.window_class = "Button", .text = kind_.button_text, .failure = kind_.button_failure});
 }
 
 void TextAndButtonEntry::destroyControls(HWND parent) {
-    destroy_control(button_);
-    destroy_control(text_box_);
+    destroy_control(page().button);
+    destroy_control(page().control);
     BaseEntry::destroyControls(parent);
 }
 
 void TextAndButtonEntry::layout(HWND parent) {
     BaseEntry::layout(parent);
-    const RECT page = client_rectangle(group_box());
-    place(text_box_,
-          {.x = 10, .y = page.bottom - 30, .width = page.right - kind_.text_box_narrower, .height = 20});
-    place(button_, {.x = page.right - kind_.button_from_right,
-                    .y = page.bottom - kind_.button_above_bottom,
-                    .width = kind_.button_width,
-                    .height = kind_.button_height});
+    const RECT frame = client_rectangle(page().group_box);
+    place(text_box(),
+          {.x = 10, .y = frame.bottom - 30, .width = frame.right - kind_.text_box_narrower, .height = 20});
+    place(page().button, {.x = frame.right - kind_.button_from_right,
+                          .y = frame.bottom - kind_.button_above_bottom,
+                          .width = kind_.button_width,
+                          .height = kind_.button_height});
 }
 
-void TextAndButtonEntry::showValue() { SetWindowTextA(text_box_, value().c_str()); }
+void TextAndButtonEntry::showValue() { SetWindowTextA(text_box(), value().c_str()); }
 
-void TextAndButtonEntry::takeValue() { set_value(control_text(text_box_)); }
+void TextAndButtonEntry::takeValue() { set_value(control_text(text_box())); }
 
 LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (reports_press(message, wparam))
         button_pressed();
-    if (reports(message, wparam, lparam, text_box_, EN_CHANGE))
+    if (reports(message, wparam, lparam, text_box(), EN_CHANGE))
         post_page_changed();
     return BaseEntry::handleMessage(window, message, wparam, lparam);
 }
@@ -177,27 +178,26 @@ LRESULT TextAndButtonEntry::handleMessage(HWND window, UINT message, WPARAM wpar
 void TextAndButtonEntry::replace_value(std::string found) {
     // Another process may have selected another item during the wait for the user or the network. The value
     // of a page that is not shown must not change: neither the page nor the buttons would show it.
-    if (text_box_ == nullptr)
+    if (text_box() == nullptr)
         return;
     set_value(std::move(found));
     showValue();
 }
 
-DirectorySelector::DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text)
-    : TextAndButtonEntry(std::move(binding), title, help_text, folder_box) {}
+DirectorySelector::DirectorySelector(CommonRegKey binding, std::string_view subspec)
+    : TextAndButtonEntry(std::move(binding), subspec, folder_box) {}
 
 void DirectorySelector::button_pressed() {
     PathBuffer start{};
     GetWindowTextA(text_box(), start.data(), static_cast<int>(start.size()));
-    const OwnedItem chosen = browse(group_box(), start);
+    const OwnedItem chosen = browse(page().group_box, start);
     PathBuffer path{};
     if (chosen && SHGetPathFromIDListA(chosen.get(), path.data()))
         replace_value(path.data());
 }
 
-FileSelector::FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                           std::string extension)
-    : TextAndButtonEntry(std::move(binding), title, help_text, file_box), extension_(std::move(extension)) {}
+FileSelector::FileSelector(CommonRegKey binding, std::string_view subspec, std::string extension)
+    : TextAndButtonEntry(std::move(binding), subspec, file_box), extension_(std::move(extension)) {}
 
 void FileSelector::button_pressed() {
     PathBuffer file{};

@@ -25,8 +25,7 @@ struct TextAndButton {
 class TextAndButtonEntry : public BaseEntry, public CommonRegKey {
 public:
     /// `kind` must outlive the entry.
-    TextAndButtonEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                       const TextAndButton& kind);
+    TextAndButtonEntry(CommonRegKey binding, std::string_view subspec, const TextAndButton& kind);
 
     void createControls(HWND parent) override;
     void destroyControls(HWND parent) override;
@@ -41,20 +40,18 @@ protected:
     virtual void button_pressed() = 0;
 
     /// Null while the page is not shown.
-    HWND text_box() const { return text_box_; }
+    HWND text_box() const { return page().control; }
     /// Makes `found` the value and shows it; drops it when the page is no longer shown.
     void replace_value(std::string found);
 
 private:
     const TextAndButton& kind_;
-    HWND text_box_ = nullptr;
-    HWND button_ = nullptr;
 };
 
 /// A folder, typed or picked with the shell's folder browser.
 class DirectorySelector final : public TextAndButtonEntry {
 public:
-    DirectorySelector(CommonRegKey binding, std::string_view title, std::string_view help_text);
+    DirectorySelector(CommonRegKey binding, std::string_view subspec);
 
 private:
     void button_pressed() override;
@@ -64,8 +61,7 @@ private:
 class FileSelector final : public TextAndButtonEntry {
 public:
     /// `extension` has no dot; empty for files of every name.
-    FileSelector(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                 std::string extension);
+    FileSelector(CommonRegKey binding, std::string_view subspec, std::string extension);
 
 private:
     void button_pressed() override;

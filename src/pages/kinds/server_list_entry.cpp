@@ -43,9 +43,8 @@ std::string scan(std::uint16_t port) {
 
 } // namespace
 
-ServerListEntry::ServerListEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                                 const Settings& settings)
-    : TextAndButtonEntry(std::move(binding), title, help_text, server_box), settings_(settings) {}
+ServerListEntry::ServerListEntry(CommonRegKey binding, std::string_view subspec, const Settings& settings)
+    : TextAndButtonEntry(std::move(binding), subspec, server_box), settings_(settings) {}
 
 void ServerListEntry::button_pressed() {
     const auto port = static_cast<std::uint16_t>(settings_.integer_by_title("Port"));

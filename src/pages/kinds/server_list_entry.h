@@ -8,8 +8,7 @@ class Settings;
 class ServerListEntry final : public TextAndButtonEntry {
 public:
     /// `settings` hold the entry and outlives it; its entry "Port" has the port of the servers.
-    ServerListEntry(CommonRegKey binding, std::string_view title, std::string_view help_text,
-                    const Settings& settings);
+    ServerListEntry(CommonRegKey binding, std::string_view subspec, const Settings& settings);
 
 private:
     void button_pressed() override;

@@ -4,7 +4,8 @@
 
 #include <utility>
 
-// Values that are set without a page may have the same length.
+// A configuration may have a hundred thousand entries, and every byte of them is written and read once.
+static_assert(sizeof(StringEntry) <= 104);
 
 namespace {
 
@@ -34,22 +35,22 @@ constexpr PageControl checkbox{.child = {.window_class = "Button",
 
 } // namespace
 
-StringEntry::StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
-    : SingleControlEntry(title, help_text, text_box), CommonRegKey(std::move(binding)) {}
+StringEntry::StringEntry(CommonRegKey binding, std::string_view subspec)
+    : SingleControlEntry(subspec, text_box), CommonRegKey(std::move(binding)) {}
 
 void StringEntry::showValue() { SetWindowTextA(control(), value().c_str()); }
 
 void StringEntry::takeValue() { set_value(control_text(control())); }
 
-IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
-    : SingleControlEntry(title, help_text, number_box), CommonRegKey(std::move(binding)) {}
+IntegerEntry::IntegerEntry(CommonRegKey binding, std::string_view subspec)
+    : SingleControlEntry(subspec, number_box), CommonRegKey(std::move(binding)) {}
 
 void IntegerEntry::showValue() { SetWindowTextA(control(), integer_text(value()).c_str()); }
 
 void IntegerEntry::takeValue() { set_value(integer_text(control_text(control()))); }
 
-BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text)
-    : SingleControlEntry(title, help_text, checkbox), CommonRegKey(std::move(binding)) {}
+BooleanEntry::BooleanEntry(CommonRegKey binding, std::string_view subspec)
+    : SingleControlEntry(subspec, checkbox), CommonRegKey(std::move(binding)) {}
 
 void BooleanEntry::showValue() {
     SendMessageA(control(), BM_SETCHECK, means_checked(value()) ? BST_CHECKED : BST_UNCHECKED, 0);

@@ -8,7 +8,7 @@
 /// Free text.
 class StringEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    StringEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
+    StringEntry(CommonRegKey binding, std::string_view subspec);
 
     void showValue() override;
     void takeValue() override;
@@ -18,7 +18,7 @@ public:
 /// text.
 class IntegerEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    IntegerEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
+    IntegerEntry(CommonRegKey binding, std::string_view subspec);
 
     void showValue() override;
     void takeValue() override;
@@ -27,7 +27,7 @@ public:
 /// A checkbox, stored as "true" or "false".
 class BooleanEntry final : public SingleControlEntry, public CommonRegKey {
 public:
-    BooleanEntry(CommonRegKey binding, std::string_view title, std::string_view help_text);
+    BooleanEntry(CommonRegKey binding, std::string_view subspec);
 
     /// Checks the box exactly when the value is "true" in any letter case.
     void showValue() override;
