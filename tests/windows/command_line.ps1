@@ -31,6 +31,10 @@ Expect 'backup: is there' (Test-Path $report.backup) $true
 Expect 'backup: in its folder' (Split-Path $report.backup) "$data\Backup"
 Expect 'backup: rights of Tavrin' (Rights $data) $administratorsAlone
 Expect 'backup: rights of Backup' (Rights "$data\Backup") $administratorsAlone
+foreach ($folder in $data, "$data\Backup") {
+    $owner = (Get-Acl -LiteralPath $folder).GetOwner([Security.Principal.SecurityIdentifier])
+    Expect "backup: owner of $folder" $owner.Value 'S-1-5-32-544'
+}
 Expect 'backup: imported' (Run reg.exe "import `"$($report.backup)`"") 0
 Expect 'backup: brings the value back' (Value Interval) '60'
 
@@ -47,6 +51,16 @@ $null = New-Item -ItemType Junction $data -Target $env:SystemRoot\Temp
 Expect 'backup: refuses a junction' ((Run $tavrinctl $change) -ne 0) $true
 Expect 'backup: still nothing was written' (Value Interval) '60'
 (Get-Item $data).Delete()
+# One that was left open to every user is closed, with the lock file that somebody put into it.
+$null = New-Item -ItemType Directory $data
+& icacls.exe $data /setowner '*S-1-5-32-544' | Out-Null
+& icacls.exe $data /grant '*S-1-5-32-545:(OI)(CI)M' | Out-Null
+Set-Content "$data\lock" planted
+Expect 'backup: uses an open folder' (Run $tavrinctl $change) 0
+Expect 'backup: closes it' (Rights $data) $administratorsAlone
+$others = (Get-Acl -LiteralPath "$data\lock").Access | Where-Object { $_.IdentityReference -like '*\Users' }
+Expect 'backup: closes what is in it' @($others).Count 0
+Remove-Item -Recurse $data
 Move-Item "$data.ours" $data
 
 # A disabled service is left alone, with a message.

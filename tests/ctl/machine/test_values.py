@@ -5,6 +5,7 @@ import random
 import re
 import shutil
 import signal
+import subprocess
 import time
 import unittest
 
@@ -248,8 +249,8 @@ class DataFolder(MachineCase):
             self.addCleanup(aside.rename, self.PLACE)
         self.addCleanup(shutil.rmtree, self.PLACE, ignore_errors=True)
 
-    def set_port(self, code):
-        return self.run_tool("set", "Tavrin Agent", "Port=5001", "--restart", "never", code=code)
+    def set_port(self, *options, code):
+        return self.run_tool("set", "Tavrin Agent", "Port=5001", "--restart", "never", *options, code=code)
 
     def test_a_link_is_refused(self):
         self.PLACE.symlink_to(self.folder)
@@ -265,6 +266,21 @@ class DataFolder(MachineCase):
         self.assertRegex(self.set_port(code=1).err, r"C:\\ProgramData\\Tavrin belongs to S-1-[-0-9]+, not to the "
                                                     "administrators; look at what is in it, remove it")
         self.assertEqual(value("Port"), "5000")
+
+    def test_a_lock_file_that_somebody_put_into_an_open_folder(self):
+        """While it is open elsewhere it counts as held; afterwards it is a lock file like any other."""
+        self.PLACE.mkdir(mode=0o777)
+        (self.PLACE / "lock").write_bytes(b"planted")
+        with subprocess.Popen(["wine", "cmd", "/c", "cmd /k echo ready 2>C:\\ProgramData\\Tavrin\\lock"], env=WITHOUT_DISPLAY,
+                              stdin=subprocess.PIPE, stdout=subprocess.PIPE) as holder:
+            self.assertIn(b"ready", holder.stdout.readline())
+            self.assertEqual(self.set_port("--timeout", "1", code=1).err,
+                             "tavrinctl: timed out waiting for another tavrinctl; nothing was written\n")
+            self.assertEqual(value("Port"), "5000")
+            holder.stdin.close()
+            holder.stdout.read()
+        self.set_port(code=0)
+        self.assertEqual(value("Port"), "5001")
 
 
 class Denied(AgentCase):
