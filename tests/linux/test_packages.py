@@ -48,8 +48,9 @@ class Packages(Packed):
     def test_contents_of_the_archive(self):
         files = [(entry.name.removeprefix(f"{NAME}/"), entry.mode) for entry in self.archive if entry.isfile()]
         self.assertEqual(files, [("LICENSE", 0o644), ("LICENSE-runtime", 0o644), ("examples/agent.json", 0o644),
-                                 ("examples/agent.spec", 0o644), ("tavrinctl", 0o755), ("tavrinctl.1", 0o644),
-                                 ("tavrinctl.bash", 0o644)])
+                                 ("examples/agent.spec", 0o644), ("examples/schemas/report.schema.json", 0o644),
+                                 ("examples/schemas/state.schema.json", 0o644), ("tavrinctl", 0o755),
+                                 ("tavrinctl.1", 0o644), ("tavrinctl.bash", 0o644)])
         self.assertEqual({(entry.uid, entry.gid, entry.mtime) for entry in self.archive}, {(0, 0, int(EPOCH))})
 
     def test_contents_of_the_package(self):
@@ -57,7 +58,9 @@ class Packages(Packed):
         files = [line.split()[-1] for line in listed.splitlines() if not line.startswith("d")]
         doc = "./usr/share/doc/tavrinctl"
         self.assertEqual(files, ["./usr/bin/tavrinctl", "./usr/share/bash-completion/completions/tavrinctl",
-                                 f"{doc}/changelog.gz", f"{doc}/copyright", f"{doc}/examples/agent.json", f"{doc}/examples/agent.spec", "./usr/share/man/man1/tavrinctl.1.gz"])
+                                 f"{doc}/changelog.gz", f"{doc}/copyright", f"{doc}/examples/agent.json",
+                                 f"{doc}/examples/agent.spec", f"{doc}/examples/schemas/report.schema.json",
+                                 f"{doc}/examples/schemas/state.schema.json", "./usr/share/man/man1/tavrinctl.1.gz"])
         self.assertEqual({line.split()[1] for line in listed.splitlines()}, {"root/root"})
 
     def test_package_needs_no_other(self):
