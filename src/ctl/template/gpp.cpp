@@ -44,7 +44,7 @@ std::string value_of(const TemplateEntry& entry) { return entry.value ? entry.va
 
 std::string why_not(const TemplateSource& source, const TemplateGroup& group, const TemplateEntry& entry) {
     if (entry.value && entry.value->octets)
-        return "its value is of the type " + entry.value->type + ", and the agent reads texts";
+        return "its value is a " + entry.value->type + ", whose octets only --format reg can write";
     const bool fits =
         fit_xml({source.key, source.configuration, group.name, entry.value_name, value_of(entry)});
     return fits ? "" : not_for_xml;

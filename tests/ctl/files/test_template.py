@@ -259,7 +259,8 @@ class Preferences(TemplateCase):
         self.assertEqual([each.get("name") for each in root[0]], ["T", "B", "O", "C", "D", "F", "S"])
         self.assertEqual([root[0][0].find("Properties").get(name) for name in ("type", "value")],
                          ["REG_EXPAND_SZ", "%TEMP%"])
-        self.assertIn('"Whole" (Integer) is left out: its value is of the type REG_DWORD, and the agent reads texts',
+        self.assertIn('"Whole" (Integer) is left out: its value is a REG_DWORD, whose octets only '
+                      '--format reg can write',
                       self.result.err)
 
     def test_what_xml_cannot_contain_is_left_out(self):

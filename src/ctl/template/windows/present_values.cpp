@@ -3,22 +3,20 @@
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 #include "ctl/io/reg_file.h"
-#include "ctl/machine/stored_value.h"
+#include "ctl/machine/exact_value.h"
 
 namespace ctl {
 namespace {
 
-/// Of a value that is too long to be read as a text.
-std::optional<std::string> all_octets(const MachineKey& key, const std::string& name) {
-    auto exact = read_exactly(key, name);
-    return exact ? std::optional(std::move(exact->octets)) : std::nullopt;
-}
-
-WishedValue wished_as(StoredValue stored, const std::string& name) {
-    if (stored.octets)
-        return {name, std::nullopt, JsonTree::Kind::text, type_name(stored.type), std::move(stored.octets)};
-    const std::string type = stored.type == REG_SZ ? "" : type_name(stored.type);
-    return {name, to_utf8(stored.text), JsonTree::Kind::text, type};
+/// A text of any length, also of characters that the machine's code page lacks, if it is just what is stored;
+/// octets otherwise.
+WishedValue wished_as(const ExactValue& stored, const std::string& name) {
+    const std::string words = from_utf16(stored.octets);
+    const std::string text = words.substr(0, words.find('\0'));
+    const bool is_text = stored.type == REG_SZ || stored.type == REG_EXPAND_SZ;
+    if (!is_text || to_utf16(text + '\0') != stored.octets)
+        return {name, std::nullopt, JsonTree::Kind::text, type_name(stored.type), stored.octets};
+    return {name, text, JsonTree::Kind::text, stored.type == REG_SZ ? "" : type_name(stored.type)};
 }
 
 } // namespace
@@ -27,11 +25,8 @@ WishedValue wished_as(StoredValue stored, const std::string& name) {
 std::optional<WishedValue> present_value(const std::string& key, const std::string& name) {
     try {
         const MachineKey open(from_utf8(key).value_or(""), KEY_QUERY_VALUE);
-        const std::string own_name = from_utf8(name).value_or("");
-        StoredValue value = look_up(open, own_name);
-        if (value.is_too_long)
-            value.octets = all_octets(open, own_name);
-        return value.is_there ? std::optional(wished_as(std::move(value), name)) : std::nullopt;
+        const auto stored = read_exactly(open, from_utf8(name).value_or(""));
+        return stored ? std::optional(wished_as(*stored, name)) : std::nullopt;
     } catch (const Failure& failure) {
         if (failure.code != invalid)
             throw;
