@@ -24,8 +24,8 @@ struct OpenEvent {
 
 struct State {
     std::map<HANDLE, OpenEvent> open;
-    std::map<std::string, std::weak_ptr<Event>>
-        named; // names are case-sensitive; an event is destroyed with its last handle
+    /// By case-sensitive name; an event is destroyed with its last handle.
+    std::map<std::string, std::weak_ptr<Event>> named;
     std::intptr_t last = 0;
 };
 
