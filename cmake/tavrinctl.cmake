@@ -1,7 +1,6 @@
-# The command line. Its verbs are a library of their own, so that the window's program is made of just what it was.
+# The command line. Its commands are a library of their own, which is not part of the window's program.
 
-# The host's headers must not be in the way of a compiler for Windows: of a header-only library it gets to see only the
-# library's own folder.
+# A compiler for Windows must not find the host's headers, so it gets only the own folder of a header-only library.
 if(NOT EXISTS /usr/include/nlohmann/json.hpp)
     message(FATAL_ERROR "nlohmann-json is not installed, see script/setup")
 endif()
@@ -9,7 +8,7 @@ file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
 file(CREATE_LINK /usr/include/nlohmann ${CMAKE_BINARY_DIR}/headers/nlohmann SYMBOLIC)
 add_library(tavrin_json INTERFACE)
 target_include_directories(tavrin_json SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/headers)
-# Without its streams, which bring the locales along.
+# Without its streams, which would add the locales to the program.
 target_compile_definitions(tavrin_json INTERFACE JSON_NO_IO)
 
 if(WIN32)
@@ -34,7 +33,7 @@ endif()
 add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
 target_link_libraries(tavrin_ctl PUBLIC tavrin tavrin_json PRIVATE tavrin_warnings)
 if(NOT WIN32)
-    # SHA-256. Small, and free of obligations where the program is linked statically.
+    # SHA-256. Small, and without obligations for a program that links it statically.
     find_library(TAVRIN_DIGESTS libmd.a REQUIRED)
     target_link_libraries(tavrin_ctl PUBLIC ${TAVRIN_DIGESTS})
 endif()
@@ -45,7 +44,7 @@ if(WIN32)
     target_precompile_headers(tavrin_ctl PRIVATE src/platform/win32.h <functional> <map> <memory> <string> <vector>)
     tavrin_console_program()
 else()
-    # From the sources that know no Windows, and from nothing else: what is not on this list is not in the program.
+    # Built only from the sources on this list, which do not use Windows.
     file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
          src/ctl/template/linux/*.cpp
          src/ctl/diff/*.cpp src/ctl/verbs/diff.cpp src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)

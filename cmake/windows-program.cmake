@@ -18,13 +18,13 @@ foreach(dll iphlpapi comdlg32 shell32 bcrypt)
 endforeach()
 add_custom_target(tavrin_delayed_dlls DEPENDS ${TAVRIN_DELAYED_DLLS})
 
-# The compiler's runtime for programs without threads: with the other, the tests' one, comes a library of threads
-# that suspends them, sets the system's clock and opens other processes.
+# The compiler's runtime for programs without threads: the other one, which the tests use, adds a thread library that
+# suspends threads, sets the system's clock and opens other processes.
 execute_process(COMMAND x86_64-w64-mingw32-g++-win32 -print-libgcc-file-name
                 OUTPUT_VARIABLE TAVRIN_RUNTIME OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 cmake_path(GET TAVRIN_RUNTIME PARENT_PATH TAVRIN_RUNTIME)
 
-# Small before fast: the program's time goes into the system's calls, and a small file is sooner in memory.
+# Optimised for size: most of the time is spent in system calls, and a small file is loaded faster.
 function(tavrin_windows_program)
     enable_language(RC)
     target_compile_options(tavrin PRIVATE $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)
@@ -46,12 +46,12 @@ function(tavrin_windows_program)
     target_link_options(tavrinconfig PRIVATE
         $<$<CONFIG:Release>:-s> -L${TAVRIN_RUNTIME} -Wl,--gc-sections
         -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
-    # What of other people's libraries went into the program; the package's bill of materials is written from it.
+    # Lists what was linked from other people's libraries, for the package's bill of materials.
     target_link_options(tavrinconfig PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinconfig.map)
 endfunction()
 
-# Not linked as the window's program is: that one asks for an administrator and brings the pictures, this one runs where
-# nobody is asked.
+# Linked differently from the window's program, which asks for administrator rights and contains the icons; this one
+# must start without a question.
 function(tavrin_console_program)
     configure_file(src/ctl/windows/tavrinctl.rc.in ${CMAKE_BINARY_DIR}/resources/tavrinctl.rc @ONLY)
     configure_file(src/ctl/windows/tavrinctl.manifest.in ${CMAKE_BINARY_DIR}/resources/tavrinctl.manifest @ONLY)

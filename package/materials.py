@@ -24,7 +24,7 @@ PARTS = {
 }
 
 
-# What is all headers leaves no trace in a map. Program -> name, Debian package, licence, supplier.
+# Header-only libraries, which leave no trace in a map. Program -> name, Debian package, licence, supplier.
 JSON = ("JSON for Modern C++", "nlohmann-json3-dev", "MIT", "Niels Lohmann")
 HEADERS = {"tavrinctl.exe": JSON, "tavrinctl": JSON}
 

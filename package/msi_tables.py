@@ -15,7 +15,8 @@ RIGHTS = "D:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)(A;OICI;FRFX;;;BU)"
 
 # "=-*PATH": of the machine (*), set (=) when installing and taken away (-) when removing; "[~];" keeps what is there.
 QUERIES = [
-    # Of an installation that asks, only these cross from the person's process to the one with the rights.
+    # In an installation with a user interface, only these properties are passed from the user's process to the one
+    # with administrator rights.
     "UPDATE `Property` SET `Value` = 'INSTALLDIR;SETUPVERSION;WIX_DOWNGRADE_DETECTED;WIX_UPGRADE_DETECTED'"
     " WHERE `Property` = 'SecureCustomProperties'",
     "CREATE TABLE `Environment` (`Environment` CHAR(72) NOT NULL, `Name` CHAR(255) NOT NULL LOCALIZABLE,"

@@ -113,6 +113,12 @@ class Manual(Packed):
         for line in re.search(r"^```text\n(tavrinctl check .*?)^```", guide, re.M | re.S)[1].splitlines():
             self.assertIn(line, shown)
 
+    def test_has_no_pictures(self):
+        shown = " ".join(self.shown().split())
+        alternatives = re.findall(r"^!\[(.*?)\]", (TOP / "docs/tavrinctl.md").read_text(), re.M)
+        self.assertEqual([text for text in alternatives if text[:30] in shown], [])
+        self.assertTrue(alternatives)
+
     def test_says_what_it_is(self):
         page = self.text("tavrinctl.1")
         self.assertTrue(page.startswith(f'.TH TAVRINCTL 1 "2023-11-14" "tavrinctl {VERSION}"'))
