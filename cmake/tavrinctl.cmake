@@ -30,7 +30,7 @@ if(NOT WIN32)
                        DEPENDS make_code_pages VERBATIM)
     list(APPEND TAVRIN_CTL_SOURCES ${TAVRIN_CODE_PAGES})
 endif()
-add_library(tavrin_ctl STATIC ${TAVRIN_CTL_SOURCES})
+add_library(tavrin_ctl ${TAVRIN_CTL_SOURCES})
 target_link_libraries(tavrin_ctl PUBLIC tavrin tavrin_json PRIVATE tavrin_warnings)
 if(NOT WIN32)
     # SHA-256. Small, and without obligations for a program that links it statically.
