@@ -11,7 +11,6 @@
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
 class Change : public Program {};
 
@@ -194,12 +193,6 @@ TEST_F(Change, EverythingIsLookedAtBeforeTheFirstWrite) {
     EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
 }
 
-TEST_F(Change, AValueGivenTwiceIsRefused) {
-    const Ended done = change({"set", "Agent", "Port=1", "port=2"});
-    EXPECT_EQ(done.code, ctl::invalid);
-    EXPECT_THAT(done.err, HasSubstr("Agent: port: the value is given twice\n"));
-}
-
 TEST_F(Change, TwoEntriesOfOneValueAreOneValue) {
     add_configuration("Odd", "SOFTWARE\\Tavrin\\Agent\nOdd\n!G\n$A\nV\nH\nString\n$B\nv\nH\nString\n");
     const Ended done = change({"set", "Odd", "A=1", "B=2"});
@@ -339,16 +332,6 @@ TEST_F(Change, WithTheListOfSpecFilesClosedNothingIsKnown) {
     EXPECT_EQ(run({"show"}).code, ctl::access_denied);
 }
 
-TEST_F(Change, AServiceThatMayNotBeOpenedKeepsTheValuesFromBeingWritten) {
-    substitute::set_service("AgentService", {.open_error = ERROR_ACCESS_DENIED});
-    const Ended done = change({"set", "Agent", "Port=5001"});
-    EXPECT_EQ(done.code, ctl::access_denied);
-    EXPECT_THAT(done.err, HasSubstr("access to the service AgentService is denied; nothing was written"));
-    EXPECT_EQ(text("Port"), "5000");
-    EXPECT_EQ(change({"set", "Agent", "Port=5001", "--restart", "never"}).code, ctl::as_wished);
-    EXPECT_EQ(text("Port"), "5001");
-}
-
 TEST_F(Change, AnAgentThatIsNotInstalledNeedsNoRestart) {
     substitute::remove_service("AgentService");
     const Ended done = change({"set", "Agent", "Port=5001", "--json"});
@@ -358,50 +341,12 @@ TEST_F(Change, AnAgentThatIsNotInstalledNeedsNoRestart) {
     EXPECT_EQ(text("Port"), "5001");
 }
 
-TEST_F(Change, AServiceThatIsStoppedStaysStopped) {
-    substitute::set_service("AgentService", {.state = SERVICE_STOPPED});
-    const Ended done = change({"set", "Agent", "Port=5001", "--json"});
-    EXPECT_EQ(done.code, ctl::as_wished);
-    EXPECT_EQ(substitute::service_counts("AgentService").starts, 0);
-    EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
-}
-
 TEST_F(Change, WithoutARestartTheServiceIsLeftAlone) {
     const Ended done = change({"set", "Agent", "Port=5001", "--restart", "never", "--json"});
     EXPECT_EQ(done.code, ctl::as_wished);
     EXPECT_EQ(substitute::call_count("ControlService"), 0);
     EXPECT_EQ(substitute::call_count("StartServiceA"), 0);
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
-}
-
-TEST_F(Change, AServiceThatDoesNotStopLeavesTheValuesWritten) {
-    substitute::set_service("AgentService", {.stop_time = substitute::never});
-    const std::uint64_t start = substitute::clock_now();
-    const Ended done = change({"set", "Agent", "Port=5001", "--timeout", "3", "--json"});
-    EXPECT_EQ(done.code, ctl::not_restarted);
-    EXPECT_EQ(substitute::clock_now() - start, 3'000u);
-    EXPECT_THAT(done.err, HasSubstr("values written, but service AgentService did not stop"));
-    EXPECT_THAT(done.out, HasSubstr("\"restarted\": false"));
-    EXPECT_EQ(text("Port"), "5001");
-}
-
-TEST_F(Change, AServiceThatDoesNotStartAgain) {
-    substitute::set_service("AgentService", {.start_error = ERROR_SERVICE_DISABLED});
-    const Ended done = change({"set", "Agent", "Port=5001", "--exit-code"});
-    EXPECT_EQ(done.code, ctl::not_restarted);
-    EXPECT_THAT(
-        done.err,
-        HasSubstr(
-            "values written, but service AgentService did not start; the next set or apply tries again: "));
-    EXPECT_THAT(done.out, Not(HasSubstr("restarted")));
-    EXPECT_EQ(text("Port"), "5001");
-}
-
-TEST_F(Change, AServiceThatNeverRunsIsGivenUp) {
-    substitute::set_service("AgentService", {.start_time = substitute::never});
-    const std::uint64_t start = substitute::clock_now();
-    EXPECT_EQ(change({"set", "Agent", "Port=5001", "--timeout", "2"}).code, ctl::not_restarted);
-    EXPECT_EQ(substitute::clock_now() - start, 2'000u);
 }
 
 TEST_F(Change, AServiceThatTakesItsTimeIsWaitedFor) {

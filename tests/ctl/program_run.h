@@ -1,8 +1,8 @@
 #pragma once
 /// Runs the whole program over the substitute, on a machine with one configuration and its service.
-#include "support/clean_system.h"
 #include "support/registry.h"
 #include "support/scratch_folder.h"
+#include "support/system.h"
 
 #include <string>
 #include <vector>

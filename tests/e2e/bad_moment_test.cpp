@@ -59,62 +59,9 @@ protected:
             wait_for("the next control", [&] { return focus_of(window) != before; });
         }
     }
-    /// Changes the name and presses OK.
-    void apply_name(Tool& tool) {
-        open(tool, agent_name);
-        replace_text(tool.page("Agent name").controls[0], "web2");
-        tool.expect_changes(true);
-        click(tool.control(ok_id));
-    }
-    void expect_name_written(Tool& tool) {
-        EXPECT_EQ(tool.exit_code(), 0u);
-        EXPECT_EQ(read_value(agent_key, "AgentName"), "web2");
-        expect_agent(SERVICE_RUNNING);
-    }
 
     HWND window = nullptr;
 };
-
-TEST_F(BadMoment, TheQuestionOfOkStandsWhenTheWindowIsToldToClose) {
-    install_agent();
-    start_agent();
-    Tool tool;
-    apply_name(tool);
-    const Box question = tool.box();
-    EXPECT_EQ(question.caption, "Restart Tavrin Agent Service?");
-    send(window, WM_CLOSE);
-    EXPECT_TRUE(IsWindow(window));
-    question.press(IDYES);
-    expect_name_written(tool);
-}
-
-TEST_F(BadMoment, ARefusedWritingIsSeenAfterAnOrderToClose) {
-    install_agent("--stop-seconds 3");
-    start_agent();
-    Tool tool;
-    apply_name(tool);
-    tool.box().press(IDYES);
-    tool.wait_window();
-    PostMessageA(window, WM_CLOSE, 0, 0);
-    delete_key(agent_key);
-    const Box box = tool.box();
-    EXPECT_EQ(box.caption, "Error!");
-    EXPECT_THAT(box.text, HasSubstr("Cannot open path \"SOFTWARE\\Tavrin\\Agent\""));
-    box.press(IDOK);
-    EXPECT_EQ(tool.exit_code(), 1u);
-}
-
-TEST_F(BadMoment, TheSessionIsKeptWhileOkRuns) {
-    install_agent("--stop-seconds 3");
-    start_agent();
-    Tool tool;
-    EXPECT_EQ(send(tool.window(), WM_QUERYENDSESSION), TRUE);
-    apply_name(tool);
-    tool.box().press(IDYES);
-    tool.wait_window();
-    EXPECT_EQ(send(window, WM_QUERYENDSESSION), FALSE);
-    expect_name_written(tool);
-}
 
 TEST_F(BadMoment, ImpatientClicksAndKeysMakeOneTest) {
     write_value(agent_key, "ServerList", "10.9.0.2:5004");
@@ -183,22 +130,6 @@ TEST_F(BadMoment, AFileForAPageThatIsGoneIsDropped) {
     tool.expect_changes(false);
     tool.select(log_page);
     EXPECT_EQ(text_of(tool.page("Log file").controls[0]), "C:\\windows\\temp\\tavrin_agent.log");
-}
-
-TEST_F(BadMoment, ServersForAPageThatIsGoneAreDropped) {
-    Tool tool;
-    open(tool, servers_page);
-    const HWND tree = tool.control(tree_id);
-    const HTREEITEM other = tool.tree().find(agent_name);
-    click(tool.page_button("Server list", "Scan"));
-    tool.wait_window();
-    // Answered when the program next looks at its queue, which is when the wait window closes.
-    send(tree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(other));
-    tool.page("Agent name");
-    wait_for("the end of the scan", [&] { return !tool.shows_wait_window(); });
-    tool.expect_changes(false);
-    tool.select(servers_page);
-    EXPECT_EQ(text_of(tool.page("Server list").controls[0]), "127.0.0.1");
 }
 
 TEST_F(BadMoment, KeysWorkBesideABox) {

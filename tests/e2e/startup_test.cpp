@@ -129,17 +129,6 @@ TEST_F(Startup, ShowsTheSmallIconsOwnPictureInTheCaption) {
     wait_for("the small icon in the caption", [&] { return caption_begins_with(tool.window(), picture); });
 }
 
-TEST_F(Startup, MissingKeyEndsTheProgram) {
-    delete_key(list_key);
-    Tool tool;
-    const Box box = tool.box();
-    EXPECT_EQ(box.caption, "Error!");
-    EXPECT_EQ(box.text, "Cannot read out SOFTWARE\\Tavrin\\TRConfig");
-    EXPECT_FALSE(tool.has_window());
-    box.press(IDOK);
-    EXPECT_EQ(tool.exit_code(), 1u);
-}
-
 SIZE size_of(HWND window) {
     RECT area = {};
     GetWindowRect(window, &area);

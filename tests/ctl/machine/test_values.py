@@ -15,10 +15,6 @@ from tool import TOP, own_path, start
 RESTART = ["stopping", "stopped", "started"]
 
 
-def state(**desired):
-    return json.dumps({"schema": 1, "configurations": {"Tavrin Agent": {"values": desired}}}).encode()
-
-
 class Show(MachineCase):
     def test_a_table(self):
         out = re.sub(r"^(  service  TavrinAgent) \(\w+(, \w+)?\)$", r"\1", self.run_tool("show", "Tavrin Agent").out, flags=re.M)
@@ -42,13 +38,6 @@ class Show(MachineCase):
                          ["Legacy Agent", "Legacy Archive", "Tavrin Agent", "Tray Icon"])
         self.assertEqual(shown["configurations"]["Legacy Agent"]["values"]["StartDelay"],
                          {"value": "0x10", "group": "Start", "title": "Start delay", "kind": "Integer"})
-
-    def test_unknown_names_and_kinds(self):
-        self.run_tool("show", "Nobody", code=4)
-        odd = self.file("odd.spec", "SOFTWARE\\Tavrin\\Agent\nOdd\n!G\n$A\nAgentName\nH\nNothing\n")
-        import_reg('[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\TRConfig]\n"Odd"="%s"\n' % own_path(odd).replace("\\", "\\\\"))
-        result = self.run_tool("show", "odd")
-        self.assertEqual(result.err, f'tavrinctl: warning: {own_path(odd)}:7: Unknown type: "Nothing", for subspec A\n')
 
 
 class Change(AgentCase):
@@ -100,76 +89,8 @@ class Change(AgentCase):
         wine("regedit", "/S", report["backup"])
         self.assertEqual(exported(AGENT), before)
 
-    def test_what_if(self):
-        before = exported(AGENT)
-        result = self.run_tool("apply", "-", "--what-if", "--json", text=state(Port="5001"))
-        self.assertTrue(json.loads(result.out)["changed"])
-        self.assertIsNone(json.loads(result.out)["backup"])
-        self.run_tool("apply", "-", "--what-if", "--exit-code", text=state(Port="5001"), code=3)
-        self.assertEqual(exported(AGENT), before)
-        self.assertEqual(self.agents_notes(), [])
-
-    def test_refusals_write_nothing(self):
-        before = exported(AGENT)
-        for desired in (state(Port="x"), state(Port="1", AgentName="x" * 1024), state(AgentName="a\0b"), b"{", b"[]",
-                        state(Detail="loud"), state(Compress="yes"), state(ServerList="a:b"), state(ModemPort="banana"),
-                        state(Nobody="1"), state(Certificates="1"), state().replace(b"1", b"2")):
-            result = self.run_tool("apply", "-", text=desired, code=4)
-            self.assertEqual(result.out, "")
-        self.run_tool("apply", own_path(self.folder / "none.json"), code=1)
-        self.run_tool("set", "Tavrin Agent", "Port", code=2)
-        self.assertEqual(exported(AGENT), before)
-        self.assertEqual(self.agents_notes(), [])
-
-    def test_a_value_is_removed(self):
-        self.run_tool("apply", "-", text=state(Port=None))
-        self.assertIsNone(value("Port"))
-
-    def test_a_key_that_is_not_there(self):
-        wine("reg", "delete", "HKLM\\" + AGENT, "/f")
-        self.assertIn(" does not exist; install the agent, or create the key", self.run_tool("set", "Tavrin Agent", "Port=1", code=4).err)
-
-
-class Service(AgentCase):
-    def change(self, *words, code=0):
-        self.result = self.run_tool("set", "Tavrin Agent", "Port=5001", "--json", *words, code=code)
-        self.assertEqual(value("Port"), "5001")
-        return json.loads(self.result.out)["configurations"]["Tavrin Agent"]["restarted"]
-
-    def test_left_alone(self):
-        self.assertFalse(self.change("--restart", "never"))
-        self.assertEqual(self.agents_notes(), [])
-
-    def test_stopped_before(self):
-        self.stop_agent()
-        self.assertFalse(self.change())
-        self.assertEqual(self.agents_notes(), [])
-
-    def test_does_not_start_again(self):
-        self.agent_behaves("--fail-start")
-        self.assertFalse(self.change("--timeout", "5", code=7))
-        self.assertIn("values written, but service TavrinAgent did not start", self.result.err)
-
-    def test_takes_longer_than_it_may(self):
-        self.stop_agent()
-        self.agent_behaves("--stop-seconds", "20")
-        self.start_agent()
-        self.assertFalse(self.change("--timeout", "1", code=7))
-        self.assertEqual(self.agents_notes(), ["started", "stopping"])
-        self.assertIn("did not stop", self.result.err)
-
-    def test_not_installed(self):
-        wine(self.AGENT, "remove")
-        AgentCase.is_plain = False
-        self.assertFalse(self.change())
-        self.assertIn("warning: there is no service TavrinAgent to restart", self.result.err)
-
-
 class LeftUndone(AgentCase):
-    """Runs that could not finish or were interrupted, and the runs after them."""
-
-    def change(self, *words, code=0):
-        return self.run_tool("set", "Tavrin Agent", "Port=5001", *words, code=code)
+    """What one run was not let finish, and the run after it."""
 
     def wait_for(self, condition, what):
         for _ in range(600):
@@ -184,34 +105,6 @@ class LeftUndone(AgentCase):
         self.start_agent()
         self.NOTES.write_bytes(b"")
 
-    def test_a_disabled_service_is_known_before(self):
-        self.agent_behaves("--disabled")
-        result = self.change(code=1)
-        self.assertIn("the service TavrinAgent is disabled and could not be started again; nothing was written; --restart "
-                      "never writes", result.err)
-        self.assertEqual((value("Port"), self.agents_notes()), ("5000", []))
-        self.change("--restart", "never")
-        self.assertEqual((value("Port"), self.agents_notes()), ("5001", []))
-
-    def test_a_service_that_accepts_no_stop_is_known_before(self):
-        self.stop_agent()
-        self.agent_behaves("--refuse-stop")
-        self.start_agent()
-        self.assertIn("the service TavrinAgent does not accept a stop; nothing was written", self.change(code=1).err)
-        self.assertEqual(value("Port"), "5000")
-
-    def test_a_stop_that_takes_too_long_is_told_until_the_agent_runs_again(self):
-        self.slow_agent()
-        self.change("--timeout", "1", code=7)
-        self.assertTrue(PENDING.exists())
-        self.change("--timeout", "1", code=7)
-        self.change("--what-if", "--exit-code", code=3)
-        self.change()
-        self.assertEqual(self.agents_notes(), RESTART)
-        self.assertFalse(PENDING.exists())
-        self.change("--exit-code")
-        self.assertEqual(self.agents_notes(), RESTART)
-
     def test_a_kill_between_stop_and_start(self):
         self.slow_agent()
         process = start("set", "Tavrin Agent", "Port=5001", env=WITHOUT_DISPLAY)
@@ -220,7 +113,7 @@ class LeftUndone(AgentCase):
         process.communicate(timeout=60)
         self.assertTrue(PENDING.exists())
         self.wait_for(lambda: "stopped" in self.agents_notes(), "the agent does not stop")
-        self.change()
+        self.run_tool("set", "Tavrin Agent", "Port=5001")
         self.assertEqual((value("Port"), self.agents_notes()), ("5001", RESTART))
         self.assertFalse(PENDING.exists())
 
