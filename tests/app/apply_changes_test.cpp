@@ -2,8 +2,8 @@
 // tests/app/apply_changes_native_test.cpp has every branch over scripted services.
 #include "app/apply_changes.h"
 #include "support/boxes.h"
-#include "support/clean_system.h"
 #include "support/fake_entry.h"
+#include "support/system.h"
 
 #include <gmock/gmock.h>
 #include <string>

@@ -30,12 +30,6 @@ protected:
         spec_file("A", boxes_spec);
         then([] { select("Signal"); });
     }
-    std::vector<std::string> captions() const {
-        std::vector<std::string> found;
-        for (const SeenBox& box : boxes.seen())
-            found.push_back(box.caption);
-        return found;
-    }
 };
 
 TEST_F(BehindABox, TabMovesTheFocus) {
@@ -57,7 +51,7 @@ TEST_F(BehindABox, EnterPressesTheButtonThatHasTheFocus) {
     });
     then(click_execute);
     EXPECT_EQ(run(), 0);
-    EXPECT_THAT(captions(), ElementsAre("Action taken", "Action taken"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Action taken", "Action taken"));
 }
 
 /// A disabled window gets no keys, like the disabled owner of a dialog.
@@ -71,7 +65,7 @@ TEST_F(BehindABox, KeysOfADisabledWindowDoNothing) {
     then(press_execute);
     then([] { EnableWindow(main_window, TRUE); });
     EXPECT_EQ(run(), 0);
-    EXPECT_THAT(captions(), ElementsAre("Action taken"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Action taken"));
 }
 
 TEST_F(BehindABox, TheKeysNeedNoHookToWorkInTheProgramsOwnLoop) {
@@ -91,7 +85,7 @@ TEST_F(BehindABox, AFatalTextIsShownAtOnce) {
     boxes.while_shown(press_failing_test);
     then(press_execute);
     EXPECT_EQ(run(), 1);
-    EXPECT_THAT(captions(), ElementsAre("Action taken", "Error!"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Action taken", "Error!"));
     EXPECT_EQ(boxes.seen()[1].text, "Did not find anything with the title \"Port\"");
     EXPECT_EQ(boxes.answers_left(), 1U) << "nobody had to answer the first box";
 }
@@ -104,15 +98,14 @@ TEST_F(BehindABox, AFatalTextIsShownAtOnceHoweverManyBoxesThereAre) {
     boxes.while_shown(press_failing_test);
     then(press_execute);
     EXPECT_EQ(run(), 1);
-    EXPECT_THAT(captions(), ElementsAre("Action taken", "Action taken", "Action taken", "Error!"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Action taken", "Action taken", "Action taken", "Error!"));
     EXPECT_EQ(boxes.answers_left(), 3U) << "nobody had to answer the first boxes";
 }
 
 TEST_F(BehindABox, AFatalTextEndsTheQuestionsOfOkToo) {
     substitute::set_service("NoService", {});
     spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nOther\nNoService\n!All\n$Colour\nColour\nh\nString\n");
-    then([] { select("Colour"); });
-    then([] { SetWindowTextA(page_controls().at(0), "red"); });
+    then_edit("Colour", "red");
     boxes.answer(IDYES);
     boxes.answer(IDOK);
     boxes.while_shown([] {
@@ -121,7 +114,7 @@ TEST_F(BehindABox, AFatalTextEndsTheQuestionsOfOkToo) {
     });
     then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     EXPECT_EQ(run(), 1);
-    EXPECT_THAT(captions(), ElementsAre("Restart Other Service?", "Error!"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Restart Other Service?", "Error!"));
     EXPECT_EQ(boxes.answers_left(), 1U);
     EXPECT_EQ(substitute::service_counts("NoService").stops, 0);
 }

@@ -16,7 +16,6 @@ constexpr char second_spec[] =
     "$Colour\nColour\nh\nOptions\nred\ngreen\nblue\n$Text\nText\nh\nString\n";
 
 void close_window() { PostMessageA(main_window, WM_CLOSE, 0, 0); }
-void press_close() { SendMessageA(control(close_id), BM_CLICK, 0, 0); }
 void quit_thread() { PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 0, 0); }
 LRESULT ask_to_end_session() { return SendMessageA(main_window, WM_QUERYENDSESSION, 0, 0); }
 
@@ -29,8 +28,7 @@ protected:
         set_text(agent_key, "Name", "web1");
         set_text(agent_key, "Flag", "true");
         set_text(agent_key, "Colour", "green");
-        then([] { select("Name"); });
-        then([] { SetWindowTextA(page_controls().at(0), "web2"); });
+        then_edit("Name", "web2");
     }
     /// Presses OK and agrees to the restart. `event` happens while the service stops.
     int press_ok(std::function<void()> event) {
@@ -44,45 +42,20 @@ protected:
         });
         return run();
     }
-    /// Changes something in the second configuration, whose service does not exist.
-    void change_text_too() {
-        then([] { select("Text"); });
-        then([] { SetWindowTextA(page_controls().at(0), "some text"); });
-    }
+    /// Changes something in the second configuration, whose service nobody knows.
+    void change_text_too() { then_edit("Text", "some text"); }
     static void expect_name_written() {
         EXPECT_EQ(text_value(agent_key, "Name"), "web2");
         EXPECT_EQ(substitute::service_state("TavrinAgent"), static_cast<DWORD>(SERVICE_RUNNING));
         EXPECT_EQ(main_window, nullptr);
     }
-    std::vector<std::string> captions() const {
-        std::vector<std::string> found;
-        for (const SeenBox& box : boxes.seen())
-            found.push_back(box.caption);
-        return found;
-    }
 };
 
 using testing::ElementsAre;
 
-TEST_F(WhileOkRuns, AnOrderToCloseLeavesTheWindowThereUntilTheEnd) {
-    bool there = false;
-    EXPECT_EQ(press_ok([&] {
-                  SendMessageA(main_window, WM_CLOSE, 0, 0);
-                  there = IsWindow(main_window) != FALSE;
-              }),
-              0);
-    EXPECT_TRUE(there);
-    expect_name_written();
-}
-
-TEST_F(WhileOkRuns, AClickOnCloseIsNotObeyed) {
-    EXPECT_EQ(press_ok(press_close), 0);
-    expect_name_written();
-}
-
 TEST_F(WhileOkRuns, OkIsNotObeyedOnceMore) {
     EXPECT_EQ(press_ok([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); }), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Restart First Service?"));
     EXPECT_EQ(substitute::service_counts("TavrinAgent").starts, 1);
 }
 
@@ -91,14 +64,15 @@ TEST_F(WhileOkRuns, WhatTheNextConfigurationHasToSayIsSeenAfterAnOrderToClose) {
     EXPECT_EQ(press_ok(close_window), 0);
     expect_name_written();
     EXPECT_EQ(text_value(agent_key, "Text"), "some text");
-    ASSERT_THAT(captions(), ElementsAre("Restart First Service?", "Service must be restarted manually"));
+    ASSERT_THAT(boxes.captions(),
+                ElementsAre("Restart First Service?", "Service must be restarted manually"));
     EXPECT_NE(boxes.seen()[1].owner, nullptr);
 }
 
 TEST_F(WhileOkRuns, TheRefusedStartIsSeenAfterAnOrderToClose) {
     substitute::set_service("TavrinAgent", {.start_error = ERROR_SERVICE_DISABLED, .stop_time = 2000});
     EXPECT_EQ(press_ok(close_window), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?", "Error starting service"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Restart First Service?", "Error starting service"));
 }
 
 TEST_F(WhileOkRuns, TheRefusedWritingIsSeenAfterAnOrderToClose) {
@@ -107,35 +81,29 @@ TEST_F(WhileOkRuns, TheRefusedWritingIsSeenAfterAnOrderToClose) {
                   substitute::fail_call("RegOpenKeyExA");
               }),
               1);
-    ASSERT_THAT(captions(), ElementsAre("Restart First Service?", "Error!"));
+    ASSERT_THAT(boxes.captions(), ElementsAre("Restart First Service?", "Error!"));
     EXPECT_EQ(boxes.seen()[1].text, "Cannot open path \"SOFTWARE\\TavrinTests\\Agent\" for writing");
-}
-
-TEST_F(WhileOkRuns, TheQuestionStandsWhenTheWindowIsToldToClose) {
-    boxes.while_shown(close_window);
-    EXPECT_EQ(press_ok([] {}), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?"));
-    expect_name_written();
 }
 
 TEST_F(WhileOkRuns, TheQuestionIsAskedAgainWhenAQuitMessageEndedIt) {
     boxes.while_shown(quit_thread);
     EXPECT_EQ(press_ok([] {}), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?", "Restart First Service?"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Restart First Service?", "Restart First Service?"));
     expect_name_written();
 }
 
 TEST_F(WhileOkRuns, TheQuestionIsAskedAgainWhenTheBoxItselfWasTakenAway) {
     then([this] { boxes.answer(IDCANCEL); });
     EXPECT_EQ(press_ok([] {}), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?", "Restart First Service?"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Restart First Service?", "Restart First Service?"));
     expect_name_written();
 }
 
 TEST_F(WhileOkRuns, AQuitMessageSilencesNothing) {
     change_text_too();
     EXPECT_EQ(press_ok(quit_thread), 0);
-    EXPECT_THAT(captions(), ElementsAre("Restart First Service?", "Service must be restarted manually"));
+    EXPECT_THAT(boxes.captions(),
+                ElementsAre("Restart First Service?", "Service must be restarted manually"));
     expect_name_written();
 }
 
@@ -202,7 +170,7 @@ TEST_F(WhileOkRuns, AFatalTextIsSeenInSpiteOfAQuitMessage) {
         select("Flag");
     });
     EXPECT_EQ(run(), 1);
-    ASSERT_THAT(captions(), ElementsAre("Error!"));
+    ASSERT_THAT(boxes.captions(), ElementsAre("Error!"));
     EXPECT_EQ(boxes.seen()[0].text, "Unable to create group box");
 }
 

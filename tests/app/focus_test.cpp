@@ -31,6 +31,13 @@ protected:
     void then_focus_is(const std::function<HWND()>& expected) {
         then([expected] { EXPECT_EQ(GetFocus(), expected()); });
     }
+    /// Presses Tab again and again; each time the next of these has the focus.
+    void then_walk(std::initializer_list<std::function<HWND()>> controls, bool back = false) {
+        for (const auto& each : controls) {
+            then_press(VK_TAB, back);
+            then_focus_is(each);
+        }
+    }
     static std::function<HWND()> main_control(int id) {
         return [id] { return control(id); };
     }
@@ -41,54 +48,35 @@ protected:
 
 TEST_F(Keyboard, TabGoesFromTheTreeThroughThePageToCloseAndRoundWhileOkIsDisabled) {
     open("Name");
-    then_press(VK_TAB);
-    then_focus_is(page_control(0));
-    then_press(VK_TAB);
-    then_focus_is(main_control(close_id));
-    then_press(VK_TAB);
-    then_focus_is(main_control(tree_id));
+    then_walk({page_control(0), main_control(close_id), main_control(tree_id)});
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, TabStopsAtTestConnectionAndOkWhenTheyCanBeUsed) {
     open("Folder", connection_test);
-    then_press(VK_TAB);
-    then_focus_is(page_control(0));
+    then_walk({page_control(0)});
     then([] { type_text("x"); });
-    then_press(VK_TAB);
-    then_focus_is(page_control(1));
-    then_press(VK_TAB);
-    then_focus_is(main_control(test_connection_id));
-    then_press(VK_TAB);
-    then_focus_is(main_control(ok_id));
-    then_press(VK_TAB);
-    then_focus_is(main_control(close_id));
+    then_walk(
+        {page_control(1), main_control(test_connection_id), main_control(ok_id), main_control(close_id)});
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, ShiftTabGoesBack) {
     open("Name");
-    then_press(VK_TAB, true);
-    then_focus_is(main_control(close_id));
-    then_press(VK_TAB, true);
-    then_focus_is(page_control(0));
-    then_press(VK_TAB, true);
-    then_focus_is(main_control(tree_id));
+    then_walk({main_control(close_id), page_control(0), main_control(tree_id)}, true);
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, ADisabledControlIsPassedOver) {
     open("Gone");
-    then_press(VK_TAB);
-    then_focus_is(main_control(close_id));
+    then_walk({main_control(close_id)});
     EXPECT_EQ(run(), 0);
 }
 
 TEST_F(Keyboard, TheFirstTabReachesTheTree) {
     spec_file("A", spec_text);
     then([] { SetFocus(main_window); });
-    then_press(VK_TAB);
-    then_focus_is(main_control(tree_id));
+    then_walk({main_control(tree_id)});
     EXPECT_EQ(run(), 0);
 }
 
@@ -113,8 +101,7 @@ TEST_F(Keyboard, TheWholeEditNeedsNoMouse) {
     open("Name");
     then_press(VK_TAB);
     then([] { type_text("db7"); });
-    then_press(VK_TAB);
-    then_focus_is(main_control(ok_id));
+    then_walk({main_control(ok_id)});
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(agent_key, "Name"), "db7");
@@ -125,8 +112,7 @@ TEST_F(Keyboard, SpaceOnCloseWritesNothing) {
     then_press(VK_TAB);
     then([] { type_text("db7"); });
     then_press(VK_TAB);
-    then_press(VK_TAB);
-    then_focus_is(main_control(close_id));
+    then_walk({main_control(close_id)});
     then_press(VK_SPACE);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(agent_key, "Name"), "web1");
@@ -136,8 +122,7 @@ TEST_F(Keyboard, ComingBackFromAMessageBoxTheControlHasTheFocusAgain) {
     open("Name", connection_test);
     set_text(agent_key, "Name", "");
     then_press(VK_TAB);
-    then_press(VK_TAB);
-    then_focus_is(main_control(test_connection_id));
+    then_walk({main_control(test_connection_id)});
     then_press(VK_SPACE);
     then([&] { EXPECT_EQ(boxes.seen().size(), 1u); });
     then_focus_is(main_control(test_connection_id));
@@ -148,8 +133,7 @@ TEST_F(Keyboard, EnterPressesTheButtonThatHasTheFocus) {
     open("Name");
     then_press(VK_TAB);
     then([] { type_text("db7"); });
-    then_press(VK_TAB);
-    then_focus_is(main_control(ok_id));
+    then_walk({main_control(ok_id)});
     then_press(VK_RETURN);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(agent_key, "Name"), "db7");
@@ -157,8 +141,7 @@ TEST_F(Keyboard, EnterPressesTheButtonThatHasTheFocus) {
 
 TEST_F(Keyboard, EnterPressesAButtonOfThePage) {
     open("Signal", "$Signal\nTavrinTestsEnter\nh\nSignalEvent\n");
-    then_press(VK_TAB);
-    then_focus_is(page_control(0));
+    then_walk({page_control(0)});
     then_press(VK_RETURN);
     EXPECT_EQ(run(), 0);
     ASSERT_EQ(boxes.seen().size(), 1u);

@@ -44,12 +44,6 @@ protected:
     void scan_meanwhile(std::function<void()> meanwhile) {
         then_click(scan_button, "socket", std::move(meanwhile));
     }
-    std::vector<std::string> captions() const {
-        std::vector<std::string> found;
-        for (const SeenBox& box : boxes.seen())
-            found.push_back(box.caption);
-        return found;
-    }
 };
 
 TEST_F(ImpatientUser, GetsOneTestForManyClicks) {
@@ -58,7 +52,7 @@ TEST_F(ImpatientUser, GetsOneTestForManyClicks) {
             substitute::click(test_button());
     });
     EXPECT_EQ(run(), 0);
-    EXPECT_THAT(captions(), ElementsAre("Error testing connection"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Error testing connection"));
 }
 
 TEST_F(ImpatientUser, ReadsTheResultBeforeEnterDismissesIt) {
@@ -70,7 +64,7 @@ TEST_F(ImpatientUser, ReadsTheResultBeforeEnterDismissesIt) {
     boxes.while_shown([&] { waits = substitute::input_waits(); });
     EXPECT_EQ(run(), 0);
     EXPECT_FALSE(waits);
-    EXPECT_THAT(captions(), ElementsAre("Error testing connection"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Error testing connection"));
 }
 
 TEST_F(ImpatientUser, ReadsThatAPortIsNoNumberBeforeEnterDismissesIt) {
@@ -92,7 +86,8 @@ TEST_F(ImpatientUser, ReadsWhyAScanFailedBeforeEnterDismissesIt) {
         boxes.while_shown([&] { waits.push_back(substitute::input_waits()); });
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(waits, ElementsAre(false, false));
-    EXPECT_THAT(captions(), ElementsAre("Error scanning for Tavrin Servers", "No Tavrin Servers Found"));
+    EXPECT_THAT(boxes.captions(),
+                ElementsAre("Error scanning for Tavrin Servers", "No Tavrin Servers Found"));
 }
 
 TEST_F(ImpatientUser, DoesNotWriteAListThatNobodyHasSeen) {
@@ -117,7 +112,7 @@ TEST_F(ImpatientUser, DoesNotCloseTheWindowByItsFrame) {
     then([&] { there = IsWindow(main_window) != FALSE; });
     EXPECT_EQ(run(), 0);
     EXPECT_TRUE(there);
-    EXPECT_THAT(captions(), ElementsAre("Error testing connection"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Error testing connection"));
 }
 
 TEST_F(ImpatientUser, LosesNothingElse) {
@@ -145,14 +140,14 @@ TEST_F(ImpatientUser, GetsOneResultForManyClicksThatNoServerKeepsWaiting) {
             substitute::click(test_button());
     });
     EXPECT_EQ(run(), 0);
-    EXPECT_THAT(captions(), ElementsAre("Connection test successful"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Connection test successful"));
 }
 
 TEST_F(ImpatientUser, ReadsTheResultAlsoWhenNoWaitWindowCouldBeShown) {
     then([] { substitute::fail_every_call("RegisterClassExA", ERROR_NOT_ENOUGH_MEMORY); });
     test_meanwhile([] { substitute::click(test_button()); });
     EXPECT_EQ(run(), 0);
-    EXPECT_THAT(captions(), ElementsAre("Error!", "Error!", "Error testing connection"));
+    EXPECT_THAT(boxes.captions(), ElementsAre("Error!", "Error!", "Error testing connection"));
 }
 
 } // namespace

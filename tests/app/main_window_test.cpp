@@ -34,11 +34,9 @@ protected:
 TEST_F(MainWindow, ShowsConfigurationsGroupsAndEntriesAsATree) {
     spec_file("B", plain);
     spec_file("A", "SOFTWARE\\TavrinTests\\Agent\n$First\nF\nh\n$Second\nS\nh\n!Named\n$Third\nT\nh\n");
-    std::string tree;
-    then([&] { tree = tree_text(); });
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(tree, "A\n First\n Second\n Named\n  Third\n"
-                    "Plain\n Identity\n  Agent name\n  Agent domain\n Servers\n  Server list\n  Port\n");
+    EXPECT_EQ(shown_tree(),
+              "A\n First\n Second\n Named\n  Third\n"
+              "Plain\n Identity\n  Agent name\n  Agent domain\n Servers\n  Server list\n  Port\n");
 }
 
 TEST_F(MainWindow, NothingIsSelectedOrExpandedAtFirst) {
@@ -68,8 +66,7 @@ TEST_F(MainWindow, SelectingAnEntryShowsItsPageAndLeavesTheButtonsAtClose) {
 TEST_F(MainWindow, AnEditTurnsCloseIntoCancelAndUndoingItTurnsItBack) {
     spec_file("A", plain);
     set_text(agent_key, "Name", "web1");
-    then([] { select("Agent name"); });
-    then([] { edit("web2"); });
+    then_edit("Agent name", "web2");
     then([&] { expect_buttons("Cancel", true); });
     then([] { edit("web1"); });
     then([&] { expect_buttons("Close", false); });
@@ -79,8 +76,7 @@ TEST_F(MainWindow, AnEditTurnsCloseIntoCancelAndUndoingItTurnsItBack) {
 TEST_F(MainWindow, AChangedEntryThatWasLeftKeepsTheButtonsAndIsUndoneOnItsPage) {
     spec_file("A", plain);
     set_text(agent_key, "Name", "web1");
-    then([] { select("Agent name"); });
-    then([] { edit("web2"); });
+    then_edit("Agent name", "web2");
     then([] { select("Agent domain"); });
     then([&] { expect_buttons("Cancel", true); });
     then([] { select("Agent name"); });
@@ -108,8 +104,7 @@ TEST_F(MainWindow, SelectingAGroupOrARootTakesThePageDown) {
 TEST_F(MainWindow, OkWritesWhatChangedAndNothingElse) {
     spec_file("A", plain);
     set_text(agent_key, "Name", "web1");
-    then([] { select("Agent name"); });
-    then([] { edit("web2"); });
+    then_edit("Agent name", "web2");
     then([] { press(ok_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web2");
@@ -121,10 +116,8 @@ TEST_F(MainWindow, OkWritesWhatChangedAndNothingElse) {
 TEST_F(MainWindow, OkWritesTheEntriesOfEveryConfiguration) {
     spec_file("A", plain);
     spec_file("B", "SOFTWARE\\TavrinTests\\Agent\nOther\n!G\n$Colour\nColour\nh\nString\n");
-    then([] { select("Agent name"); });
-    then([] { edit("web2"); });
-    then([] { select("Colour"); });
-    then([] { edit("green"); });
+    then_edit("Agent name", "web2");
+    then_edit("Colour", "green");
     then([] { press(ok_id); });
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(stored("Name"), "web2");
@@ -136,8 +129,7 @@ protected:
     void expect_nothing_written_by(std::function<void()> closing) {
         spec_file("A", plain);
         set_text(agent_key, "Name", "web1");
-        then([] { select("Agent name"); });
-        then([] { edit("web2"); });
+        then_edit("Agent name", "web2");
         then(std::move(closing));
         EXPECT_EQ(run(), 0);
         EXPECT_EQ(stored("Name"), "web1");
@@ -156,10 +148,8 @@ TEST_F(MainWindow, AKeyThatVanishedBeforeOkIsFatalAndKeepsWhatWasWrittenBefore) 
     make_key("SOFTWARE\\TavrinTests\\Other");
     spec_file("A", plain);
     spec_file("B", "SOFTWARE\\TavrinTests\\Other\nZ\n!G\n$Colour\nColour\nh\nString\n");
-    then([] { select("Agent name"); });
-    then([] { edit("web2"); });
-    then([] { select("Colour"); });
-    then([] { edit("green"); });
+    then_edit("Agent name", "web2");
+    then_edit("Colour", "green");
     then([] { delete_key("SOFTWARE\\TavrinTests\\Other"); });
     then([] { press(ok_id); });
     EXPECT_EQ(run(), 1);

@@ -38,8 +38,7 @@ TEST_F(OneStep, TheConnectionTestTakesWhatWasJustTyped) {
 TEST_F(OneStep, OkOfAConfigurationWithoutServiceWritesWhatTheLastUpdateTook) {
     spec_file("A", edited);
     set_text(agent_key, "Name", "web1");
-    then([] { select("Name"); });
-    then([] { SetWindowTextA(page_controls().at(0), "web2"); });
+    then_edit("Name", "web2");
     then_edit_and_press("web3", ok_id);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(text_value(agent_key, "Name"), "web2");

@@ -4,6 +4,7 @@
 #include "substitute/control.h"
 #include "support/program.h"
 #include "window/top_level.h"
+#include "window/wait_window.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -22,6 +23,14 @@ class NativeStartUp : public ProgramTest {
 protected:
     NativeStartUp() { net::started = false; }
     ~NativeStartUp() override { net::started = false; }
+
+    static WNDCLASSEXA class_of_name(const char* name) {
+        const substitute::OwnCalls own;
+        WNDCLASSEXA details{};
+        details.cbSize = sizeof details;
+        EXPECT_TRUE(GetClassInfoExA(nullptr, name, &details)) << name;
+        return details;
+    }
 };
 
 TEST_F(NativeStartUp, WithoutSocketsThereIsOneBoxAndNoWindow) {
@@ -64,14 +73,23 @@ TEST_F(NativeStartUp, ComIsInitialisedOnceBeforeTheFolderBrowser) {
     EXPECT_EQ(substitute::call_count("CoInitialize"), 1);
 }
 
-TEST_F(NativeStartUp, AFatalTextIsShownWithAnExclamationMark) {
-    substitute::fail_call("RegisterClassExA");
-    EXPECT_EQ(run(), 1);
-    ASSERT_EQ(substitute::shown_boxes().size(), 1U);
-    EXPECT_EQ(substitute::shown_boxes()[0].text, "Window Registration Failed!");
-    EXPECT_EQ(substitute::shown_boxes()[0].caption, "Error!");
-    EXPECT_EQ(substitute::shown_boxes()[0].style, MB_OK | MB_ICONEXCLAMATION);
-    EXPECT_EQ(substitute::shown_boxes()[0].owner, nullptr);
+TEST_F(NativeStartUp, NoGhostTakesTheWindowsPlaceWhileTheProgramIsBusy) {
+    then([] {});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(substitute::call_count("DisableProcessWindowsGhosting"), 1);
+    EXPECT_LT(first_call("DisableProcessWindowsGhosting"), first_call("CreateWindowExA"));
+}
+
+TEST_F(NativeStartUp, BothClassesHaveThePictureThatIsMadeForTheSmallIcon) {
+    then([] { const WaitWindow wait("text"); });
+    EXPECT_EQ(run(), 0);
+    for (const char* name : {"trconfigclass", "tavrin_service_win"}) {
+        const WNDCLASSEXA details = class_of_name(name);
+        EXPECT_EQ(details.hIcon, LoadIconA(nullptr, "tavrin")) << name;
+        EXPECT_EQ(details.hIconSm, LoadImageA(nullptr, "tavrin", IMAGE_ICON, 16, 16, LR_DEFAULTCOLOR))
+            << name;
+        EXPECT_NE(static_cast<HANDLE>(details.hIconSm), static_cast<HANDLE>(details.hIcon)) << name;
+    }
 }
 
 TEST_F(NativeStartUp, TheLoopThatCannotRetrieveAMessageEndsWithZero) {

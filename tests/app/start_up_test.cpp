@@ -49,10 +49,7 @@ TEST_F(StartUp, WithoutItsRegistryKeySaysSoAndEndsWithOneAndNoWindow) {
 }
 
 TEST_F(StartUp, WithoutValuesOpensAnEmptyTree) {
-    std::string tree = "not looked at";
-    then([&] { tree = tree_text(); });
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(tree, "");
+    EXPECT_EQ(shown_tree(), "");
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
@@ -84,29 +81,20 @@ TEST_F(StartUp, TracesEachStep) {
 TEST_F(StartUp, OfTwoConfigurationsWithOneNameTheFirstByValueNameIsKept) {
     spec_file("2", "SOFTWARE\\TavrinTests\\Agent\nSame\n!Second\n");
     spec_file("1", "SOFTWARE\\TavrinTests\\Agent\nSame\n!First\n");
-    std::string tree;
-    then([&] { tree = tree_text(); });
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(tree, "Same\n First\n");
+    EXPECT_EQ(shown_tree(), "Same\n First\n");
 }
 
 TEST_F(StartUp, ConfigurationsStandInByteOrderOfTheirNames) {
     spec_file("1", "SOFTWARE\\TavrinTests\\Agent\nalpha\n!G\n");
     spec_file("2", "SOFTWARE\\TavrinTests\\Agent\nZeta\n!G\n");
     spec_file("3", "SOFTWARE\\TavrinTests\\Agent\n\xC4\n!G\n");
-    std::string tree;
-    then([&] { tree = tree_text(); });
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(tree, "Zeta\n G\nalpha\n G\n\xC4\n G\n");
+    EXPECT_EQ(shown_tree(), "Zeta\n G\nalpha\n G\n\xC4\n G\n");
 }
 
 TEST_F(StartUp, AMissingSpecFileIsPassedOverInSilence) {
     set_text(list_key, "Gone", "no_such_folder/no_such.spec");
     spec_file("There", "SOFTWARE\\TavrinTests\\Agent\nThere\n!G\n");
-    std::string tree;
-    then([&] { tree = tree_text(); });
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(tree, "There\n G\n");
+    EXPECT_EQ(shown_tree(), "There\n G\n");
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
@@ -174,8 +162,7 @@ TEST_F(StartUp, ATextThrownWhileTheWindowIsFirstShownIsFatalAtOnce) {
 TEST_F(StartUp, WhileAFatalTextIsShownTheWindowTakesNoOrders) {
     spec_file("A", "SOFTWARE\\TavrinTests\\Agent\nName\n!G\n$T\nV\nHelp\nString\n$U\nW\nHelp\nDirectory\n");
     set_text(agent_key, "V", "old");
-    then([] { select("T"); });
-    then([] { SetWindowTextA(page_controls().at(0), "new"); });
+    then_edit("T", "new");
     const RefusingClass refusing("Edit", 2);
     boxes.while_shown([] { SendMessageA(main_window, WM_COMMAND, MAKEWPARAM(ok_id, BN_CLICKED), 0); });
     then([] { select("U"); });

@@ -4,10 +4,9 @@
 #include "net/socket.h"
 #include "protocol/stream.h"
 #include "support/boxes.h"
-#include "support/clean_system.h"
 #include "support/conversation.h"
 #include "support/loopback.h"
-#include "support/own_windows.h"
+#include "support/system.h"
 #include "support/user.h"
 
 #include <gmock/gmock.h>
@@ -16,6 +15,7 @@
 #include <cstdlib>
 #include <future>
 #include <mutex>
+#include <tuple>
 
 namespace {
 
@@ -172,14 +172,6 @@ TEST_F(ConnectionTest, OfAHundredServersLeavesNoPileOfWaitWindows) {
     EXPECT_THAT(behind_the_box, IsEmpty());
 }
 
-TEST_F(ConnectionTest, UsesTheDefaultPortForAnItemWithoutOne) {
-    const auto alpha = server("alpha", refusal_no);
-    const auto beta = server("beta", refusal_later);
-    const SeenBox box = box_of(item(*alpha) + ",127.0.0.1", beta->port());
-    EXPECT_EQ(box.text, failure("127.0.0.1", shown(alpha->port()), "Tavrin Server rejected us: no") + "\n\n" +
-                            failure("127.0.0.1", shown(beta->port()), "Tavrin Server rejected us: later"));
-}
-
 TEST_F(ConnectionTest, ListsEveryFailureWithItsOwnReason) {
     const auto alpha = server("alpha", refusal_no);
     const auto beta = server("beta", "HTTP/1.1 400 Bad Request\r\n\r\n");
@@ -203,10 +195,6 @@ TEST_F(ConnectionTest, SaysThatNobodyListens) {
                                 EndsWith(" (10061)")));
 }
 
-TEST_F(ConnectionTest, TriesPortZeroForAnEmptyPort) {
-    EXPECT_THAT(box_of("127.0.0.1:").text, StartsWith(failure("127.0.0.1", "0", "Error connecting: ")));
-}
-
 TEST_F(ConnectionTest, ShowsPortsAsSignedNumbers) {
     const std::pair<const char*, const char*> ports[] = {
         {"65535", "-1"}, {"-1", "-1"}, {"131071", "-1"}, {"65536", "0"}, {"-65536", "0"}};
@@ -217,37 +205,17 @@ TEST_F(ConnectionTest, ShowsPortsAsSignedNumbers) {
     }
 }
 
-TEST_F(ConnectionTest, ConnectsToTheLowSixteenBits) {
-    for (const int more : {65536, -65536, 2 * 65536}) {
-        const auto alpha = server("alpha", acceptance);
-        expect_accepted(box_of("127.0.0.1:" + std::to_string(alpha->port() + more)));
-    }
-}
-
-TEST_F(ConnectionTest, TakesBlanksBeforeAPort) {
-    const auto alpha = server("alpha", acceptance);
-    expect_accepted(box_of("127.0.0.1: +" + std::to_string(alpha->port())));
-}
-
 TEST_F(ConnectionTest, StopsAtAPortThatIsNoNumber) {
-    const std::pair<const char*, const char*> items[] = {
-        {"a:x", "x"}, {"a:12a", "12a"},   {"a:80 ", "80 "}, {"a:80:90", "80:90"},
-        {"a::", ":"}, {"a:0x50", "0x50"}, {"a: ", " "},     {"a:x,127.0.0.1", "x"}};
-    for (const auto& [list, port_text] : items) {
+    const std::tuple<const char*, const char*, const char*> items[] = {
+        {"a:80:90,127.0.0.1", "a", "80:90"}, {":x", "", "x"}, {"a: ", "a", " "}};
+    for (const auto& [list, host, port_text] : items) {
         const SeenBox box = box_of(list);
         expect_warning(box);
-        EXPECT_EQ(box.text,
-                  std::string("The server port \"") + port_text +
-                      "\" for the server \"a\" cannot be parsed as a number. Please correct this before "
-                      "testing the connection.");
+        EXPECT_EQ(box.text, std::string("The server port \"") + port_text + "\" for the server \"" + host +
+                                "\" cannot be parsed as a number. Please correct this before testing the "
+                                "connection.");
         EXPECT_THAT(waits, IsEmpty());
     }
-}
-
-TEST_F(ConnectionTest, NamesAnEmptyHostWithABadPort) {
-    EXPECT_EQ(box_of(":x").text,
-              "The server port \"x\" for the server \"\" cannot be parsed as a number. Please "
-              "correct this before testing the connection.");
 }
 
 TEST_F(ConnectionTest, HasTriedTheServersBeforeABadPort) {

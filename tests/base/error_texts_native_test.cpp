@@ -1,7 +1,7 @@
 #include "base/exceptions.h"
 #include "base/messages.h"
 #include "substitute/control.h"
-#include "support/clean_system.h"
+#include "support/system.h"
 
 #include <gmock/gmock.h>
 

@@ -3,8 +3,8 @@
 /// 127.)
 #include "net/discovery.h"
 #include "net/socket.h"
-#include "support/machine_interfaces.h"
 #include "support/scan_result.h"
+#include "support/system.h"
 
 #include <cstdio>
 #include <cstring>

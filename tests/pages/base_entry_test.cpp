@@ -1,8 +1,8 @@
 #include "pages/base_entry.h"
 
 #include "store/data_manipulator.h"
-#include "support/clean_system.h"
 #include "support/page.h"
+#include "support/system.h"
 #include "support/thrown.h"
 
 #include <gmock/gmock.h>

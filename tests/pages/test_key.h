@@ -1,7 +1,7 @@
 #pragma once
 /// Tests over the registry key that their spec files name; it exists and is empty when a test starts.
-#include "support/clean_system.h"
 #include "support/registry.h"
+#include "support/system.h"
 
 #include <string>
 

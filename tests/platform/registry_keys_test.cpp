@@ -1,6 +1,6 @@
 #include "platform/win32.h"
-#include "support/clean_system.h"
 #include "support/registry.h"
+#include "support/system.h"
 
 #include <gmock/gmock.h>
 

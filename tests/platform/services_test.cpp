@@ -1,6 +1,5 @@
 #include "platform/win32.h"
-#include "support/clean_system.h"
-#include "support/services.h"
+#include "support/system.h"
 
 #include <gmock/gmock.h>
 

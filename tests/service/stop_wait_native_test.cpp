@@ -21,8 +21,7 @@ protected:
         spec_file("A", spec_text);
         set_text(agent_key, "Name", "web1");
         substitute::set_service("TavrinAgent", {.stop_time = 2000});
-        then([] { select("Name"); });
-        then([] { SetWindowTextA(page_controls().at(0), "web2"); });
+        then_edit("Name", "web2");
         then([] { SendMessageA(control(ok_id), BM_CLICK, 0, 0); });
     }
     /// Runs once, in the middle of the wait.

@@ -1,8 +1,8 @@
 #include "store/common_reg_key.h"
 
 #include "store/data_manipulator.h"
-#include "support/clean_system.h"
 #include "support/registry.h"
+#include "support/system.h"
 #include "support/thrown.h"
 
 #include <gmock/gmock.h>

@@ -2,8 +2,8 @@
 #include "store/delete_reg_key.h"
 #include "store/registry_key.h"
 #include "substitute/control.h"
-#include "support/clean_system.h"
 #include "support/registry.h"
+#include "support/system.h"
 #include "support/thrown.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "store/registry_key.h"
 
-#include "support/clean_system.h"
 #include "support/registry.h"
+#include "support/system.h"
 #include "support/thrown.h"
 
 #include <gmock/gmock.h>

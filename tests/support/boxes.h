@@ -30,6 +30,12 @@ public:
     void while_shown(std::function<void()> step);
     /// The boxes since this object was made, in order.
     std::vector<SeenBox> seen() const;
+    std::vector<std::string> captions() const {
+        std::vector<std::string> found;
+        for (const SeenBox& box : seen())
+            found.push_back(box.caption);
+        return found;
+    }
     /// Scripted answers that no box has taken.
     std::size_t answers_left() const;
 

@@ -1,6 +1,6 @@
 #include "support/discovery_server.h"
 
-#include "support/silence.h"
+#include "support/system.h"
 
 #include <chrono>
 #include <gtest/gtest.h>

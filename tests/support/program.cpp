@@ -68,9 +68,21 @@ void ProgramTest::spec_file(const std::string& value_name, const std::string& te
     set_text(list_key, value_name, path);
 }
 
+void ProgramTest::then_edit(const std::string& item_text, const std::string& text) {
+    then([=] { select(item_text); });
+    then([=] { SetWindowTextA(page_controls().at(0), text.c_str()); });
+}
+
 int ProgramTest::run() {
     steps.then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
     return run_program(GetModuleHandleA(nullptr), SW_SHOWNORMAL);
+}
+
+std::string ProgramTest::shown_tree() {
+    std::string tree = "not looked at";
+    then([&] { tree = tree_text(); });
+    EXPECT_EQ(run(), 0);
+    return tree;
 }
 
 HWND control(int id) { return GetDlgItem(main_window, id); }

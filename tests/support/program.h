@@ -3,8 +3,8 @@
 /// scripted user, and looks at its window from inside.
 #include "platform/win32.h"
 #include "support/boxes.h"
-#include "support/clean_system.h"
 #include "support/scratch_folder.h"
+#include "support/system.h"
 #include "support/test_window.h"
 #include "support/user.h"
 
@@ -21,8 +21,12 @@ protected:
     void spec_file(const std::string& value_name, const std::string& text);
     /// A step of the user's; the window is open and idle when it runs.
     void then(std::function<void()> step) { steps.then(std::move(step)); }
+    /// Selects that item, then replaces what the first control of its page holds.
+    void then_edit(const std::string& item_text, const std::string& text);
     /// The whole program, from start-up to its exit code. A user who has no more steps closes the window.
     int run();
+    /// Runs the program, which must succeed, and returns its tree as tree_text does.
+    std::string shown_tree();
 
     Boxes boxes;
     UserSteps steps;

@@ -1,7 +1,7 @@
 #pragma once
 /// Windows that note which messages they get, in one common list.
 #include "platform/win32.h"
-#include "support/clean_system.h"
+#include "support/system.h"
 
 #include <functional>
 #include <map>

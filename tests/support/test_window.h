@@ -1,7 +1,7 @@
 #pragma once
 /// A window of the tests that records its messages.
 #include "platform/win32.h"
-#include "support/clean_system.h"
+#include "support/system.h"
 
 #include <functional>
 #include <string>

@@ -43,8 +43,6 @@ void Sleep(DWORD milliseconds) {
     substitute::advance_clock(milliseconds);
 }
 
-DWORD GetTickCount() { return static_cast<DWORD>(GetTickCount64()); }
-
 std::uint64_t GetTickCount64() {
     substitute::failing("GetTickCount64", 0);
     return substitute::clock_now();

@@ -48,23 +48,19 @@ DWORD GetCurrentThreadId();
 DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer);
 BOOL SetCurrentDirectoryW(LPCWSTR folder);
 
-inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 /// The clock is virtual: only these calls and substitute::advance_clock move it.
 void Sleep(DWORD milliseconds);
-DWORD GetTickCount();
 std::uint64_t GetTickCount64();
 
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
 inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
 inline constexpr DWORD SYNCHRONIZE = 0x00100000;
-inline constexpr DWORD EVENT_MODIFY_STATE = 0x0002;
-inline constexpr DWORD EVENT_ALL_ACCESS = 0x1F0003;
 
 struct SECURITY_ATTRIBUTES;
 HANDLE CreateEventA(SECURITY_ATTRIBUTES* security, BOOL manual_reset, BOOL signalled, LPCSTR name);
 HANDLE OpenEventA(DWORD access, BOOL inherit, LPCSTR name);
 BOOL SetEvent(HANDLE event);
 BOOL CloseHandle(HANDLE object);
-/// A wait that nothing can end any more lets the clock run for its whole time-out.
+/// Never waits: nothing could end it.
 DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);

@@ -12,7 +12,6 @@ inline constexpr DWORD TVS_SHOWSELALWAYS = 0x20;
 inline constexpr UINT TVM_INSERTITEMA = 0x1100;
 inline constexpr UINT TVM_EXPAND = 0x1102;
 inline constexpr UINT TVM_GETITEMRECT = 0x1104;
-inline constexpr UINT TVM_GETCOUNT = 0x1105;
 inline constexpr UINT TVM_GETNEXTITEM = 0x110A;
 inline constexpr UINT TVM_SELECTITEM = 0x110B;
 inline constexpr UINT TVM_GETITEMA = 0x110C;

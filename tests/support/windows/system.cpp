@@ -1,8 +1,37 @@
-#include "support/services.h"
+#include "support/system.h"
 
-#include "platform/win32.h"
+#include "support/registry.h"
 
-#include <gtest/gtest.h>
+namespace {
+
+struct Search {
+    const char* class_name;
+    std::vector<HWND> found;
+};
+
+BOOL CALLBACK visit(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    char name[64] = "";
+    GetClassNameA(window, name, sizeof name);
+    if (lstrcmpiA(name, search.class_name) == 0)
+        search.found.push_back(window);
+    return TRUE;
+}
+
+} // namespace
+
+void clean_system() {
+    delete_key(test_key);
+    delete_key("SOFTWARE\\Tavrin");
+}
+
+void see_machine_interfaces() {}
+
+std::vector<HWND> own_windows(const char* class_name) {
+    Search search = {class_name, {}};
+    EnumThreadWindows(GetCurrentThreadId(), visit, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
 
 void install_broken_service(const std::string& name) {
     const SC_HANDLE manager = OpenSCManagerA(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
@@ -23,3 +52,5 @@ void remove_service(const std::string& name) {
     }
     CloseServiceHandle(manager);
 }
+
+void skip_silence(std::function<bool(std::size_t sent)> /*answered*/) {}

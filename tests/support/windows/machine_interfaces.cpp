@@ -1,3 +1,0 @@
-#include "support/machine_interfaces.h"
-
-void see_machine_interfaces() {}
