@@ -148,7 +148,7 @@ void check_choice(const Verb& verb, const Option& option, const std::string& val
     const std::vector<std::string> choices = choices_of(verb, option.name);
     if (choices.empty() || std::find(choices.begin(), choices.end(), value) != choices.end())
         return;
-    refuse(verb, typed(verb, option) + ": there is no \"" + value + "\"");
+    refuse(verb, "\"" + value + "\" is not valid for " + typed(verb, option));
 }
 
 /// The option's place in the table is what getopt_long returns, above every character.
@@ -201,7 +201,7 @@ void check_operands(const Verb& verb, const Arguments& arguments) {
     const std::vector<std::string> choices = choices_of(verb, "");
     if (!choices.empty() &&
         std::find(choices.begin(), choices.end(), arguments.operands.front()) == choices.end())
-        refuse(verb, std::string(verb.name) + ": there is no \"" + arguments.operands.front() + "\"");
+        refuse(verb, "\"" + arguments.operands.front() + "\" is not valid for " + verb.name);
     if (arguments.operands.size() > verb.most_operands)
         refuse(verb, "unexpected argument \"" + arguments.operands[verb.most_operands] + "\"");
 }

@@ -196,7 +196,7 @@ TEST_F(Show, DscRefusesACommandLineInJson) {
     EXPECT_EQ(done.code, ctl::usage);
     EXPECT_EQ(done.out, "");
     EXPECT_THAT(done.err,
-                testing::StartsWith(R"({"error":"dsc: there is no \"nothing\"\nusage: tavrinctl dsc )"));
+                testing::StartsWith(R"({"error":"\"nothing\" is not valid for dsc\nusage: tavrinctl dsc )"));
     EXPECT_THAT(run({"dsc", "get", "--bogus"}).err,
                 testing::StartsWith("{\"error\":\"unknown option --bogus"));
 }

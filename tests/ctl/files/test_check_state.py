@@ -164,7 +164,7 @@ class Formats(StateCase):
     def test_another_one(self):
         result = self.report("xml")
         self.assertEqual((result.code, result.out), (2, ""))
-        self.assertIn('--format text|json|sarif|github: there is no "xml"', result.err)
+        self.assertIn('"xml" is not valid for --format text|json|sarif|github', result.err)
 
     def test_github(self):
         self.assertEqual(self.report("github").out,

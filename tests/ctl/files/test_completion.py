@@ -47,7 +47,7 @@ class PowerShell(unittest.TestCase):
     def test_other_shells_are_refused(self):
         result = run("completion", "fish")
         self.assertEqual((result.code, result.out), (2, ""))
-        self.assertIn('completion: there is no "fish"\nusage: tavrinctl completion bash|powershell\n', result.err)
+        self.assertIn('"fish" is not valid for completion\nusage: tavrinctl completion bash|powershell\n', result.err)
 
 
 if __name__ == "__main__":

@@ -193,7 +193,7 @@ class NoReports(Diff):
         self.assertEqual(run("diff", path).code, 2)
         refused = run("diff", "--format", "xml", path, path)
         self.assertEqual(refused.code, 2)
-        self.assertIn('--format text|csv|json|html: there is no "xml"', refused.err)
+        self.assertIn('"xml" is not valid for --format text|csv|json|html', refused.err)
 
 
 class Text(Diff):

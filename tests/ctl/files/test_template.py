@@ -321,7 +321,7 @@ class Refused(TemplateCase):
         path = own_path(self.file("x.spec", HEAD + KINDS))
         out = own_path(self.folder / "out")
         self.refuses(2, "template needs --format admx|gpp|reg", "--out", out, path)
-        self.refuses(2, '--format admx|gpp|reg: there is no "xml"', "--format", "xml", "--out", out, path)
+        self.refuses(2, '"xml" is not valid for --format admx|gpp|reg', "--format", "xml", "--out", out, path)
         self.refuses(2, "template needs --out FOLDER", "--format", "admx", path)
         self.refuses(2, "template: missing arguments", "--format", "admx", "--out", out)
 

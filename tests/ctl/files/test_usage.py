@@ -55,7 +55,7 @@ class NotUnderstood(unittest.TestCase):
     def test_required_options(self):
         self.refuses("template needs --format admx|gpp|reg\n", "template", "x")
         self.refuses("template needs --out FOLDER\n", "template", "x", "--format", "reg")
-        self.refuses('--format admx|gpp|reg: there is no "xml"', "template", "x", "--format", "xml")
+        self.refuses('"xml" is not valid for --format admx|gpp|reg', "template", "x", "--format", "xml")
 
     @unittest.skipIf(UNDER_WINE, "Windows has every command")
     def test_what_needs_windows_says_so(self):
