@@ -63,9 +63,10 @@ TEST(Tags, AreWrittenInTheShortestFormAndRead) {
 
 TEST(ReadTag, ReadsEveryOneOctetIdentifierButTheFiller) {
     for (unsigned octet = 0; octet < 256; ++octet) {
-        if ((octet & 0x1F) != 0x1F && octet != 0x19)
-            EXPECT_EQ(tag_of({static_cast<std::uint8_t>(octet)}),
-                      std::to_string(octet % 32 * 8 + octet / 32));
+        const std::string tag = std::to_string(octet % 32 * 8 + octet / 32);
+        if ((octet & 0x1F) != 0x1F && octet != 0x19) {
+            EXPECT_EQ(tag_of({static_cast<std::uint8_t>(octet)}), tag);
+        }
     }
 }
 
