@@ -178,7 +178,7 @@ void RemoteSession::settle(const Step& step) {
     bool met = false;
     while (tool_->running()) {
         if (GetTickCount64() > end)
-            throw std::runtime_error("the program does not come to rest");
+            throw std::runtime_error("the program does not become idle");
         e2e::serve_own_windows();
         const HWND dialog = open_dialog();
         if (dialog == nullptr) {
@@ -229,7 +229,7 @@ void RemoteSession::wait_until_idle() {
     const ULONGLONG end = GetTickCount64() + e2e::limit * 1000;
     while (window() != nullptr && GetUpdateRect(main_, nullptr, FALSE)) {
         if (GetTickCount64() > end)
-            throw std::runtime_error("the program does not come to rest");
+            throw std::runtime_error("the program does not become idle");
         e2e::serve_own_windows();
         Sleep(1);
     }
