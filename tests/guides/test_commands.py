@@ -10,7 +10,7 @@ import unittest
 
 from guide import GUIDES, TOP, fences, prose
 
-SCRIPTS = sorted((TOP / "script").iterdir())
+SCRIPTS = sorted(path for path in (TOP / "script").iterdir() if path.is_file())
 CONFIGURED = json.loads((TOP / "CMakePresets.json").read_text())["configurePresets"]
 PRESETS = {preset["name"] for preset in CONFIGURED if not preset.get("hidden")}
 FOLDERS = ("src", "tests", "docs", "examples", "bench", "cmake", "package", "script")
