@@ -17,18 +17,15 @@ struct Tester {
     bool has_entries;
 };
 
-std::vector<Tester> testers(const Servers& servers, const std::string& old_program) {
+std::vector<Tester> testers(const Servers& servers) {
     const std::string folder = e2e::program_folder() + "\\";
     const std::string arguments =
         " " + servers.prefix + " " + std::to_string(servers.count) + " " + std::to_string(servers.port);
-    std::vector<Tester> all = {
+    return {
         {ours, folder + "tavrinconfig.exe", true},
         {bare, folder + "bench\\bare_tool.exe 0" + arguments, false},
         {prescribed, folder + "bench\\prescribed_calls.exe windows" + arguments, false},
         {prescribed_without_windows, folder + "bench\\prescribed_calls.exe no-windows" + arguments, false}};
-    if (!old_program.empty())
-        all.push_back({before, old_program, true});
-    return all;
 }
 
 double time_of(const Tester& tester) {
@@ -40,11 +37,10 @@ double time_of(const Tester& tester) {
 
 } // namespace
 
-void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers,
-                             const std::string& old_program) {
+void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers) {
     const Seed seed = Seed::of_connection_test(servers);
     for (int run = 0; run < runs; ++run) {
-        for (const Tester& tester : testers(servers, old_program))
+        for (const Tester& tester : testers(servers))
             samples.add(work, tester.name, "s", time_of(tester));
     }
 }

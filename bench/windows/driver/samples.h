@@ -12,7 +12,6 @@ inline constexpr char ours[] = "tavrinconfig";
 inline constexpr char bare[] = "bare program";
 inline constexpr char prescribed[] = "the prescribed calls";
 inline constexpr char prescribed_without_windows[] = "these without windows";
-inline constexpr char before[] = "tavrinconfig before";
 
 class Samples {
 public:

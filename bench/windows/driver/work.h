@@ -9,9 +9,7 @@ void measure_first_windows(Samples& samples, int runs);
 void measure_private_bytes(Samples& samples, int runs);
 void measure_start_up(Samples& samples, int runs);
 void measure_ok(Samples& samples, int runs);
-/// `old_program` is an earlier tavrinconfig, or empty.
-void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers,
-                             const std::string& old_program);
+void measure_connection_test(Samples& samples, const char* work, int runs, const Servers& servers);
 void measure_files(Samples& samples);
 /// The command line, from its start to its end.
 void measure_console(Samples& samples, int runs);
