@@ -37,7 +37,7 @@ if(NOT WIN32)
     find_library(TAVRIN_DIGESTS libmd.a REQUIRED)
     target_link_libraries(tavrin_ctl PUBLIC ${TAVRIN_DIGESTS})
 endif()
-set_source_files_properties(src/ctl/program.cpp src/ctl/machine/identity.cpp src/ctl/check/check_report.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
+set_source_files_properties(src/ctl/program.cpp src/ctl/machine/machine.cpp src/ctl/check/findings.cpp PROPERTIES COMPILE_DEFINITIONS TAVRIN_VERSION="${PROJECT_VERSION}")
 
 if(WIN32)
     target_compile_options(tavrin_ctl PRIVATE $<$<CONFIG:Release>:-Os> -ffunction-sections -fdata-sections)
@@ -46,11 +46,11 @@ if(WIN32)
 else()
     # Built only from the sources on this list, which do not use Windows.
     file(GLOB portable CONFIGURE_DEPENDS src/specfile/*.cpp src/ctl/*.cpp src/ctl/check/*.cpp src/ctl/template/*.cpp
-         src/ctl/template/linux/*.cpp
-         src/ctl/diff/*.cpp src/ctl/verbs/diff.cpp src/ctl/io/*.cpp src/ctl/linux/*.cpp src/ctl/io/linux/*.cpp)
-    add_executable(tavrinctl ${portable} ${TAVRIN_CODE_PAGES} src/base/text.cpp src/ctl/verbs/verbs.cpp src/ctl/verbs/check.cpp
-                   src/ctl/verbs/template.cpp src/ctl/verbs/completion.cpp src/ctl/change/state_file.cpp src/ctl/change/state_check.cpp
-                   src/ctl/machine/entry_index.cpp)
+         src/ctl/template/linux/*.cpp src/ctl/diff/*.cpp src/ctl/io/*.cpp src/ctl/io/linux/*.cpp src/ctl/linux/*.cpp)
+    foreach(verb check completion diff template)
+        list(APPEND portable src/ctl/verbs/${verb}.cpp)
+    endforeach()
+    add_executable(tavrinctl ${portable} ${TAVRIN_CODE_PAGES} src/base/text.cpp src/ctl/change/state_file.cpp)
     target_include_directories(tavrinctl PRIVATE src)
     target_link_libraries(tavrinctl PRIVATE tavrin_json ${TAVRIN_DIGESTS} tavrin_warnings)
     set_target_properties(tavrinctl PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

@@ -11,7 +11,6 @@
 #include "window/message_queue.h"
 #include "window/top_level.h"
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -25,9 +24,7 @@ void show_fatal(const std::string& text) {
 
 /// Builds one configuration for each spec file that the registry lists. Throws the text of a fatal error.
 void load_configurations() {
-    std::map<std::string, std::string> spec_files;
-    enumerate_values(spec_files, HKEY_LOCAL_MACHINE, "SOFTWARE\\Tavrin\\TRConfig");
-    for (const auto& [value_name, path] : spec_files) {
+    for (const auto& [value_name, path] : listed_spec_files()) {
         auto configuration = std::make_unique<Configuration>(value_name, path, false);
         const std::string name = configuration->name;
         configurations.try_emplace(name, std::move(configuration));

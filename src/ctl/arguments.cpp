@@ -16,7 +16,7 @@ namespace ctl {
 namespace {
 
 [[noreturn]] void refuse(const Verb& verb, const std::string& text) {
-    throw Failure{usage, text + "\nusage: " + usage_of(verb)};
+    throw Failure{ExitCode::usage, text + "\nusage: " + usage_of(verb)};
 }
 
 /// The number that an option takes, between bounds.
@@ -50,7 +50,7 @@ struct Option {
     /// Whether it takes a value.
     bool has_value;
     void (*take)(const Verb&, Arguments&, const char* value);
-    /// What it means, for the help.
+    /// For the help.
     const char* about;
 };
 
@@ -105,7 +105,7 @@ constexpr Option options[] = {
      "the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux"},
 };
 
-/// Where the usage line names the option, behind a bracket if it is optional; null if it does not.
+/// The place of the option in the usage line, after a bracket if it is optional; null if it is not there.
 const char* in_usage(const Verb& verb, const Option& option) {
     const std::string name = std::string("--") + option.name;
     for (const char* at = std::strstr(verb.usage, name.c_str()); at != nullptr;
@@ -125,7 +125,7 @@ bool requires_option(const Verb& verb, const Option& option) {
     return at != nullptr && (at == verb.usage || at[-1] == ' ');
 }
 
-/// The words of the usage line for it: "--timeout SECONDS".
+/// The option as the usage line has it: "--timeout SECONDS".
 std::string typed(const Verb& verb, const Option& option) {
     const std::string name = std::string("--") + option.name;
     const char* const at = in_usage(verb, option);
@@ -134,7 +134,7 @@ std::string typed(const Verb& verb, const Option& option) {
     return {at, at + name.size() + 1 + std::strcspn(at + name.size() + 1, " ]")};
 }
 
-/// Takes "auto|never" apart. What is not in small letters, such as FILE, stands for something else.
+/// Splits "auto|never". A placeholder with capital letters, such as FILE, offers no words.
 std::vector<std::string> words_of(const std::string& placeholder) {
     std::vector<std::string> words;
     const bool is_choice = placeholder.find('|') != std::string::npos &&
@@ -151,7 +151,7 @@ void check_choice(const Verb& verb, const Option& option, const std::string& val
     refuse(verb, "\"" + value + "\" is not valid for " + typed(verb, option));
 }
 
-/// The option's place in the table is what getopt_long returns, above every character.
+/// getopt_long returns the option's place in the table plus this, which is above every character.
 constexpr int first_code = 256;
 constexpr int operand_code = 1;
 
@@ -165,7 +165,7 @@ std::vector<option> known_to_getopt() {
     return known;
 }
 
-/// getopt_long wants texts that it may exchange, the program's name first.
+/// getopt_long reorders the texts, and expects the program's name first.
 std::vector<char*> pointers_to(std::vector<std::string>& words) {
     std::vector<char*> pointers;
     std::transform(words.begin(), words.end(), std::back_inserter(pointers),
@@ -174,7 +174,7 @@ std::vector<char*> pointers_to(std::vector<std::string>& words) {
     return pointers;
 }
 
-/// Which options were given, by their places in the table.
+/// Whether each option of the table was given.
 using Given = std::array<bool, std::size(options)>;
 
 void take(const Verb& verb, Arguments& arguments, Given& given, int code, const char* word) {
@@ -224,8 +224,8 @@ Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& word
     Arguments arguments;
     Given given{};
     opterr = 0;
-    optind = 0; // from the start, also a second time
-    // "-": operands come in their place, whatever the environment says; ":": a missing value is told apart.
+    optind = 0; // starts over
+    // "-" returns operands in their order, whatever the environment says; ":" reports a missing value.
     while (true) {
         const int at = std::max(optind, 1);
         const int code = getopt_long(count, pointers.data(), "-:", known.data(), nullptr);

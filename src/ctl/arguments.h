@@ -1,6 +1,8 @@
 #pragma once
-/// The command line of every verb, read by the C library's getopt_long: the larger libraries for it bring the
-/// streams and locales along, which cost three times the rest of the program.
+/// The command line of every verb. The C library's getopt_long reads it, because larger libraries bring
+/// streams and locales, which would make the program four times as large.
+#include "ctl/failure.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -16,7 +18,7 @@ struct Arguments {
     bool what_if = false;
     bool exit_code = false;
     bool restart = true;
-    /// Seconds that one wait may last.
+    /// Seconds, for each wait.
     int timeout = 60;
     std::optional<std::uint16_t> port;
     /// Seconds of silence that end a scan.
@@ -25,40 +27,39 @@ struct Arguments {
     std::string out;
     std::string state;
     std::string backup;
-    /// How many backups stay in the default folder.
+    /// The number of backups that stay in the default folder.
     unsigned keep = 50;
-    /// The newest backup there.
+    /// Restore the newest of them.
     bool last = false;
     std::optional<unsigned> code_page;
 };
 
-/// What a verb is called, how it is used and what runs it.
 struct Verb {
     const char* name;
-    /// What follows the name in the usage line. An option outside of brackets is required.
+    /// The usage line after the name. An option outside brackets is required.
     const char* usage = "";
     std::size_t least_operands = 0;
     std::size_t most_operands = 0;
     /// For the list of all verbs.
     const char* summary = "";
     const char* help = "";
-    /// Returns the exit code; throws Failure. Null where the verb needs Windows and this is another system.
-    int (*run)(const Arguments&) = nullptr;
-    /// Every message is JSON, also one about the command line.
+    /// Throws Failure. Null if the verb needs Windows and this is another system.
+    ExitCode (*run)(const Arguments&) = nullptr;
+    /// Every message is JSON, even one about the command line.
     bool speaks_json = false;
 };
 
-/// Reads what follows the verb. Throws Failure of the code `usage` for what the verb does not take.
+/// Reads the words after the verb. Throws Failure of the code `usage` for what the verb does not take.
 Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& words);
 
 /// "tavrinctl check FILE...".
 std::string usage_of(const Verb& verb);
-/// The words between which the usage line lets one choose, "get|set"; for an option by its name without the
-/// strokes, for the first operand by the empty name. Empty when anything goes.
+/// The words that the usage line offers for an option, named without its dashes, or with an empty name for
+/// the first operand: "get|set". Empty if everything is allowed.
 std::vector<std::string> choices_of(const Verb& verb, const std::string& option);
-/// The names of the options that the verb takes, "--json".
+/// The options that the verb takes: "--json".
 std::vector<std::string> option_names_of(const Verb& verb);
-/// A line for each option that the verb takes: what it means, its range and its default.
+/// Explains each option that the verb takes, with its range and default.
 std::string options_of(const Verb& verb);
 
 } // namespace ctl

@@ -32,7 +32,7 @@ std::string whole_help() {
     std::string text = "tavrinctl " TAVRIN_VERSION
                        ": shows and changes the settings of the Tavrin Agent, on any number of machines\n\n";
     std::string elsewhere;
-    for (const Verb* verb : verbs()) {
+    for (const Verb* verb : verbs) {
         if (verb->run != nullptr) {
             text += line_of(*verb);
         } else {
@@ -51,32 +51,31 @@ std::string help_on(const Verb& verb) {
 }
 
 const Verb& find_verb(const std::string& name) {
-    const auto all = verbs();
-    const auto found =
-        std::find_if(all.begin(), all.end(), [&](const Verb* verb) { return verb->name == name; });
-    if (found == all.end())
-        throw Failure{usage, "unknown command \"" + name + "\"; see tavrinctl --help"};
+    const auto* const found = std::find_if(std::begin(verbs), std::end(verbs),
+                                           [&](const Verb* verb) { return verb->name == name; });
+    if (found == std::end(verbs))
+        throw Failure{ExitCode::usage, "unknown command \"" + name + "\"; see tavrinctl --help"};
     if ((*found)->run == nullptr)
-        throw Failure{usage, name + " needs Windows"};
+        throw Failure{ExitCode::usage, name + " needs Windows"};
     return **found;
 }
 
-int run_verb(const std::vector<std::string>& words) {
+ExitCode run_verb(const std::vector<std::string>& words) {
     const Verb& verb = find_verb(words.front());
     set_message_form({.is_json = verb.speaks_json});
     const Arguments arguments = parse_arguments(verb, {words.begin() + 1, words.end()});
     set_message_form({.is_json = verb.speaks_json, .is_verbose = arguments.verbose});
     if (arguments.help) {
         print(help_on(verb));
-        return as_wished;
+        return ExitCode::success;
     }
     return verb.run(arguments);
 }
 
-int run(const std::vector<std::string>& words) {
+ExitCode run(const std::vector<std::string>& words) {
     if (words.empty())
-        throw Failure{usage, "missing command\n\n" + whole_help()};
-    int code = as_wished;
+        throw Failure{ExitCode::usage, "missing command\n\n" + whole_help()};
+    ExitCode code = ExitCode::success;
     if (words.front() == "--help" || words.front() == "help") {
         print(whole_help());
     } else if (words.front() == "--version") {
@@ -90,9 +89,8 @@ int run(const std::vector<std::string>& words) {
 
 } // namespace
 
-/// The store's and the syntax' failures are plain texts; memory, for one, fails with the library's
-/// exceptions.
-int run_program(const std::vector<std::string>& words) {
+/// The store throws plain texts, and the library its own exceptions, for example for lack of memory.
+ExitCode run_program(const std::vector<std::string>& words) {
     begin_output();
     try {
         return run(words);
@@ -101,10 +99,10 @@ int run_program(const std::vector<std::string>& words) {
         return failure.code;
     } catch (const std::string& text) {
         say(text);
-        return failed;
+        return ExitCode::failed;
     } catch (const std::exception& failure) {
         say(failure.what());
-        return failed;
+        return ExitCode::failed;
     }
 }
 

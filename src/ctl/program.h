@@ -1,10 +1,12 @@
 #pragma once
+#include "ctl/failure.h"
+
 #include <string>
 #include <vector>
 
 namespace ctl {
 
-/// The whole program, from the words behind its name to the exit code. Nothing is thrown.
-int run_program(const std::vector<std::string>& words);
+/// The whole program: takes the words after its name. Throws nothing.
+ExitCode run_program(const std::vector<std::string>& words);
 
 } // namespace ctl

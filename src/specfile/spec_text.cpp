@@ -1,5 +1,8 @@
 #include "specfile/spec_text.h"
 
+#include "base/exceptions.h"
+#include "base/text.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -175,4 +178,16 @@ SpecError unknown_type(const Declaration& declaration) {
         declaration.type.number != 0 ? declaration.type.number : declaration.title.number;
     return {line, "Unknown type: \"" + std::string(declaration.type.text) + "\", for subspec " +
                       std::string(declaration.title.text)};
+}
+
+std::string missing_title(std::string_view title) {
+    return "Did not find anything with the title \"" + std::string(title) + "\"";
+}
+
+std::int32_t integer_found(const std::string& stored) {
+    try {
+        return parse_int(stored);
+    } catch (const error::EParseError& failure) {
+        throw "Error reading value: " + failure.full_text();
+    }
 }

@@ -20,6 +20,7 @@
 /// type "Integer", and the service name follows the subspecs of a group. Blank lines between groups are
 /// skipped.
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
@@ -177,3 +178,10 @@ std::optional<SpecError> line_end_error(std::string_view text);
 
 /// The error for a declaration of an unknown kind.
 SpecError unknown_type(const Declaration& declaration);
+
+/// The errors of a lookup by title, as the connection test and a scan do it: no entry has the title, or the
+/// entry has no registry value.
+std::string missing_title(std::string_view title);
+inline constexpr const char* title_without_value = "Found title, but it is not a CommonRegKey";
+/// The value that was found, as a decimal number. Throws a text if it is none.
+std::int32_t integer_found(const std::string& stored);

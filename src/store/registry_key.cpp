@@ -58,3 +58,9 @@ std::vector<std::string> serial_ports() {
     std::sort(ports.begin(), ports.end());
     return ports;
 }
+
+std::map<std::string, std::string> listed_spec_files() {
+    std::map<std::string, std::string> paths;
+    enumerate_values(paths, HKEY_LOCAL_MACHINE, spec_file_list);
+    return paths;
+}

@@ -60,3 +60,8 @@ void enumerate_values(std::map<std::string, std::string>& target, HKEY root, con
 
 /// The machine's serial ports, in byte-wise order; none when the registry does not list them.
 std::vector<std::string> serial_ports();
+
+/// The key below HKEY_LOCAL_MACHINE that lists this machine's spec files.
+inline constexpr const char* spec_file_list = "SOFTWARE\\Tavrin\\TRConfig";
+/// The paths of the spec files by the names of the values. Throws a text when the key cannot be read.
+std::map<std::string, std::string> listed_spec_files();

@@ -1,7 +1,7 @@
 // Applies the output of show, for values of every type, and tests the guards of a state.
 #include "ctl/program_run.h"
 
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "substitute/control.h"
 
 #include <gmock/gmock.h>
@@ -62,7 +62,7 @@ protected:
     void expect_unchanged(const std::string& state) {
         const int writes = substitute::call_count("RegSetValueExA");
         const Ended done = apply(state, {"--exit-code"});
-        EXPECT_EQ(done.code, ctl::as_wished) << done.err;
+        EXPECT_EQ(done.code, ctl::ExitCode::success) << done.err;
         EXPECT_EQ(substitute::call_count("RegSetValueExA"), writes);
         EXPECT_EQ(substitute::call_count("RegDeleteValueA"), 0);
         EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
@@ -96,7 +96,7 @@ TEST_F(StoredValues, OfOtherTypesAreRefusedWhereTheyAreNotStored) {
             continue;
         set_text(key, "AgentName", "web1");
         const Ended done = apply(state);
-        EXPECT_EQ(done.code, ctl::invalid);
+        EXPECT_EQ(done.code, ctl::ExitCode::invalid);
         EXPECT_THAT(done.err, HasSubstr("Agent: AgentName: only texts can be written; a value of the type "));
         EXPECT_THAT(done.err,
                     HasSubstr(" is accepted only if it is already stored, but stored here is web1\n"));
@@ -123,7 +123,7 @@ TEST_F(StoredValues, OfAMissingKeyAreNoneToBeWritten) {
     delete_key(key);
     expect_unchanged(shown());
     const Ended done = change({"set", "Agent", "Port=1"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_THAT(done.err, HasSubstr("the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent does not exist"));
 }
 
@@ -135,7 +135,7 @@ TEST_F(StoredValues, AreFoundInAnyLetterCaseBeyondAscii) {
                       "GR\xC3\x96\xC3\x9F"
                       "E=1"})
                   .code,
-              ctl::as_wished);
+              ctl::ExitCode::success);
     EXPECT_EQ(text_value("SOFTWARE\\Caf\xE9", "Gr\xF6\xDF"
                                               "e"),
               "1");
@@ -144,7 +144,7 @@ TEST_F(StoredValues, AreFoundInAnyLetterCaseBeyondAscii) {
 TEST_F(StoredValues, OfAConfigurationOutsideTheCodePageAreRefused) {
     add_configuration("Nameless", "SOFTWARE\\Tavrin\\Agent\n\n!G\n$A\nPort\nH\nInteger\n");
     const Ended done = change({"set", "\xE2\x98\x83", "Port=1"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_THAT(done.err, HasSubstr("there is no configuration \"\xE2\x98\x83\""));
     EXPECT_EQ(text("Port"), "5000");
 }
@@ -154,7 +154,7 @@ TEST_F(StoredValues, ManyUnknownNamesAreCounted) {
     for (int i = 1; i < 1000; ++i)
         values += ",\"N" + std::to_string(i) + "\":\"1\"";
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{)" + values + "}}}}");
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(std::count(done.err.begin(), done.err.end(), '\n'), 22);
     EXPECT_THAT(done.err,
                 testing::EndsWith(
@@ -170,7 +170,7 @@ protected:
 
 TEST_F(MadeFor, AnotherKeyOrServiceIsAWarning) {
     const Ended done = apply_with(R"("key":"SOFTWARE\\Other","service":"OtherService")");
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_THAT(done.err,
                 HasSubstr("tavrinctl: warning: Agent: the key is \"SOFTWARE\\Tavrin\\Agent\" here, not "
                           "\"SOFTWARE\\Other\"\n"));
@@ -188,12 +188,12 @@ TEST_F(MadeFor, GuardsThatHold) {
     add_configuration("Agent", "SOFTWARE\\Tavrin\\Agent\nAgent\n!G\n$P\nPort\nH\nInteger\n");
     const Ended done = apply_with(R"("guards":{"key":"SOFTWARE\\Tavrin\\Agent","sha256":)"
                                   R"("aa3e30ace0c183c1cda092f30718a31daba5296068ca502087ae7d2bcd5465dc"})");
-    EXPECT_EQ(done.code, ctl::as_wished) << done.err;
+    EXPECT_EQ(done.code, ctl::ExitCode::success) << done.err;
 }
 
 TEST_F(MadeFor, GuardsThatDoNotHoldRefuseEverything) {
     const Ended done = apply_with(R"("guards":{"key":"K","service":"S","sha256":"00"})");
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_THAT(
         done.err,
         HasSubstr("nothing was written:\n"

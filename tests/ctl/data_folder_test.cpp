@@ -1,5 +1,5 @@
 // The folder for what one run leaves for the next, and the lock in it.
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "ctl/io/system.h"
 #include "ctl/program_run.h"
 #include "substitute/control.h"
@@ -20,7 +20,7 @@ protected:
     /// With its backup where backups go by default.
     Ended set_port() { return run({"set", "Agent", "Port=5001", "--timeout", "2"}); }
     void expect_refused(const Ended& done, const std::string& words) {
-        EXPECT_EQ(done.code, ctl::failed);
+        EXPECT_EQ(done.code, ctl::ExitCode::failed);
         EXPECT_THAT(done.err, HasSubstr(words));
         EXPECT_EQ(text("Port"), "5000");
         EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
@@ -30,7 +30,7 @@ protected:
 };
 
 TEST_F(DataFolder, IsForItsOwnerAlone) {
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
     EXPECT_EQ(fs::status(data).permissions(), fs::perms::owner_all);
     EXPECT_EQ(fs::status(data / "Backup").permissions(), fs::perms::owner_all);
 }
@@ -38,7 +38,7 @@ TEST_F(DataFolder, IsForItsOwnerAlone) {
 TEST_F(DataFolder, IsClosedToOthersWhenItWasOpen) {
     fs::create_directories(data / "Backup");
     fs::permissions(data, fs::perms::all);
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
     EXPECT_EQ(fs::status(data).permissions(), fs::perms::owner_all);
 }
 
@@ -70,15 +70,15 @@ TEST_F(DataFolder, HoldsTheLock) {
     const std::uint64_t start = substitute::clock_now();
     expect_refused(set_port(), "tavrinctl: timed out waiting for another tavrinctl; nothing was written\n");
     EXPECT_EQ(substitute::clock_now() - start, 2'000u);
-    EXPECT_EQ(run({"set", "Agent", "Port=5001", "--what-if"}).code, ctl::as_wished);
-    EXPECT_EQ(run({"show", "Agent"}).code, ctl::as_wished);
+    EXPECT_EQ(run({"set", "Agent", "Port=5001", "--what-if"}).code, ctl::ExitCode::success);
+    EXPECT_EQ(run({"show", "Agent"}).code, ctl::ExitCode::success);
     ctl::release_file(held);
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
 }
 
 TEST_F(DataFolder, IsNotMadeByWhatOnlyLooks) {
-    EXPECT_EQ(run({"set", "Agent", "Port=5001", "--what-if"}).code, ctl::as_wished);
-    EXPECT_EQ(run({"show", "Agent"}).code, ctl::as_wished);
+    EXPECT_EQ(run({"set", "Agent", "Port=5001", "--what-if"}).code, ctl::ExitCode::success);
+    EXPECT_EQ(run({"show", "Agent"}).code, ctl::ExitCode::success);
     EXPECT_FALSE(fs::exists(data));
 }
 

@@ -10,7 +10,7 @@ protected:
     /// The help of a command up to the exit codes, which all of them have.
     std::string help_of(const std::string& verb) {
         const Ended done = run({verb, "--help"});
-        EXPECT_EQ(done.code, 0);
+        EXPECT_EQ(done.code, ctl::ExitCode::success);
         EXPECT_EQ(done.err, "");
         const std::string with_codes = "\n" + exit_codes;
         EXPECT_TRUE(done.out.ends_with(with_codes)) << done.out;
@@ -48,7 +48,7 @@ protected:
 
 TEST_F(Help, OfTheProgram) {
     const Ended done = run({"--help"});
-    EXPECT_EQ(done.code, 0);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     ASSERT_TRUE(done.out.starts_with("tavrinctl ")) << done.out;
     EXPECT_EQ(done.out.substr(done.out.find(':')),
               R"(: shows and changes the settings of the Tavrin Agent, on any number of machines

@@ -1,8 +1,8 @@
 // test and scan over the substitute, whose sockets are real: servers on the loopback network answer.
 #include "ctl/program_run.h"
 
-#include "ctl/exit_codes.h"
-#include "ctl/io/visible.h"
+#include "ctl/failure.h"
+#include "ctl/io/printable.h"
 #include "net/socket.h"
 #include "substitute/control.h"
 #include "support/discovery_server.h"
@@ -47,7 +47,7 @@ TEST_F(Network, TellsWhoAcceptsAndWhoDoesNot) {
     const auto bad = server(refusing);
     set_text(key, "ServerList", place(*good) + "," + place(*bad));
     const Ended done = run({"test", "Agent", "--timeout", "9"});
-    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_EQ(done.code, ctl::ExitCode::no_server);
     EXPECT_EQ(done.out,
               place(*good) + "  accepted\n" + place(*bad) + "  failed: Tavrin Server rejected us: no\n");
     EXPECT_EQ(done.err, "");
@@ -68,7 +68,7 @@ TEST_F(Network, AServerThatDripsDoesNotHoldTheRun) {
     const auto good = server(accepting);
     set_text(key, "ServerList", place(slow) + "," + place(*good));
     const Ended done = run({"test", "--timeout", "1"});
-    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_EQ(done.code, ctl::ExitCode::no_server);
     EXPECT_EQ(done.out, place(slow) + "  failed: Error receiving data: Timeout in socket_recv()\n" +
                             place(*good) + "  accepted\n");
 }
@@ -79,7 +79,7 @@ TEST_F(Network, ANameServerThatIsSilentDoesNotHoldTheRun) {
     const auto good = server(accepting);
     set_text(key, "ServerList", "silent.example:1," + place(*good));
     const Ended done = run({"test", "--timeout", "1"});
-    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_EQ(done.code, ctl::ExitCode::no_server);
     EXPECT_THAT(done.out,
                 testing::StartsWith("silent.example:1  failed: Error resolving \"silent.example\": "));
     EXPECT_THAT(done.out, testing::EndsWith("\n" + place(*good) + "  accepted\n"));
@@ -96,7 +96,7 @@ TEST_F(Network, ABadItemDoesNotKeepTheOthersFromBeingTested) {
     const auto good = server(accepting);
     set_text(key, "ServerList", "a:b," + place(*good));
     const Ended done = run({"test"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.out, "a:b  failed: the port \"b\" is not a number\n" + place(*good) + "  accepted\n");
     EXPECT_EQ(done.err, "");
 }
@@ -107,7 +107,7 @@ TEST_F(Network, AMissingKeyDoesNotKeepTheOthersFromBeingTested) {
     const auto good = server(accepting);
     set_text(key, "ServerList", place(*good));
     const Ended done = run({"test", "--json"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     const std::string missing = "the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Nowhere does not exist";
     EXPECT_THAT(done.err, testing::StartsWith("tavrinctl: Aaa: " + missing));
     EXPECT_THAT(done.out, HasSubstr("      \"configuration\": \"Aaa\",\n      \"host\": null,\n"
@@ -121,7 +121,7 @@ TEST_F(Network, ControlCharactersOfAPeerAreEscaped) {
     set_text(key, "ServerList", place(*hostile));
     EXPECT_EQ(run({"test"}).out, place(*hostile) + "  failed: Tavrin Server rejected us: \\033[\\177A\n");
     // U+009B begins a terminal's sequence as ESC [ does; U+00A0 is a blank.
-    EXPECT_EQ(ctl::visible("\xC2\x9B\xC2\xA0"), "\\302\\233\xC2\xA0");
+    EXPECT_EQ(ctl::printable("\xC2\x9B\xC2\xA0"), "\\302\\233\xC2\xA0");
 }
 
 TEST_F(Network, EverybodyAccepts) {
@@ -129,7 +129,7 @@ TEST_F(Network, EverybodyAccepts) {
     set_text(key, "ServerList", "127.0.0.1");
     set_text(key, "Port", std::to_string(good->port()));
     const Ended done = run({"test", "--json"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_EQ(without_machine(done.out),
               "{\n  \"schema\": 1,\n  \"servers\": [\n    {\n      \"configuration\": \"Agent\",\n"
               "      \"host\": \"127.0.0.1\",\n      \"port\": " +
@@ -139,7 +139,7 @@ TEST_F(Network, EverybodyAccepts) {
 
 TEST_F(Network, AnEmptyListReachesNobody) {
     const Ended done = run({"test"});
-    EXPECT_EQ(done.code, ctl::no_server);
+    EXPECT_EQ(done.code, ctl::ExitCode::no_server);
     EXPECT_EQ(done.err, "tavrinctl: Agent: the server list is empty, so no server was reached\n");
 }
 
@@ -148,7 +148,7 @@ TEST_F(Network, PortsThatAreNoNumbers) {
     EXPECT_EQ(run({"test"}).out, "a:b  failed: the port \"b\" is not a number\n");
     set_text(key, "Port", "many");
     const Ended done = run({"test"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.err, "tavrinctl: Agent: Error reading value: Error parsing: \"many\"\n");
     EXPECT_EQ(run({"scan"}).err, "tavrinctl: Error reading value: Error parsing: \"many\"\n");
 }
@@ -160,14 +160,14 @@ TEST_F(Network, TitlesThatAreNotFound) {
               "tavrinctl: Other: Did not find anything with the title \"Nobody\"\n");
     add_configuration("Other", head + "$T\n\nH\nConnectionTest\nA\nA\nE\nA\n");
     const Ended done = run({"test", "Other"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.err, "tavrinctl: Other: Found title, but it is not a CommonRegKey\n");
 }
 
 TEST_F(Network, ConfigurationsWithoutATest) {
     add_configuration("Plain", "SOFTWARE\\Tavrin\\Agent\nPlain\n!G\n$A\nA\nH\nString\n");
     const Ended done = run({"test", "Plain"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.err, "tavrinctl: no configuration has a connection test\n");
 }
 
@@ -179,7 +179,7 @@ TEST_F(Network, AScanAsksAtTheConfiguredPort) {
         DiscoveryServer::hears_broadcasts);
     set_text(key, "Port", std::to_string(server.port()));
     const Ended done = run({"scan"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_EQ(done.out, "127.0.0.1\n");
     const Ended named = run({"scan", "--json", "--port", std::to_string(server.port())});
     EXPECT_EQ(without_machine(named.out),
@@ -190,7 +190,7 @@ TEST_F(Network, AScanAsksAtTheConfiguredPort) {
 TEST_F(Network, AScanWithoutAConfiguredPort) {
     delete_value("SOFTWARE\\Tavrin\\TRConfig", "Agent");
     const Ended done = run({"scan"});
-    EXPECT_EQ(done.code, ctl::usage);
+    EXPECT_EQ(done.code, ctl::ExitCode::usage);
     EXPECT_EQ(done.err, "tavrinctl: no configuration has a port; use --port\n");
 }
 
@@ -198,7 +198,7 @@ TEST_F(Network, AScanThatNobodyAnswers) {
     DiscoveryServer server([](int) { return std::vector<Answer>{}; });
     const std::string port = std::to_string(server.port());
     const Ended done = run({"scan", "--port", port});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_EQ(done.out, "no Tavrin Server answered at port " + port + "\n");
     EXPECT_EQ(done.err, "");
 }
@@ -209,7 +209,7 @@ TEST_F(Network, WithoutSocketsThereIsNeither) {
         net::started = false;
         substitute::fail_call("WSAStartup", 1, 10091);
         const Ended done = run(words);
-        EXPECT_EQ(done.code, ctl::failed);
+        EXPECT_EQ(done.code, ctl::ExitCode::failed);
         EXPECT_THAT(done.err, HasSubstr("Error initializing socket subsystem: "));
     }
 }
@@ -217,7 +217,7 @@ TEST_F(Network, WithoutSocketsThereIsNeither) {
 TEST_F(Network, AScanThatFails) {
     substitute::fail_call("socket", 1, 10055);
     const Ended done = run({"scan", "--port", "1"});
-    EXPECT_EQ(done.code, ctl::failed);
+    EXPECT_EQ(done.code, ctl::ExitCode::failed);
     EXPECT_THAT(done.err, HasSubstr("Error scanning for Tavrin Servers: "));
 }
 

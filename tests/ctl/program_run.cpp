@@ -53,7 +53,7 @@ void Program::add_configuration(const std::string& value_name, const std::string
 Ended Program::run(std::vector<std::string> words) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const int code = ctl::run_program(words);
+    const ctl::ExitCode code = ctl::run_program(words);
     std::string out = testing::internal::GetCapturedStdout();
     return {code, std::move(out), testing::internal::GetCapturedStderr()};
 }
@@ -77,7 +77,7 @@ Ended Program::change_unheard(std::vector<std::string> words) {
     dup2(full, 1);
     words.insert(words.end(), {"--backup", scratch.path_of("backup")});
     testing::internal::CaptureStderr();
-    const int code = ctl::run_program(words);
+    const ctl::ExitCode code = ctl::run_program(words);
     dup2(kept, 1);
     close(full);
     close(kept);

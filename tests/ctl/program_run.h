@@ -1,5 +1,6 @@
 #pragma once
 /// Runs the whole program over the substitute, on a machine with one configuration and its service.
+#include "ctl/failure.h"
 #include "support/registry.h"
 #include "support/scratch_folder.h"
 #include "support/system.h"
@@ -8,7 +9,7 @@
 #include <vector>
 
 struct Ended {
-    int code;
+    ctl::ExitCode code;
     std::string out;
     std::string err;
 };

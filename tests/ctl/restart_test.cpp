@@ -1,7 +1,6 @@
 // Restarts around a change, over the substitute's scripted services: what is checked before, and what a later
 // run finishes.
-#include "ctl/change/journal.h"
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "ctl/machine/service.h"
 #include "ctl/program_run.h"
 #include "substitute/control.h"
@@ -40,7 +39,7 @@ protected:
         EXPECT_EQ(backup(), "");
         EXPECT_EQ(substitute::service_counts("AgentService").stops, 0);
         EXPECT_FALSE(pending());
-        EXPECT_EQ(set_port({"--restart", "never"}).code, ctl::as_wished);
+        EXPECT_EQ(set_port({"--restart", "never"}).code, ctl::ExitCode::success);
         EXPECT_EQ(text("Port"), "5001");
         set_text(key, "Port", "5000");
         std::filesystem::remove_all(scratch.path_of("backup"));
@@ -99,23 +98,25 @@ TEST_F(Restarts, ArePendingWhileTheirFileIsThere) {
 
 TEST_F(Restarts, ThatCannotSucceedAreKnownBeforeAnythingIsWritten) {
     agent({.start_type = SERVICE_DISABLED});
-    expect_refused(ctl::failed, "the service AgentService is disabled and could not be started again");
+    expect_refused(ctl::ExitCode::failed,
+                   "the service AgentService is disabled and could not be started again");
     agent({.accepts_stop = false});
-    expect_refused(ctl::failed, "the service AgentService does not accept a stop");
+    expect_refused(ctl::ExitCode::failed, "the service AgentService does not accept a stop");
     agent({.dependents = {"Spooler", "Backup"}});
-    expect_refused(ctl::failed, "the service AgentService cannot be stopped while services that depend on it "
-                                "run: Spooler, Backup");
+    expect_refused(ctl::ExitCode::failed,
+                   "the service AgentService cannot be stopped while services that depend on it "
+                   "run: Spooler, Backup");
     agent({.open_error = ERROR_ACCESS_DENIED});
-    expect_refused(ctl::access_denied, "access to the service AgentService is denied");
+    expect_refused(ctl::ExitCode::access_denied, "access to the service AgentService is denied");
     agent({.open_error = ERROR_SERVICE_MARKED_FOR_DELETE});
-    expect_refused(ctl::failed, "cannot open the service AgentService: Service marked for delete.");
+    expect_refused(ctl::ExitCode::failed, "cannot open the service AgentService: Service marked for delete.");
 }
 
 TEST_F(Restarts, OfAServiceThatIsOnItsWayWaitForIt) {
     for (const DWORD state : {SERVICE_START_PENDING, SERVICE_STOP_PENDING}) {
         agent({.state = state});
         const std::uint64_t start = substitute::clock_now();
-        expect_refused(ctl::failed,
+        expect_refused(ctl::ExitCode::failed,
                        "the service AgentService did not finish starting or stopping within --timeout");
         EXPECT_EQ(substitute::clock_now() - start, 3'000u);
         agent({.state = state});
@@ -124,7 +125,7 @@ TEST_F(Restarts, OfAServiceThatIsOnItsWayWaitForIt) {
             if (++looks == 10)
                 agent({});
         });
-        EXPECT_EQ(set_port().code, ctl::as_wished);
+        EXPECT_EQ(set_port().code, ctl::ExitCode::success);
         substitute::on_clock([](std::uint64_t) {});
         EXPECT_EQ(stops(), 1);
         EXPECT_EQ(starts(), 1);
@@ -134,7 +135,7 @@ TEST_F(Restarts, OfAServiceThatIsOnItsWayWaitForIt) {
 }
 
 TEST_F(Restarts, AskForNoMoreThanTheyNeed) {
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
     EXPECT_EQ(substitute::asked_access("AgentService"),
               DWORD{SERVICE_QUERY_STATUS | SERVICE_QUERY_CONFIG | SERVICE_START | SERVICE_STOP});
 }
@@ -142,7 +143,7 @@ TEST_F(Restarts, AskForNoMoreThanTheyNeed) {
 TEST_F(Restarts, ThatAreRefusedWriteNothing) {
     agent({.stop_error = ERROR_ACCESS_DENIED});
     const Ended done = set_port();
-    EXPECT_EQ(done.code, ctl::failed);
+    EXPECT_EQ(done.code, ctl::ExitCode::failed);
     EXPECT_THAT(done.err,
                 HasSubstr("service AgentService refused to stop: Access denied. (5); use \"--restart never\" "
                           "to write the values without a restart; nothing was written\n"));
@@ -154,7 +155,7 @@ TEST_F(Restarts, AreNotedBeforeTheServiceStops) {
     agent({.stop_time = 2000});
     std::vector<bool> noted;
     substitute::on_clock([&](std::uint64_t) { noted.push_back(pending()); });
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
     EXPECT_THAT(noted, testing::AllOf(testing::SizeIs(200), testing::Each(true)));
     EXPECT_FALSE(pending());
 }
@@ -163,7 +164,7 @@ TEST_F(Restarts, ThatCannotBeNotedStopNothing) {
     std::filesystem::create_directories(scratch.path_of("data/restart-agentservice"));
     std::ofstream(scratch.path_of("data/restart-agentservice/full")) << "1";
     const Ended done = set_port();
-    EXPECT_EQ(done.code, ctl::failed);
+    EXPECT_EQ(done.code, ctl::ExitCode::failed);
     EXPECT_THAT(done.err, HasSubstr("cannot write " + scratch.path_of("data/restart-agentservice") +
                                     "; nothing was written\n"));
     EXPECT_EQ(stops(), 0);
@@ -176,24 +177,24 @@ TEST_F(Restarts, ThatFailAreReportedByEveryRunUntilOneFinishesThem) {
           substitute::ServiceScript{.stop_time = substitute::never},
           substitute::ServiceScript{.start_time = substitute::never}}) {
         agent(script);
-        EXPECT_EQ(set_port().code, ctl::not_restarted);
+        EXPECT_EQ(set_port().code, ctl::ExitCode::not_restarted);
         EXPECT_EQ(text("Port"), "5001");
         EXPECT_TRUE(pending());
-        EXPECT_EQ(set_port({"--what-if", "--exit-code"}).code, ctl::differs);
-        EXPECT_EQ(set_port().code, ctl::not_restarted) << "the second run tells it as well";
+        EXPECT_EQ(set_port({"--what-if", "--exit-code"}).code, ctl::ExitCode::drift);
+        EXPECT_EQ(set_port().code, ctl::ExitCode::not_restarted) << "the second run tells it as well";
         const Ended never = set_port({"--restart", "never"});
-        EXPECT_EQ(never.code, ctl::as_wished);
+        EXPECT_EQ(never.code, ctl::ExitCode::success);
         EXPECT_EQ(never.err, "tavrinctl: warning: an earlier run left the restart of service AgentService "
                              "unfinished; to finish it, run set or apply without \"--restart never\"\n");
         EXPECT_EQ(never.out,
                   "Agent\n  service AgentService must be restarted (left unfinished by an earlier run)\n");
         agent({.state = SERVICE_STOPPED});
         const Ended third = set_port({"--exit-code"});
-        EXPECT_EQ(third.code, ctl::differs);
+        EXPECT_EQ(third.code, ctl::ExitCode::drift);
         EXPECT_EQ(third.out, "Agent\n  service AgentService restarted (left unfinished by an earlier run)\n");
         EXPECT_EQ(starts(), 1);
         EXPECT_FALSE(pending());
-        EXPECT_EQ(set_port({"--exit-code"}).code, ctl::as_wished);
+        EXPECT_EQ(set_port({"--exit-code"}).code, ctl::ExitCode::success);
         EXPECT_EQ(starts(), 1);
         set_text(key, "Port", "5000");
     }
@@ -203,7 +204,7 @@ TEST_F(Restarts, AreFinishedByAChangeOfAnotherConfigurationToo) {
     add_configuration("Tray", "SOFTWARE\\Tavrin\\Agent\nTray\n!G\n$W\nW\nH\nString\n");
     leave_pending("restart-agentservice");
     agent({.state = SERVICE_STOPPED});
-    EXPECT_EQ(change({"set", "Tray", "W=1"}).code, ctl::as_wished);
+    EXPECT_EQ(change({"set", "Tray", "W=1"}).code, ctl::ExitCode::success);
     EXPECT_EQ(starts(), 1);
     EXPECT_FALSE(pending());
 }
@@ -211,7 +212,7 @@ TEST_F(Restarts, AreFinishedByAChangeOfAnotherConfigurationToo) {
 TEST_F(Restarts, OfARunningServiceAreFinishedToo) {
     leave_pending("restart-agentservice");
     const Ended done = change({"set", "Agent", "Port=5000", "--json"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_THAT(done.out, HasSubstr("\"restarted\": true,\n      \"changed\": true"));
     EXPECT_EQ(stops(), 1);
     EXPECT_EQ(starts(), 1);
@@ -222,14 +223,14 @@ TEST_F(Restarts, OfAServiceThatWasRemovedAreForgotten) {
     leave_pending("restart-agentservice");
     substitute::remove_service("AgentService");
     const Ended done = change({"set", "Agent", "Port=5000"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_THAT(done.err, HasSubstr("warning: there is no service AgentService to restart"));
     EXPECT_FALSE(pending());
 }
 
 TEST_F(Restarts, OfAServiceThatAnAdministratorStoppedAreNotMade) {
     agent({.state = SERVICE_STOPPED, .start_type = SERVICE_DISABLED});
-    EXPECT_EQ(set_port().code, ctl::as_wished);
+    EXPECT_EQ(set_port().code, ctl::ExitCode::success);
     EXPECT_EQ(starts(), 0);
     EXPECT_FALSE(pending());
 }
@@ -239,7 +240,7 @@ TEST_F(Restarts, AreOneForTwoConfigurationsWithOneService) {
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{"Port":"1"}},)"
                              R"("Tray":{"values":{"W":"2"}}}})",
                              {"--json"});
-    EXPECT_EQ(done.code, ctl::as_wished) << done.err;
+    EXPECT_EQ(done.code, ctl::ExitCode::success) << done.err;
     EXPECT_EQ(text("Port") + text("W"), "12");
     EXPECT_EQ(stops(), 1);
     EXPECT_EQ(starts(), 1);
@@ -252,7 +253,7 @@ TEST_F(Restarts, ThatFailAreToldEach) {
     agent({.stop_time = substitute::never});
     const Ended done = apply(R"({"schema":1,"configurations":{"Agent":{"values":{"Port":"1"}},)"
                              R"("Tray":{"values":{"W":"2"}}}})");
-    EXPECT_EQ(done.code, ctl::not_restarted);
+    EXPECT_EQ(done.code, ctl::ExitCode::not_restarted);
     EXPECT_THAT(done.err, HasSubstr("values written, but service AgentService did not stop; the next set or "
                                     "apply tries again\n"));
     EXPECT_THAT(done.err, HasSubstr("values written, but service Tray did not start; the next set or apply "

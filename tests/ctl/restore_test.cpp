@@ -1,6 +1,5 @@
 // What set and apply saved comes back, and how many of their backups stay.
-#include "ctl/change/saved_values.h"
-#include "ctl/exit_codes.h"
+#include "ctl/change/backup.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 #include "ctl/program_run.h"
@@ -45,7 +44,7 @@ protected:
     }
     void expect_refused(const std::string& path, const std::string& words) {
         const Ended done = run({"restore", path});
-        EXPECT_EQ(done.code, ctl::invalid);
+        EXPECT_EQ(done.code, ctl::ExitCode::invalid);
         EXPECT_THAT(done.err, HasSubstr(words + "\n"));
     }
 
@@ -55,14 +54,14 @@ protected:
 
 TEST_F(Restore, BringsBackEveryTypeAndUndoesItself) {
     const auto before = raw_values();
-    ASSERT_EQ(set_all().code, ctl::as_wished);
+    ASSERT_EQ(set_all().code, ctl::ExitCode::success);
     const auto changed = raw_values();
     ASSERT_NE(changed, before);
     const Ended done = run({"restore", "--last"});
-    EXPECT_EQ(done.code, ctl::as_wished) << done.err;
+    EXPECT_EQ(done.code, ctl::ExitCode::success) << done.err;
     EXPECT_EQ(raw_values(), before);
     EXPECT_EQ(substitute::service_counts("AgentService").starts, 2);
-    EXPECT_EQ(run({"restore", "--last"}).code, ctl::as_wished);
+    EXPECT_EQ(run({"restore", "--last"}).code, ctl::ExitCode::success);
     EXPECT_EQ(raw_values(), changed);
 }
 
@@ -70,7 +69,7 @@ TEST_F(Restore, ShowsWhatWouldChange) {
     set_all();
     const auto changed = raw_values();
     const Ended done = run({"restore", "--last", "--what-if", "--exit-code"});
-    EXPECT_EQ(done.code, ctl::differs);
+    EXPECT_EQ(done.code, ctl::ExitCode::drift);
     EXPECT_EQ(done.out, "what-if: nothing is written\nAgent\n"
                         "  AgentName: b -> %web% \"1\"\\ (REG_EXPAND_SZ)\n"
                         "  Port: 1 -> 5000 (REG_DWORD)\n"
@@ -83,16 +82,16 @@ TEST_F(Restore, ShowsWhatWouldChange) {
 TEST_F(Restore, HasNothingToDoTwice) {
     set_all();
     const std::string path = fs::directory_iterator(scratch.path_of("data/Backup"))->path().string();
-    EXPECT_EQ(run({"restore", path}).code, ctl::as_wished);
+    EXPECT_EQ(run({"restore", path}).code, ctl::ExitCode::success);
     EXPECT_EQ(run({"restore", path}).out, "nothing to do: all values match\n");
 }
 
 TEST_F(Restore, NeedsABackup) {
-    EXPECT_EQ(run({"restore"}).code, ctl::usage);
-    EXPECT_EQ(run({"restore", "--last", "x.reg"}).code, ctl::usage);
-    EXPECT_EQ(run({"restore", scratch.path_of("none.reg")}).code, ctl::failed);
+    EXPECT_EQ(run({"restore"}).code, ctl::ExitCode::usage);
+    EXPECT_EQ(run({"restore", "--last", "x.reg"}).code, ctl::ExitCode::usage);
+    EXPECT_EQ(run({"restore", scratch.path_of("none.reg")}).code, ctl::ExitCode::failed);
     const Ended none = run({"restore", "--last"});
-    EXPECT_EQ(none.code, ctl::failed);
+    EXPECT_EQ(none.code, ctl::ExitCode::failed);
     EXPECT_THAT(none.err, HasSubstr("there is no backup in " + scratch.path_of("data") + "/Backup\n"));
 }
 
@@ -118,16 +117,17 @@ TEST_F(Restore, TakesNothingElse) {
 TEST_F(Restore, KeepsTheNewestBackups) {
     for (int i = 0; i < 12; ++i)
         ASSERT_EQ(run({"set", "Agent", "Port=" + std::to_string(i), "--restart", "never"}).code,
-                  ctl::as_wished);
+                  ctl::ExitCode::success);
     EXPECT_EQ(backups(), 12U);
     std::ofstream(scratch.path_of("data/Backup/own.reg")) << "stays";
-    EXPECT_EQ(run({"set", "Agent", "Port=100", "--keep", "3", "--restart", "never"}).code, ctl::as_wished);
+    EXPECT_EQ(run({"set", "Agent", "Port=100", "--keep", "3", "--restart", "never"}).code,
+              ctl::ExitCode::success);
     EXPECT_EQ(backups(), 4U);
-    EXPECT_EQ(run({"restore", "--last", "--restart", "never"}).code, ctl::as_wished);
+    EXPECT_EQ(run({"restore", "--last", "--restart", "never"}).code, ctl::ExitCode::success);
     EXPECT_EQ(text("Port"), "11") << "of several in one second the last is the newest";
-    EXPECT_EQ(change({"set", "Agent", "Port=5", "--keep", "1"}).code, ctl::as_wished);
+    EXPECT_EQ(change({"set", "Agent", "Port=5", "--keep", "1"}).code, ctl::ExitCode::success);
     EXPECT_EQ(backups(), 5U) << "a folder that the caller named, and what was there";
-    EXPECT_EQ(run({"set", "Agent", "Port=6", "--keep", "0"}).code, ctl::usage);
+    EXPECT_EQ(run({"set", "Agent", "Port=6", "--keep", "0"}).code, ctl::ExitCode::usage);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // The digests that the standard gives as examples.
-#include "ctl/io/sha256.h"
+#include "ctl/io/printable.h"
+#include "ctl/io/system.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // show and dsc over the substitute.
 #include "ctl/program_run.h"
 
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "substitute/control.h"
 
 #include <gmock/gmock.h>
@@ -31,7 +31,7 @@ TEST_F(Show, ATable) {
     set_text(key, "Second", std::string(1100, 'x'));
     set_text(key, "ServerList", "");
     const Ended done = run({"show"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_EQ(done.err, "");
     EXPECT_EQ(done.out, R"(Agent
   key      HKEY_LOCAL_MACHINE\SOFTWARE\Tavrin\Agent
@@ -63,11 +63,11 @@ TEST_F(Show, WhatShowPrintsIsWhatApplyReads) {
     set_text(key, "Flag", "yes");
     set_text(key, "Second", std::string(1100, 'x'));
     const Ended shown = run({"show", "agent", "--json"});
-    EXPECT_EQ(shown.code, ctl::as_wished);
+    EXPECT_EQ(shown.code, ctl::ExitCode::success);
     EXPECT_THAT(shown.out, HasSubstr("\"value\": \"Z\\u00fcrich \\\"1\\\"\""));
     EXPECT_THAT(shown.out, HasSubstr("\"Modem\": {\n          \"value\": null,"));
     const Ended applied = apply(shown.out, {"--exit-code"});
-    EXPECT_EQ(applied.code, ctl::as_wished) << applied.err;
+    EXPECT_EQ(applied.code, ctl::ExitCode::success) << applied.err;
     EXPECT_EQ(applied.out, "nothing to do: all values match\n");
 }
 
@@ -87,21 +87,21 @@ TEST_F(Show, AStateSurvivesPowerShell) {
     set_text(key, "AgentName", "Z\xFCrich");
     const Ended shown = run({"show", "--json"});
     set_text(key, "AgentName", "other");
-    EXPECT_EQ(apply(through_powershell(shown.out)).code, ctl::as_wished);
+    EXPECT_EQ(apply(through_powershell(shown.out)).code, ctl::ExitCode::success);
     EXPECT_EQ(text("AgentName"), "Z\xFCrich");
 }
 
 TEST_F(Show, AStateOfAnotherMachineMakesThisOneTheSame) {
     const Ended shown = run({"show", "--json"});
     change({"set", "Agent", "Port=1", "First=x", "AgentName=other"});
-    EXPECT_EQ(apply(shown.out).code, ctl::as_wished);
+    EXPECT_EQ(apply(shown.out).code, ctl::ExitCode::success);
     EXPECT_EQ(without_machine(run({"show", "--json"}).out), without_machine(shown.out));
 }
 
 TEST_F(Show, AKeyThatIsNotThereHasNoValues) {
     delete_key(key);
     const Ended done = run({"show"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_THAT(done.err,
                 HasSubstr("warning: the key HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent does not exist"));
     EXPECT_THAT(done.out, HasSubstr("Port        Integer         (not set)\n"));
@@ -110,7 +110,7 @@ TEST_F(Show, AKeyThatIsNotThereHasNoValues) {
 TEST_F(Show, AMissingSpecFileIsTold) {
     set_text("SOFTWARE\\Tavrin\\TRConfig", "Lost", "/nowhere.spec");
     const Ended done = run({"show"});
-    EXPECT_EQ(done.code, ctl::as_wished);
+    EXPECT_EQ(done.code, ctl::ExitCode::success);
     EXPECT_EQ(done.err, "tavrinctl: warning: /nowhere.spec: the spec file cannot be opened\n");
 }
 
@@ -127,17 +127,17 @@ TEST_F(Show, ASpecFileOfOneLineIsRefusedAsCheckRefusesIt) {
     const std::string words = "the lines end with a carriage return alone, so the file is read as one line; "
                               "end them with LF or CR LF\n";
     const Ended done = run({"show"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.err, "tavrinctl: " + scratch.path_of("Bad.spec") + ":1: " + words);
     const Ended checked = run({"check", scratch.path_of("Bad.spec")});
-    EXPECT_EQ(checked.code, ctl::invalid);
+    EXPECT_EQ(checked.code, ctl::ExitCode::invalid);
     EXPECT_EQ(checked.out, scratch.path_of("Bad.spec") + ":1: error: " + words);
 }
 
 TEST_F(Show, NoListOfSpecFiles) {
     delete_key("SOFTWARE\\Tavrin\\TRConfig");
     const Ended done = run({"show"});
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.err,
               "tavrinctl: no configuration is registered on this machine (HKLM\\SOFTWARE\\Tavrin\\TRConfig "
               "does not exist)\n");
@@ -155,7 +155,7 @@ TEST_F(Show, AnInstanceForDsc) {
 TEST_F(Show, DscTestsAndSets) {
     const std::string desired = R"({"name":"Agent","values":{"Port":5001,"Flag":true}})";
     const Ended tested = dsc("test", desired);
-    EXPECT_EQ(tested.code, ctl::as_wished);
+    EXPECT_EQ(tested.code, ctl::ExitCode::success);
     EXPECT_EQ(tested.out,
               R"({"name":"Agent","service":"AgentService","values":{"Port":"5000","Flag":"true"},)"
               R"("_inDesiredState":false})"
@@ -165,7 +165,7 @@ TEST_F(Show, DscTestsAndSets) {
     EXPECT_EQ(dsc("set", desired, {"--what-if"}).out, after + "\n[\"values\"]\n");
     EXPECT_EQ(text("Port"), "5000");
     const Ended set = dsc("set", desired);
-    EXPECT_EQ(set.code, ctl::as_wished);
+    EXPECT_EQ(set.code, ctl::ExitCode::success);
     EXPECT_EQ(set.out, after + "\n[\"values\"]\n");
     EXPECT_THAT(set.err, HasSubstr("{\"info\":\"service AgentService restarted\"}\n"));
     EXPECT_EQ(text("Port"), "5001");
@@ -175,25 +175,25 @@ TEST_F(Show, DscTestsAndSets) {
 
 TEST_F(Show, DscRefusesInJson) {
     const Ended done = dsc("set", R"({"name":"Agent","values":{"Port":"x"}})");
-    EXPECT_EQ(done.code, ctl::invalid);
+    EXPECT_EQ(done.code, ctl::ExitCode::invalid);
     EXPECT_EQ(done.out, "");
     EXPECT_EQ(
         done.err,
         "{\"error\":\"nothing was written:\\n  Agent: Port: \\\"x\\\" is invalid: not a whole number\"}\n");
     for (const char* const operation : {"get", "set", "test"}) {
         const Ended nameless = dsc(operation, "{}");
-        EXPECT_EQ(nameless.code, ctl::invalid);
+        EXPECT_EQ(nameless.code, ctl::ExitCode::invalid);
         EXPECT_EQ(nameless.out, "");
         EXPECT_EQ(nameless.err, "{\"error\":\"the instance has no member \\\"name\\\"\"}\n");
         EXPECT_THAT(dsc(operation, R"({"name":""})").err,
                     HasSubstr("there is no configuration \\\"\\\"\"}\n"));
     }
-    EXPECT_EQ(dsc("get", R"({"name":"Agent","more":1})").code, ctl::invalid);
+    EXPECT_EQ(dsc("get", R"({"name":"Agent","more":1})").code, ctl::ExitCode::invalid);
 }
 
 TEST_F(Show, DscRefusesACommandLineInJson) {
     const Ended done = dsc("nothing", "");
-    EXPECT_EQ(done.code, ctl::usage);
+    EXPECT_EQ(done.code, ctl::ExitCode::usage);
     EXPECT_EQ(done.out, "");
     EXPECT_THAT(done.err,
                 testing::StartsWith(R"({"error":"\"nothing\" is not valid for dsc\nusage: tavrinctl dsc )"));

@@ -12,7 +12,7 @@ std::string refused(const std::string& octets) {
     try {
         ctl::read_state(octets);
     } catch (const ctl::Failure& failure) {
-        EXPECT_EQ(failure.code, ctl::invalid);
+        EXPECT_EQ(failure.code, ctl::ExitCode::invalid);
         return failure.text;
     }
     return "not refused";

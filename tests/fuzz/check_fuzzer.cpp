@@ -59,7 +59,7 @@ void require_templates(const std::string& octets) {
         require(is_balanced(ctl::write_admx(source)));
         require(is_balanced(ctl::write_adml(source)));
     } catch (const ctl::Failure& failure) {
-        require(failure.code == ctl::invalid && !failure.text.empty());
+        require(failure.code == ctl::ExitCode::invalid && !failure.text.empty());
     }
 }
 

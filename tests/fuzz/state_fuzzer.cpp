@@ -19,12 +19,12 @@ json plain(const json& value) {
     return value.is_boolean() ? json(value.get<bool>() ? "true" : "false") : json(value.dump());
 }
 
-void require_same(const std::vector<ctl::WishedValue>& wished, const json& values) {
+void require_same(const std::vector<ctl::DesiredValue>& desired, const json& values) {
     std::size_t without_value = 0;
     for (const auto& [name, value] : values.items())
         without_value += value.is_object() && !value.contains("value") ? 1 : 0;
-    require(wished.size() + without_value == values.size());
-    for (const ctl::WishedValue& each : wished) {
+    require(desired.size() + without_value == values.size());
+    for (const ctl::DesiredValue& each : desired) {
         const json& value = values.at(each.name);
         const json text = plain(value.is_object() ? value.at("value") : value);
         require(text == (each.text ? json(*each.text) : json()));
@@ -36,7 +36,7 @@ void require_same(const ctl::State& state, const std::string& octets) {
     require(tree.at("schema") == ctl::schema_version && tree.size() == 2);
     const json& configurations = tree.at("configurations");
     require(configurations.size() == state.size());
-    for (const ctl::WishedConfiguration& each : state)
+    for (const ctl::DesiredConfiguration& each : state)
         require_same(each.values, configurations.at(each.name).at("values"));
 }
 
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     try {
         require_same(ctl::read_state(octets), octets);
     } catch (const ctl::Failure& failure) {
-        require(failure.code == ctl::invalid && !failure.text.empty());
+        require(failure.code == ctl::ExitCode::invalid && !failure.text.empty());
     }
     return 0;
 }

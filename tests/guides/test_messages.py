@@ -6,7 +6,7 @@ from guide import TOP, fences, tables
 from test_boxes import pieces, statements
 
 SOURCES = [*sorted((TOP / "src/ctl").rglob("*.[ch]*")), TOP / "src/specfile/value_text.cpp",
-           TOP / "src/specfile/spec_text.cpp"]
+           TOP / "src/specfile/spec_text.cpp", TOP / "src/specfile/spec_text.h"]
 GUIDE = (TOP / "docs/tavrinctl.md").read_text()
 
 # Texts in the sources that are not messages, and what they are.

@@ -2,11 +2,8 @@
 
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/files.h"
-#include "ctl/io/reg_file.h"
 #include "ctl/io/system.h"
 #include "ctl/machine/data_folder.h"
-#include "ctl/machine/exact_value.h"
 
 #include <algorithm>
 #include <ctime>
@@ -15,23 +12,18 @@
 namespace ctl {
 namespace {
 
-void add_value(RegFile& file, const MachineKey& key, const std::string& name) {
-    const auto value = read_exactly(key, name);
-    if (!value) {
-        file.absent(to_utf8(name));
-    } else if (value->type == REG_SZ) {
-        file.utf16_text(to_utf8(name), value->octets);
-    } else {
-        file.raw(to_utf8(name), value->type, value->octets);
-    }
-}
-
-void add_configuration(RegFile& file, const ConfigurationChanges& changes) {
-    const MachineKey key(changes.configuration->key(), KEY_QUERY_VALUE);
-    file.key(to_utf8(changes.configuration->key()));
-    for (const Change& each : changes.changes) {
-        if (each.differs)
-            add_value(file, key, each.value_name());
+void add_configuration(RegFile& file, const ConfigurationPlan& plan) {
+    const LocalKey key(plan.configuration->key(), KEY_QUERY_VALUE);
+    file.key(to_utf8(plan.configuration->key()));
+    for (const Change& each : plan.changes) {
+        if (!each.is_needed)
+            continue;
+        const std::string name = to_utf8(each.value_name());
+        if (const auto value = read_exactly(key, each.value_name())) {
+            file.value(name, *value);
+        } else {
+            file.absent(name);
+        }
     }
 }
 
@@ -46,7 +38,8 @@ constexpr std::string_view beginning = "tavrinctl-";
 constexpr std::string_view ending = ".reg";
 constexpr std::size_t length_of_time = 15;
 
-/// The time, and which of that second's: "tavrinctl-20261122-120000-2.reg" comes before its "-10".
+/// The time, and the number of several backups of one second: "tavrinctl-20261122-120000-2.reg" comes before
+/// its "-10".
 std::pair<std::string, std::string> in_order(const std::string& name) {
     const std::size_t end = beginning.size() + length_of_time;
     const std::string number =
@@ -54,42 +47,7 @@ std::pair<std::string, std::string> in_order(const std::string& name) {
     return {name.substr(0, end), std::string(4 - std::min<std::size_t>(number.size(), 4), ' ') + number};
 }
 
-void remove_oldest(const std::string& folder, std::size_t most) {
-    const std::vector<std::string> backups = backups_in(folder);
-    for (std::size_t i = 0; i + most < backups.size(); ++i)
-        remove_file(backups[i]);
-}
-
-/// Of several in one second each gets a name of its own.
-std::string write_new(const std::string& folder, const std::string& octets) {
-    const std::string name = std::string(beginning) + time_of_day();
-    for (int number = 1; number < 1000; ++number) {
-        std::string path =
-            join_path(folder, name + (number == 1 ? "" : "-" + std::to_string(number)) + std::string(ending));
-        if (write_file(path, octets, true))
-            return path;
-    }
-    throw Failure{failed, "cannot write a backup to " + folder + "; nothing was changed"};
-}
-
-} // namespace
-
-std::string write_backup(const std::vector<ConfigurationChanges>& all, const std::string& folder,
-                         std::size_t most) {
-    RegFile file;
-    for (const ConfigurationChanges& each : all) {
-        if (each.differ())
-            add_configuration(file, each);
-    }
-    const std::string place = folder.empty() ? backup_folder() : folder;
-    if (!make_folders(place))
-        throw Failure{failed, "cannot create the backup folder " + place + "; nothing was changed"};
-    std::string path = write_new(place, file.octets());
-    if (folder.empty())
-        remove_oldest(place, most);
-    return path;
-}
-
+/// The paths of the backups in the folder, the oldest first.
 std::vector<std::string> backups_in(const std::string& folder) {
     std::vector<std::string> backups;
     for (const std::string& each : names_in(folder)) {
@@ -102,6 +60,59 @@ std::vector<std::string> backups_in(const std::string& folder) {
     for (std::string& each : backups)
         each = join_path(folder, each);
     return backups;
+}
+
+void remove_oldest(const std::string& folder, std::size_t most) {
+    const std::vector<std::string> backups = backups_in(folder);
+    for (std::size_t i = 0; i + most < backups.size(); ++i)
+        remove_file(backups[i]);
+}
+
+/// Several backups of one second get different names.
+std::string write_new(const std::string& folder, const std::string& octets) {
+    const std::string name = std::string(beginning) + time_of_day();
+    for (int number = 1; number < 1000; ++number) {
+        std::string path =
+            join_path(folder, name + (number == 1 ? "" : "-" + std::to_string(number)) + std::string(ending));
+        if (write_file(path, octets, true))
+            return path;
+    }
+    throw Failure{ExitCode::failed, "cannot write a backup to " + folder + "; nothing was changed"};
+}
+
+} // namespace
+
+std::string write_backup(const Plan& plan, const std::string& folder, std::size_t most) {
+    RegFile file;
+    for (const ConfigurationPlan& each : plan) {
+        if (each.needs_writing())
+            add_configuration(file, each);
+    }
+    const std::string place = folder.empty() ? backup_folder() : folder;
+    if (!make_folders(place))
+        throw Failure{ExitCode::failed, "cannot create the backup folder " + place + "; nothing was changed"};
+    std::string path = write_new(place, file.octets());
+    if (folder.empty())
+        remove_oldest(place, most);
+    return path;
+}
+
+std::string newest_backup() {
+    const std::vector<std::string> backups = backups_in(backup_folder());
+    if (backups.empty())
+        throw Failure{ExitCode::failed, "there is no backup in " + backup_folder()};
+    return backups.back();
+}
+
+std::vector<SavedValue> read_backup(const std::string& path) {
+    const auto octets = read_file(path);
+    if (!octets)
+        throw Failure{ExitCode::failed, path + ": " + why_unreadable()};
+    try {
+        return read_reg_file(*octets);
+    } catch (const Failure& failure) {
+        throw Failure{failure.code, path + ": " + failure.text};
+    }
 }
 
 } // namespace ctl

@@ -1,18 +1,17 @@
 #pragma once
 #include "ctl/change/plan.h"
 
-#include <string>
-#include <vector>
-
 namespace ctl {
 
-/// Keeps the values that will change, as they are now, in a new .reg file in `folder` (the machine's own when
-/// empty; there the oldest are removed, so that `most` stay). Returns the file's path. Throws Failure when
-/// that does not succeed: nothing may be written then.
-std::string write_backup(const std::vector<ConfigurationChanges>& all, const std::string& folder,
-                         std::size_t most);
+/// Saves the current values of everything that `plan` writes in a new .reg file in `folder`. If `folder` is
+/// empty, it goes to the machine's own folder, where only the newest `most` backups stay. Returns the file's
+/// path. Throws Failure if that fails; then nothing may be written.
+std::string write_backup(const Plan& plan, const std::string& folder, std::size_t most);
 
-/// The paths of the backups in the folder, the oldest first.
-std::vector<std::string> backups_in(const std::string& folder);
+/// The path of the newest backup in the machine's own folder. Throws Failure if there is none.
+std::string newest_backup();
+
+/// The values in the backup at `path`. Throws Failure, whose text begins with the path.
+std::vector<SavedValue> read_backup(const std::string& path);
 
 } // namespace ctl

@@ -1,31 +1,32 @@
 #include "ctl/change/change.h"
 
 #include "ctl/change/backup.h"
-#include "ctl/change/journal.h"
 #include "ctl/change/lock.h"
 #include "ctl/change/write.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
 #include "ctl/machine/data_folder.h"
+#include "ctl/machine/service.h"
 
 #include <algorithm>
 
 namespace ctl {
 namespace {
 
-/// What an earlier run left undone is finished, whether or not its configuration is in the state.
-void add_pending_restarts(const Machine& machine, std::vector<ConfigurationChanges>& all) {
+/// A restart that an earlier run left unfinished is finished even if the state does not name the
+/// configuration.
+void add_pending_restarts(const Machine& machine, Plan& plan) {
     for (const MachineConfiguration& each : machine) {
-        const bool is_known = std::any_of(all.begin(), all.end(), [&](const ConfigurationChanges& changes) {
-            return changes.configuration == &each;
+        const bool is_planned = std::any_of(plan.begin(), plan.end(), [&](const ConfigurationPlan& planned) {
+            return planned.configuration == &each;
         });
-        if (!is_known && restart_is_pending(each.service()))
-            all.push_back({.configuration = &each, .changes = {}, .restart_is_pending = true});
+        if (!is_planned && restart_is_pending(each.service()))
+            plan.push_back({.configuration = &each, .changes = {}, .restart_is_pending = true});
     }
 }
 
-void warn_of_pending_restarts(const std::vector<ConfigurationChanges>& all) {
-    for (const ConfigurationChanges& each : all) {
+void warn_of_pending_restarts(const Plan& plan) {
+    for (const ConfigurationPlan& each : plan) {
         if (each.restart_is_pending)
             say("an earlier run left the restart of service " + to_utf8(each.configuration->service()) +
                     " unfinished; to finish it, run set or apply without \"--restart never\"",
@@ -33,35 +34,27 @@ void warn_of_pending_restarts(const std::vector<ConfigurationChanges>& all) {
     }
 }
 
-void write(Done& done, const Arguments& arguments) {
-    const RestartChoice choice{arguments.restart, arguments.timeout};
-    if (any_differ(done.changes)) {
-        require_access(done.changes, choice);
-        done.backup = write_backup(done.changes, arguments.backup, arguments.keep);
-    }
-    done.code = write_changes(done.changes, choice);
-}
-
 } // namespace
 
-Done carry_out(const Machine& machine, const Planning& plan, const Arguments& arguments) {
+ChangeResult change_machine(const Machine& machine, const MakePlan& make_plan, const Arguments& arguments) {
     std::optional<Lock> lock;
     if (!arguments.what_if) {
         prepare_data_folder();
         lock.emplace(arguments.timeout);
     }
-    Done done{plan(), {}, as_wished};
-    add_pending_restarts(machine, done.changes);
+    ChangeResult result{make_plan(), {}, ExitCode::success};
+    add_pending_restarts(machine, result.plan);
     if (arguments.what_if || !arguments.restart)
-        warn_of_pending_restarts(done.changes);
-    if (!arguments.what_if)
-        write(done, arguments);
-    return done;
-}
-
-Done carry_out(const Machine& machine, const State& state, const Arguments& arguments) {
-    return carry_out(
-        machine, [&] { return plan_changes(machine, state); }, arguments);
+        warn_of_pending_restarts(result.plan);
+    if (arguments.what_if)
+        return result;
+    const RestartChoice choice{arguments.restart, arguments.timeout};
+    if (needs_writing(result.plan)) {
+        require_access(result.plan, choice);
+        result.backup = write_backup(result.plan, arguments.backup, arguments.keep);
+    }
+    result.code = write_plan(result.plan, choice);
+    return result;
 }
 
 } // namespace ctl

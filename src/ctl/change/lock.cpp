@@ -17,7 +17,7 @@ void* wait_for_file(int timeout_seconds) {
         if (void* const file = hold_file(path))
             return file;
         if (GetTickCount64() >= limit)
-            throw Failure{failed, "timed out waiting for another tavrinctl; nothing was written"};
+            throw Failure{ExitCode::failed, "timed out waiting for another tavrinctl; nothing was written"};
         Sleep(between_tries);
     }
 }

@@ -1,9 +1,9 @@
 #include "ctl/change/state_file.h"
 
 #include "ctl/failure.h"
-#include "ctl/io/files.h"
+#include "ctl/io/printable.h"
 #include "ctl/io/reg_file.h"
-#include "ctl/io/visible.h"
+#include "ctl/io/system.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,9 +13,9 @@ namespace {
 
 using Kind = JsonTree::Kind;
 
-[[noreturn]] void refuse(const std::string& text) { throw Failure{invalid, text}; }
+[[noreturn]] void refuse(const std::string& text) { throw Failure{ExitCode::invalid, text}; }
 
-std::string quoted(const std::string& name) { return "\"" + visible(name) + "\""; }
+std::string in_quotes(const std::string& name) { return "\"" + printable(name) + "\""; }
 
 const JsonTree& object_member(const JsonTree& object, const std::string& what, const char* name) {
     const JsonTree* const found = object.find(name);
@@ -43,16 +43,16 @@ std::string why_no_whole_number(const std::string& literal) {
                : "not a whole number; write it in plain decimal digits";
 }
 
-WishedValue plain_value(const std::string& name, const JsonTree& value) {
+DesiredValue plain_value(const std::string& name, const JsonTree& value) {
     switch (value.kind) {
     case Kind::null: return {name, std::nullopt, Kind::null};
     case Kind::text:
     case Kind::boolean:
     case Kind::whole_number: return {name, value.text, value.kind};
     case Kind::fraction:
-        refuse("the value " + quoted(name) + " is " + value.text + ", which is " +
+        refuse("the value " + in_quotes(name) + " is " + value.text + ", which is " +
                why_no_whole_number(value.text));
-    default: refuse("the value " + quoted(name) + " must be a text, a whole number, true, false or null");
+    default: refuse("the value " + in_quotes(name) + " must be a text, a whole number, true, false or null");
     }
 }
 
@@ -68,43 +68,45 @@ std::optional<std::string> from_hex(const std::string& text) {
     return text.size() % 2 == 0 ? std::optional(octets) : std::nullopt;
 }
 
-WishedValue octets_value(const std::string& name, const JsonTree& value) {
-    WishedValue wished{name, std::nullopt, Kind::text, text_member(value, "type"),
-                       from_hex(text_member(value, "octets"))};
-    if (wished.type.empty() || value.find("value") != nullptr)
-        refuse("the value " + quoted(name) + " needs \"type\" beside \"octets\", and no \"value\"");
-    if (!type_named(wished.type))
-        refuse("the value " + quoted(name) + " has the unknown type " + quoted(wished.type));
-    if (!wished.octets)
-        refuse("the octets of the value " + quoted(name) + " must be two hexadecimal digits each");
-    return wished;
+DesiredValue octets_value(const std::string& name, const JsonTree& value) {
+    DesiredValue desired{name, std::nullopt, Kind::text, text_member(value, "type"),
+                         from_hex(text_member(value, "octets"))};
+    if (desired.type.empty() || value.find("value") != nullptr)
+        refuse("the value " + in_quotes(name) + " needs \"type\" beside \"octets\", and no \"value\"");
+    if (!type_named(desired.type))
+        refuse("the value " + in_quotes(name) + " has the unknown type " + in_quotes(desired.type));
+    if (!desired.octets)
+        refuse("the octets of the value " + in_quotes(name) + " must be two hexadecimal digits each");
+    return desired;
 }
 
-/// Only texts are written in words; a program that printed a number so would lose its type.
-WishedValue text_of_type(const std::string& name, const JsonTree& value, const std::string& type) {
-    WishedValue wished = plain_value(name, value);
+/// Values of other types need their octets: a number written as a text would lose its type.
+DesiredValue text_of_type(const std::string& name, const JsonTree& value, const std::string& type) {
+    DesiredValue desired = plain_value(name, value);
     if (type.empty() || type == "REG_SZ")
-        return wished;
-    if (type != "REG_EXPAND_SZ" || wished.written != Kind::text)
-        refuse("the value " + quoted(name) + " of the type " + visible(type) + " has no member \"octets\"");
-    wished.type = type;
-    return wished;
+        return desired;
+    if (type != "REG_EXPAND_SZ" || desired.written != Kind::text)
+        refuse("the value " + in_quotes(name) + " of the type " + printable(type) +
+               " has no member \"octets\"");
+    desired.type = type;
+    return desired;
 }
 
-/// An object without a value tells that show could not read one.
-void add_value(std::vector<WishedValue>& values, const std::string& name, const JsonTree& value) {
+/// `show` prints an object with "unreadable" for a value that it could not read; the value is passed over.
+void add_value(std::vector<DesiredValue>& values, const std::string& name, const JsonTree& value) {
     if (value.kind != Kind::object) {
         values.push_back(plain_value(name, value));
         return;
     }
-    refuse_unknown(value, quoted(name), {"value", "group", "title", "kind", "type", "octets", "unreadable"});
+    refuse_unknown(value, in_quotes(name),
+                   {"value", "group", "title", "kind", "type", "octets", "unreadable"});
     const JsonTree* const text = value.find("value");
     if (value.find("octets") != nullptr) {
         values.push_back(octets_value(name, value));
     } else if (text != nullptr) {
         values.push_back(text_of_type(name, *text, text_member(value, "type")));
     } else if (value.find("unreadable") == nullptr) {
-        refuse("the value " + quoted(name) + " has no member \"value\"");
+        refuse("the value " + in_quotes(name) + " has no member \"value\"");
     }
 }
 
@@ -116,8 +118,8 @@ Guards read_guards(const JsonTree& configuration, const std::string& what) {
     return {text_member(guards, "key"), text_member(guards, "service"), text_member(guards, "sha256")};
 }
 
-WishedConfiguration read_configuration(const std::string& name, const JsonTree& configuration) {
-    const std::string what = "the configuration " + quoted(name);
+DesiredConfiguration read_configuration(const std::string& name, const JsonTree& configuration) {
+    const std::string what = "the configuration " + in_quotes(name);
     if (configuration.kind != Kind::object)
         refuse(what + " is not an object");
     refuse_unknown(
@@ -134,7 +136,7 @@ void refuse_unknown(const JsonTree& object, const std::string& what,
                     const std::vector<std::string_view>& known) {
     for (const JsonMember& member : object.members) {
         if (std::find(known.begin(), known.end(), member.name) == known.end())
-            refuse(what + " has an unknown member " + quoted(member.name));
+            refuse(what + " has an unknown member " + in_quotes(member.name));
     }
 }
 
@@ -147,12 +149,12 @@ std::string text_member(const JsonTree& object, std::string_view name) {
     return found->text;
 }
 
-std::vector<WishedValue> read_values(const JsonTree& values) {
-    std::vector<WishedValue> wished;
-    wished.reserve(values.members.size());
+std::vector<DesiredValue> read_values(const JsonTree& values) {
+    std::vector<DesiredValue> desired;
+    desired.reserve(values.members.size());
     for (const JsonMember& member : values.members)
-        add_value(wished, member.name, member.value);
-    return wished;
+        add_value(desired, member.name, member.value);
+    return desired;
 }
 
 State read_state(std::string_view octets) {
@@ -170,7 +172,7 @@ State read_state(std::string_view octets) {
 State read_state_file(const std::string& path) {
     const auto octets = read_file(path, longest_json);
     if (!octets)
-        throw Failure{failed, path + ": " + why_unreadable()};
+        throw Failure{ExitCode::failed, path + ": " + why_unreadable()};
     try {
         return read_state(*octets);
     } catch (const Failure& failure) {

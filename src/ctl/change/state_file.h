@@ -11,9 +11,9 @@
 ///             "Compress": "true" },
 ///           "guards": { "key": "SOFTWARE\\Tavrin\\Agent", "service": "TavrinAgent", "sha256": "..." } } } }
 ///
-/// Only names, values and guards describe the desired state; the rest informs. A value may stand alone in the
-/// place of its object. One with a type is for a machine that has just this value.
-#include "ctl/io/json_tree.h"
+/// Only names, values and guards describe the desired state; the rest is information. A value may replace its
+/// object. One with a type is accepted only on a machine that has this value already.
+#include "ctl/io/json.h"
 
 #include <optional>
 #include <string>
@@ -21,23 +21,23 @@
 
 namespace ctl {
 
-/// The version of the form; a change that an older reader would take wrong gives another.
+/// The version of the form. It changes when an older reader would misunderstand the new form.
 inline constexpr int schema_version = 1;
 
-struct WishedValue {
+struct DesiredValue {
     /// A value name or a title.
     std::string name;
-    /// In UTF-8; nothing when the value shall not be there.
+    /// In UTF-8; nothing if the value is to be removed.
     std::optional<std::string> text;
-    /// How JSON writes it: a text may be meant for every kind of entry, a number or boolean for its own.
+    /// How JSON writes it: a text fits every kind of entry, a number or boolean only its own.
     JsonTree::Kind written = JsonTree::Kind::text;
-    /// The registry's type that the value must have already; empty when any text may be written.
+    /// The registry type that the value must have already; empty if a text may be written.
     std::string type = {};
-    /// Of such a value, in the place of a text.
+    /// The octets of such a value, instead of a text.
     std::optional<std::string> octets = {};
 };
 
-/// What a state was made for; empty where it does not tell.
+/// What a state was made for; empty if it does not say.
 struct Guards {
     std::string key;
     std::string service;
@@ -45,28 +45,28 @@ struct Guards {
     std::string sha256;
 };
 
-struct WishedConfiguration {
+struct DesiredConfiguration {
     std::string name;
-    /// Below HKEY_LOCAL_MACHINE; empty when the state does not tell.
+    /// Below HKEY_LOCAL_MACHINE; empty if the state does not say.
     std::string key;
-    std::vector<WishedValue> values;
+    std::vector<DesiredValue> values;
     std::string service = {};
     Guards guards = {};
 };
 
-using State = std::vector<WishedConfiguration>;
+using State = std::vector<DesiredConfiguration>;
 
-/// Throws Failure of the code `invalid` for what is not of this form.
+/// Throws Failure of the code `invalid` for anything else.
 State read_state(std::string_view octets);
 /// The values of one configuration, an object as under "values".
-std::vector<WishedValue> read_values(const JsonTree& values);
-/// The state in the file at `path`, which the words of a failure begin with.
+std::vector<DesiredValue> read_values(const JsonTree& values);
+/// The state in the file at `path`. The text of a failure begins with the path.
 State read_state_file(const std::string& path);
 
 /// Refuses members that are not among `known`.
 void refuse_unknown(const JsonTree& object, const std::string& what,
                     const std::vector<std::string_view>& known);
-/// The text of the member; empty when it is not there. Refuses one that is no text.
+/// The text of the member; empty if there is none. Refuses a member of another kind.
 std::string text_member(const JsonTree& object, std::string_view name);
 
 } // namespace ctl

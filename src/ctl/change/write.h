@@ -1,6 +1,6 @@
 #pragma once
 #include "ctl/change/plan.h"
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 
 namespace ctl {
 
@@ -11,13 +11,13 @@ struct RestartChoice {
     int timeout_seconds;
 };
 
-/// Looks at everything that would keep what differs from being written, and the services from being
-/// restarted. Throws Failure for what it finds; nothing is written or stopped then.
-void require_access(const std::vector<ConfigurationChanges>& all, const RestartChoice& choice);
+/// Checks that everything in the plan can be written, and that the services can be restarted. Throws Failure
+/// if not; nothing is written or stopped then.
+void require_access(const Plan& plan, const RestartChoice& choice);
 
-/// Writes what differs. Configurations with the same service are written together, with that service stopped
-/// meanwhile when it runs, and restarts that are pending are finished. Every failure is said; the changes
-/// tell what became of each value. Throws Failure only when nothing was written.
-ExitCode write_changes(std::vector<ConfigurationChanges>& all, const RestartChoice& choice);
+/// Writes what the plan needs, and notes in the plan what became of each value. Configurations with the same
+/// service are written together: a running service is stopped before and started afterwards, and pending
+/// restarts are finished. Prints every failure. Throws Failure only if nothing was written.
+ExitCode write_plan(Plan& plan, const RestartChoice& choice);
 
 } // namespace ctl

@@ -1,5 +1,6 @@
 #pragma once
-/// What a check finds, in the order of the file's lines.
+/// What a check finds, and the forms in which it is printed, for people and for the programs that show
+/// findings beside a change.
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -14,28 +15,27 @@ inline std::string quoted(std::string_view text) { return "\"" + std::string(tex
 
 enum class Severity {
     error,   ///< The window refuses it, at once or when it is used.
-    warning, ///< The window's user stumbles over it.
+    warning, ///< It causes trouble for the window's users.
 };
 
 struct Finding {
     std::size_t line;
     Severity severity;
-    /// In the octets of the file.
+    /// In the code page of the file.
     std::string text;
 };
 
-/// What a check finds in a file.
 class Findings {
 public:
     void error(std::size_t line, std::string text) { add(line, Severity::error, std::move(text)); }
     void warn(std::size_t line, std::string text) { add(line, Severity::warning, std::move(text)); }
 
-    /// What stands nowhere is told of the first line.
+    /// A finding without a line is reported for the first line.
     void add(std::size_t line, Severity severity, std::string text) {
         all_.push_back({std::max<std::size_t>(line, 1), severity, std::move(text)});
     }
 
-    /// In the order of the lines; of one line in the order in which they were found. Leaves nothing behind.
+    /// Takes all findings, by line and then in the order in which they were found.
     std::vector<Finding> in_order() {
         std::stable_sort(all_.begin(), all_.end(),
                          [](const Finding& one, const Finding& other) { return one.line < other.line; });
@@ -45,5 +45,18 @@ public:
 private:
     std::vector<Finding> all_;
 };
+
+struct CheckedFile {
+    std::string path;
+    /// Their texts are UTF-8 here.
+    std::vector<Finding> findings;
+};
+
+using CheckedFiles = std::vector<CheckedFile>;
+
+bool has_errors(const CheckedFiles& files);
+
+/// Everything that is printed; `format` is text, json, sarif or github.
+std::string report_findings(const CheckedFiles& files, const std::string& format);
 
 } // namespace ctl

@@ -1,14 +1,10 @@
 #include "ctl/check/spec_check.h"
 
 #include "base/text.h"
-#include "ctl/check/octet_check.h"
-#include "ctl/check/title_lookups.h"
-#include "ctl/io/registry_names.h"
+#include "ctl/check/entry_check.h"
+#include "ctl/io/printable.h"
 #include "specfile/spec_text.h"
-#include "specfile/value_text.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 #include <utility>
 
@@ -16,96 +12,108 @@ namespace ctl {
 namespace {
 
 constexpr unsigned utf8 = 65001;
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-/// What the page shows in the smallest window, in the stock font: about so many characters in a line of the
-/// help text, so many lines of it, and so many characters of the title in the frame.
-constexpr std::size_t help_columns = 32;
-constexpr std::size_t help_lines = 6;
-constexpr std::size_t title_columns = 27;
+std::size_t line_of(std::string_view octets, std::size_t place) {
+    return 1 + static_cast<std::size_t>(
+                   std::count(octets.begin(), octets.begin() + static_cast<std::ptrdiff_t>(place), '\n'));
+}
 
-/// At least so many has an entry in a file of many.
-constexpr std::size_t octets_an_entry = 64;
+/// The place of the first character beyond ASCII, if it looks like UTF-8; else npos.
+std::size_t find_utf8(std::string_view text) {
+    const auto* const found =
+        std::find_if(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) < 0; });
+    const auto place = static_cast<std::size_t>(found - text.begin());
+    const bool starts = place + 1 < text.size() && static_cast<unsigned char>(text[place]) >= 0xC2;
+    return starts && is_tail(text[place + 1]) ? place : std::string_view::npos;
+}
 
-/// How many lines the text takes when words are wrapped.
-std::size_t wrapped_lines(std::string_view text) {
-    std::size_t lines = 1;
-    std::size_t column = 0;
-    while (!text.empty()) {
-        const std::size_t word = std::min(text.find(' '), text.size());
-        if (column != 0 && column + word > help_columns) {
-            ++lines;
-            column = 0;
-        }
-        lines += word / (help_columns + 1);
-        column += word + 1;
-        text.remove_prefix(std::min(word + 1, text.size()));
+void check_utf8(std::string_view octets, Findings& findings) {
+    const std::size_t place = find_utf8(octets);
+    if (place != std::string_view::npos)
+        findings.warn(line_of(octets, place),
+                      "this looks like UTF-8; the window reads one byte per character, in the machine's "
+                      "code page");
+}
+
+/// Returns the octets before the first 0x1A.
+std::string_view cut_at_end_of_text(std::string_view octets, Findings& findings) {
+    const std::size_t end = up_to_end_of_text(octets).size();
+    if (end == octets.size())
+        return octets;
+    const bool lost = octets.substr(end + 1).find_first_not_of("\r\n\x1A") != std::string_view::npos;
+    findings.warn(line_of(octets, end), lost ? "the byte 0x1A ends the text here; what follows is not read"
+                                             : "the file ends with the byte 0x1A");
+    return octets.substr(0, end);
+}
+
+void check_zero_bytes(std::string_view octets, Findings& findings) {
+    const std::size_t zero = octets.find('\0');
+    if (zero != std::string_view::npos)
+        findings.warn(line_of(octets, zero), "a zero byte; the window shows the text only up to here");
+}
+
+/// Returns the text in the octets, without a mark before it, so that the rest is judged as it is meant;
+/// nothing if the file cannot be read as text.
+std::optional<std::string_view> check_octets(std::string_view octets, bool is_utf8, Findings& findings) {
+    if (octets.starts_with("\xFF\xFE") || octets.starts_with("\xFE\xFF")) {
+        findings.error(
+            1, "the file is UTF-16; spec files have one byte per character, in the machine's code page");
+        return std::nullopt;
     }
-    return lines;
+    std::string_view text = cut_at_end_of_text(octets, findings);
+    if (auto error = line_end_error(text)) {
+        findings.error(error->line, std::move(error->text));
+        return std::nullopt;
+    }
+    check_zero_bytes(text, findings);
+    if (text.starts_with(byte_order_mark)) {
+        findings.error(1, "the file begins with a byte order mark, which is read as part of the key path");
+        text.remove_prefix(byte_order_mark.size());
+    } else if (!is_utf8) {
+        check_utf8(text, findings);
+    }
+    return text;
 }
 
 class SpecCheck {
 public:
-    SpecCheck(std::string_view octets, unsigned code_page)
-        : octets_(octets), code_page_(code_page), titles_(octets.size() / octets_an_entry),
-          value_names_(code_page, octets.size() / octets_an_entry) {}
+    SpecCheck(std::string_view octets, unsigned code_page, Findings& findings)
+        : octets_(octets), findings_(findings), entries_(octets, code_page, findings) {}
 
-    std::vector<Finding> run();
+    void run(std::string_view text);
 
 private:
-    void check_head(const SpecReader& reader);
     void check_root(const SpecLine& path);
-    void check_statement(const SpecStatement& statement);
     void take(const ServiceName& service);
     void take(const GroupStart& group);
-    void take(const Declaration& declaration);
+    void take(const Declaration& declaration) { entries_.take(declaration); }
     void take(const SpecError& error);
     std::size_t start_of(std::size_t line);
     std::size_t blank_lines_before(std::size_t line);
     bool goes_astray(std::size_t line, Severity severity);
     void tell_stray();
-    void check_title(const Declaration& declaration);
-    void check_value_name(const Declaration& declaration);
-    void check_help(const Declaration& declaration);
-    void check_options(const Declaration& declaration);
-    void check_underline(const SpecLine& line, const char* what);
 
     std::string_view octets_;
-    unsigned code_page_;
-    Findings findings_;
-    /// Where the line starts that was looked for last.
+    Findings& findings_;
+    EntryCheck entries_;
+    /// The line whose start was searched last.
     std::size_t known_line_ = 1;
     std::size_t known_start_ = 0;
-    /// An entry outside any group, until it is known what became of it.
+    /// The finding for an entry behind a blank line, until the end of what follows from it.
     std::optional<Finding> stray_;
-    bool is_old_ = false;
-    bool has_ampersand_ = false;
     std::size_t groups_ = 0;
-    std::size_t entries_ = 0;
-    TitleLookups titles_;
-    RegistryNames value_names_;
 };
 
-std::vector<Finding> SpecCheck::run() {
-    const auto text = check_octets(octets_, code_page_ == utf8, findings_);
-    if (!text)
-        return findings_.in_order();
-    has_ampersand_ = text->find('&') != std::string_view::npos;
-    SpecReader reader(*text);
-    is_old_ = reader.is_old();
-    check_head(reader);
-    while (const auto statement = reader.next())
-        check_statement(*statement);
-    tell_stray();
-    if (entries_ == 0)
-        findings_.warn(1, "the file has no entries, so the window shows nothing to edit");
-    titles_.check(findings_);
-    return findings_.in_order();
-}
-
-void SpecCheck::check_head(const SpecReader& reader) {
+void SpecCheck::run(std::string_view text) {
+    SpecReader reader(text);
     check_root(reader.registry_path());
-    if (!is_old_ && reader.name().text.empty())
+    if (!reader.is_old() && reader.name().text.empty())
         findings_.warn(2, "the configuration has no name");
+    while (const auto statement = reader.next())
+        std::visit([this](const auto& each) { take(each); }, *statement);
+    tell_stray();
+    entries_.finish();
 }
 
 void SpecCheck::check_root(const SpecLine& path) {
@@ -123,11 +131,7 @@ void SpecCheck::check_root(const SpecLine& path) {
     }
 }
 
-void SpecCheck::check_statement(const SpecStatement& statement) {
-    std::visit([this](const auto& each) { take(each); }, statement);
-}
-
-/// Where a line starts; lines are asked for in their order, so the text is gone through once.
+/// The start of a line. Callers ask in the order of the lines, so the text is searched only once.
 std::size_t SpecCheck::start_of(std::size_t line) {
     for (; known_line_ < line; ++known_line_)
         known_start_ = octets_.find('\n', known_start_) + 1;
@@ -144,7 +148,8 @@ std::size_t SpecCheck::blank_lines_before(std::size_t line) {
     return blank;
 }
 
-/// A line that would start an entry, behind a blank line. What follows from it is not reported on top.
+/// Notes that this line would start an entry if no blank line had ended the group; false if none did. Errors
+/// that follow from that are not reported.
 bool SpecCheck::goes_astray(std::size_t line, Severity severity) {
     const std::size_t blank = groups_ == 0 ? 0 : blank_lines_before(line);
     if (blank != 0)
@@ -184,104 +189,13 @@ void SpecCheck::take(const SpecError& found) {
     }
 }
 
-void SpecCheck::take(const Declaration& declaration) {
-    ++entries_;
-    if (declaration.kind == nullptr) {
-        const SpecError unknown = unknown_type(declaration);
-        findings_.error(unknown.line, unknown.text);
-        check_underline(declaration.title, "title");
-        check_underline(declaration.help_text, "help text");
-        return;
-    }
-    check_title(declaration);
-    check_value_name(declaration);
-    check_help(declaration);
-    if (declaration.kind->form == ValueForm::option)
-        check_options(declaration);
-}
-
-void SpecCheck::check_title(const Declaration& declaration) {
-    const SpecLine& title = declaration.title;
-    const std::size_t first = titles_.add(declaration);
-    // A connection test has no page.
-    if (declaration.kind->least_further != 0)
-        return;
-    if (first != 0) {
-        findings_.warn(title.number, "the title " + quoted(title.text) + " is already in line " +
-                                         std::to_string(first) + "; lookups find only that entry");
-    }
-    if (title.text.empty())
-        findings_.warn(title.number, "the entry has no title");
-    if (title.text.size() > title_columns) {
-        findings_.warn(title.number, "the title has " + std::to_string(title.text.size()) +
-                                         " characters; the page shows about " +
-                                         std::to_string(title_columns));
-    }
-    check_underline(title, "title");
-}
-
-void SpecCheck::check_value_name(const Declaration& declaration) {
-    const SpecLine& name = declaration.value_name;
-    if (name.number == 0)
-        findings_.warn(declaration.title.number, "the file ends before the value name of this entry");
-    if (!declaration.has_value() || name.number == 0)
-        return;
-    if (name.text.empty())
-        findings_.warn(name.number, "the value name is empty, which means the key's default value");
-    if (const std::size_t first = value_names_.add(name.text, name.number)) {
-        findings_.warn(name.number, "the value name " + quoted(name.text) + " is already in line " +
-                                        std::to_string(first) +
-                                        "; the two entries overwrite each other's value");
-    }
-}
-
-void SpecCheck::check_help(const Declaration& declaration) {
-    const SpecLine& help = declaration.help_text;
-    if (help.number == 0 && declaration.value_name.number != 0)
-        findings_.warn(declaration.title.number, "the file ends before the help text of this entry");
-    if (declaration.kind->least_further != 0)
-        return;
-    // Two lines together hold more than one would: a short text needs no wrapping to be known to fit.
-    const bool may_be_long = 2 * help.text.size() / help_columns + 1 > help_lines;
-    const std::size_t lines = may_be_long ? wrapped_lines(help.text) : 1;
-    if (lines > help_lines) {
-        findings_.warn(help.number, "the help text takes about " + std::to_string(lines) +
-                                        " lines; the page shows " + std::to_string(help_lines) +
-                                        " in the smallest window");
-    }
-    check_underline(help, "help text");
-}
-
-void SpecCheck::check_options(const Declaration& declaration) {
-    if (declaration.further.empty())
-        findings_.warn(declaration.type.number, "there are no options to choose from");
-    NameTable seen(false);
-    for (const SpecLine& option : declaration.further) {
-        if (option.text.empty())
-            findings_.warn(option.number, "a blank line among the options is an option with an empty text");
-        if (option.text.size() > longest_value) {
-            findings_.warn(option.number, "the option has " + std::to_string(option.text.size()) +
-                                              " characters; only " + std::to_string(longest_value) +
-                                              " are stored");
-        }
-        if (const std::size_t first = seen.add(option.text, option.number)) {
-            findings_.warn(option.number, "the option " + quoted(option.text) + " is already in line " +
-                                              std::to_string(first));
-        }
-    }
-}
-
-void SpecCheck::check_underline(const SpecLine& line, const char* what) {
-    if (has_ampersand_ && line.text.find('&') != std::string_view::npos) {
-        findings_.warn(line.number,
-                       std::string("\"&\" in the ") + what + " is not shown; it underlines the next letter");
-    }
-}
-
 } // namespace
 
 std::vector<Finding> check_spec(std::string_view octets, unsigned code_page) {
-    return SpecCheck(octets, code_page).run();
+    Findings findings;
+    if (const auto text = check_octets(octets, code_page == utf8, findings))
+        SpecCheck(octets, code_page, findings).run(*text);
+    return findings.in_order();
 }
 
 } // namespace ctl

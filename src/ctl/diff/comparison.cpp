@@ -1,8 +1,7 @@
 #include "ctl/diff/comparison.h"
 
 #include "base/text.h"
-#include "ctl/io/sha256.h"
-#include "ctl/io/visible.h"
+#include "ctl/io/printable.h"
 #include "specfile/name_table.h"
 #include "specfile/value_text.h"
 
@@ -12,7 +11,7 @@
 namespace ctl {
 namespace {
 
-/// What a page would store for the desired text, which apply takes as the same.
+/// The text that a page would store for the desired one; apply takes both as the same.
 std::string stored_for(const std::string& desired, const std::string& kind) {
     Declaration declaration;
     declaration.kind = find_entry_kind(kind);
@@ -20,11 +19,11 @@ std::string stored_for(const std::string& desired, const std::string& kind) {
     return has_forms && !value_problem(declaration, desired) ? stored_by_page(declaration, desired) : desired;
 }
 
-ReportedValue as_reported(const WishedValue& wished) {
+ReportedValue as_reported(const DesiredValue& desired) {
     ReportedValue value;
-    value.text = wished.text;
-    value.type = wished.type;
-    value.octets = hex_of(wished.octets.value_or(""));
+    value.text = desired.text;
+    value.type = desired.type;
+    value.octets = hex_of(desired.octets.value_or(""));
     return value;
 }
 
@@ -50,7 +49,7 @@ public:
         }
     }
 
-    /// The value's place, counted from 1; 0 when the name is unknown, or the title of several.
+    /// The value's place, counted from 1; 0 if the name is unknown, or the title of several.
     std::size_t find(const std::string& name) const {
         if (const std::size_t named = names_.find(name))
             return named;
@@ -63,7 +62,7 @@ private:
     NameTable repeated_{true};
 };
 
-/// Null when there is none, or several in other letter cases.
+/// Null if there is none, or several in other letter cases.
 const ReportedConfiguration* find_configuration(const MachineReport& report, const std::string& name) {
     const ReportedConfiguration* alike = nullptr;
     std::size_t count = 0;
@@ -82,35 +81,35 @@ void add_problem(MachineDifferences& machine, const std::string& problem) {
     machine.problem += (machine.problem.empty() ? "" : "; ") + problem;
 }
 
-void compare_values(MachineDifferences& machine, const WishedConfiguration& desired,
+void compare_values(MachineDifferences& machine, const DesiredConfiguration& desired,
                     const ReportedConfiguration& current) {
     const ReportedNames names(current.values);
     std::vector<bool> compared(current.values.size());
-    for (const WishedValue& wished : desired.values) {
-        const std::size_t place = names.find(wished.name);
+    for (const DesiredValue& wanted : desired.values) {
+        const std::size_t place = names.find(wanted.name);
         if (place == 0) {
             add_problem(machine,
-                        "no value \"" + visible(wished.name) + "\" in \"" + visible(current.name) + "\"");
+                        "no value \"" + printable(wanted.name) + "\" in \"" + printable(current.name) + "\"");
             continue;
         }
         const ReportedValue& found = current.values[place - 1];
         if (compared[place - 1])
-            add_problem(machine, "the desired state has \"" + visible(found.name) + "\" twice");
-        else if (const ReportedValue same = as_reported(wished); !in_sync(found, same))
+            add_problem(machine, "the desired state has \"" + printable(found.name) + "\" twice");
+        else if (const ReportedValue same = as_reported(wanted); !in_sync(found, same))
             machine.differences.push_back({current.name, found.name, same, found});
         compared[place - 1] = true;
     }
 }
 
-/// apply refuses a machine that is another than the one that the state was made for.
+/// apply refuses a machine that does not match the guards.
 void check_guard(MachineDifferences& machine, const char* what, const std::string& guard,
                  const std::string& current) {
     if (!guard.empty() && !same_ignoring_case(guard, current))
-        add_problem(machine, std::string("the ") + what + " is \"" + visible(current) +
-                                 "\"; the desired state is for \"" + visible(guard) + "\"");
+        add_problem(machine, std::string("the ") + what + " is \"" + printable(current) +
+                                 "\"; the desired state is for \"" + printable(guard) + "\"");
 }
 
-void compare_configuration(MachineDifferences& machine, const WishedConfiguration& desired,
+void compare_configuration(MachineDifferences& machine, const DesiredConfiguration& desired,
                            const ReportedConfiguration& current) {
     machine.restart_pending = machine.restart_pending || current.restart_pending;
     if (!current.service_state.empty())
@@ -122,17 +121,17 @@ void compare_configuration(MachineDifferences& machine, const WishedConfiguratio
 
 using Sums = std::vector<std::string>;
 
-/// The spec files that the desired state tells.
+/// The spec files that the guards name.
 Sums guarded(const State& desired) {
     Sums sums;
-    for (const WishedConfiguration& each : desired) {
+    for (const DesiredConfiguration& each : desired) {
         if (!each.guards.sha256.empty())
             sums.push_back(each.guards.sha256);
     }
     return sums;
 }
 
-/// Of several that as many machines have, those that come first.
+/// The spec files that most machines have; the first ones if there are several such sets.
 Sums most_common(const std::vector<MachineDifferences>& machines) {
     std::map<Sums, std::size_t> counts;
     Sums common;
@@ -158,12 +157,12 @@ MachineDifferences compare(const State& desired, const MachineReport& report) {
     machine.time = report.time;
     machine.spec_files = report.spec_files;
     std::vector<const ReportedConfiguration*> compared;
-    for (const WishedConfiguration& each : desired) {
+    for (const DesiredConfiguration& each : desired) {
         const ReportedConfiguration* const found = find_configuration(report, each.name);
         if (found == nullptr) {
-            add_problem(machine, "no configuration \"" + visible(each.name) + "\"");
+            add_problem(machine, "no configuration \"" + printable(each.name) + "\"");
         } else if (std::find(compared.begin(), compared.end(), found) != compared.end()) {
-            add_problem(machine, "the desired state has \"" + visible(found->name) + "\" twice");
+            add_problem(machine, "the desired state has \"" + printable(found->name) + "\" twice");
         } else {
             compared.push_back(found);
             compare_configuration(machine, each, *found);

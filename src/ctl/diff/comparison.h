@@ -1,6 +1,6 @@
 #pragma once
-/// What a machine's report says, held against the desired state. Only what differs is kept, so that the
-/// reports of a large fleet need not be in memory together.
+/// Compares a machine's report with the desired state. Only differences are kept, so that the reports of a
+/// large fleet need not be in memory together.
 #include "ctl/change/state_file.h"
 #include "ctl/diff/machine_report.h"
 
@@ -25,14 +25,14 @@ struct ReportedService {
 };
 
 struct MachineDifferences {
-    /// As the report names it, else the report's path.
+    /// The name in the report, or else the report's path.
     std::string machine;
     std::string time;
-    /// Why the machine could not be compared, or not all of it; empty when it could.
+    /// Why the machine could not be compared completely; empty if it could.
     std::string problem;
     bool restart_pending = false;
     bool other_spec_file = false;
-    /// Those of the configurations that were compared, as far as the report tells about them.
+    /// The services of the configurations that were compared, as far as the report has them.
     std::vector<ReportedService> services;
     std::vector<std::string> spec_files;
     std::vector<Difference> differences;
@@ -40,11 +40,11 @@ struct MachineDifferences {
     bool in_sync() const { return problem.empty() && differences.empty(); }
 };
 
-/// In the order of the desired state. The machine's name is the caller's to give when the report has none.
+/// In the order of the desired state. If the report has no name for the machine, the caller sets one.
 MachineDifferences compare(const State& desired, const MachineReport& report);
 
-/// Marks the machines that lack a spec file for which the desired state was made, or, when it does not tell,
-/// whose spec files are not those that most machines have. A machine that does not tell its own is not
+/// Marks the machines that lack a spec file that the state's guards name. Without such guards, marks those
+/// whose spec files differ from those of most machines. A machine whose report has no spec files is not
 /// marked.
 void mark_other_spec_files(const State& desired, std::vector<MachineDifferences>& machines);
 

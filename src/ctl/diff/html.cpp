@@ -1,16 +1,132 @@
 #include "ctl/diff/formats.h"
-#include "ctl/diff/html_page.h"
 #include "ctl/io/console.h"
-#include "ctl/io/visible.h"
-#include "ctl/template/xml.h"
+#include "ctl/io/printable.h"
 
 #include <algorithm>
 
 namespace ctl {
 namespace {
 
-/// Nothing that a machine says ends a tag or an attribute: what XML would refuse, visible() has replaced.
-std::string html(const std::string& text) { return xml(visible(text)); }
+// What is the same on every page. The page's policy lets it load nothing and run only its own script, which
+// is named by its SHA-256: a changed script needs a new one, which the tests print.
+
+constexpr const char* html_head = R"(<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'; script-src 'sha256-6S7YelGW2WZXRE/m0tKjXqvd5yIxrJhE9u8mg+LqYYI='">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>Machines compared with the desired state</title>
+<style>
+:root { color-scheme: light dark; --ground: #fff; --text: #1b1f24; --soft: #57606a; --line: #d5dae0; --field: #f5f7f9;
+  --good: #17683a; --bad: #a4500b; --worst: #b01822; --focus: #0b62c4; }
+@media (prefers-color-scheme: dark) {
+  :root { --ground: #15181c; --text: #e4e7eb; --soft: #a3acb7; --line: #39414b; --field: #1f242a;
+    --good: #6fce93; --bad: #f0a860; --worst: #ff8f8c; --focus: #6cb0ff; }
+}
+* { box-sizing: border-box; }
+body { margin: 0 auto; padding: 1.5rem; max-width: 76rem; background: var(--ground); color: var(--text);
+  font: 1rem/1.45 "Segoe UI", system-ui, sans-serif; }
+h1 { margin: 0 0 1rem; font-size: 1.5rem; font-weight: 600; }
+.counts { display: flex; flex-wrap: wrap; gap: .5rem; margin-bottom: 1rem; }
+button { padding: .5rem .9rem; border: 1px solid var(--line); border-radius: .4rem; background: var(--field);
+  color: inherit; font: inherit; text-align: left; cursor: pointer; }
+button b { display: block; font-size: 1.5rem; line-height: 1.2; }
+button[aria-pressed=true] { border-color: var(--focus); box-shadow: inset 0 0 0 1px var(--focus); }
+:focus-visible { outline: 2px solid var(--focus); outline-offset: 2px; }
+.filter { display: flex; flex-wrap: wrap; align-items: center; gap: .4rem .8rem; margin-bottom: 1rem; }
+input { width: 18rem; max-width: 100%; padding: .4rem .6rem; border: 1px solid var(--line); border-radius: .4rem;
+  background: var(--ground); color: inherit; font: inherit; }
+output { color: var(--soft); }
+table { width: 100%; border-collapse: collapse; }
+th, td { padding: .5rem .8rem .5rem 0; border-top: 1px solid var(--line); vertical-align: top; text-align: left;
+  overflow-wrap: anywhere; }
+th { font-weight: 600; }
+thead th, .values th { border-top: 0; color: var(--soft); font-size: .85rem; }
+.machines { table-layout: fixed; }
+.machines > thead th:nth-child(1) { width: 24%; }
+.machines > thead th:nth-child(2) { width: 6rem; }
+.machines > thead th:nth-child(4) { width: 11.2rem; }
+.values th, .values td { padding-top: .1rem; padding-bottom: .1rem; border-top: 0; }
+.values { table-layout: fixed; margin-bottom: .2rem; }
+.values th:first-child { width: 28%; }
+code { font: .9rem Consolas, "DejaVu Sans Mono", monospace; white-space: pre-wrap; }
+p { margin: 0; }
+.note { color: var(--bad); }
+.machines .time { padding-right: 0; color: var(--soft); font-size: .85rem; font-variant-numeric: tabular-nums; }
+.state { font-weight: 600; white-space: nowrap; }
+.sync .state, button.sync b { color: var(--good); }
+.drift .state, button.drift b { color: var(--bad); }
+.problem .state, button.problem b { color: var(--worst); }
+@media (max-width: 44rem) {
+  body { padding: 1rem; }
+  .machines > thead { display: none; }
+  .machines > tbody > tr { display: block; padding: .6rem 0; border-top: 1px solid var(--line); }
+  .machines > tbody > tr > * { display: block; padding: .1rem 0; border: 0; }
+  .machines > tbody > tr > :nth-child(-n+2) { display: inline-block; margin-right: .6rem; }
+  .values tr > * { display: block; padding: 0; }
+  .values th:first-child { width: auto; padding-top: .2rem; }
+  .values th:nth-child(n+2) { display: none; }
+  .values td:first-child { padding-top: .3rem; }
+  .values .desired::before { content: "desired "; color: var(--soft); }
+  .values .current::before { content: "current "; color: var(--soft); }
+}
+[hidden] { display: none !important; }
+@media print {
+  :root { --ground: #fff; --text: #000; --soft: #444; --line: #999; --field: #fff; --good: #000; --bad: #000;
+    --worst: #000; }
+  :root { font-size: 11px; }
+  body { max-width: none; padding: 0; }
+  .filter { display: none; }
+  .machines > tbody > tr { break-inside: avoid; }
+  thead { display: table-header-group; }
+}
+</style>
+</head>
+<body>
+<h1>Machines compared with the desired state</h1>
+<div class="counts">
+)";
+
+constexpr const char* html_table = R"(</div>
+<div class="filter" hidden>
+<label for="words">Filter</label> <input id="words" type="search" placeholder="machine, value or text" autocomplete="off">
+<output for="words" id="shown"></output>
+</div>
+<table class="machines">
+<thead><tr><th scope="col">Machine</th><th scope="col">State</th><th scope="col">Differences</th><th scope="col">Reported</th></tr></thead>
+<tbody>
+)";
+
+constexpr const char* html_end = R"(</tbody>
+</table>
+<script>
+const rows = [...document.querySelectorAll(".machines > tbody > tr")];
+const texts = rows.map(row => row.textContent.toLowerCase());
+const buttons = [...document.querySelectorAll("button")];
+const words = document.getElementById("words");
+let kind = "all";
+function show() {
+  const wanted = words.value.toLowerCase();
+  let count = 0;
+  rows.forEach((row, i) => {
+    row.hidden = !row.classList.contains(kind) || !texts[i].includes(wanted);
+    count += !row.hidden;
+  });
+  buttons.forEach(button => button.setAttribute("aria-pressed", button.dataset.show === kind));
+  document.getElementById("shown").textContent = count + " of " + rows.length + " machines";
+}
+buttons.forEach(button => button.addEventListener("click", () => { kind = button.dataset.show; show(); }));
+words.addEventListener("input", show);
+document.querySelector(".filter").hidden = false;
+show();
+</script>
+</body>
+</html>
+)";
+
+/// Nothing that a machine says ends a tag or an attribute: what XML would refuse, printable() has replaced.
+std::string html(const std::string& text) { return xml(printable(text)); }
 
 /// A long list may break behind its commas, which a browser would not do by itself.
 std::string code(const std::string& text, const char* name) {

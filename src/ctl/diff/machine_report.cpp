@@ -2,8 +2,8 @@
 
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
-#include "ctl/io/json_tree.h"
-#include "ctl/io/visible.h"
+#include "ctl/io/json.h"
+#include "ctl/io/printable.h"
 
 #include <algorithm>
 
@@ -13,10 +13,10 @@ namespace {
 using Kind = JsonTree::Kind;
 
 [[noreturn]] void refuse(const std::string& why) {
-    throw Failure{invalid, "not a report of \"tavrinctl show --json\": " + why};
+    throw Failure{ExitCode::invalid, "not a report of \"tavrinctl show --json\": " + why};
 }
 
-/// The member's text; empty when there is none.
+/// The member's text; empty if there is none.
 std::string text_of(const JsonTree& object, std::string_view name) {
     const JsonTree* const found = object.find(name);
     return found != nullptr && found->kind == Kind::text ? found->text : "";
@@ -33,7 +33,7 @@ std::optional<std::string> plain_text(const std::string& name, const JsonTree& v
     if (value.kind == Kind::null)
         return std::nullopt;
     if (value.kind == Kind::object || value.kind == Kind::array)
-        refuse("the value \"" + visible(name) + "\" has no text");
+        refuse("the value \"" + printable(name) + "\" has no text");
     return value.text;
 }
 
@@ -52,13 +52,13 @@ ReportedValue read_value(const std::string& name, const JsonTree& value) {
     read.octets = text_of(value, "octets");
     read.unreadable = text_of(value, "unreadable");
     if (text == nullptr && read.type.empty() && read.unreadable.empty())
-        refuse("the value \"" + visible(name) + "\" has no member \"value\"");
+        refuse("the value \"" + printable(name) + "\" has no member \"value\"");
     return read;
 }
 
 ReportedConfiguration read_configuration(const std::string& name, const JsonTree& configuration) {
     if (configuration.kind != Kind::object)
-        refuse("the configuration \"" + visible(name) + "\" is not an object");
+        refuse("the configuration \"" + printable(name) + "\" is not an object");
     ReportedConfiguration read;
     read.name = name;
     read.key = text_of(configuration, "key");
@@ -89,7 +89,8 @@ void check_version(const JsonTree& report) {
     if (version == nullptr)
         refuse("no member \"schema\"");
     if (version->kind != Kind::whole_number || version->text != std::to_string(schema_version))
-        refuse("schema " + visible(version->text) + "; this program reads " + std::to_string(schema_version));
+        refuse("schema " + printable(version->text) + "; this program reads " +
+               std::to_string(schema_version));
 }
 
 } // namespace
@@ -119,10 +120,10 @@ Json json_of(const ReportedValue& value) {
 
 std::string shown(const ReportedValue& value) {
     if (!value.unreadable.empty())
-        return "(" + visible(value.unreadable) + ")";
+        return "(" + printable(value.unreadable) + ")";
     if (value.type.empty())
-        return value.text ? visible(*value.text) : "(not set)";
-    return visible(value.text.value_or(value.octets)) + " (" + visible(value.type) + ")";
+        return value.text ? printable(*value.text) : "(not set)";
+    return printable(value.text.value_or(value.octets)) + " (" + printable(value.type) + ")";
 }
 
 } // namespace ctl

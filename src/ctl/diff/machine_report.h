@@ -1,6 +1,6 @@
 #pragma once
-/// What one machine says of itself: what `show --json` printed there. Unlike in a desired state, members that
-/// are not known are passed over, for a newer tavrinctl may have written them.
+/// The report of one machine, which `show --json` printed there. Unlike in a desired state, unknown members
+/// are passed over, because a newer tavrinctl may have written them.
 #include "ctl/io/json.h"
 
 #include <optional>
@@ -14,12 +14,12 @@ struct ReportedValue {
     std::string name;
     std::string title;
     std::string kind;
-    /// Nothing when the value is not in the registry, or not there as a text.
+    /// Nothing if the value is not in the registry, or is no text.
     std::optional<std::string> text;
-    /// Of a value that is no REG_SZ: its type, such as "REG_DWORD", and when it has no text, its octets.
+    /// For a value that is no REG_SZ: its type, such as "REG_DWORD", and its octets if it has no text.
     std::string type;
     std::string octets;
-    /// Why it could not be read; empty when it could.
+    /// Why it could not be read; empty if it could.
     std::string unreadable;
 };
 
@@ -27,7 +27,7 @@ struct ReportedConfiguration {
     std::string name;
     std::string key;
     std::string service;
-    /// "running", "stopped"; empty when the report does not say.
+    /// "running", "stopped"; empty if the report does not say.
     std::string service_state;
     std::string start_type;
     bool restart_pending = false;
@@ -35,7 +35,7 @@ struct ReportedConfiguration {
 };
 
 struct MachineReport {
-    /// Empty when the report does not say.
+    /// Empty if the report does not say.
     std::string machine;
     std::string time;
     /// The SHA-256 of each spec file, in order.
@@ -43,12 +43,12 @@ struct MachineReport {
     std::vector<ReportedConfiguration> configurations;
 };
 
-/// Throws Failure of the code `invalid` for what is no such report.
+/// Throws Failure of the code `invalid` for anything else.
 MachineReport read_report(std::string_view octets);
 
 /// The value in the form of the report.
 Json json_of(const ReportedValue& value);
-/// For people, in one line: the text, "(not set)", a text that is no REG_SZ with its type.
+/// For people, in one line: the text, with its type unless that is REG_SZ, or "(not set)".
 std::string shown(const ReportedValue& value);
 
 } // namespace ctl

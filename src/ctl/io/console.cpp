@@ -1,9 +1,8 @@
 #include "ctl/io/console.h"
 
 #include "ctl/failure.h"
-#include "ctl/io/system.h"
-
 #include "ctl/io/json.h"
+#include "ctl/io/system.h"
 
 #include <cstdio>
 #include <string>
@@ -12,12 +11,12 @@
 namespace ctl {
 namespace {
 
-/// That the output is lost is told once: whoever was told may go on to an exit code that matters more.
+/// Lost output is reported only once: a caller that catches the failure may end with another exit code.
 bool output_is_lost = false;
 
 void check(bool written) {
     if (!written && !std::exchange(output_is_lost, true))
-        throw Failure{failed, "cannot write to the standard output"};
+        throw Failure{ExitCode::failed, "cannot write to the standard output"};
 }
 
 MessageForm message_form;

@@ -1,5 +1,6 @@
 #include "ctl/io/reg_file.h"
 
+#include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 
 #include <algorithm>
@@ -10,6 +11,9 @@
 namespace ctl {
 namespace {
 
+constexpr std::string_view mark = "\xFF\xFE";
+constexpr std::string_view first_line = "Windows Registry Editor Version 5.00";
+constexpr std::string_view hive = "[HKEY_LOCAL_MACHINE\\";
 constexpr const char* type_names[] = {"REG_NONE",
                                       "REG_SZ",
                                       "REG_EXPAND_SZ",
@@ -23,7 +27,7 @@ constexpr const char* type_names[] = {"REG_NONE",
                                       "REG_RESOURCE_REQUIREMENTS_LIST",
                                       "REG_QWORD"};
 constexpr std::string_view without_name = "type ";
-
+// Windows' own names of these are not there in the build without Windows.
 constexpr std::uint32_t type_text = 1;
 constexpr std::uint32_t type_binary = 3;
 constexpr std::uint32_t type_number = 4;
@@ -38,11 +42,7 @@ std::string escaped(std::string_view text) {
     return quoted + '"';
 }
 
-/// A line end in a text would end the line of the file.
-bool is_plain(std::string_view text) {
-    return std::none_of(text.begin(), text.end(),
-                        [](char byte) { return static_cast<unsigned char>(byte) < ' '; });
-}
+bool is_control(char byte) { return static_cast<unsigned char>(byte) < ' '; }
 
 std::string formatted(const char* format, unsigned number) {
     char buffer[16];
@@ -50,12 +50,125 @@ std::string formatted(const char* format, unsigned number) {
     return buffer;
 }
 
-std::string one_line(std::string_view words) {
-    std::string line(words);
-    std::replace_if(
-        line.begin(), line.end(), [](char byte) { return static_cast<unsigned char>(byte) < ' '; }, ' ');
-    return line;
+/// Removes `beginning` from the text; false if the text does not begin so.
+bool take(std::string_view& text, std::string_view beginning) {
+    if (!text.starts_with(beginning))
+        return false;
+    text.remove_prefix(beginning.size());
+    return true;
 }
+
+std::optional<std::uint32_t> take_hex(std::string_view& text, std::size_t most_digits) {
+    std::uint32_t number = 0;
+    const char* const begin = text.data();
+    const auto [end, error] = std::from_chars(begin, begin + std::min(text.size(), most_digits), number, 16);
+    if (error != std::errc())
+        return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(end - begin));
+    return number;
+}
+
+std::optional<std::string> take_quoted(std::string_view& text) {
+    std::string quoted;
+    if (!take(text, "\""))
+        return std::nullopt;
+    while (!text.empty() && text.front() != '"') {
+        if (text.front() == '\\')
+            text.remove_prefix(1);
+        if (text.empty())
+            return std::nullopt;
+        quoted += text.front();
+        text.remove_prefix(1);
+    }
+    return take(text, "\"") ? std::optional(quoted) : std::nullopt;
+}
+
+std::optional<RegistryValue> number_of(std::string_view text) {
+    const auto value = take_hex(text, 8);
+    if (!value || !text.empty())
+        return std::nullopt;
+    std::string octets;
+    for (unsigned shift = 0; shift < 32; shift += 8)
+        octets += static_cast<char>(*value >> shift & 0xFF);
+    return RegistryValue{type_number, octets};
+}
+
+std::optional<RegistryValue> octets_of(std::uint32_t type, std::string_view text) {
+    RegistryValue value{type, {}};
+    while (!text.empty()) {
+        const auto octet = take_hex(text, 2);
+        if (!octet || (!text.empty() && (!take(text, ",") || text.empty())))
+            return std::nullopt;
+        value.octets += static_cast<char>(*octet);
+    }
+    return value;
+}
+
+std::optional<RegistryValue> value_of(std::string_view text) {
+    if (take(text, "dword:"))
+        return number_of(text);
+    if (take(text, "hex:"))
+        return octets_of(type_binary, text);
+    if (take(text, "hex(")) {
+        const auto type = take_hex(text, 8);
+        return type && take(text, "):") ? octets_of(*type, text) : std::nullopt;
+    }
+    const auto words = take_quoted(text);
+    if (!words || !text.empty())
+        return std::nullopt;
+    return RegistryValue{type_text, to_utf16(*words + '\0')};
+}
+
+class RegFileReader {
+public:
+    explicit RegFileReader(std::string_view text) : left_(text) {}
+
+    std::vector<SavedValue> read() {
+        if (next_line() != first_line)
+            refuse();
+        while (!left_.empty())
+            take_line(next_line());
+        return std::move(values_);
+    }
+
+private:
+    std::string_view next_line() {
+        ++line_;
+        const std::size_t end = left_.find("\r\n");
+        const std::string_view line = left_.substr(0, end);
+        left_.remove_prefix(end == std::string_view::npos ? left_.size() : end + 2);
+        return line;
+    }
+
+    void take_line(std::string_view line) {
+        if (line.empty())
+            return;
+        if (take(line, hive) && line.ends_with(']')) {
+            key_ = line.substr(0, line.size() - 1);
+        } else {
+            take_value(line);
+        }
+    }
+
+    void take_value(std::string_view line) {
+        const auto name = take(line, "@") ? std::optional(std::string()) : take_quoted(line);
+        if (!name || key_.empty() || !take(line, "="))
+            refuse();
+        const auto value = value_of(line);
+        if (!value && line != "-")
+            refuse();
+        values_.push_back({key_, *name, value});
+    }
+
+    [[noreturn]] void refuse() const {
+        throw Failure{ExitCode::invalid, "line " + std::to_string(line_) + " was not written by tavrinctl"};
+    }
+
+    std::string_view left_;
+    std::size_t line_ = 0;
+    std::string key_;
+    std::vector<SavedValue> values_;
+};
 
 } // namespace
 
@@ -74,55 +187,44 @@ std::optional<std::uint32_t> type_named(const std::string& name) {
     return is_number && type_name(type) == name ? std::optional(type) : std::nullopt;
 }
 
-RegFile::RegFile() : text_("Windows Registry Editor Version 5.00\r\n") {}
+RegFile::RegFile() : text_(std::string(first_line) + "\r\n") {}
 
 void RegFile::key(std::string_view path) {
-    text_ += "\r\n[HKEY_LOCAL_MACHINE\\";
-    text_ += path;
-    text_ += "]\r\n";
+    text_ += "\r\n" + std::string(hive) + std::string(path) + "]\r\n";
 }
 
 void RegFile::name(std::string_view value_name) {
-    text_ += value_name.empty() ? "@" : escaped(value_name);
-    text_ += '=';
+    text_ += (value_name.empty() ? "@" : escaped(value_name)) + "=";
 }
 
+/// A line end in a text would end the line of the file.
 void RegFile::text(std::string_view value_name, std::string_view value) {
-    if (!is_plain(value)) {
-        raw(value_name, type_text, to_utf16(std::string(value) + '\0'));
+    if (std::any_of(value.begin(), value.end(), is_control)) {
+        raw(value_name, {type_text, to_utf16(std::string(value) + '\0')});
         return;
     }
     name(value_name);
     text_ += escaped(value) + "\r\n";
 }
 
-/// In words only what reads back as the same octets.
-void RegFile::utf16_text(std::string_view value_name, const std::string& octets) {
-    const std::string words = from_utf16(octets);
-    const std::string text = words.substr(0, words.find('\0'));
-    if (to_utf16(text + '\0') == octets) {
-        this->text(value_name, text);
+void RegFile::value(std::string_view value_name, const RegistryValue& value) {
+    const std::string words = value.type == type_text ? from_utf16(value.octets) : "";
+    const std::string plain = words.substr(0, words.find('\0'));
+    if (value.type == type_text && to_utf16(plain + '\0') == value.octets) {
+        text(value_name, plain);
     } else {
-        raw(value_name, type_text, octets);
+        raw(value_name, value);
     }
 }
 
-void RegFile::raw(std::string_view value_name, std::uint32_t type, std::string_view octets) {
+void RegFile::raw(std::string_view value_name, const RegistryValue& value) {
     name(value_name);
-    if (type == type_number && octets.size() == sizeof type) {
-        text_ += "dword:";
-        for (auto octet = octets.rbegin(); octet != octets.rend(); ++octet)
-            text_ += formatted("%02x", static_cast<unsigned char>(*octet));
-        text_ += "\r\n";
-    } else {
-        hex(type == type_binary ? "hex:" : formatted("hex(%x):", type), octets);
-    }
-}
-
-void RegFile::hex(std::string_view prefix, std::string_view octets) {
-    text_ += prefix;
+    const bool is_number = value.type == type_number && value.octets.size() == sizeof value.type;
+    const std::string octets =
+        is_number ? std::string(value.octets.rbegin(), value.octets.rend()) : value.octets;
+    text_ += is_number ? "dword:" : value.type == type_binary ? "hex:" : formatted("hex(%x):", value.type);
     for (std::size_t i = 0; i < octets.size(); ++i)
-        text_ += formatted(i == 0 ? "%02x" : ",%02x", static_cast<unsigned char>(octets[i]));
+        text_ += formatted(i == 0 || is_number ? "%02x" : ",%02x", static_cast<unsigned char>(octets[i]));
     text_ += "\r\n";
 }
 
@@ -131,8 +233,19 @@ void RegFile::absent(std::string_view value_name) {
     text_ += "-\r\n";
 }
 
-void RegFile::comment(std::string_view words) { text_ += "; " + one_line(words) + "\r\n"; }
+void RegFile::comment(std::string_view words) {
+    std::string line(words);
+    std::replace_if(line.begin(), line.end(), is_control, ' ');
+    text_ += "; " + line + "\r\n";
+}
 
-std::string RegFile::octets() const { return "\xFF\xFE" + to_utf16(text_); }
+std::string RegFile::octets() const { return std::string(mark) + to_utf16(text_); }
+
+std::vector<SavedValue> read_reg_file(std::string_view octets) {
+    if (!octets.starts_with(mark))
+        throw Failure{ExitCode::invalid, "not a backup of tavrinctl: it is not in UTF-16"};
+    const std::string text = from_utf16(octets.substr(mark.size()));
+    return RegFileReader(text).read();
+}
 
 } // namespace ctl

@@ -8,8 +8,8 @@
 
 namespace ctl {
 
-/// Whether the registry takes both (UTF-8) for one name: the same but for the case of letters, not of ASCII
-/// alone.
+/// Whether both (UTF-8) are one name for the registry, which ignores the case of all letters, not only of
+/// ASCII.
 bool is_same_registry_name(std::string_view one, std::string_view other);
 
 /// A table of the registry's names in a code page. The names must outlive it.
@@ -18,7 +18,7 @@ public:
     explicit RegistryNames(unsigned code_page, std::size_t expected = 0)
         : code_page_(code_page), names_(true, expected) {}
 
-    /// As those of NameTable.
+    /// As NameTable does.
     std::size_t add(std::string_view name, std::size_t line);
     std::size_t find(std::string_view name) const;
 

@@ -1,39 +1,77 @@
 #pragma once
-/// What tavrinctl asks of the system beside the registry, services and sockets. Paths are UTF-8. Each
-/// platform has its own realisation, in a folder of its name.
+/// What tavrinctl asks of the system besides the registry, services and sockets. Paths and names are UTF-8.
+/// Each platform has its own half, in a folder of its name.
+#include <chrono>
+#include <cstddef>
 #include <cstdio>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace ctl {
 
-/// As fopen; the mode may have an "x": the file must not exist yet.
+/// The octets of the file at `path`; "-" is the standard input. Nothing if it cannot be read. Reads at most
+/// `limit` octets and one.
+std::optional<std::string> read_file(const std::string& path,
+                                     std::size_t limit = static_cast<std::size_t>(-2));
+/// Says why read_file has just failed: "cannot read: " and the system's reason.
+std::string why_unreadable();
+/// Replaces the file at `path`, or with `fresh` creates one that must not exist yet. Returns false, and
+/// leaves no half file, if that fails.
+bool write_file(const std::string& path, std::string_view octets, bool fresh = false);
+/// As fopen. With "x" in the mode the file must not exist yet.
 std::FILE* open_file(const std::string& path, const char* mode);
-/// Makes the folder and those on the way to it. False when it is not there afterwards.
+/// Waits until everything written to the file is on the disk.
+bool reach_disk(std::FILE* file);
+/// Passes the file's contents as they are, without converting line ends.
+void make_binary(std::FILE* file);
+
+/// Creates the folder and those above it. Returns false if it does not exist afterwards.
 bool make_folders(const std::string& path);
-/// The names of what is in the folder, in no order; empty when it cannot be read.
+/// The names of what is in the folder, in no order; empty if it cannot be read.
 std::vector<std::string> names_in(const std::string& folder);
-/// Whether there is such a file, also one that may not be read.
+/// Whether the file exists, even if it may not be read.
 bool file_exists(const std::string& path);
-/// Removes the file, if it is there.
+/// Removes the file if it exists.
 void remove_file(const std::string& path);
-/// Creates the file, if it is missing, and keeps every other process from holding it until release_file, or
-/// until this one ends. Null while another holds it; throws Failure when it cannot be opened.
+/// Creates the file if it is missing, and keeps every other process from holding it until release_file or the
+/// end of this process. Null while another process holds it; throws Failure if it cannot be opened.
 void* hold_file(const std::string& path);
 void release_file(void* file);
-/// Waits until what was written to the file is on the disk.
-bool reach_disk(std::FILE* file);
-/// What the machine is called in its network.
-std::string machine_name();
-/// The path from the root, for a path from the current folder.
+/// The absolute path, from a path relative to the current folder.
 std::string full_path(const std::string& path);
 std::string join_path(const std::string& folder, const std::string& name);
+
+/// The SHA-256 of the octets, as 64 hexadecimal digits in lower case. Throws Failure if the system cannot
+/// compute it.
+std::string sha256(std::string_view octets);
+/// The SHA-256 of the file at `path`; nothing if it cannot be read.
+std::optional<std::string> sha256_of_file(const std::string& path);
+
+/// The machine's name in its network.
+std::string machine_name();
 bool is_terminal(std::FILE* file);
-/// Adds text in UTF-8 to stdout or stderr. A console of Windows shows it as it is, whatever its code page,
-/// which stays as it was.
+/// Writes UTF-8 to stdout or stderr. A Windows console shows it as it is, whatever its code page, which is
+/// not changed.
 bool write_text(std::FILE* file, std::string_view text);
-/// The file's contents pass as they are, without line ends being changed.
-void make_binary(std::FILE* file);
+
+/// Runs `work` in a thread of its own and waits for it. Returns false if it takes longer than `limit`; the
+/// thread then goes on, so `work` has to own what it uses.
+bool finishes_within(std::chrono::milliseconds limit, std::function<void()> work);
+
+/// While it exists, Ctrl+C, a console that closes and the end of a session do not end the program: a stopped
+/// service is started again first. Only one may exist at a time.
+class Uninterrupted {
+public:
+    Uninterrupted();
+    Uninterrupted(const Uninterrupted&) = delete;
+    Uninterrupted& operator=(const Uninterrupted&) = delete;
+    ~Uninterrupted();
+
+    /// Whether the program should have ended meanwhile.
+    bool is_over() const;
+};
 
 } // namespace ctl

@@ -1,5 +1,6 @@
 #pragma once
-/// The configurations of this machine: those that the registry lists, as the window finds them.
+/// The configurations of this machine, which the registry lists, and what every report says of them.
+#include "ctl/machine/registry.h"
 #include "specfile/spec_model.h"
 
 #include <string>
@@ -10,7 +11,7 @@ namespace ctl {
 /// Texts are in the machine's code page.
 struct MachineConfiguration {
     std::string name;
-    /// Where its spec file is.
+    /// The path of its spec file.
     std::string path;
     SpecModel spec;
 
@@ -19,17 +20,37 @@ struct MachineConfiguration {
 };
 
 using Machine = std::vector<MachineConfiguration>;
+using Configurations = std::vector<const MachineConfiguration*>;
 
-/// All configurations, by name. What keeps the window from making an entry, or a configuration, is told on
-/// the standard error stream; what keeps it from starting is thrown as Failure.
+/// All configurations, by name. Warns of what keeps the window from making an entry or a configuration.
+/// Throws Failure for what keeps the window from starting.
 Machine read_machine();
 
-/// The configuration of this name (UTF-8), in its own letter case or, when only one is so called, in any.
-/// Throws Failure of the code `invalid` when there is none.
+/// The configuration of this name (UTF-8): in the same letter case, or in any if only one matches. Throws
+/// Failure of the code `invalid` if there is none.
 const MachineConfiguration& configuration_named(const Machine& machine, const std::string& name);
 
-/// That one alone, or all when the command line names none.
-std::vector<const MachineConfiguration*> chosen(const Machine& machine,
-                                                const std::vector<std::string>& names);
+/// The one configuration that the command line names, or all if it names none.
+Configurations chosen(const Machine& machine, const std::vector<std::string>& names);
+
+/// The first entry with this title, as the window looks it up; null if there is none.
+const Declaration* find_titled(const MachineConfiguration& configuration, std::string_view title);
+/// Its value. Throws Failure of the code `invalid` if there is no such entry or it has no value.
+std::string value_titled(const MachineConfiguration& configuration, std::string_view title);
+/// The same as a port.
+std::uint16_t port_titled(const MachineConfiguration& configuration, std::string_view title);
+
+/// The values of a configuration in the order of its spec file. Warns if its key does not exist; then there
+/// are no values.
+std::vector<StoredValue> stored_values(const MachineConfiguration& configuration);
+
+/// The machine's name, the version of tavrinctl and the time in UTC.
+Json machine_identity();
+/// Paths and SHA-256 of the spec files; null for a file that can no longer be read.
+Json spec_files_of(const Configurations& configurations);
+/// Adds the service's name, state and start type, and whether its restart is pending.
+void add_service(Json& object, const MachineConfiguration& configuration);
+/// A configuration with all its entries and their values.
+Json json_of(const MachineConfiguration& configuration);
 
 } // namespace ctl

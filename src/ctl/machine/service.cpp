@@ -1,8 +1,12 @@
 #include "ctl/machine/service.h"
 
 #include "base/messages.h"
+#include "base/text.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/printable.h"
+#include "ctl/io/system.h"
+#include "ctl/machine/data_folder.h"
 #include "service/service_handle.h"
 
 #include <iterator>
@@ -21,7 +25,7 @@ std::string state_of(SC_HANDLE service) {
     return states[known ? status.dwCurrentState : 0];
 }
 
-/// The system never needs more than 8 KiB for a configuration.
+/// 8 KiB are the documented maximum for a service's configuration.
 std::string start_type_of(SC_HANDLE service) {
     alignas(QUERY_SERVICE_CONFIGA) BYTE octets[8192];
     auto* const config = reinterpret_cast<QUERY_SERVICE_CONFIGA*>(octets);
@@ -31,12 +35,12 @@ std::string start_type_of(SC_HANDLE service) {
     return known ? start_types[config->dwStartType] : "";
 }
 
-[[noreturn]] void refuse(const std::string& text, ExitCode code = failed) {
+[[noreturn]] void refuse(const std::string& text, ExitCode code = ExitCode::failed) {
     throw Failure{
         code, text + "; nothing was written; use \"--restart never\" to write the values without a restart"};
 }
 
-/// Open for as long as it is looked at.
+/// An open service.
 class ServiceView {
 public:
     ServiceView(const std::string& name, DWORD rights)
@@ -48,7 +52,7 @@ public:
 
     explicit operator bool() const { return static_cast<bool>(service_); }
     SC_HANDLE get() const { return service_.get(); }
-    /// Why it is not open.
+    /// Why it could not be opened.
     DWORD error() const { return error_; }
 
 private:
@@ -59,7 +63,7 @@ private:
 
 void refuse_unless_missing(const std::string& name, DWORD error) {
     if (error == ERROR_ACCESS_DENIED)
-        refuse("access to the service " + to_utf8(name) + " is denied", access_denied);
+        refuse("access to the service " + to_utf8(name) + " is denied", ExitCode::access_denied);
     if (error != ERROR_SERVICE_DOES_NOT_EXIST)
         refuse("cannot open the service " + to_utf8(name) + ": " + to_utf8(system_error_string(error)));
 }
@@ -71,7 +75,7 @@ bool is_on_its_way(DWORD state) {
 
 constexpr DWORD between_looks = 100;
 
-/// The status when it has settled, or when the time has run out.
+/// Waits until the service is neither starting nor stopping, or the time is over.
 SERVICE_STATUS settled(SC_HANDLE service, std::chrono::milliseconds limit) {
     const std::uint64_t end = GetTickCount64() + static_cast<std::uint64_t>(limit.count());
     SERVICE_STATUS status{};
@@ -81,8 +85,8 @@ SERVICE_STATUS settled(SC_HANDLE service, std::chrono::milliseconds limit) {
     return status;
 }
 
-/// Of the services that depend on it and run; empty also when they may not be listed. The system never needs
-/// more than 256 KiB.
+/// The names of the running services that depend on this one; empty also if they may not be listed. 256 KiB
+/// are the documented maximum.
 std::string running_dependents(const std::string& name) {
     const ServiceView service(name, SERVICE_ENUMERATE_DEPENDENTS);
     std::vector<ENUM_SERVICE_STATUSA> found(256 * 1024 / sizeof(ENUM_SERVICE_STATUSA));
@@ -105,6 +109,17 @@ void require_stop(const std::string& name, DWORD controls) {
         refuse(who + " cannot be stopped while services that depend on it run: " + dependents);
     if ((controls & SERVICE_ACCEPT_STOP) == 0)
         refuse(who + " does not accept a stop");
+}
+
+bool may_be_in_a_file_name(char character) {
+    return static_cast<unsigned char>(character) >= ' ' &&
+           std::string_view("<>:\"/\\|?*%").find(character) == std::string_view::npos;
+}
+
+/// In lower case, because the service manager ignores the case of names.
+std::string note_for(const std::string& service) {
+    return join_path(data_folder(),
+                     "restart-" + percent_encoded(to_utf8(to_lower(service)), may_be_in_a_file_name));
 }
 
 } // namespace
@@ -135,5 +150,17 @@ void wait_until_settled(const std::string& name, std::chrono::milliseconds limit
     if (const ServiceView service(name, SERVICE_QUERY_STATUS); service)
         settled(service.get(), limit);
 }
+
+bool restart_is_pending(const std::string& service) {
+    return !service.empty() && file_exists(note_for(service));
+}
+
+void note_restart(const std::string& service) {
+    const std::string path = note_for(service);
+    if (!write_file(path, to_utf8(service) + "\n"))
+        throw Failure{ExitCode::failed, "cannot write " + path};
+}
+
+void forget_restart(const std::string& service) { remove_file(note_for(service)); }
 
 } // namespace ctl

@@ -1,6 +1,7 @@
-#include "ctl/template/admx_names.h"
 #include "ctl/template/formats.h"
-#include "ctl/template/xml.h"
+
+#include "base/text.h"
+#include "ctl/io/printable.h"
 
 #include <algorithm>
 #include <set>
@@ -8,19 +9,35 @@
 namespace ctl {
 namespace {
 
-/// What the format's own schema says.
-constexpr std::size_t longest_item = 255;
+/// How the two files of a policy template call each other's parts. The prefixes keep the names of different
+/// parts apart, whatever an entry is called.
+namespace admx {
 
-std::size_t characters(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
+constexpr const char* name_space = "http://schemas.microsoft.com/GroupPolicy/2006/07/PolicyDefinitions";
+constexpr const char* revision = "1.0";
+constexpr const char* whole = "Configuration";
+constexpr const char* supported = "Supported";
+
+std::string category(std::size_t group) { return "Group_" + std::to_string(group + 1); }
+std::string title(const std::string& id) { return "Title_" + id; }
+std::string help(const std::string& id) { return "Help_" + id; }
+std::string element(const std::string& id) { return "Value_" + id; }
+std::string item(std::size_t option, const std::string& id) {
+    return "Item_" + std::to_string(option + 1) + "_" + id;
 }
+std::string string_reference(const std::string& id) { return "\"$(string." + id + ")\""; }
+std::string presentation_reference(const std::string& id) { return "\"$(presentation." + id + ")\""; }
+
+} // namespace admx
+
+/// The limit of the format's own schema.
+constexpr std::size_t longest_item = 255;
 
 std::string why_no_list(const std::vector<std::string>& options) {
     if (options.empty())
         return "it has no options, and the list of a policy must not be empty";
     const bool are_short = std::all_of(options.begin(), options.end(), [](const std::string& option) {
-        return characters(option) <= longest_item;
+        return width_of(option) <= longest_item;
     });
     return are_short ? "" : "one of its options is longer than 255 characters, the limit of a policy's list";
 }
@@ -68,7 +85,7 @@ std::string list_items(const TemplateEntry& entry) {
     return text;
 }
 
-/// Whole numbers are written as the texts that the agent reads, and as no other type.
+/// Whole numbers are stored as texts, because the agent reads texts.
 std::string element(const TemplateEntry& entry) {
     const std::string names =
         "id=\"" + admx::element(entry.id) + "\" valueName=\"" + xml(entry.value_name) + "\" ";
@@ -78,7 +95,7 @@ std::string element(const TemplateEntry& entry) {
                "required=\"true\" minValue=\"0\" maxValue=\"2147483647\" storeAsText=\"true\"/>\n";
     case ValueForm::option:
         return "        <enum " + names + "required=\"true\">\n" + list_items(entry) + "        </enum>\n";
-    default: return "        <text " + names + "maxLength=\"1023\"/>\n";
+    default: return "        <text " + names + "maxLength=\"" + std::to_string(longest_value) + "\"/>\n";
     }
 }
 
@@ -111,6 +128,72 @@ std::string policies(const TemplateSource& source) {
     return text;
 }
 
+std::string string_of(const std::string& id, const std::string& text) {
+    return "      <string id=\"" + id + "\">" + xml(text) + "</string>\n";
+}
+
+/// The help text, and what a policy of this kind does.
+std::string explained(const TemplateSource& source, const TemplateEntry& entry) {
+    std::string text =
+        entry.help + "\n\nSets \"" + entry.value_name + "\" below HKEY_LOCAL_MACHINE\\" + source.key + ". ";
+    text += entry.form == ValueForm::flag ? "Enabled stores \"true\" and Disabled \"false\"; the value stays"
+                                          : "Disabled deletes the value; one that was set stays";
+    return text + " when the policy no longer applies. The agent reads it when its service starts.";
+}
+
+/// Between tags, a line end needs no escape.
+std::string with_line_ends(std::string text) {
+    for (std::size_t at = text.find("&#10;"); at != std::string::npos; at = text.find("&#10;", at))
+        text.replace(at, 5, "\n");
+    return text;
+}
+
+std::string strings_of(const TemplateSource& source, const TemplateEntry& entry) {
+    std::string text = string_of(admx::title(entry.id), entry.title) +
+                       with_line_ends(string_of(admx::help(entry.id), explained(source, entry)));
+    for (std::size_t i = 0; i < entry.options.size(); ++i)
+        text += string_of(admx::item(i, entry.id), entry.options[i]);
+    return text;
+}
+
+std::string strings(const TemplateSource& source) {
+    std::string text = string_of(admx::whole, source.configuration) +
+                       string_of(admx::supported, "Machines with " + source.configuration);
+    for (std::size_t i = 0; i < source.groups.size(); ++i) {
+        const TemplateGroup& group = source.groups[i];
+        if (!group.name.empty())
+            text += string_of(admx::category(i), group.name);
+        for (const TemplateEntry& entry : group.entries)
+            text += strings_of(source, entry);
+    }
+    return text;
+}
+
+std::string control(const TemplateEntry& entry) {
+    const std::string reference = "refId=\"" + admx::element(entry.id) + "\"";
+    switch (entry.form) {
+    case ValueForm::integer:
+        return "<decimalTextBox " + reference + " defaultValue=\"0\" spin=\"false\">" + xml(entry.title) +
+               "</decimalTextBox>";
+    case ValueForm::option:
+        return "<dropdownList " + reference + " noSort=\"true\" defaultItem=\"0\">" + xml(entry.title) +
+               "</dropdownList>";
+    default: return "<textBox " + reference + "><label>" + xml(entry.title) + "</label></textBox>";
+    }
+}
+
+/// The schema requires at least one element in the table.
+std::string presentations(const TemplateSource& source) {
+    std::string text;
+    for (const TemplateGroup& group : source.groups) {
+        for (const TemplateEntry& entry : group.entries) {
+            if (entry.form != ValueForm::flag)
+                text += "      <presentation id=\"" + entry.id + "\">" + control(entry) + "</presentation>\n";
+        }
+    }
+    return text.empty() ? text : "    <presentationTable>\n" + text + "    </presentationTable>\n";
+}
+
 } // namespace
 
 std::string policy_prefix(const TemplateSource& source) { return identifier_of(source.stem); }
@@ -133,6 +216,15 @@ std::string write_admx(const TemplateSource& source) {
            admx::supported + "\" displayName=" + admx::string_reference(admx::supported) +
            "/>\n    </definitions>\n  </supportedOn>\n  <categories>\n" + categories(source) +
            "  </categories>\n  <policies>\n" + policies(source) + "  </policies>\n</policyDefinitions>\n";
+}
+
+std::string write_adml(const TemplateSource& source) {
+    return std::string("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<policyDefinitionResources revision=\"") +
+           admx::revision + "\" schemaVersion=\"1.0\" xmlns=\"" + admx::name_space + "\">\n  <displayName>" +
+           xml(source.configuration) + "</displayName>\n  <description>The settings of " +
+           xml(source.configuration) + "</description>\n  <resources>\n    <stringTable>\n" +
+           strings(source) + "    </stringTable>\n" + presentations(source) +
+           "  </resources>\n</policyDefinitionResources>\n";
 }
 
 } // namespace ctl

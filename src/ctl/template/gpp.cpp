@@ -1,5 +1,5 @@
+#include "ctl/io/printable.h"
 #include "ctl/template/formats.h"
-#include "ctl/template/xml.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -7,7 +7,7 @@
 namespace ctl {
 namespace {
 
-/// The date is none of ours: the file depends on nothing but its source.
+/// A fixed date, because the file must depend on nothing but its source.
 constexpr const char* always = "2026-01-01 0:00:00";
 
 std::uint64_t hash_of(const std::string& text, std::uint64_t start) {
@@ -18,8 +18,7 @@ std::uint64_t hash_of(const std::string& text, std::uint64_t start) {
     return hash ^ (hash >> 32);
 }
 
-/// An identifier that stays the same for the same text, written as Windows writes them, version 8: the layout
-/// is up to the vendor.
+/// The same identifier for the same text, in Windows' form, version 8: the layout is up to the vendor.
 std::string identifier(const std::string& text) {
     const std::uint64_t first = (hash_of(text, 14695981039346656037U) & 0xFFFFFFFFFFFF0FFFU) | 0x8000U;
     const std::uint64_t second =
@@ -50,7 +49,7 @@ std::string why_not(const TemplateSource& source, const TemplateGroup& group, co
     return fits ? "" : not_for_xml;
 }
 
-/// An item without a value is switched off: on, it would empty the values of the machines that it reaches.
+/// An item without a value is disabled, because otherwise it would empty the value on every machine.
 std::string item(const TemplateSource& source, const TemplateEntry& entry) {
     const std::string name = xml(entry.value_name);
     const bool is_default = entry.value_name.empty();

@@ -10,14 +10,14 @@ void add(RegFile& file, const TemplateEntry& entry) {
         file.comment("\"" + entry.value_name + "\" has no value");
         return;
     }
-    const WishedValue& value = *entry.value;
+    const DesiredValue& value = *entry.value;
     const auto type = type_named(value.type);
     if (value.octets) {
-        file.raw(entry.value_name, type.value(), *value.octets);
+        file.raw(entry.value_name, {type.value(), *value.octets});
     } else if (!value.text) {
         file.absent(entry.value_name);
     } else if (type) {
-        file.raw(entry.value_name, *type, to_utf16(*value.text + '\0'));
+        file.raw(entry.value_name, {*type, to_utf16(*value.text + '\0')});
     } else {
         file.text(entry.value_name, *value.text);
     }

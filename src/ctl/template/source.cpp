@@ -3,8 +3,8 @@
 #include "base/text.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
+#include "ctl/io/printable.h"
 #include "ctl/io/registry_names.h"
-#include "ctl/io/visible.h"
 
 #include <algorithm>
 #include <cctype>
@@ -26,9 +26,10 @@ std::string why_nowhere(const TemplateSource& source, const TemplateGroup&, cons
     return source.key.empty() ? "the spec file names no key" : "";
 }
 
-class Reading {
+class SourceReader {
 public:
-    Reading(const std::string& path, unsigned code_page) : code_page_(code_page), value_names_(code_page) {
+    SourceReader(const std::string& path, unsigned code_page)
+        : code_page_(code_page), value_names_(code_page) {
         source_.path = path;
         source_.stem = stem_of(path);
     }
@@ -48,7 +49,7 @@ private:
     RegistryNames value_names_;
 };
 
-TemplateSource Reading::read(const SpecModel& spec) {
+TemplateSource SourceReader::read(const SpecModel& spec) {
     source_.configuration = spec.is_old ? source_.stem : utf8(spec.name);
     source_.key = without_last_backslashes(utf8(spec.registry_path));
     for (const GroupStart& group : spec.groups)
@@ -59,8 +60,8 @@ TemplateSource Reading::read(const SpecModel& spec) {
     return std::move(source_);
 }
 
-/// Other systems than ours compare identifiers, and not all of them with regard to letter case.
-std::string Reading::id_of(const std::string& value_name) {
+/// Some of the systems that compare identifiers ignore letter case.
+std::string SourceReader::id_of(const std::string& value_name) {
     const std::string id = identifier_of(value_name.empty() ? "Default" : value_name);
     std::string own = id;
     for (int number = 2; !ids_.insert(to_lower(own)).second; ++number)
@@ -68,7 +69,7 @@ std::string Reading::id_of(const std::string& value_name) {
     return own;
 }
 
-void Reading::add(const SpecEntry& entry, std::size_t place) {
+void SourceReader::add(const SpecEntry& entry, std::size_t place) {
     if (!entry.declaration.has_value()) {
         add_left_out(entry.declaration);
     } else {
@@ -76,7 +77,7 @@ void Reading::add(const SpecEntry& entry, std::size_t place) {
     }
 }
 
-TemplateEntry Reading::made_of(const Declaration& declaration, std::size_t place) {
+TemplateEntry SourceReader::made_of(const Declaration& declaration, std::size_t place) {
     TemplateEntry entry{};
     entry.value_name = utf8(declaration.value_name);
     entry.id = id_of(entry.value_name);
@@ -94,7 +95,7 @@ TemplateEntry Reading::made_of(const Declaration& declaration, std::size_t place
     return entry;
 }
 
-void Reading::add_left_out(const Declaration& declaration) {
+void SourceReader::add_left_out(const Declaration& declaration) {
     const std::string_view type = declaration.kind->type;
     const char* reason = "it tests a connection";
     if (type == "RemoveKey")
@@ -106,8 +107,8 @@ void Reading::add_left_out(const Declaration& declaration) {
 }
 
 [[noreturn]] void refuse(const std::string& path, const SpecError& error, unsigned code_page) {
-    throw Failure{invalid, path + ":" + std::to_string(error.line) +
-                               ": error: " + visible(to_utf8(error.text, code_page))};
+    throw Failure{ExitCode::invalid, path + ":" + std::to_string(error.line) +
+                                         ": error: " + printable(to_utf8(error.text, code_page))};
 }
 
 } // namespace
@@ -122,7 +123,7 @@ std::string identifier_of(std::string text) {
 
 void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
                const std::string& reason) {
-    source.left_out.push_back(source.path + ":" + std::to_string(line) + ": \"" + visible(title) + "\" (" +
+    source.left_out.push_back(source.path + ":" + std::to_string(line) + ": \"" + printable(title) + "\" (" +
                               std::string(type) + ") is left out: " + reason);
 }
 
@@ -143,7 +144,7 @@ TemplateSource template_source_of(const std::string& path, const SpecModel& spec
         if (!errors->empty())
             refuse(path, errors->front(), code_page);
     }
-    return Reading(path, code_page).read(spec);
+    return SourceReader(path, code_page).read(spec);
 }
 
 } // namespace ctl

@@ -1,6 +1,5 @@
 #pragma once
-/// What every template is made from: a spec file's entries with a value, in UTF-8, each with a name that may
-/// stand in an identifier.
+/// What every template is made from: the entries of a spec file that have a value, in UTF-8.
 #include "ctl/change/state_file.h"
 #include "specfile/spec_model.h"
 
@@ -12,7 +11,7 @@
 namespace ctl {
 
 struct TemplateEntry {
-    /// Letters, digits and underlines; unlike that of every other entry also without regard to letter case.
+    /// Letters, digits and underlines; unique even if letter case is ignored.
     std::string id;
     std::string title;
     std::string value_name;
@@ -20,15 +19,15 @@ struct TemplateEntry {
     std::string_view type;
     ValueForm form;
     std::vector<std::string> options;
-    /// Where there is one to be known; one without text and octets is to be removed.
-    std::optional<WishedValue> value;
+    /// Nothing if it is unknown; one without text and octets is to be removed.
+    std::optional<DesiredValue> value;
     std::size_t line;
-    /// Of the first entry with this value name, in the spec file's order.
+    /// The place, in the spec file's order, of the first entry with this value name.
     std::size_t place;
 };
 
 struct TemplateGroup {
-    /// Empty for entries that stand in none.
+    /// Empty for entries outside any group.
     std::string name;
     std::vector<TemplateEntry> entries;
 };
@@ -39,25 +38,25 @@ struct TemplateSource {
     std::string stem;
     std::string configuration;
     std::string key;
-    /// Without those that have no entry to show.
+    /// Only groups with entries.
     std::vector<TemplateGroup> groups;
-    /// The entries that are in no template, each with the reason, a line each.
+    /// A line for each entry that is left out, with the reason.
     std::vector<std::string> left_out;
 };
 
 /// The text with an underline for all but ASCII letters and digits.
 std::string identifier_of(std::string text);
 
-/// Notes that an entry is left out, and why.
+/// Notes that an entry is left out.
 void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
                const std::string& reason);
 
-/// Likewise all entries that `why_not` gives a reason for, and then the groups without an entry.
+/// Leaves out all entries for which `why_not` gives a reason, and then the groups without entries.
 using WhyNot = std::string (*)(const TemplateSource&, const TemplateGroup&, const TemplateEntry&);
 void leave_out_if(TemplateSource& source, WhyNot why_not);
 
-/// The source in a spec file that stands at `path`. Entries without a value are told as unmapped. Throws
-/// Failure when the file has an error.
+/// Makes the source from the spec file at `path`, and leaves out the entries without a value. Throws Failure
+/// if the file has an error.
 TemplateSource template_source_of(const std::string& path, const SpecModel& spec, unsigned code_page);
 
 } // namespace ctl

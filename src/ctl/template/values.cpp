@@ -1,8 +1,7 @@
 #include "ctl/template/values.h"
 
-#include "ctl/change/state_check.h"
+#include "ctl/check/state_check.h"
 #include "ctl/io/encoding.h"
-#include "ctl/template/present_values.h"
 #include "specfile/value_text.h"
 
 namespace ctl {
@@ -16,20 +15,20 @@ template <typename Each> void for_all(TemplateSource& source, Each each) {
 }
 
 /// A value of another type stays as the state has it.
-WishedValue as_stored(WishedValue wished, const Declaration& declaration, unsigned code_page) {
-    if (wished.text && wished.type.empty())
-        wished.text =
-            to_utf8(stored_by_page(declaration, desired_text(wished, declaration, code_page)), code_page);
-    return wished;
+DesiredValue as_stored(DesiredValue desired, const Declaration& declaration, unsigned code_page) {
+    if (desired.text && desired.type.empty())
+        desired.text =
+            to_utf8(stored_by_page(declaration, desired_text(desired, declaration, code_page)), code_page);
+    return desired;
 }
 
 } // namespace
 
-void fill_from_state(TemplateSource& source, const SpecModel& spec, const WishedConfiguration& wished,
+void fill_from_state(TemplateSource& source, const SpecModel& spec, const DesiredConfiguration& desired,
                      unsigned code_page) {
     DesiredEntries entries(spec, code_page);
-    std::vector<std::optional<WishedValue>> values(spec.entries.size());
-    for (const WishedValue& each : wished.values) {
+    std::vector<std::optional<DesiredValue>> values(spec.entries.size());
+    for (const DesiredValue& each : desired.values) {
         const std::size_t place = entries.place_of(each);
         values[place] = as_stored(each, spec.entries[place].declaration, code_page);
     }

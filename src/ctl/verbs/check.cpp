@@ -1,14 +1,10 @@
-#include "ctl/check/check_report.h"
 #include "ctl/check/spec_check.h"
-#include "ctl/check/state_findings.h"
+#include "ctl/check/state_check.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/files.h"
-#include "ctl/io/sha256.h"
+#include "ctl/io/system.h"
 #include "ctl/verbs/verbs.h"
-
-#include <algorithm>
 
 namespace ctl {
 namespace {
@@ -61,14 +57,14 @@ private:
     std::vector<CheckedSpec> specs_;
 };
 
-int check(const Arguments& arguments) {
+ExitCode check(const Arguments& arguments) {
     Checking checking(arguments.code_page.value_or(machine_code_page()), !arguments.state.empty());
     for (const std::string& path : arguments.operands)
         checking.take_spec(path);
     if (!arguments.state.empty())
         checking.take_state(arguments.state);
-    print(check_report(checking.files(), arguments.format));
-    return has_errors(checking.files()) ? invalid : as_wished;
+    print(report_findings(checking.files(), arguments.format));
+    return has_errors(checking.files()) ? ExitCode::invalid : ExitCode::success;
 }
 
 } // namespace

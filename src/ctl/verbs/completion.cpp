@@ -1,12 +1,12 @@
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/verbs/verbs.h"
 
 namespace ctl {
 namespace {
 
-/// What may be typed at a place of the command line. The place is the verb, or the verb and the option that
-/// stands before; empty for the verb itself.
+/// The words that may be typed at a place of the command line. The name of the place is the verb, or the verb
+/// and the option before it; empty for the verb itself.
 struct Place {
     std::string name;
     std::vector<std::string> words;
@@ -26,7 +26,7 @@ void add_places(std::vector<Place>& places, const Verb& verb) {
 
 std::vector<Place> all_places() {
     std::vector<Place> places{{"", {}}};
-    for (const Verb* const verb : verbs()) {
+    for (const Verb* const verb : verbs) {
         if (verb->run == nullptr)
             continue;
         places.front().words.emplace_back(verb->name);
@@ -84,9 +84,9 @@ Register-ArgumentCompleter -Native -CommandName 'tavrinctl', 'tavrinctl.exe' -Sc
 )";
 }
 
-int complete(const Arguments& arguments) {
+ExitCode complete(const Arguments& arguments) {
     print(arguments.operands.front() == "bash" ? for_bash() : for_powershell());
-    return as_wished;
+    return ExitCode::success;
 }
 
 } // namespace

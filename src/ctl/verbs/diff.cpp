@@ -1,12 +1,9 @@
 #include "ctl/diff/formats.h"
 #include "ctl/failure.h"
-#include "ctl/io/files.h"
 #include "ctl/io/system.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 
 namespace ctl {
 namespace {
@@ -25,12 +22,12 @@ const Form& form_named(const std::string& name) {
     return found == std::end(forms) ? forms[0] : *found;
 }
 
-/// What is no report is a machine with a problem, so that one bad file does not hide the others.
+/// A file that is no report counts as a machine with a problem, so that it does not hide the others.
 MachineDifferences compared(const State& desired, const std::string& path) {
     try {
         const auto octets = read_file(path, longest_json);
         if (!octets)
-            throw Failure{failed, why_unreadable()};
+            throw Failure{ExitCode::failed, why_unreadable()};
         MachineDifferences machine = compare(desired, read_report(*octets));
         if (machine.machine.empty())
             machine.machine = path;
@@ -43,8 +40,8 @@ MachineDifferences compared(const State& desired, const std::string& path) {
     }
 }
 
-/// A folder stands for the reports in it. One without any stays itself, which cannot be read: no report must
-/// not look like no drift.
+/// A folder stands for the reports in it. A folder without reports stays in the list and gives a problem when
+/// it is read, because a missing report must not look like a machine without drift.
 void add_paths(std::vector<std::string>& paths, const std::string& operand) {
     const std::size_t before = paths.size();
     for (const std::string& name : names_in(operand)) {
@@ -63,7 +60,7 @@ std::vector<std::string> report_paths(const Arguments& arguments) {
     return paths;
 }
 
-int diff(const Arguments& arguments) {
+ExitCode diff(const Arguments& arguments) {
     const State desired = read_state_file(arguments.operands.front());
     std::vector<MachineDifferences> machines;
     for (const std::string& path : report_paths(arguments))
@@ -72,8 +69,8 @@ int diff(const Arguments& arguments) {
     const Fleet fleet(std::move(machines));
     form_named(arguments.format).print(fleet);
     if (fleet.with_problems != 0)
-        return invalid;
-    return arguments.exit_code && fleet.drifting != 0 ? differs : as_wished;
+        return ExitCode::invalid;
+    return arguments.exit_code && fleet.drifting != 0 ? ExitCode::drift : ExitCode::success;
 }
 
 } // namespace

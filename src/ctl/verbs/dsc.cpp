@@ -3,13 +3,12 @@
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/files.h"
+#include "ctl/io/system.h"
 #include "ctl/verbs/verbs.h"
 
 #include <algorithm>
 
-/// An instance is one configuration: its name is the key, its values are the properties that an engine
-/// compares.
+/// An instance is one configuration. Its name is the key, and an engine compares its values.
 ///
 ///     {"name":"Tavrin Agent","values":{"Port":"5000","Compress":true}}
 namespace ctl {
@@ -25,22 +24,22 @@ constexpr const char* instance_schema =
     R"("_inDesiredState":{"type":["boolean","null"],"readOnly":true}}})"
     "\n";
 
-WishedConfiguration read_instance() {
+DesiredConfiguration read_instance() {
     const auto octets = read_file("-", longest_json);
     if (!octets)
-        throw Failure{failed, "the standard input cannot be read"};
+        throw Failure{ExitCode::failed, "the standard input cannot be read"};
     const JsonTree instance = read_json(*octets);
     if (instance.kind != JsonTree::Kind::object)
-        throw Failure{invalid, "the instance is not an object"};
+        throw Failure{ExitCode::invalid, "the instance is not an object"};
     refuse_unknown(instance, "the instance", {"name", "service", "values", "_inDesiredState"});
     const JsonTree* const values = instance.find("values");
     if (values != nullptr && values->kind != JsonTree::Kind::object)
-        throw Failure{invalid, "\"values\" is not an object"};
+        throw Failure{ExitCode::invalid, "\"values\" is not an object"};
     if (instance.find("name") == nullptr)
-        throw Failure{invalid, "the instance has no member \"name\""};
+        throw Failure{ExitCode::invalid, "the instance has no member \"name\""};
     return {text_member(instance, "name"),
             {},
-            values != nullptr ? read_values(*values) : std::vector<WishedValue>()};
+            values != nullptr ? read_values(*values) : std::vector<DesiredValue>()};
 }
 
 Json instance_of(const MachineConfiguration& configuration, Json values) {
@@ -49,7 +48,7 @@ Json instance_of(const MachineConfiguration& configuration, Json values) {
             {"values", std::move(values)}};
 }
 
-/// A value too long to be read is none that anybody could ask for.
+/// Nobody can ask for a value that is too long to be read.
 Json all_values(const MachineConfiguration& configuration) {
     const std::vector<StoredValue> stored = stored_values(configuration);
     Json values = Json::object();
@@ -64,68 +63,68 @@ Json all_values(const MachineConfiguration& configuration) {
 enum class Moment { before, after };
 
 /// Only the values that were asked for.
-Json asked_values(const ConfigurationChanges& changes, Moment moment) {
+Json asked_values(const ConfigurationPlan& plan, Moment moment) {
     Json values = Json::object();
-    for (const Change& each : changes.changes) {
+    for (const Change& each : plan.changes) {
         values[to_utf8(each.value_name())] =
             moment == Moment::after ? json_of_result(each) : json_of(each.before);
     }
     return values;
 }
 
-int get(const Arguments&) {
-    const WishedConfiguration wished = read_instance();
+ExitCode get(const Arguments&) {
+    const DesiredConfiguration desired = read_instance();
     const Machine machine = read_machine();
-    const MachineConfiguration& configuration = configuration_named(machine, wished.name);
+    const MachineConfiguration& configuration = configuration_named(machine, desired.name);
     print(to_line(instance_of(configuration, all_values(configuration))));
-    return as_wished;
+    return ExitCode::success;
 }
 
-int test_instance(const Arguments&) {
+ExitCode test_instance(const Arguments&) {
     const Machine machine = read_machine();
-    const std::vector<ConfigurationChanges> changes = plan_changes(machine, {read_instance()});
-    Json instance =
-        instance_of(*changes.front().configuration, asked_values(changes.front(), Moment::before));
-    instance["_inDesiredState"] = all_in_sync(changes);
+    const Plan plan = plan_state(machine, {read_instance()});
+    Json instance = instance_of(*plan.front().configuration, asked_values(plan.front(), Moment::before));
+    instance["_inDesiredState"] = is_in_sync(plan);
     print(to_line(instance));
-    return as_wished;
+    return ExitCode::success;
 }
 
-void tell(const Done& done) {
-    if (!done.backup.empty())
-        say("previous values saved to " + done.backup, Level::info);
-    for (const ConfigurationChanges& each : done.changes) {
+void tell(const ChangeResult& result) {
+    if (!result.backup.empty())
+        say("previous values saved to " + result.backup, Level::info);
+    for (const ConfigurationPlan& each : result.plan) {
         if (each.is_restarted)
             say(restart_text(each), Level::info);
     }
 }
 
-/// Two lines: the state, and the names of the properties that changed.
-int set_instance(const Arguments& arguments) {
+/// Prints two lines: the state, and the names of the properties that changed.
+ExitCode set_instance(const Arguments& arguments) {
     const Machine machine = read_machine();
-    const Done done = carry_out(machine, {read_instance()}, arguments);
-    const ConfigurationChanges& changes = done.changes.front();
-    tell(done);
-    print(to_line(instance_of(*changes.configuration, asked_values(changes, Moment::after))));
-    print(to_line(changes.differ() ? Json::array({"values"}) : Json::array()));
-    return done.code;
+    const auto make_plan = [&] { return plan_state(machine, {read_instance()}); };
+    const ChangeResult result = change_machine(machine, make_plan, arguments);
+    const ConfigurationPlan& plan = result.plan.front();
+    tell(result);
+    print(to_line(instance_of(*plan.configuration, asked_values(plan, Moment::after))));
+    print(to_line(plan.needs_writing() ? Json::array({"values"}) : Json::array()));
+    return result.code;
 }
 
-int export_all(const Arguments&) {
+ExitCode export_all(const Arguments&) {
     const Machine machine = read_machine();
     for (const MachineConfiguration& each : machine)
         print(to_line(instance_of(each, all_values(each))));
-    return as_wished;
+    return ExitCode::success;
 }
 
-int print_schema(const Arguments&) {
+ExitCode print_schema(const Arguments&) {
     print(instance_schema);
-    return as_wished;
+    return ExitCode::success;
 }
 
 struct Operation {
     const char* name;
-    int (*run)(const Arguments&);
+    ExitCode (*run)(const Arguments&);
 };
 
 constexpr Operation operations[] = {
@@ -133,7 +132,7 @@ constexpr Operation operations[] = {
     {"export", export_all}, {"schema", print_schema},
 };
 
-int dsc(const Arguments& arguments) {
+ExitCode dsc(const Arguments& arguments) {
     const auto* const found =
         std::find_if(std::begin(operations), std::end(operations),
                      [&](const Operation& each) { return arguments.operands.front() == each.name; });

@@ -1,13 +1,9 @@
-#include "base/exceptions.h"
 #include "base/text.h"
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/json.h"
-#include "ctl/machine/identity.h"
 #include "ctl/machine/machine.h"
-#include "ctl/machine/stored_value.h"
 #include "ctl/verbs/verbs.h"
 #include "net/discovery.h"
 #include "net/socket.h"
@@ -26,31 +22,14 @@ bool lists_servers(const MachineConfiguration& configuration) {
     });
 }
 
-const Declaration* port_of(const MachineConfiguration& configuration) {
-    const auto& entries = configuration.spec.entries;
-    const auto found = std::find_if(entries.begin(), entries.end(), [](const SpecEntry& each) {
-        return each.declaration.title.text == "Port" && each.declaration.has_value();
-    });
-    return found == entries.end() ? nullptr : &found->declaration;
-}
-
-std::uint16_t configured_port(const MachineConfiguration& configuration, const Declaration& port) {
-    const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
-    try {
-        return static_cast<std::uint16_t>(parse_int(look_up(key, std::string(port.value_name.text)).text));
-    } catch (const error::EParseError& failure) {
-        throw Failure{invalid, "Error reading value: " + to_utf8(failure.full_text())};
-    }
-}
-
-/// Where the window would scan.
+/// The port that the window would scan.
 std::uint16_t find_port() {
     for (const MachineConfiguration& each : read_machine()) {
-        const Declaration* const port = lists_servers(each) ? port_of(each) : nullptr;
-        if (port != nullptr)
-            return configured_port(each, *port);
+        const Declaration* const port = find_titled(each, "Port");
+        if (lists_servers(each) && port != nullptr && port->has_value())
+            return port_titled(each, "Port");
     }
-    throw Failure{usage, "no configuration has a port; use --port"};
+    throw Failure{ExitCode::usage, "no configuration has a port; use --port"};
 }
 
 std::vector<std::string> scan_at(std::uint16_t port, int wait) {
@@ -58,7 +37,7 @@ std::vector<std::string> scan_at(std::uint16_t port, int wait) {
     const char* const problem = scan_servers(port, &block, {.silence = wait});
     const std::unique_ptr<char, void (*)(void*)> owner(block, &std::free);
     if (problem != nullptr)
-        throw Failure{failed, "Error scanning for Tavrin Servers: " + to_utf8(problem)};
+        throw Failure{ExitCode::failed, "Error scanning for Tavrin Servers: " + to_utf8(problem)};
     std::vector<std::string> found;
     split_string(found, join_found_servers(block), ',', false);
     return found;
@@ -78,13 +57,13 @@ void print_found(const std::vector<std::string>& found, std::uint16_t port, bool
         print("no Tavrin Server answered at port " + std::to_string(port) + "\n");
 }
 
-int scan(const Arguments& arguments) {
+ExitCode scan(const Arguments& arguments) {
     const std::uint16_t port = arguments.port ? *arguments.port : find_port();
     if (const std::string problem = start_sockets(); !problem.empty())
-        throw Failure{failed, to_utf8(problem)};
+        throw Failure{ExitCode::failed, to_utf8(problem)};
     say("scanning for Tavrin Servers at port " + std::to_string(port), Level::info);
     print_found(scan_at(port, arguments.wait), port, arguments.json);
-    return as_wished;
+    return ExitCode::success;
 }
 
 } // namespace

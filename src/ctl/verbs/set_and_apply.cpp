@@ -1,82 +1,64 @@
-#include "ctl/change/change.h"
+#include "ctl/change/backup.h"
 #include "ctl/change/report.h"
-#include "ctl/change/restore.h"
-#include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
-#include "ctl/io/files.h"
 #include "ctl/verbs/verbs.h"
-
-#include <algorithm>
 
 namespace ctl {
 namespace {
 
-/// At the first "=": a value may hold more of them.
-WishedValue wished_by(const std::string& word) {
+/// Splits at the first "=", because a value may contain others.
+DesiredValue desired_by(const std::string& word) {
     const std::size_t end = word.find('=');
     if (end == std::string::npos || end == 0)
-        throw Failure{usage, "\"" + word + "\" is not NAME=VALUE\nusage: " + usage_of(set_verb)};
+        throw Failure{ExitCode::usage, "\"" + word + "\" is not NAME=VALUE\nusage: " + usage_of(set_verb)};
     return {word.substr(0, end), word.substr(end + 1)};
 }
 
-std::string report(const Done& done, const Arguments& arguments) {
-    return arguments.json ? to_text(report_of(done.changes, arguments.what_if, done.backup))
-                          : report_text(done.changes, arguments.what_if, done.backup);
-}
-
-/// Values that are written stay written, so a caller who does not get the report is told so, and a service
-/// that did not restart is still what the exit code says.
-int print_report(const Done& done, const Arguments& arguments) {
+/// Written values stay written even if the report is lost, so the caller is told; and the exit code still
+/// says if a service did not restart.
+ExitCode print_report(const ChangeResult& result, const Arguments& arguments) {
     try {
-        print(report(done, arguments));
+        print(arguments.json ? to_text(report_json(result, arguments.what_if))
+                             : report_text(result, arguments.what_if));
         finish_output();
     } catch (const Failure& failure) {
-        if (done.backup.empty())
+        if (result.backup.empty())
             throw;
-        say(failure.text + "; the values were written, the previous ones saved to " + done.backup);
-        return done.code == as_wished ? failure.code : done.code;
+        say(failure.text + "; the values were written, the previous ones saved to " + result.backup);
+        return result.code == ExitCode::success ? failure.code : result.code;
     }
-    const bool tells_difference = arguments.exit_code && !all_in_sync(done.changes);
-    return done.code == as_wished && tells_difference ? differs : done.code;
+    const bool tells_drift = arguments.exit_code && !is_in_sync(result.plan);
+    return result.code == ExitCode::success && tells_drift ? ExitCode::drift : result.code;
 }
 
-int change_and_report(const State& state, const Arguments& arguments) {
+ExitCode change_and_report(const State& state, const Arguments& arguments) {
     const Machine machine = read_machine();
-    return print_report(carry_out(machine, state, arguments), arguments);
+    const auto make_plan = [&] { return plan_state(machine, state); };
+    return print_report(change_machine(machine, make_plan, arguments), arguments);
 }
 
-std::vector<SavedValue> read_saved(const std::string& path) {
-    const auto octets = read_file(path);
-    if (!octets)
-        throw Failure{failed, path + ": " + why_unreadable()};
-    try {
-        return read_backup(*octets);
-    } catch (const Failure& failure) {
-        throw Failure{failure.code, path + ": " + failure.text};
-    }
-}
-
-int restore(const Arguments& arguments) {
-    if (arguments.operands.empty() != arguments.last)
-        throw Failure{usage, "restore needs either a backup or --last\nusage: " + usage_of(restore_verb)};
-    const Machine machine = read_machine();
-    const auto plan = [&] {
-        return plan_restore(machine,
-                            read_saved(arguments.last ? newest_backup() : arguments.operands.front()));
-    };
-    return print_report(carry_out(machine, plan, arguments), arguments);
-}
-
-int set(const Arguments& arguments) {
-    WishedConfiguration wished{arguments.operands.front(), {}, {}};
+ExitCode set(const Arguments& arguments) {
+    DesiredConfiguration desired{arguments.operands.front(), {}, {}};
     for (std::size_t i = 1; i < arguments.operands.size(); ++i)
-        wished.values.push_back(wished_by(arguments.operands[i]));
-    return change_and_report({wished}, arguments);
+        desired.values.push_back(desired_by(arguments.operands[i]));
+    return change_and_report({desired}, arguments);
 }
 
-int apply(const Arguments& arguments) {
+ExitCode apply(const Arguments& arguments) {
     return change_and_report(read_state_file(arguments.operands.front()), arguments);
+}
+
+ExitCode restore(const Arguments& arguments) {
+    if (arguments.operands.empty() != arguments.last)
+        throw Failure{ExitCode::usage,
+                      "restore needs either a backup or --last\nusage: " + usage_of(restore_verb)};
+    const Machine machine = read_machine();
+    const auto make_plan = [&] {
+        return plan_restore(machine,
+                            read_backup(arguments.last ? newest_backup() : arguments.operands.front()));
+    };
+    return print_report(change_machine(machine, make_plan, arguments), arguments);
 }
 
 } // namespace

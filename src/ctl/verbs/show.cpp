@@ -1,11 +1,9 @@
-#include "ctl/change/journal.h"
-#include "ctl/change/report.h"
 #include "ctl/change/state_file.h"
-#include "ctl/exit_codes.h"
+#include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/visible.h"
-#include "ctl/machine/identity.h"
+#include "ctl/io/printable.h"
+#include "ctl/machine/machine.h"
 #include "ctl/machine/service.h"
 #include "ctl/verbs/verbs.h"
 
@@ -18,18 +16,8 @@ namespace {
 using Row = std::array<std::string, 3>;
 
 Row row_of(const SpecEntry& entry, const StoredValue& value) {
-    return {visible(to_utf8(entry.declaration.value_name.text)), std::string(entry.declaration.kind->type),
+    return {printable(to_utf8(entry.declaration.value_name.text)), std::string(entry.declaration.kind->type),
             entry.declaration.has_value() ? shown(value) : "(no value)"};
-}
-
-/// Characters, not octets.
-std::size_t width_of(const std::string& text) {
-    return static_cast<std::size_t>(
-        std::count_if(text.begin(), text.end(), [](char byte) { return (byte & 0xC0) != 0x80; }));
-}
-
-std::string padded(const std::string& text, std::size_t width) {
-    return text + std::string(width - std::min(width_of(text), width) + 2, ' ');
 }
 
 std::size_t widest(const std::vector<Row>& rows, std::size_t column) {
@@ -53,17 +41,17 @@ std::string shown_service(const MachineConfiguration& configuration) {
 }
 
 void print_head(const MachineConfiguration& configuration) {
-    std::string head = visible(to_utf8(configuration.name)) + "\n  key      HKEY_LOCAL_MACHINE\\" +
-                       visible(to_utf8(configuration.key())) + "\n";
+    std::string head = printable(to_utf8(configuration.name)) + "\n  key      HKEY_LOCAL_MACHINE\\" +
+                       printable(to_utf8(configuration.key())) + "\n";
     if (!configuration.service().empty())
-        head += "  service  " + visible(to_utf8(configuration.service())) + " (" +
+        head += "  service  " + printable(to_utf8(configuration.service())) + " (" +
                 shown_service(configuration) + ")\n";
     print(head);
 }
 
-/// Entries that stand in no group have no head of one.
+/// Entries outside any group are in a group without a name.
 void print_group(const MachineConfiguration& configuration, std::size_t group) {
-    const std::string name = visible(to_utf8(configuration.spec.groups[group].name.text));
+    const std::string name = printable(to_utf8(configuration.spec.groups[group].name.text));
     if (!name.empty())
         print("  [" + name + "]\n");
 }
@@ -84,29 +72,29 @@ void print_table(const MachineConfiguration& configuration) {
     }
 }
 
-void print_json(const std::vector<const MachineConfiguration*>& configurations) {
+void print_json(const Configurations& configurations) {
     Json all = Json::object();
     for (const MachineConfiguration* each : configurations)
-        all[to_utf8(each->name)] = described(*each);
+        all[to_utf8(each->name)] = json_of(*each);
     print(to_text({{"schema", schema_version},
                    {"machine", machine_identity()},
                    {"specFiles", spec_files_of(configurations)},
                    {"configurations", std::move(all)}}));
 }
 
-int show(const Arguments& arguments) {
+ExitCode show(const Arguments& arguments) {
     const Machine machine = read_machine();
     const auto configurations = chosen(machine, arguments.operands);
     if (arguments.json) {
         print_json(configurations);
-        return as_wished;
+        return ExitCode::success;
     }
     for (const MachineConfiguration* each : configurations) {
         if (each != configurations.front())
             print("\n");
         print_table(*each);
     }
-    return as_wished;
+    return ExitCode::success;
 }
 
 } // namespace

@@ -1,11 +1,8 @@
 #include "base/text.h"
-#include "ctl/change/state_check.h"
-#include "ctl/check/state_findings.h"
+#include "ctl/check/state_check.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/files.h"
-#include "ctl/io/sha256.h"
 #include "ctl/io/system.h"
 #include "ctl/template/formats.h"
 #include "ctl/template/values.h"
@@ -58,7 +55,7 @@ const Format& format_named(const std::string& name) {
 CheckedSpec read_spec(const std::string& path) {
     auto octets = read_file(path);
     if (!octets)
-        throw Failure{invalid, path + ": " + why_unreadable()};
+        throw Failure{ExitCode::invalid, path + ": " + why_unreadable()};
     std::string digest = sha256(*octets);
     return {SpecModel(std::move(*octets)), std::move(digest)};
 }
@@ -95,7 +92,7 @@ private:
     const Format& format_;
     unsigned code_page_;
     std::vector<CheckedSpec> specs_;
-    /// Of each of them.
+    /// One for each spec file.
     std::vector<TemplateSource> sources_;
 };
 
@@ -117,22 +114,22 @@ void Making::refuse_alike(const TemplateSource& one, const TemplateSource& other
     const std::string both = one.path + " and " + other.path;
     const std::string prefix = policy_prefix(one);
     if (same_ignoring_case(one.stem, other.stem))
-        throw Failure{invalid, both + " would make templates with the same name"};
+        throw Failure{ExitCode::invalid, both + " would make templates with the same name"};
     if (format_.is_of_policies && same_ignoring_case(prefix, policy_prefix(other)))
-        throw Failure{invalid, both + " would make templates with the same prefix \"" + prefix +
-                                   "\"; rename one of them"};
+        throw Failure{ExitCode::invalid, both + " would make templates with the same prefix \"" + prefix +
+                                             "\"; rename one of them"};
 }
 
 void Making::take_state(const State& state) {
     check(state);
-    for (const WishedConfiguration& each : state) {
+    for (const DesiredConfiguration& each : state) {
         const std::size_t place =
             static_cast<std::size_t>(find_spec(each, specs_, code_page_) - specs_.data());
         fill_from_state(sources_[place], specs_[place].spec, each, code_page_);
     }
 }
 
-/// A template reaches many machines, so what `apply` refuses on each of them is in none.
+/// A template reaches many machines, so it must not contain what `apply` refuses.
 void Making::check(const State& state) const {
     Problems problems;
     for (const Finding& each : check_state(state, specs_, code_page_)) {
@@ -153,7 +150,7 @@ void Making::drop_what_is_lacking() {
     }
     for (const TemplateSource& source : sources_) {
         if (source.groups.empty())
-            throw Failure{invalid,
+            throw Failure{ExitCode::invalid,
                           source.path +
                               ": none of the entries can be mapped, so there is no template to write"};
     }
@@ -172,14 +169,14 @@ void write(const std::string& out, const TemplateFile& file) {
     const std::string folder = file.folder.empty() ? out : join_path(out, file.folder);
     const std::string path = join_path(folder, file.name);
     if (!make_folders(folder) || !write_file(path, file.octets))
-        throw Failure{failed, path + ": the file cannot be written"};
+        throw Failure{ExitCode::failed, path + ": the file cannot be written"};
     print(path + "\n");
 }
 
-int make_template(const Arguments& arguments) {
+ExitCode make_template(const Arguments& arguments) {
     for (const TemplateFile& file : Making(arguments).make())
         write(arguments.out, file);
-    return as_wished;
+    return ExitCode::success;
 }
 
 } // namespace

@@ -1,20 +1,16 @@
-#include "base/exceptions.h"
-#include "base/text.h"
 #include "ctl/change/state_file.h"
 #include "ctl/failure.h"
 #include "ctl/io/console.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/json.h"
-#include "ctl/io/visible.h"
-#include "ctl/machine/identity.h"
+#include "ctl/io/printable.h"
+#include "ctl/io/system.h"
 #include "ctl/machine/machine.h"
-#include "ctl/machine/stored_value.h"
-#include "ctl/verbs/bounded_network.h"
 #include "ctl/verbs/verbs.h"
 #include "net/socket.h"
 #include "protocol/try_servers.h"
 
-#include <algorithm>
+#include <chrono>
+#include <memory>
 
 namespace ctl {
 namespace {
@@ -28,45 +24,58 @@ const Declaration* connection_test_of(const MachineConfiguration& configuration)
     return last;
 }
 
-/// The value of the first entry with the title, as the window's own test takes it.
-std::string value_titled(const MachineConfiguration& configuration, const MachineKey& key,
-                         std::string_view title) {
-    const std::vector<SpecEntry>& entries = configuration.spec.entries;
-    const auto found = std::find_if(entries.begin(), entries.end(), [&](const SpecEntry& each) {
-        return each.declaration.title.text == title;
-    });
-    if (found == entries.end())
-        throw Failure{invalid, "Did not find anything with the title \"" + to_utf8(title) + "\""};
-    if (!found->declaration.has_value())
-        throw Failure{invalid, "Found title, but it is not a CommonRegKey"};
-    return look_up(key, std::string(found->declaration.value_name.text)).text;
+using Clock = std::chrono::steady_clock;
+
+Clock::time_point give_up_at;
+
+std::chrono::milliseconds time_left() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(give_up_at - Clock::now());
 }
 
-std::uint16_t port_from(const std::string& text) {
-    try {
-        return static_cast<std::uint16_t>(parse_int(text));
-    } catch (const error::EParseError& failure) {
-        throw Failure{invalid, "Error reading value: " + to_utf8(failure.full_text())};
-    }
+/// Windows has no limit for its wait for a name server that does not answer.
+net::HostLookup look_up(const char* name) {
+    const auto found = std::make_shared<net::HostLookup>();
+    const auto ask = [found, host = std::string(name)] { *found = net::look_up_host(host.c_str()); };
+    if (!finishes_within(time_left(), ask))
+        return {.failed = true, .code = WSAETIMEDOUT};
+    return *found;
 }
+
+/// While it exists, one limit applies to a whole attempt: to the look-up of the server's name, the connection
+/// and every answer together.
+class BoundedNetwork {
+public:
+    BoundedNetwork() {
+        net::patience = time_left;
+        net::host_lookup = look_up;
+    }
+    BoundedNetwork(const BoundedNetwork&) = delete;
+    BoundedNetwork& operator=(const BoundedNetwork&) = delete;
+    ~BoundedNetwork() {
+        net::patience = nullptr;
+        net::host_lookup = net::look_up_host;
+    }
+
+    static void begin_attempt(std::chrono::seconds limit) { give_up_at = Clock::now() + limit; }
+};
 
 std::string place(const std::string& host, const std::string& port) {
-    return visible(to_utf8(host)) + ":" + visible(port);
+    return printable(to_utf8(host)) + ":" + printable(port);
 }
 
-/// Of several things that went wrong one ends the program: what kept a test from being made counts more than
-/// a server that refused.
+/// Decides which of several failures gives the exit code: one that kept a test from being made counts more
+/// than a server that refused.
 int weight(ExitCode code) {
     switch (code) {
-    case as_wished: return 0;
-    case no_server: return 1;
-    case invalid: return 2;
-    case access_denied: return 4;
+    case ExitCode::success: return 0;
+    case ExitCode::no_server: return 1;
+    case ExitCode::invalid: return 2;
+    case ExitCode::access_denied: return 4;
     default: return 3;
     }
 }
 
-/// Takes the results of all configurations, and prints each as soon as it is there.
+/// Collects the results of all configurations, and prints each at once.
 class Results final : public TrialListener {
 public:
     explicit Results(const Arguments& arguments) : arguments_(arguments) {}
@@ -76,7 +85,7 @@ public:
     bool bad_port(const ServerItem& item) override;
 
     void test(const MachineConfiguration& configuration, const Declaration& test);
-    /// Why no server of the configuration was tried.
+    /// Notes why no server of the configuration was tried.
     void none_tried(const Failure& failure);
 
     ExitCode code() const { return code_; }
@@ -90,29 +99,29 @@ private:
 
     const Arguments& arguments_;
     std::string configuration_;
-    ExitCode code_ = as_wished;
+    ExitCode code_ = ExitCode::success;
     Json servers_ = Json::array();
 };
 
 void Results::trying(const std::string& host, std::uint16_t port) {
     say("testing the connection to " + place(host, std::to_string(port)), Level::info);
-    BoundedNetwork::begin(std::chrono::seconds(arguments_.timeout));
+    BoundedNetwork::begin_attempt(std::chrono::seconds(arguments_.timeout));
 }
 
 void Results::tried(const std::string& host, std::uint16_t port, const char* problem) {
     const std::string reason = problem != nullptr ? to_utf8(problem) : "";
     print_line(place(host, std::to_string(port)),
-               problem != nullptr ? "failed: " + visible(reason) : "accepted");
+               problem != nullptr ? "failed: " + printable(reason) : "accepted");
     add(to_utf8(host), port, problem != nullptr ? Json(reason) : Json());
-    end_with(problem != nullptr ? no_server : as_wished);
+    end_with(problem != nullptr ? ExitCode::no_server : ExitCode::success);
 }
 
 bool Results::bad_port(const ServerItem& item) {
     const std::string port = to_utf8(item.port_text.value_or(""));
     const std::string reason = "the port \"" + port + "\" is not a number";
-    print_line(place(item.host, port), "failed: " + visible(reason));
+    print_line(place(item.host, port), "failed: " + printable(reason));
     add(to_utf8(item.host), Json(), reason);
-    end_with(invalid);
+    end_with(ExitCode::invalid);
     return true;
 }
 
@@ -152,22 +161,21 @@ void Results::test(const MachineConfiguration& configuration, const Declaration&
 }
 
 void Results::test_all_servers(const MachineConfiguration& configuration, const Declaration& test) {
-    const MachineKey key(configuration.key(), KEY_QUERY_VALUE);
     const auto value = [&](std::size_t title) {
-        return value_titled(configuration, key, test.further[title].text);
+        return value_titled(configuration, test.further[title].text);
     };
     const AgentIdentity agent{value(0), value(1)};
     const std::string servers = value(2);
-    const std::uint16_t port = port_from(value(3));
+    const std::uint16_t port = port_titled(configuration, test.further[3].text);
     if (servers.find_first_not_of(',') == std::string::npos)
-        throw Failure{no_server, "the server list is empty, so no server was reached"};
+        throw Failure{ExitCode::no_server, "the server list is empty, so no server was reached"};
     try_servers(servers, port, agent, *this);
 }
 
-int test_all(const Arguments& arguments) {
+ExitCode test_all(const Arguments& arguments) {
     const Machine machine = read_machine();
     if (const std::string problem = start_sockets(); !problem.empty())
-        throw Failure{failed, to_utf8(problem)};
+        throw Failure{ExitCode::failed, to_utf8(problem)};
     const BoundedNetwork bounded;
     Results results(arguments);
     bool any = false;
@@ -178,7 +186,7 @@ int test_all(const Arguments& arguments) {
         }
     }
     if (!any)
-        throw Failure{invalid, "no configuration has a connection test"};
+        throw Failure{ExitCode::invalid, "no configuration has a connection test"};
     if (arguments.json)
         print(to_text({{"schema", schema_version},
                        {"machine", machine_identity()},

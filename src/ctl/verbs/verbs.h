@@ -1,15 +1,11 @@
 #pragma once
-/// Every verb of both programs. Each is defined, with its help, in the file that runs it; a program for Linux
-/// has none of those that need a registry or services and says so, in linux/only_on_windows.cpp.
+/// Every verb of both programs. Each is defined, with its help, in the file that runs it. linux/main.cpp has
+/// the verbs that the program for Linux lacks because they need a registry or services.
 #include "ctl/arguments.h"
 
 #include <limits>
-#include <span>
 
 namespace ctl {
-
-/// In the order of --help.
-std::span<const Verb* const> verbs();
 
 extern const Verb check_verb;
 extern const Verb show_verb;
@@ -22,6 +18,11 @@ extern const Verb template_verb;
 extern const Verb diff_verb;
 extern const Verb dsc_verb;
 extern const Verb completion_verb;
+
+/// In the order of --help.
+inline constexpr const Verb* verbs[] = {&check_verb,   &show_verb, &set_verb,       &apply_verb,
+                                        &restore_verb, &test_verb, &scan_verb,      &template_verb,
+                                        &diff_verb,    &dsc_verb,  &completion_verb};
 
 inline constexpr std::size_t any_number = std::numeric_limits<std::size_t>::max();
 

@@ -1,5 +1,5 @@
 #include "ctl/io/system.h"
-#include "ctl/io/windows/wide.h"
+#include "ctl/io/windows/encoding.h"
 #include "ctl/program.h"
 #include "platform/dll_search.h"
 #include "platform/win32.h"
@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// The C library would take "*" in a value for the names of files.
+/// Keeps the C library from replacing a "*" in a value by the names of files.
 extern "C" {
 extern int _dowildcard;
 int _dowildcard = 0;
@@ -15,7 +15,7 @@ int _dowildcard = 0;
 
 namespace {
 
-/// Nobody may be asked anything: no box of the system's when a disk is missing or the program breaks off.
+/// Keeps the system from showing a box if a disk is missing or the program crashes.
 void ask_nobody() {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
     ctl::make_binary(stdout);
@@ -30,5 +30,5 @@ int wmain(int count, wchar_t** words) {
     std::vector<std::string> own;
     for (int i = 1; i < count; ++i)
         own.push_back(ctl::from_wide(words[i]));
-    return ctl::run_program(own);
+    return static_cast<int>(ctl::run_program(own));
 }

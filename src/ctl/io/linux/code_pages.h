@@ -6,7 +6,7 @@
 
 namespace ctl {
 
-/// One octet from 0x80 on, or two of which the first is in the upper half, and what they stand for.
+/// One octet from 0x80 on, or two of which the first is in the upper half, and their character.
 struct CodePageCharacter {
     std::uint16_t octets;
     std::uint16_t character;

@@ -30,7 +30,7 @@ void append_utf8(std::string& text, char32_t character) {
         append(0x80 | (character >> 6 * rest & 0x3F));
 }
 
-/// How many octets follow the first one of a character; nothing when none begins with it.
+/// The number of octets that follow the first one of a character; nothing if no character begins so.
 std::optional<unsigned> octets_after(unsigned first) {
     if (first < 0x80)
         return 0;
@@ -46,7 +46,7 @@ bool is_shortest(char32_t character, unsigned more) {
 
 bool is_character(char32_t value) { return value < 0xD800 || (value > 0xDFFF && value < 0x110000); }
 
-/// Takes one character off the front of UTF-8; nothing, and takes nothing, when there is none.
+/// Takes one character off the front of UTF-8. Returns nothing, and takes nothing, if there is none.
 std::optional<char32_t> take_utf8(std::string_view& text) {
     const auto more = octets_after(octet(text, 0));
     if (!more || text.size() <= *more)
@@ -70,7 +70,7 @@ std::optional<char32_t> find_character(const CodePage& page, unsigned octets) {
     return found->character;
 }
 
-/// The same for text in a code page, which says itself where two octets are one character.
+/// The same for text in a code page, where one or two octets are a character.
 std::optional<char32_t> take_character(std::string_view& text, const CodePage& page) {
     const unsigned first = octet(text, 0);
     std::optional<char32_t> character = first < 0x80 ? first : find_character(page, first);
@@ -84,7 +84,7 @@ std::optional<char32_t> take_character(std::string_view& text, const CodePage& p
     return character;
 }
 
-/// What each character of a code page is written as.
+/// The octets of each character of a code page.
 const std::map<char32_t, unsigned>& by_character(const CodePage& page) {
     static std::map<unsigned, std::map<char32_t, unsigned>> pages;
     auto& characters = pages[page.number];
@@ -114,7 +114,7 @@ char32_t utf16_unit(std::string_view octets, std::size_t place) {
     return octet(octets, place) | octet(octets, place + 1) << 8;
 }
 
-/// Takes one character off the front of UTF-16; nothing when there is none.
+/// Takes one character off the front of UTF-16; nothing if there is none.
 std::optional<char32_t> take_utf16(std::string_view& octets) {
     const char32_t first = utf16_unit(octets, 0);
     octets.remove_prefix(2);

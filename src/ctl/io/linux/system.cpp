@@ -1,12 +1,17 @@
 #include "ctl/io/system.h"
 
 #include "ctl/failure.h"
+#include "ctl/io/printable.h"
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <future>
+#include <memory>
+#include <sha256.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace ctl {
@@ -36,7 +41,7 @@ void remove_file(const std::string& path) { unlink(path.c_str()); }
 void* hold_file(const std::string& path) {
     std::FILE* const file = open_file(path, "ab");
     if (file == nullptr)
-        throw Failure{failed, "cannot open " + path + ": " + std::strerror(errno)};
+        throw Failure{ExitCode::failed, "cannot open " + path + ": " + std::strerror(errno)};
     if (flock(fileno(file), LOCK_EX | LOCK_NB) == 0)
         return file;
     std::fclose(file);
@@ -68,5 +73,29 @@ bool write_text(std::FILE* file, std::string_view text) {
 }
 
 void make_binary(std::FILE*) {}
+
+std::string sha256(std::string_view octets) {
+    SHA256_CTX state;
+    SHA256Init(&state);
+    SHA256Update(&state, reinterpret_cast<const std::uint8_t*>(octets.data()), octets.size());
+    std::uint8_t digest[SHA256_DIGEST_LENGTH];
+    SHA256Final(digest, &state);
+    return hex_of({reinterpret_cast<const char*>(digest), sizeof digest});
+}
+
+bool finishes_within(std::chrono::milliseconds limit, std::function<void()> work) {
+    const auto done = std::make_shared<std::promise<void>>();
+    const std::future<void> end = done->get_future();
+    std::thread([done, own = std::move(work)] {
+        own();
+        done->set_value();
+    }).detach();
+    return end.wait_for(limit) == std::future_status::ready;
+}
+
+/// The services of the tests' Windows end with the process, so there is nothing to start again.
+Uninterrupted::Uninterrupted() = default;
+Uninterrupted::~Uninterrupted() = default;
+bool Uninterrupted::is_over() const { return false; }
 
 } // namespace ctl

@@ -3,13 +3,18 @@
 #include "base/messages.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/windows/wide.h"
+#include "ctl/io/printable.h"
+#include "ctl/io/windows/encoding.h"
 #include "platform/win32.h"
 
 #include <algorithm>
+#include <atomic>
+#include <bcrypt.h>
 #include <fcntl.h>
 #include <io.h>
+#include <memory>
 #include <share.h>
+#include <utility>
 
 namespace ctl {
 namespace {
@@ -21,15 +26,15 @@ HANDLE find_console(std::FILE* file) {
     return GetConsoleMode(handle, &mode) ? handle : nullptr;
 }
 
-/// Looked for once: a report is printed in thousands of pieces.
+/// Searched only once, because a report is printed in thousands of pieces.
 HANDLE console_of(std::FILE* file) {
     static const HANDLE output = find_console(stdout);
     static const HANDLE messages = find_console(stderr);
     return file == stdout ? output : messages;
 }
 
-/// In pieces, because consoles of older systems take no more than 64 KB at once; no piece ends between the
-/// two halves of a character.
+/// Writes in pieces, because consoles of older systems take no more than 64 KB at once. No piece ends between
+/// the two halves of a character.
 bool write_console(HANDLE console, std::wstring_view text) {
     constexpr std::size_t piece = 8192;
     while (!text.empty()) {
@@ -44,6 +49,56 @@ bool write_console(HANDLE console, std::wstring_view text) {
     return true;
 }
 
+constexpr std::size_t digest_size = 32;
+/// The most that one call takes.
+constexpr std::size_t most_octets = 1U << 30;
+
+struct AlgorithmCloser {
+    using pointer = BCRYPT_ALG_HANDLE;
+    void operator()(BCRYPT_ALG_HANDLE algorithm) const { BCryptCloseAlgorithmProvider(algorithm, 0); }
+};
+struct HashCloser {
+    using pointer = BCRYPT_HASH_HANDLE;
+    void operator()(BCRYPT_HASH_HANDLE hash) const { BCryptDestroyHash(hash); }
+};
+
+void check(NTSTATUS status) {
+    if (!BCRYPT_SUCCESS(status))
+        throw Failure{ExitCode::failed,
+                      "Windows cannot compute a SHA-256 (error " + std::to_string(status) + ")"};
+}
+
+/// On older systems bcrypt.dll is not among the known DLLs, so the first call to it would search the
+/// program's folder if it is not loaded yet.
+void load_from_system_folder() {
+    wchar_t folder[MAX_PATH];
+    const UINT size = GetSystemDirectoryW(folder, MAX_PATH);
+    const std::wstring path = std::wstring(folder, size) + L"\\bcrypt.dll";
+    if (size == 0 || LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH) == nullptr)
+        throw Failure{ExitCode::failed, "Windows cannot compute a SHA-256: bcrypt.dll cannot be loaded"};
+}
+
+// The system calls the handler on a thread of its own.
+std::atomic<bool> end_requested = false;
+HANDLE finished = nullptr;
+
+/// After Ctrl+C the program goes on. In all other cases the system ends it when this returns, or after some
+/// seconds.
+BOOL WINAPI note_request(DWORD kind) {
+    end_requested = true;
+    if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT)
+        WaitForSingleObject(finished, INFINITE);
+    return TRUE;
+}
+
+using Work = std::function<void()>;
+
+DWORD WINAPI run_work(void* given) {
+    const std::unique_ptr<Work> work(static_cast<Work*>(given));
+    (*work)();
+    return 0;
+}
+
 } // namespace
 
 bool write_text(std::FILE* file, std::string_view text) {
@@ -52,7 +107,7 @@ bool write_text(std::FILE* file, std::string_view text) {
     return std::fwrite(text.data(), 1, text.size(), file) == text.size();
 }
 
-/// Not with "x": the C library of older systems does not know it.
+/// The C library of older systems does not know "x".
 std::FILE* open_file(const std::string& path, const char* mode) {
     std::string known = mode;
     const std::size_t fresh = known.find('x');
@@ -100,7 +155,7 @@ void* hold_file(const std::string& path) {
     const DWORD code = GetLastError();
     if (code == ERROR_SHARING_VIOLATION)
         return nullptr;
-    throw Failure{code == ERROR_ACCESS_DENIED ? access_denied : failed,
+    throw Failure{code == ERROR_ACCESS_DENIED ? ExitCode::access_denied : ExitCode::failed,
                   "cannot open " + path + ": " + to_utf8(system_error_string(code))};
 }
 
@@ -129,5 +184,48 @@ std::string join_path(const std::string& folder, const std::string& name) {
 bool is_terminal(std::FILE* file) { return _isatty(_fileno(file)) != 0; }
 
 void make_binary(std::FILE* file) { _setmode(_fileno(file), _O_BINARY); }
+
+std::string sha256(std::string_view octets) {
+    load_from_system_folder();
+    BCRYPT_ALG_HANDLE opened = nullptr;
+    check(BCryptOpenAlgorithmProvider(&opened, BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+    const std::unique_ptr<void, AlgorithmCloser> algorithm(opened);
+    BCRYPT_HASH_HANDLE begun = nullptr;
+    check(BCryptCreateHash(algorithm.get(), &begun, nullptr, 0, nullptr, 0, 0));
+    const std::unique_ptr<void, HashCloser> hash(begun);
+    for (; !octets.empty(); octets.remove_prefix(std::min(octets.size(), most_octets))) {
+        // The call does not write there.
+        auto* const start = reinterpret_cast<PUCHAR>(const_cast<char*>(octets.data()));
+        check(BCryptHashData(hash.get(), start, static_cast<ULONG>(std::min(octets.size(), most_octets)), 0));
+    }
+    std::string digest(digest_size, '\0');
+    check(BCryptFinishHash(hash.get(), reinterpret_cast<PUCHAR>(digest.data()), digest_size, 0));
+    return hex_of(digest);
+}
+
+bool finishes_within(std::chrono::milliseconds limit, std::function<void()> work) {
+    auto owned = std::make_unique<Work>(std::move(work));
+    const HANDLE thread = CreateThread(nullptr, 0, run_work, owned.get(), 0, nullptr);
+    if (thread == nullptr)
+        return false;
+    owned.release(); // owned by the thread now
+    const auto longest = std::max(limit, std::chrono::milliseconds::zero()).count();
+    const DWORD result = WaitForSingleObject(thread, static_cast<DWORD>(longest));
+    CloseHandle(thread);
+    return result == WAIT_OBJECT_0;
+}
+
+Uninterrupted::Uninterrupted() {
+    finished = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    SetConsoleCtrlHandler(note_request, TRUE);
+}
+
+/// The event stays open: a handler may still wait for it.
+Uninterrupted::~Uninterrupted() {
+    SetEvent(finished);
+    SetConsoleCtrlHandler(note_request, FALSE);
+}
+
+bool Uninterrupted::is_over() const { return end_requested; }
 
 } // namespace ctl

@@ -13,19 +13,20 @@ void prepare(const std::string& path) {
     mkdir(path.c_str(), 0700);
     struct stat found {};
     if (lstat(path.c_str(), &found) != 0 || !S_ISDIR(found.st_mode))
-        throw Failure{failed, path + " is a link or a file; remove it and run tavrinctl again"};
+        throw Failure{ExitCode::failed, path + " is a link or a file; remove it and run tavrinctl again"};
     if (found.st_uid != geteuid()) {
-        throw Failure{failed, path + " belongs to " + std::to_string(found.st_uid) +
-                                  ", not to the administrators; look at what is in it, remove it and run "
-                                  "tavrinctl again"};
+        throw Failure{ExitCode::failed,
+                      path + " belongs to " + std::to_string(found.st_uid) +
+                          ", not to the administrators; look at what is in it, remove it and run "
+                          "tavrinctl again"};
     }
     if (chmod(path.c_str(), 0700) != 0)
-        throw Failure{failed, "cannot take other users' rights to the folder " + path};
+        throw Failure{ExitCode::failed, "cannot take other users' rights to the folder " + path};
 }
 
 } // namespace
 
-/// Over the substitute, where a test names a folder of its own.
+/// Used by the tests alone, each of which names a folder of its own.
 std::string data_folder() {
     const char* const named = std::getenv("TAVRINCTL_DATA");
     return named != nullptr ? named : "tavrinctl-data";

@@ -3,7 +3,7 @@
 #include "base/messages.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
-#include "ctl/io/windows/wide.h"
+#include "ctl/io/windows/encoding.h"
 #include "platform/win32.h"
 
 #include <memory>
@@ -21,7 +21,7 @@ struct HandleCloser {
 };
 using OwnedHandle = std::unique_ptr<void, HandleCloser>;
 
-/// Owned by the administrators, and open to them and to SYSTEM alone, with whatever is in it.
+/// The folder and everything in it belong to the administrators and are open to them and to SYSTEM alone.
 OwnedMemory protected_descriptor() {
     PSECURITY_DESCRIPTOR descriptor = nullptr;
     ConvertStringSecurityDescriptorToSecurityDescriptorW(L"O:BAD:P(A;OICI;FA;;;SY)(A;OICI;FA;;;BA)",
@@ -30,11 +30,11 @@ OwnedMemory protected_descriptor() {
 }
 
 [[noreturn]] void refuse(const std::string& path, DWORD code, const char* what = "cannot open the folder ") {
-    throw Failure{code == ERROR_ACCESS_DENIED ? access_denied : failed,
+    throw Failure{code == ERROR_ACCESS_DENIED ? ExitCode::access_denied : ExitCode::failed,
                   what + path + ": " + to_utf8(system_error_string(code)) + "; nothing was written"};
 }
 
-/// The folder itself, not what it may be a link to. As long as the handle is open, nobody can rename it.
+/// Opens the folder itself, not the target of a link. While the handle is open, nobody can rename the folder.
 OwnedHandle open_folder(const std::string& path, DWORD access) {
     const HANDLE handle =
         CreateFileW(to_wide(path).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
@@ -44,7 +44,7 @@ OwnedHandle open_folder(const std::string& path, DWORD access) {
     return OwnedHandle(handle);
 }
 
-/// Wine shows a link by its path only.
+/// Wine reports a link only for the path, not for the handle.
 bool is_plain_folder(const std::string& path, const OwnedHandle& folder) {
     BY_HANDLE_FILE_INFORMATION found{};
     if (!GetFileInformationByHandle(folder.get(), &found))
@@ -73,13 +73,13 @@ constexpr std::string_view administrators = "S-1-5-32-544";
 constexpr std::string_view trusted_installer =
     "S-1-5-80-956008885-3418522649-1831038044-1853292631-2271478464";
 
-/// Whoever owns the folder above can replace this one anyway; on Windows that is SYSTEM.
+/// The owner of the folder above, on Windows SYSTEM, can replace this one anyway.
 bool is_trusted(const std::string& owner, const std::string& above) {
     return owner == local_system || owner == administrators || owner == trusted_installer ||
            owner == owner_of(open_folder(above, READ_CONTROL));
 }
 
-/// Also what older versions created, in which every user could create files.
+/// Older versions created the folder with rights for every user.
 void close_to_others(const std::string& path, const OwnedHandle& folder, const OwnedMemory& descriptor) {
     BOOL is_there = FALSE;
     BOOL is_default = FALSE;
@@ -101,21 +101,22 @@ void prepare(const std::string& path, const std::string& above) {
         refuse(path, GetLastError());
     const OwnedHandle folder = open_folder(path, READ_CONTROL | WRITE_DAC | FILE_READ_ATTRIBUTES);
     if (!is_plain_folder(path, folder))
-        throw Failure{failed, path + " is a link or a file; remove it and run tavrinctl again"};
+        throw Failure{ExitCode::failed, path + " is a link or a file; remove it and run tavrinctl again"};
     const std::string owner = owner_of(folder);
     if (!is_trusted(owner, above)) {
-        throw Failure{failed, path + " belongs to " + owner +
-                                  ", not to the administrators; look at what is in it, remove it and run "
-                                  "tavrinctl again"};
+        throw Failure{ExitCode::failed,
+                      path + " belongs to " + owner +
+                          ", not to the administrators; look at what is in it, remove it and run "
+                          "tavrinctl again"};
     }
     close_to_others(path, folder, descriptor);
 }
 
-/// From the system, not from an environment variable, which whoever starts the program may set.
+/// Asks the system, because whoever starts the program can set an environment variable.
 std::string ask_for_program_data() {
     wchar_t path[MAX_PATH];
     if (SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
-        throw Failure{failed, "Windows does not report its folder for program data"};
+        throw Failure{ExitCode::failed, "Windows does not report its folder for program data"};
     return from_wide(path);
 }
 
