@@ -173,6 +173,12 @@ TEST_F(Show, DscTestsAndSets) {
     EXPECT_THAT(dsc("test", desired).out, HasSubstr("\"_inDesiredState\":true"));
 }
 
+TEST_F(Show, DscTellsTheTypeOfAValueThatIsNoText) {
+    set_value(key, "First", REG_DWORD, std::string("\x07\0\0\0", 4));
+    EXPECT_THAT(dsc("get", R"({"name":"Agent"})").out,
+                HasSubstr(R"("First":{"type":"REG_DWORD","octets":"07000000"},"Second":null)"));
+}
+
 TEST_F(Show, DscRefusesInJson) {
     const Ended done = dsc("set", R"({"name":"Agent","values":{"Port":"x"}})");
     EXPECT_EQ(done.code, ctl::ExitCode::invalid);
