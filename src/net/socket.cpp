@@ -199,7 +199,7 @@ const char* socket_send(Socket& socket, const void* bytes, std::size_t length) {
     }
     // Cannot happen, because the loop sends everything; the text is required all the same.
     if (length != 0)
-        return format_error("socket_send did not send all data: length = %zu", length); // GCOVR_EXCL_LINE
+        return format_error("socket_send did not send all data: length = %zu", length);
     return nullptr;
 }
 

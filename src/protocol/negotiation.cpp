@@ -133,7 +133,7 @@ const char* connect_and_negotiate(const char* host, std::uint16_t port, const ch
         return problem;
     // stream_open hands out a stream wherever it does not fail; kept for one that would not.
     if (stream == nullptr)
-        return format_error("Couldn't open connection to server \"%s\"", host); // GCOVR_EXCL_LINE
+        return format_error("Couldn't open connection to server \"%s\"", host);
     const char* problem = negotiate_as(stream, name, domain, used_name, status);
     stream->close(stream);
     return problem;

@@ -120,7 +120,7 @@ void SpecReader::read_declaration() {
     const std::string_view rest = lines_.rest();
     const SpecLine start = read_line();
     if (start.text.empty() || start.text.front() != '$') {
-        statement_ = parse_error(start, "subspec"); // GCOVR_EXCL_LINE: its one caller has seen the "$"
+        statement_ = parse_error(start, "subspec"); // never: its one caller has seen the "$"
         return;
     }
     Declaration& declaration = fresh_declaration();
