@@ -285,4 +285,11 @@ Options:
 )");
 }
 
+TEST_F(Help, OfARestoreOfNothing) {
+    const Ended done = run({"restore"});
+    EXPECT_EQ(done.code, ctl::ExitCode::usage);
+    EXPECT_THAT(done.err, testing::StartsWith("tavrinctl: restore needs either a backup or --last\nusage: "
+                                              "tavrinctl restore [BACKUP.reg] [--last]"));
+}
+
 } // namespace

@@ -52,6 +52,11 @@ TEST_F(Show, ATable) {
 )");
 }
 
+TEST_F(Show, AnEmptyLineBetweenConfigurations) {
+    add_configuration("Old", "SOFTWARE\\Tavrin\\Agent\n$A\nPort\nH\n");
+    EXPECT_THAT(run({"show"}).out, HasSubstr("(no value)\n\nOld\n"));
+}
+
 TEST_F(Show, EntriesInNoGroup) {
     add_configuration("Old", "SOFTWARE\\Tavrin\\Agent\n$A\nPort\nH\n!G\n$B\nNew\nH\n");
     EXPECT_EQ(run({"show", "Old"}).out, "Old\n  key      HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavrin\\Agent\n"

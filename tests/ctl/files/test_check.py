@@ -177,9 +177,10 @@ class Stumbled(Check):
                    '6: warning: "&" in the help text is not shown; it underlines the next letter')
 
     def test_an_ampersand_in_an_entry_of_unknown_type(self):
-        self.finds(GROUP + entry("A", "V", "This & that.", "Text"),
+        self.finds(GROUP + entry("A & B", "V", "C & D", "Text"),
+                   '4: warning: "&" in the title is not shown; it underlines the next letter',
                    '6: warning: "&" in the help text is not shown; it underlines the next letter',
-                   '7: error: Unknown type: "Text", for subspec A')
+                   '7: error: Unknown type: "Text", for subspec A & B')
 
     def test_an_ampersand_in_an_option_is_shown(self):
         self.finds(GROUP + entry("A", "V", "Help.", "Options", "Q&A"))
