@@ -176,14 +176,18 @@ void add_saved(const SavedValue& saved, const MachineConfiguration& configuratio
                const Declaration& declaration, Plan& plan) {
     ConfigurationPlan* found = find(plan, configuration);
     if (found == nullptr) {
-        found = &plan.emplace_back(ConfigurationPlan{.configuration = &configuration, .changes = {}});
+        plan.push_back({.configuration = &configuration, .changes = {}});
+        found = &plan.back();
         found->restart_is_pending = restart_is_pending(configuration.service());
     }
     const LocalKey key(configuration.key(), KEY_QUERY_VALUE);
     const std::string name(declaration.value_name.text);
-    Change& change = found->changes.emplace_back(Change{&declaration, read_value(key, name), std::nullopt});
-    change.saved = saved.value;
-    change.is_needed = read_exactly(key, name) != saved.value;
+    const bool is_needed = read_exactly(key, name) != saved.value;
+    found->changes.push_back({.declaration = &declaration,
+                              .before = read_value(key, name),
+                              .after = std::nullopt,
+                              .is_needed = is_needed,
+                              .saved = saved.value});
 }
 
 /// If several configurations share a key and a value, the first one gets it.
