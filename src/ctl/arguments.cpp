@@ -90,7 +90,7 @@ constexpr Option options[] = {
     {"out", true, [](const Verb&, Arguments& to, const char* value) { to.out = value; },
      "the folder for the files; it is created if it does not exist"},
     {"state", true, [](const Verb&, Arguments& to, const char* value) { to.state = value; },
-     "the state file with the values; default: the values of this machine"},
+     "the state file with the values; default of template: this machine's values"},
     {"backup", true, [](const Verb&, Arguments& to, const char* value) { to.backup = full_path(value); },
      "the folder for the previous values; default: Tavrin\\Backup in C:\\ProgramData"},
     {"keep", true,

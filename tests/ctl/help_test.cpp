@@ -90,7 +90,7 @@ Options:
   --format text|json|sarif|github
       the output format
   --state STATE.json
-      the state file with the values; default: the values of this machine
+      the state file with the values; default of template: this machine's values
   --code-page N
       the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux
 )");
@@ -220,7 +220,7 @@ Options:
   --out FOLDER
       the folder for the files; it is created if it does not exist
   --state STATE.json
-      the state file with the values; default: the values of this machine
+      the state file with the values; default of template: this machine's values
   --code-page N
       the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux
 )");
