@@ -197,6 +197,12 @@ void RegFile::name(std::string_view value_name) {
     text_ += (value_name.empty() ? "@" : escaped(value_name)) + "=";
 }
 
+std::optional<std::string> plain_text(const RegistryValue& value) {
+    const std::string words = from_utf16(value.octets);
+    std::string text = words.substr(0, words.find('\0'));
+    return to_utf16(text + '\0') == value.octets ? std::optional(std::move(text)) : std::nullopt;
+}
+
 /// A line end in a text would end the line of the file.
 void RegFile::text(std::string_view value_name, std::string_view value) {
     if (std::any_of(value.begin(), value.end(), is_control)) {
@@ -208,10 +214,8 @@ void RegFile::text(std::string_view value_name, std::string_view value) {
 }
 
 void RegFile::value(std::string_view value_name, const RegistryValue& value) {
-    const std::string words = value.type == type_text ? from_utf16(value.octets) : "";
-    const std::string plain = words.substr(0, words.find('\0'));
-    if (value.type == type_text && to_utf16(plain + '\0') == value.octets) {
-        text(value_name, plain);
+    if (const auto plain = plain_text(value); plain && value.type == type_text) {
+        text(value_name, *plain);
     } else {
         raw(value_name, value);
     }

@@ -22,6 +22,9 @@ struct RegistryValue {
     bool operator==(const RegistryValue&) const = default;
 };
 
+/// The octets as a text in UTF-8, without the zero that ends it; nothing if they are more than that text.
+std::optional<std::string> plain_text(const RegistryValue& value);
+
 /// Writes a file. Keys, names and texts are UTF-8.
 class RegFile {
 public:

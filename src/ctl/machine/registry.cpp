@@ -90,10 +90,9 @@ StoredValue as_stored(const RegistryValue& exact) {
     StoredValue value;
     value.is_there = true;
     value.type = exact.type;
-    const std::string words = from_utf16(exact.octets);
-    const std::string text = words.substr(0, words.find('\0'));
-    const auto own = from_utf8(text);
-    if (is_text(exact.type) && own && to_utf16(text + '\0') == exact.octets) {
+    const auto text = plain_text(exact);
+    const auto own = text ? from_utf8(*text) : std::nullopt;
+    if (is_text(exact.type) && own) {
         value.text = *own;
     } else {
         value.octets = exact.octets;

@@ -10,12 +10,11 @@ namespace {
 /// A text, of any length and with characters that the code page lacks, if nothing else is stored;
 /// octets otherwise.
 DesiredValue desired_as(const RegistryValue& stored, const std::string& name) {
-    const std::string words = from_utf16(stored.octets);
-    const std::string text = words.substr(0, words.find('\0'));
+    const auto text = plain_text(stored);
     const bool is_text = stored.type == REG_SZ || stored.type == REG_EXPAND_SZ;
-    if (!is_text || to_utf16(text + '\0') != stored.octets)
+    if (!is_text || !text)
         return {name, std::nullopt, JsonTree::Kind::text, type_name(stored.type), stored.octets};
-    return {name, text, JsonTree::Kind::text, stored.type == REG_SZ ? "" : type_name(stored.type)};
+    return {name, *text, JsonTree::Kind::text, stored.type == REG_SZ ? "" : type_name(stored.type)};
 }
 
 } // namespace
