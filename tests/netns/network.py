@@ -12,6 +12,7 @@ import sys
 import time
 
 HERE = pathlib.Path(__file__).resolve().parent
+TOP = HERE.parents[1]
 PATIENCE = 30
 SKIPPED = 77
 
@@ -50,6 +51,8 @@ def expect(what, actual, expected):
 
 def lines_of(host, command):
     """What a test program prints that ends well on this host, without the last line, which says so."""
+    if is_for_windows(command):
+        start_wine(host)
     run = subprocess.run(["ip", "netns", "exec", host, *command], capture_output=True, text=True, timeout=200,
                          check=False)
     lines = [line.strip() for line in run.stdout.splitlines()]
@@ -59,7 +62,22 @@ def lines_of(host, command):
 
 
 def wine_server(*arguments):
-    subprocess.run(["wineserver", *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+    run_unheard("wineserver", *arguments)
+
+
+def run_unheard(*command):
+    subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+
+
+def start_wine(host):
+    """Starts Wine on the host for as long as the test runs. Services that the program itself started would hold its
+    output open, and a service that hangs would keep the test waiting."""
+    for command in ("wineserver", "--persistent"), ("cmd", "/c", "exit"):
+        run_unheard("ip", "netns", "exec", host, TOP / "script/wine", *command)
+
+
+def is_for_windows(command):
+    return any(word.endswith(".exe") for word in command)
 
 
 def run_on_own_network(case, program):
@@ -73,7 +91,7 @@ def run_on_own_network(case, program):
 def run_isolated(case, program):
     """Runs the case, a function of a network and of the program, in namespaces of its own."""
     isolate()
-    if not program[-1].endswith(".exe"):
+    if not is_for_windows(program):
         run_on_own_network(case, program)
         return
     # Wine's server owns the sockets: one that runs outside would see the real network.
