@@ -25,7 +25,7 @@ std::size_t wrapped_lines(std::string_view text) {
             ++lines;
             column = 0;
         }
-        lines += word / (help_columns + 1);
+        lines += (std::max<std::size_t>(word, 1) - 1) / help_columns;
         column += word + 1;
         text.remove_prefix(std::min(word + 1, text.size()));
     }

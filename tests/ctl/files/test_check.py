@@ -190,6 +190,14 @@ class Stumbled(Check):
                    "4: warning: the title has 28 characters; the page shows about 27",
                    "6: warning: the help text takes about 9 lines; the page shows 6 in the smallest window")
 
+    def test_six_lines_of_help_fit_and_seven_do_not(self):
+        two_a_line, one_a_line, one_word = ("x" * 15 + " " + "x" * 16 + " "), "x" * 17 + " ", "x" * 32
+        for six in two_a_line * 6, one_a_line * 6, one_word * 6:
+            self.finds(GROUP + entry("A", "V", six.rstrip()))
+        for seven in two_a_line * 7, one_a_line * 7, one_word * 6 + "x":
+            self.finds(GROUP + entry("A", "V", seven.rstrip()),
+                       "6: warning: the help text takes about 7 lines; the page shows 6 in the smallest window")
+
     def test_options(self):
         self.finds(GROUP + entry("A", "V", "Help.", "Options", "x" * 1024, "y", "y", ""),
                    "8: warning: the option has 1024 characters; only 1023 are stored",
