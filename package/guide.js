@@ -23,21 +23,23 @@
   var texts = entries.map(function (entry) { return textBelow(placeOf(entry)); });
 
   function show() {
-    var wanted = filter.value.replace(/\s+/g, ' ').trim().toLowerCase();
-    var found = entries.filter(function (entry, place) { return texts[place].indexOf(wanted) >= 0; });
+    var wanted = filter.value.toLowerCase().split(/\s+/);
+    var found = entries.filter(function (entry, place) {
+      return wanted.every(function (word) { return texts[place].indexOf(word) >= 0; });
+    });
     entries.forEach(function (entry) {
       entry.hidden = !found.some(function (other) { return entry.contains(other); });
     });
-    chapters.forEach(function (chapter) { chapter.open = wanted !== '' && !chapter.parentNode.hidden; });
+    chapters.forEach(function (chapter) { chapter.open = filter.value !== '' && !chapter.parentNode.hidden; });
     none.hidden = found.length > 0;
-    if (wanted === '') { mark(); }
+    if (filter.value === '') { mark(); }
   }
 
-  // The last heading above the middle of the window is the one that is being read.
+  // The last heading that has reached the top of the window is the one that is being read.
   function mark() {
-    var middle = window.innerHeight / 2, here = null;
+    var here = null;
     entries.forEach(function (entry) {
-      if (placeOf(entry).getBoundingClientRect().top < middle) { here = entry; }
+      if (placeOf(entry).getBoundingClientRect().top < 40) { here = entry; }
       linkOf(entry).className = '';
     });
     if (!here) { return; }

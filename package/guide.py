@@ -12,10 +12,8 @@ import subprocess
 import sys
 
 HERE = pathlib.Path(__file__).parent
-SHORT = 8  # Rows of a table that is printed on one page.
+SHORT = 8, 500  # Rows and letters of a table that is printed on one page.
 DEEPEST = 4  # A heading below this level of the book is not in the contents.
-# Long lines of these blocks continue on the next line, with hanging indents; in all others the columns matter.
-COMMANDS = ("bat", "json", "powershell", "sh", "text", "yaml")
 TYPES = {".png": "png", ".svg": "svg+xml"}
 
 
@@ -37,11 +35,24 @@ def breakable(code):
 def labelled(table):
     """The table in a box that scrolls; its cells carry the titles of their columns, for narrow screens."""
     heads = [html.escape(text_of(head), quote=True) for head in re.findall(r"<th(?: [^>]*)?>(.*?)</th>", table, re.S)]
-    rows = table.count("<tr>") - 1
-    columns = iter(heads * rows)
+    size = table.count("<tr>") - 1, len(text_of(table))
+    columns = iter(heads * size[0])
     table = re.sub("<td", lambda _: f'<td data-label="{next(columns)}"', table)
-    classes = ["table", *["wide"] * (len(heads) > 2), *["short"] * (rows <= SHORT)]
+    classes = ["table", *["wide"] * (len(heads) > 2), *["short"] * (size[0] <= SHORT[0] and size[1] <= SHORT[1])]
     return f'<div class="{" ".join(classes)}">{table}</div>'
+
+
+def block(content):
+    """Long lines continue on the next line, with a hanging indent, and not behind a hyphen."""
+    whole = re.sub(r"\S*-\S*", r'<span class="word">\g<0></span>', content)
+    lines = "".join(f'<span class="line">{line}</span>' for line in whole.splitlines(keepends=True))
+    return f"<pre><code>{lines}</code></pre>"
+
+
+def picture(file, source, attributes):
+    path = file.parent / source
+    data = f"data:image/{TYPES[path.suffix]};base64,{base64.b64encode(path.read_bytes()).decode()}"
+    return f'<p class="picture"><img src="{data}"{attributes}></p>'
 
 
 class Book:
@@ -51,14 +62,15 @@ class Book:
         self.bodies = [self.body(file) for file in self.chapters]
 
     def body(self, file):
-        made = subprocess.run(["cmark-gfm", "--extension", "table", "--to", "html", file], capture_output=True,
-                              text=True, check=True).stdout
+        # Without "unsafe", cmark-gfm drops the HTML of the pictures; the chapters are the project's own.
+        made = subprocess.run(["cmark-gfm", "--unsafe", "--extension", "table", "--to", "html", file],
+                              capture_output=True, text=True, check=True).stdout
         made = re.sub(r"<h([1-5])>(.*?)</h\1>", lambda found: self.heading(file, *found.groups()), made, flags=re.S)
         made = re.sub(r'<a href="([^"]*)">(.*?)</a>', lambda found: self.link(file, *found.groups()), made, flags=re.S)
         made = re.sub(r"<table>.*?</table>", lambda found: labelled(found[0]), made, flags=re.S)
-        made = re.sub(r'<pre><code(?: class="language-(\w+)")?>(.*?)</code></pre>', self.block, made, flags=re.S)
+        made = re.sub(r"<pre><code[^>]*>(.*?)</code></pre>", lambda found: block(found[1]), made, flags=re.S)
         made = re.sub(r"(?<!<pre>)<code>([^<\n]*)</code>", lambda found: f"<code>{breakable(found[1])}</code>", made)
-        return re.sub(r'<img src="([^"]*)"', lambda found: self.picture(file, found[1]), made)
+        return re.sub(r'(?:<p>)?<img src="([^"]*)"(.*?)>(?:</p>)?', lambda found: picture(file, *found.groups()), made)
 
     def heading(self, file, level, content):
         """A chapter's title is a heading of the second level in the book."""
@@ -77,20 +89,6 @@ class Book:
             return content
         place = f"{chapter}.{slug(anchor)}" if anchor else chapter
         return f'<a href="#{place}">{content}</a>'
-
-    @staticmethod
-    def block(found):
-        label, content = found.groups()
-        if label not in COMMANDS:
-            return f"<pre><code>{content}</code></pre>"
-        whole = re.sub(r"\S*-\S*", r'<span class="word">\g<0></span>', content)
-        lines = "".join(f'<span class="line">{line}</span>' for line in whole.splitlines(keepends=True))
-        return f'<pre class="command"><code>{lines}</code></pre>'
-
-    @staticmethod
-    def picture(file, source):
-        path = file.parent / source
-        return f'<img src="data:image/{TYPES[path.suffix]};base64,{base64.b64encode(path.read_bytes()).decode()}"'
 
     def contents(self, level=2, headings=None):
         """The list of the headings of this level, each with the list of those below it."""

@@ -50,14 +50,18 @@ class Guide(unittest.TestCase):
         page = self.page(one="# One\n\n| a | b |\n|---|---|\n" + "| 1 | 2 |\n" * 9)
         self.assertIn('<div class="table"><table>', page)
 
-    def test_commands_wrap_and_options_stay_whole(self):
-        page = self.page(one="# One\n\n```sh\nrun --what-if\n\nagain\n```\n")
-        self.assertIn('<pre class="command"><code><span class="line">run <span class="word">--what-if</span>\n</span>'
-                      '<span class="line">\n</span><span class="line">again\n</span></code></pre>', page)
+    def test_a_table_with_much_text_may_be_printed_on_two_pages(self):
+        page = self.page(one=f"# One\n\n| a | b |\n|---|---|\n| {'x' * 250} | {'y' * 250} |\n")
+        self.assertIn('<div class="table"><table>', page)
 
-    def test_columns_of_other_blocks_stay(self):
-        page = self.page(one="# One\n\n```tree\na  b\n```\n")
-        self.assertIn("<pre><code>a  b\n</code></pre>", page)
+    def test_a_picture_is_inside_and_keeps_its_width(self):
+        page = self.page(one=f'# One\n\n<img src="{TOP}/docs/pictures/page-text.png" width="436" alt="A page">\n')
+        self.assertRegex(page, '<p class="picture"><img src="data:image/png;base64,[^"]+" width="436" alt="A page"></p>')
+
+    def test_lines_wrap_and_options_stay_whole(self):
+        page = self.page(one="# One\n\n```sh\nrun --what-if\n\nagain\n```\n")
+        self.assertIn('<pre><code><span class="line">run <span class="word">--what-if</span>\n</span>'
+                      '<span class="line">\n</span><span class="line">again\n</span></code></pre>', page)
 
     def test_a_long_path_breaks_behind_its_separators(self):
         page = self.page(one="# One\n\n`HKEY_LOCAL_MACHINE\\SOFTWARE` `C:\\short` `x --json`\n")

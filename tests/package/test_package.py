@@ -195,7 +195,7 @@ class Guide(Packed):
             prose = re.sub(r"^ *```.*?^ *```$", "", (packing.TOP / name).read_text(), flags=re.M | re.S)
             headings += len(re.findall(r"^#+ ", prose, re.M))
             tables += len(re.findall(r"^\|[-|]+\|$", prose, re.M))
-            pictures += len(re.findall(r"^!\[", prose, re.M))
+            pictures += len(re.findall(r"^!\[|^<img ", prose, re.M))
         found = [len(re.findall(pattern, self.text)) for pattern in ("<h[2-6]", "<table>", "<img ")]
         self.assertEqual(found, [headings, tables, pictures])
 
