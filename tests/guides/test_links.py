@@ -9,6 +9,8 @@ from guide import GUIDES, TOP, fences, prose
 LARGEST_PICTURES = 300 * 1024
 # The place that hosts the repository has its releases there.
 HOSTED = {"../../releases"}
+# The window's pictures say how wide they are shown.
+WINDOW = re.compile(r'^<img src="([^"]+)" width="(\d+)" alt="[^"]+">$', re.M)
 
 
 def anchor_of(heading):
@@ -21,7 +23,8 @@ def anchors(guide):
 
 
 def links(guide):
-    return re.findall(r"\]\(([^)\s]+)\)", re.sub(r"`[^`]*`", "", prose(guide.read_text())))
+    text = re.sub(r"`[^`]*`", "", prose(guide.read_text()))
+    return re.findall(r"\]\(([^)\s]+)\)", text) + [source for source, _ in WINDOW.findall(text)]
 
 
 class Links(unittest.TestCase):
@@ -55,6 +58,13 @@ class Links(unittest.TestCase):
         pictures = list((TOP / "docs/pictures").iterdir())
         self.assertEqual([picture.name for picture in pictures if picture not in shown], [])
         self.assertLess(sum(picture.stat().st_size for picture in pictures), LARGEST_PICTURES)
+
+    def test_the_pictures_of_the_window_are_sharp_on_dense_screens(self):
+        found = [((guide.parent / source).resolve(), int(width))
+                 for guide in GUIDES for source, width in WINDOW.findall(guide.read_text())]
+        self.assertEqual(sorted({file for file, _ in found}), sorted((TOP / "docs/pictures").glob("*.png")))
+        for file, width in found:
+            self.assertEqual(int.from_bytes(file.read_bytes()[16:20], "big"), 2 * width, file.name)
 
     def test_the_session_in_the_picture_is_there_as_text(self):
         picture = (TOP / "docs/pictures/session.svg").read_text()

@@ -8,6 +8,8 @@
 namespace e2e {
 namespace {
 
+constexpr char list_key[] = "SOFTWARE\\Tavrin\\TRConfig";
+
 void show_page(Tool& tool, const TreePath& path, const std::string& name) {
     tool.select(path);
     picture_of(tool, name);
@@ -26,10 +28,12 @@ void open_and_cancel(Tool& tool, const std::string& page, const std::string& cap
 } // namespace
 
 void show_the_whole_tree() {
-    say("the whole tree of a configuration");
+    say("the whole tree of the only configuration");
+    for (const char* const other : {"Appearance", "Legacy Agent", "Legacy Archive"})
+        delete_value(list_key, other);
     Tool tool;
     bring_to_front(tool.window());
-    SetWindowPos(tool.window(), nullptr, 0, 0, 520, 420, SWP_NOMOVE | SWP_NOZORDER);
+    SetWindowPos(tool.window(), nullptr, 0, 0, 520, 360, SWP_NOMOVE | SWP_NOZORDER);
     for (const char* const group : {"Identity", "Servers", "Measuring", "Maintenance"})
         send(tool.control(tree_id), TVM_EXPAND, TVE_EXPAND,
              reinterpret_cast<LPARAM>(tool.tree().find({"Tavrin Agent", group})));
@@ -39,6 +43,7 @@ void show_the_whole_tree() {
     picture_of(tool, "whole-tree");
     tool.press(close_id);
     expect_end(tool, 0);
+    seed_registry();
 }
 
 void edit_a_setting(Tool& tool) {
@@ -99,7 +104,7 @@ void start_with_an_unknown_type() {
 
 void start_without_a_configuration() {
     say("a registry without configurations ends the program");
-    delete_key("SOFTWARE\\Tavrin\\TRConfig");
+    delete_key(list_key);
     Tool tool;
     answer_box(tool, "fatal-error", "Error!", "Cannot read out SOFTWARE\\Tavrin\\TRConfig", IDOK);
     expect_end(tool, 1);
