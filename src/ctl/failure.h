@@ -11,7 +11,7 @@ enum class ExitCode : int {
     drift = 3,         ///< Only with --exit-code: something differs, or differed before the run.
     invalid = 4,       ///< A value, a name, a state or a spec file is invalid; nothing was written.
     access_denied = 5, ///< Nothing was written.
-    no_server = 6,     ///< A server refused or was not reached.
+    no_server = 6,     ///< A server refused, or could not be reached.
     not_restarted = 7, ///< The values are written, but the service did not restart.
 };
 

@@ -13,12 +13,12 @@ namespace {
 constexpr const char* about_exit_codes = R"(
 Exit codes:
   0  success, whether or not anything changed (or would change)
-  1  failed
+  1  failure: a file, the registry or the network
   2  the command line is wrong
   3  something differs (only with --exit-code)
   4  an invalid value, name, state or spec file; nothing was written
   5  access denied
-  6  a server refused or was not reached
+  6  a server refused, or could not be reached
   7  the values were written, but the service was not restarted
 )";
 
@@ -30,7 +30,7 @@ std::string line_of(const Verb& verb) {
 
 std::string whole_help() {
     std::string text = "tavrinctl " TAVRIN_VERSION
-                       ": shows and changes the settings of the Tavrin Agent, on any number of machines\n\n";
+                       ": shows, checks and changes the settings of the Tavrin Agent\n\n";
     std::string elsewhere;
     for (const Verb* verb : verbs) {
         if (verb->run != nullptr) {

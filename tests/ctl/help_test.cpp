@@ -19,12 +19,12 @@ protected:
 
     const std::string exit_codes = R"(Exit codes:
   0  success, whether or not anything changed (or would change)
-  1  failed
+  1  failure: a file, the registry or the network
   2  the command line is wrong
   3  something differs (only with --exit-code)
   4  an invalid value, name, state or spec file; nothing was written
   5  access denied
-  6  a server refused or was not reached
+  6  a server refused, or could not be reached
   7  the values were written, but the service was not restarted
 )";
     const std::string how_to_change = R"(  --json
@@ -51,12 +51,12 @@ TEST_F(Help, OfTheProgram) {
     EXPECT_EQ(done.code, ctl::ExitCode::success);
     ASSERT_TRUE(done.out.starts_with("tavrinctl ")) << done.out;
     EXPECT_EQ(done.out.substr(done.out.find(':')),
-              R"(: shows and changes the settings of the Tavrin Agent, on any number of machines
+              R"(: shows, checks and changes the settings of the Tavrin Agent
 
   check       report mistakes in spec files and state files
   show        print the settings of this machine
   set         change values of one configuration
-  apply       change values to those of a state file
+  apply       set the values that a state file lists
   restore     restore the values that set or apply saved
   test        test the connection to every configured server
   scan        find servers on the local networks
@@ -79,10 +79,11 @@ Checks spec files and prints a line for each mistake, as a compiler does:
 
     file:line: error|warning: text
 
-An error is something that the window refuses; a warning is something that causes trouble for its users.
+An error is something that the window refuses; a warning is something that causes trouble for people who use
+the window.
 With --state, also reports what apply would refuse in that state on machines with these spec files. The
-formats sarif and github are for programs that show findings beside a change. The exit code is 4 if there
-are errors.
+formats sarif and github are for services that show findings beside the changed lines. The exit code is 4 if
+there are errors.
 
 Options:
   --help
@@ -90,7 +91,7 @@ Options:
   --format text|json|sarif|github
       the output format
   --state STATE.json
-      the state file with the values; default of template: this machine's values
+      the state file to check; for template, the one with the values (default: this machine's values)
   --code-page N
       the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux
 )");
@@ -116,7 +117,7 @@ TEST_F(Help, OfSet) {
         R"(usage: tavrinctl set CONFIG NAME=VALUE... [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER] [--keep N]
 
 NAME is a value name in any letter case, or the title of an entry if no other entry has it. All values are
-checked before one is written, and a value that matches is left alone. The previous values are saved to a
+checked before any is written, and a value that matches is left alone. The previous values are saved to a
 .reg file first. If the configuration's service is running, it is stopped before the values are written and
 started afterwards; --timeout applies to each of the two waits.
 
@@ -131,9 +132,9 @@ TEST_F(Help, OfApply) {
         help_of("apply"),
         R"(usage: tavrinctl apply STATE.json [--json] [--verbose] [--what-if] [--exit-code] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER] [--keep N]
 
-Reads a state, as show --json prints it, from a file or, for "-", from the standard input, and changes the
-values that differ from it. Values that the state does not name are left alone, and null removes one.
-Everything else is as with set.
+Reads a state, in the form of the output of show --json, from a file or, for "-", from the standard input, and
+changes the values that differ from it. Values that the state does not name are left alone, and null removes a
+value. Otherwise it works like set.
 
 Options:
   --help
@@ -148,14 +149,14 @@ TEST_F(Help, OfRestore) {
 
 Reads a backup that set, apply or restore saved, and no other file, and restores its values, whatever their
 type. Name the file, or use --last for the newest one in the default folder. The current values are saved
-first, so the next restore --last undoes this one. Everything else is as with set.
+first, so the next restore --last undoes this one. Otherwise it works like set.
 
 Options:
   --help
       print this help
 )" + how_to_change +
             R"(  --last
-      the newest backup in the default folder
+      restore the newest backup in the default folder
 )");
 }
 
@@ -163,8 +164,8 @@ TEST_F(Help, OfTest) {
     EXPECT_EQ(help_of("test"), R"(usage: tavrinctl test [CONFIG] [--json] [--verbose] [--timeout SECONDS]
 
 Tests every server on the list of one configuration, or of every configuration that has a connection test,
-and prints each result. The exit code is 6 if a server refused or was not reached. --timeout limits the whole
-attempt for one server, including the look-up of its name.
+and prints each result. The exit code is 6 if a server refused, or could not be reached. --timeout limits the
+whole attempt for one server, including the look-up of its name.
 
 Options:
   --help
@@ -181,7 +182,8 @@ Options:
 TEST_F(Help, OfScan) {
     EXPECT_EQ(help_of("scan"), R"(usage: tavrinctl scan [--json] [--verbose] [--port N] [--wait SECONDS]
 
-Looks for servers on the local networks by broadcast, and prints the addresses of those that answer.
+Looks for servers on the local networks by broadcast, and prints the addresses of those that answer. The exit
+code is 0 even if no server answers.
 
 Options:
   --help
@@ -193,7 +195,7 @@ Options:
   --port N
       1 to 65535; default: the port of the first configuration with a server list
   --wait SECONDS
-      seconds without an answer that end each of the three passes: 1 to 60, default 1
+      how many seconds without an answer end each of the three passes: 1 to 60, default 1
 )");
 }
 
@@ -220,7 +222,7 @@ Options:
   --out FOLDER
       the folder for the files; it is created if it does not exist
   --state STATE.json
-      the state file with the values; default of template: this machine's values
+      the state file to check; for template, the one with the values (default: this machine's values)
   --code-page N
       the code page of the spec files: 1252, 65001 (UTF-8), ...; default: the machine's, 1252 on Linux
 )");
@@ -230,9 +232,9 @@ TEST_F(Help, OfDiff) {
     EXPECT_EQ(help_of("diff"),
               R"(usage: tavrinctl diff DESIRED.json REPORT.json... [--format text|csv|json|html] [--exit-code]
 
-A REPORT is what "show --json" printed on a machine, or a folder with such files (*.json). Prints which machines
+A REPORT is the output of "show --json" on a machine, or a folder with such files (*.json). Prints which machines
 drift and in which values, which could not be compared, which have a restart pending, which have another spec file,
-and which services do not run. --format html makes a page for a browser. The exit code is 4 if a machine could not
+and which services are not running. --format html makes a page for a browser. The exit code is 4 if a machine could not
 be compared, also without --exit-code.
 
 Options:
@@ -250,7 +252,7 @@ TEST_F(Help, OfDsc) {
         help_of("dsc"),
         R"(usage: tavrinctl dsc get|set|test|export|schema [--what-if] [--restart auto|never] [--timeout SECONDS] [--backup FOLDER] [--keep N]
 
-The manifest of a DSC resource calls this. Reads an instance from the standard input (get, set, test) and
+The manifest of a DSC resource runs this command. It reads an instance from the standard input (get, set, test) and
 prints JSON, one object per line; messages are JSON on the standard error stream. The exit code is 0 unless
 the command fails.
 

@@ -37,7 +37,7 @@ NO_MESSAGES = {
     "an unknown user": "put into the message about the owner of a folder",
     "Machines with": "the explanation of a policy",
     "Only on Windows": "the list of commands on Linux",
-    "shows and changes the settings of the Tavrin Agent, on any number of machines": "the first line of --help",
+    "shows, checks and changes the settings of the Tavrin Agent": "the first line of --help",
     'tavrinctl COMMAND --help" explains a command, its options and their defaults': "the last line of --help",
 }
 

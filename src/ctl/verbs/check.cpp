@@ -80,10 +80,11 @@ Checks spec files and prints a line for each mistake, as a compiler does:
 
     file:line: error|warning: text
 
-An error is something that the window refuses; a warning is something that causes trouble for its users.
+An error is something that the window refuses; a warning is something that causes trouble for people who use
+the window.
 With --state, also reports what apply would refuse in that state on machines with these spec files. The
-formats sarif and github are for programs that show findings beside a change. The exit code is 4 if there
-are errors.
+formats sarif and github are for services that show findings beside the changed lines. The exit code is 4 if
+there are errors.
 )",
     .run = check,
 };

@@ -82,9 +82,9 @@ const Verb diff_verb{
     .most_operands = any_number,
     .summary = "compare the reports of many machines with the desired state",
     .help = R"(
-A REPORT is what "show --json" printed on a machine, or a folder with such files (*.json). Prints which machines
+A REPORT is the output of "show --json" on a machine, or a folder with such files (*.json). Prints which machines
 drift and in which values, which could not be compared, which have a restart pending, which have another spec file,
-and which services do not run. --format html makes a page for a browser. The exit code is 4 if a machine could not
+and which services are not running. --format html makes a page for a browser. The exit code is 4 if a machine could not
 be compared, also without --exit-code.
 )",
     .run = diff,

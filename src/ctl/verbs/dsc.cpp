@@ -150,7 +150,7 @@ const Verb dsc_verb{
     .most_operands = 1,
     .summary = "act as a resource for Desired State Configuration (DSC)",
     .help = R"(
-The manifest of a DSC resource calls this. Reads an instance from the standard input (get, set, test) and
+The manifest of a DSC resource runs this command. It reads an instance from the standard input (get, set, test) and
 prints JSON, one object per line; messages are JSON on the standard error stream. The exit code is 0 unless
 the command fails.
 )",

@@ -75,7 +75,8 @@ const Verb scan_verb{
     .most_operands = 0,
     .summary = "find servers on the local networks",
     .help = R"(
-Looks for servers on the local networks by broadcast, and prints the addresses of those that answer.
+Looks for servers on the local networks by broadcast, and prints the addresses of those that answer. The exit
+code is 0 even if no server answers.
 )",
     .run = scan,
 };

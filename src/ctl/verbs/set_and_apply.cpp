@@ -72,7 +72,7 @@ const Verb set_verb{
     .summary = "change values of one configuration",
     .help = R"(
 NAME is a value name in any letter case, or the title of an entry if no other entry has it. All values are
-checked before one is written, and a value that matches is left alone. The previous values are saved to a
+checked before any is written, and a value that matches is left alone. The previous values are saved to a
 .reg file first. If the configuration's service is running, it is stopped before the values are written and
 started afterwards; --timeout applies to each of the two waits.
 )",
@@ -85,11 +85,11 @@ const Verb apply_verb{
              "SECONDS] [--backup FOLDER] [--keep N]",
     .least_operands = 1,
     .most_operands = 1,
-    .summary = "change values to those of a state file",
+    .summary = "set the values that a state file lists",
     .help = R"(
-Reads a state, as show --json prints it, from a file or, for "-", from the standard input, and changes the
-values that differ from it. Values that the state does not name are left alone, and null removes one.
-Everything else is as with set.
+Reads a state, in the form of the output of show --json, from a file or, for "-", from the standard input, and
+changes the values that differ from it. Values that the state does not name are left alone, and null removes a
+value. Otherwise it works like set.
 )",
     .run = apply,
 };
@@ -103,7 +103,7 @@ const Verb restore_verb{
     .help = R"(
 Reads a backup that set, apply or restore saved, and no other file, and restores its values, whatever their
 type. Name the file, or use --last for the newest one in the default folder. The current values are saved
-first, so the next restore --last undoes this one. Everything else is as with set.
+first, so the next restore --last undoes this one. Otherwise it works like set.
 )",
     .run = restore,
 };

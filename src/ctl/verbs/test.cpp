@@ -204,8 +204,8 @@ const Verb test_verb{
     .summary = "test the connection to every configured server",
     .help = R"(
 Tests every server on the list of one configuration, or of every configuration that has a connection test,
-and prints each result. The exit code is 6 if a server refused or was not reached. --timeout limits the whole
-attempt for one server, including the look-up of its name.
+and prints each result. The exit code is 6 if a server refused, or could not be reached. --timeout limits the
+whole attempt for one server, including the look-up of its name.
 )",
     .run = test_all,
 };

@@ -21,7 +21,7 @@ void prepare(const std::string& path) {
                           "tavrinctl again"};
     }
     if (chmod(path.c_str(), 0700) != 0)
-        throw Failure{ExitCode::failed, "cannot take other users' rights to the folder " + path};
+        throw Failure{ExitCode::failed, "cannot remove other users' access to the folder " + path};
 }
 
 } // namespace

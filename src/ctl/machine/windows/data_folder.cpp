@@ -84,7 +84,7 @@ void close_to_others(const std::string& path, const OwnedHandle& folder, const O
     BOOL is_there = FALSE;
     BOOL is_default = FALSE;
     ACL* rights = nullptr;
-    constexpr const char* what = "cannot take other users' rights to the folder ";
+    constexpr const char* what = "cannot remove other users' access to the folder ";
     if (!GetSecurityDescriptorDacl(descriptor.get(), &is_there, &rights, &is_default))
         refuse(path, GetLastError(), what);
     const DWORD code = SetSecurityInfo(folder.get(), SE_FILE_OBJECT,
