@@ -28,7 +28,7 @@ struct State {
     bool changed = true;
     /// The control that had the keyboard focus when the window itself or another one last got it.
     HWND left_focus = nullptr;
-    /// A page is being exchanged for the selected item's, and another item was selected meanwhile.
+    /// The shown page is being replaced, and meanwhile another item was selected.
     bool selecting = false;
     bool selections_left = false;
     /// OK's sequence is running.
@@ -112,8 +112,8 @@ void show_selected(HWND window, HWND tree) {
     }
 }
 
-/// A page that comes or goes moves focus and activity, and the system may hand over another selection
-/// meanwhile: its page follows when this one is complete.
+/// Showing or destroying a page moves the focus and may activate another window. Meanwhile, the system may
+/// report another selection: its page is shown when this one is complete.
 void on_selection(HWND window, HWND tree) {
     state.selections_left = true;
     if (std::exchange(state.selecting, true))

@@ -8,8 +8,8 @@ inline constexpr int close_id = 103;
 inline constexpr int ok_id = 104;
 inline constexpr int test_connection_id = 105;
 
-/// Creates the tree and, once that is filled, the buttons. Throw the text that names the control that could
-/// not be created.
+/// Create the tree and, once it is filled, the buttons. Throw a text that names the control that could not be
+/// created.
 HWND create_tree(HWND window);
 void create_buttons(HWND window);
 

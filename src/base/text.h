@@ -1,5 +1,5 @@
 #pragma once
-/// Text utilities: numbers to text and back, quoting, splitting, comparing, check sums. Numbers have 32 bits
+/// Text utilities: numbers to text and back, quoting, splitting, comparing, checksums. Numbers have 32 bits
 /// on every platform, whatever the width of its `long`.
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +39,7 @@ std::string quote_string(const std::string& text);
 /// pieces.
 void split_string(std::vector<std::string>& list, const std::string& text, char separator, bool keep_empty);
 
-/// One item of a server list: `host` or `host:port`. Blanks belong to the host.
+/// One item of a server list: `host` or `host:port`. Spaces belong to the host.
 struct ServerItem {
     std::string host;
     std::optional<std::string> port_text; // what follows the first colon; absent without a colon

@@ -29,8 +29,8 @@ std::string line_of(const Verb& verb) {
 }
 
 std::string whole_help() {
-    std::string text = "tavrinctl " TAVRIN_VERSION
-                       ": shows, checks and changes the settings of the Tavrin Agent\n\n";
+    std::string text =
+        "tavrinctl " TAVRIN_VERSION ": shows, checks and changes the settings of the Tavrin Agent\n\n";
     std::string elsewhere;
     for (const Verb* verb : verbs) {
         if (verb->run != nullptr) {
@@ -89,7 +89,7 @@ ExitCode run(const std::vector<std::string>& words) {
 
 } // namespace
 
-/// The store throws plain texts, and the library its own exceptions, for example for lack of memory.
+/// The store throws plain texts, and the standard library its own exceptions, for example if memory runs out.
 ExitCode run_program(const std::vector<std::string>& words) {
     begin_output();
     try {

@@ -14,7 +14,7 @@ constexpr int passes = 3;
 constexpr const char* out_of_memory = "Out of memory";
 
 constexpr std::uint32_t magic = 0x12345678;
-/// Both are sent, and the second is required in every answer; they carry no further meaning.
+/// Both words are sent, and an answer must have the second one. They have no further meaning.
 constexpr std::uint32_t first_constant = 5153;
 constexpr std::uint32_t second_constant = 5;
 constexpr std::uint32_t kind_request = 1;
@@ -41,7 +41,7 @@ const char* send_requests(Socket& socket, const Interface* networks, std::uint16
     return nullptr;
 }
 
-/// Such a failure is about one datagram; the socket goes on.
+/// Such a failure concerns only one datagram, and the socket can still receive others.
 bool concerns_one_datagram(int code) {
     return code == WSAEMSGSIZE || code == WSAENETRESET || code == WSAECONNRESET;
 }

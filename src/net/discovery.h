@@ -44,13 +44,12 @@ bool is_discovery_answer(const unsigned char* octets, std::size_t length);
 
 } // namespace net
 
-/// Scans all networks of this machine at `port`, or those of `networks` unless that is null. On success
-/// (null)
-/// `*found_servers` is the list of addresses, each ended by a zero byte, in the order of their first answers,
-/// ended by one more zero byte; the caller frees it with free(). On failure the text says why and
-/// `*found_servers` is null.
+/// Scans `networks` at `port`, or all networks of this machine if `networks` is null. On success, returns
+/// null and sets `*found_servers` to the list of addresses in the order of their first answers, each ended by
+/// a zero byte, and the list by one more; the caller frees it with free(). On failure, returns the reason and
+/// sets `*found_servers` to null.
 const char* scan_servers(std::uint16_t port, char** found_servers, const net::ScanWaits& waits = {},
                          const net::Interface* networks = nullptr);
 
-/// The found servers of a scan, separated by commas as in a server list.
+/// The servers that a scan found, separated by commas as in a server list.
 std::string join_found_servers(const char* found_servers);

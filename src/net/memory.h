@@ -7,9 +7,9 @@ namespace net {
 
 using ResizeMemory = void* (*)(void* block, std::size_t size);
 
-/// Works like realloc: a null `block` allocates, and after a null result `block` is unchanged. Only tests
-/// replace it, to let memory run out on any platform. Replacing realloc itself would mean replacing malloc as
-/// well, which compilers call in its place.
+/// Works like realloc: a null `block` allocates, and after a null result `block` is unchanged. Tests replace
+/// it, to let memory run out on any platform. They cannot replace realloc itself, because compilers may call
+/// malloc in its place.
 inline ResizeMemory resize_memory = std::realloc;
 
 /// For std::unique_ptr.

@@ -1,7 +1,7 @@
 #pragma once
-/// TCP over IPv4 with time-outs. An operation that returns a text succeeded when it is null; otherwise the
-/// text is the whole message for the user, to be used before two further messages are formatted
-/// (base/messages.h). Addresses are in network byte order, as in in_addr; ports are in host order.
+/// TCP over IPv4 with time-outs. Operations that return a text return null on success. Otherwise the text is
+/// the whole message for the user, which is valid until two further messages are formatted (base/messages.h).
+/// Addresses are in network byte order, as in in_addr; ports are in host order.
 #include "platform/win32.h"
 
 #include <chrono>

@@ -72,7 +72,7 @@ private:
 /// Routes the messages of the group boxes to the entries whose pages they frame.
 inline std::map<HWND, BaseEntry*> entryByGroupBox;
 
-/// Destroys an entry as the kind that it was made as. Its memory stays, see Settings::entry_memory.
+/// Destroys an entry as an object of its own class, but does not free its memory: see Settings::entry_memory.
 struct EntryDeleter {
     void operator()(BaseEntry* entry) const { destroy(entry); }
 

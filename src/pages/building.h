@@ -1,5 +1,5 @@
 #pragma once
-/// Makes groups and entries of what a spec file says.
+/// Builds groups and entries from the text of a spec file.
 #include "specfile/spec_text.h"
 
 #include <functional>

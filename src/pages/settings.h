@@ -20,7 +20,7 @@ struct Group {
 /// because a hundred thousand separate allocations would take longer.
 class EntryMemory {
 public:
-    /// Room for an object of this size, as long as this one lives.
+    /// Memory for an object of this size, which is valid as long as this EntryMemory exists.
     void* take(std::size_t size) {
         if (used_ + size > block_size) {
             blocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(block_size));

@@ -131,7 +131,7 @@ const char* connect_and_negotiate(const char* host, std::uint16_t port, const ch
     Stream* stream = nullptr;
     if (const char* problem = stream_open(&stream, address, port, net::connect_nonblocking))
         return problem;
-    // stream_open hands out a stream wherever it does not fail; kept for one that would not.
+    // stream_open sets the stream whenever it succeeds; this check is for an implementation that does not.
     if (stream == nullptr)
         return format_error("Couldn't open connection to server \"%s\"", host);
     const char* problem = negotiate_as(stream, name, domain, used_name, status);

@@ -22,23 +22,23 @@ enum class ServiceTrouble {
     not_restarted,
 };
 
-/// An exception of a function ends the sequence, which closes every handle.
+/// If a function throws, every handle is closed, and the exception ends the sequence.
 class RestartDialogue {
 public:
     RestartDialogue() = default;
     RestartDialogue(const RestartDialogue&) = delete;
     RestartDialogue& operator=(const RestartDialogue&) = delete;
 
-    /// The service runs: stop it now, and start it again after the writing?
+    /// The service is running: may it be stopped now, and started again after the values are written?
     virtual bool agrees_to_restart() = 0;
-    /// Asked after the writing: the service was stopped before; start it?
+    /// Asked after the values are written: the service was stopped before; may it be started?
     virtual bool agrees_to_start() = 0;
-    /// Runs `step`, which stops (starts) the service, and shows meanwhile that it takes time.
+    /// Runs `step`, which stops (starts) the service, and meanwhile shows that this takes time.
     virtual void while_stopping(const std::function<void()>& step) = 0;
     virtual void while_starting(const std::function<void()>& step) = 0;
     /// Called every 10 milliseconds of such a step.
     virtual void pass() = 0;
-    /// `code` is the system's, of the call that failed; 0 when none did.
+    /// `code` is the system's error code of the call that failed; 0 if none did.
     virtual void tell(ServiceTrouble trouble, DWORD code) = 0;
 
 protected:

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-/// Owns a handle of the service manager or of one of its services; empty when the call that gave it failed.
+/// Owns a handle of the service manager or of a service; empty if the call that returned it failed.
 class ServiceHandle {
 public:
     ServiceHandle() = default;

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The bit that tells small ASCII letters from large ones, in eight octets. Other characters that differ only
-/// in it share a hash, which does no harm.
+/// The bit that distinguishes lower-case from upper-case ASCII letters, in each of eight octets. Other
+/// characters that differ only in this bit get the same hash, which does no harm.
 constexpr std::uint64_t letter_case = 0x2020202020202020U;
 constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U;
 

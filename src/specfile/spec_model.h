@@ -1,5 +1,5 @@
 #pragma once
-/// A spec file as a whole: what the syntax reads statement by statement, kept for those who need it at once.
+/// A whole spec file: all statements that the reader finds in it, kept together.
 #include "specfile/spec_text.h"
 
 #include <memory>
@@ -11,22 +11,22 @@ struct SpecEntry {
     std::size_t group;
 };
 
-/// Its lines are parts of a text that it owns.
+/// Its lines refer to a text that it owns.
 struct SpecModel {
-    /// Everything, including what follows errors.
+    /// Reads everything, including what follows errors.
     explicit SpecModel(std::string octets);
 
     std::unique_ptr<const std::string> text;
     SpecLine registry_path;
-    /// Of a new file.
+    /// The name that a new file gives itself.
     SpecLine name;
     bool is_old = false;
     SpecLine service_name;
     std::vector<GroupStart> groups;
     std::vector<SpecEntry> entries;
-    /// Subspecs of which the window makes no entry, and says so;
+    /// Subspecs for which the window reports an unknown type instead of creating an entry.
     std::vector<SpecError> unknown_types;
-    /// and what keeps it from starting.
+    /// Errors that keep the window from starting.
     std::vector<SpecError> errors;
 
 private:

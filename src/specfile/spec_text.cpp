@@ -27,8 +27,8 @@ std::string_view up_to_end_of_text(std::string_view octets) {
     return octets.substr(0, octets.find(end_of_text));
 }
 
-/// In binary mode, because text mode ends the file at that byte only on some systems. With the C library's
-/// files, because a stream would add all locales to the program.
+/// Opens the file in binary mode, because text mode ends the file at that byte only on some systems. Uses the
+/// C library's files, because a stream would add all locales to the program.
 std::optional<std::string> read_spec_file(const std::string& path) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (file == nullptr)

@@ -1,9 +1,9 @@
 #pragma once
-/// The text of a spec file and what it says, line by line. Nothing is made of it here: this layer knows no
-/// registry, no window and no Windows.
+/// Reads the text of a spec file, statement by statement. It creates no entries: this layer knows neither the
+/// registry nor windows, and needs no Windows.
 ///
 /// Spec files are line-oriented text with two syntaxes, which share the grammar of subspecs. There are no
-/// comments and no escapes: every line is taken as it stands.
+/// comments and no escapes: every line is taken as it is.
 ///
 ///     new file                     old file
 ///       \SOFTWARE\Vendor\Agent       \SOFTWARE\Vendor\Agent       registry key
@@ -28,7 +28,8 @@
 #include <variant>
 #include <vector>
 
-/// What is read of a spec file's octets: those before the first one of value 26 (0x1A), which ends a text.
+/// The part of a spec file's octets that is read: everything before the first octet 26 (0x1A), which ends a
+/// text.
 std::string_view up_to_end_of_text(std::string_view octets);
 
 /// The bytes of the file at `path`, which other programs may have open, up to the end of its text; nothing
@@ -106,7 +107,7 @@ struct Declaration {
     std::string_view subspec;
     /// Without its "$".
     SpecLine title;
-    /// For some types the name of something else: an event, a subkey.
+    /// For some types, the name of something other than a value: an event or a subkey.
     SpecLine value_name;
     SpecLine help_text;
     /// "Integer" with the number 0 where an old file leaves the line out.
@@ -121,7 +122,8 @@ struct Declaration {
 struct GroupStart {
     /// Without its "!".
     SpecLine name;
-    /// The unnamed group of subspecs outside any; its number is that of the first one.
+    /// Whether this is the unnamed group of subspecs outside all groups, whose line is that of the first
+    /// subspec.
     bool is_implied = false;
 };
 

@@ -85,7 +85,7 @@ bool is_port(const std::string& text) {
            (all_digits(text) && text.size() <= 5 && std::strtol(text.c_str(), nullptr, 10) <= highest);
 }
 
-/// Blanks are part of a name for the agent, which then finds no such server.
+/// To the agent, a space is part of the name, and it then finds no such server.
 Problem server_problem(const std::string& item) {
     const ServerItem server = split_server_item(item);
     if (item.find_first_of(" \t\r\n") != std::string::npos)

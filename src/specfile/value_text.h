@@ -1,6 +1,6 @@
 #pragma once
-/// The texts of values: how entries of a kind read and store them, and how they are set without a page, by
-/// the same rules and with reasons where a page would cut or guess.
+/// The texts of values: how the pages of each kind read and store them, and checks for values that are set
+/// without a page. The checks follow the same rules, but give a reason where a page would cut or guess.
 #include "specfile/spec_text.h"
 
 #include <optional>

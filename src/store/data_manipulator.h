@@ -7,7 +7,7 @@ public:
     virtual void read() = 0;
     /// Stores the current state. Throws a text on failure.
     virtual void write() = 0;
-    /// Whether the current state differs from what was last read or written.
+    /// Whether the current state differs from the one that was last read or written.
     virtual bool changed() const = 0;
 
 protected:

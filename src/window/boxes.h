@@ -14,7 +14,7 @@ struct BoxDescription {
 };
 
 /// Shows the box until the user answers and returns the button (IDOK, IDYES, ...). Throws what a window
-/// procedure had to keep meanwhile. A quit message ends the box, unless boxes stand.
+/// procedure had to keep meanwhile. A quit message ends the box, unless a StandingBoxes exists.
 int show_box(const BoxDescription& box);
 
 /// While one exists, a box that anything but its buttons has closed is shown again, until the user answers

@@ -13,8 +13,8 @@ void keep_current() noexcept { kept = std::current_exception(); }
 
 void keep_and_end_waits() noexcept {
     keep_current();
-    // GetMessageA, in which a message that another process sends is handled, returns to the program's loop
-    // for this; and boxes and dialogs of the system's end by it, of which any number may stand.
+    // A message that another process sends is handled inside GetMessageA, which returns to the program's loop
+    // only because of this quit message. It also ends the system's boxes and dialogs, however many are open.
     PostQuitMessage(EXIT_FAILURE);
 }
 

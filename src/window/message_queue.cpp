@@ -45,7 +45,7 @@ bool QuitAside::take_quit() {
 }
 
 void drop_input(HWND window) {
-    // With a null window the system would take the messages of all.
+    // For a null window, the system would take the messages of all windows.
     if (window == nullptr)
         return;
     QuitAside quit;
@@ -67,7 +67,7 @@ void pump_one_message() {
     QuitAside quit;
     MSG message{};
     const bool waiting = quit.take(message, nullptr, 0, 0);
-    // What other threads send is handled while the queue is asked.
+    // While the queue is queried, the system also handles messages that other threads send.
     rethrow_kept();
     if (waiting)
         dispatch_message(main_window, message);

@@ -23,8 +23,8 @@ private:
     std::optional<int> code_;
 };
 
-/// Drops what mouse and keyboard have left in the queue for `window` and its children, frame included, and
-/// nothing else. Null: does nothing.
+/// Drops the mouse and keyboard messages in the queue for `window`, its frame and its children, and no
+/// others. Does nothing if `window` is null.
 void drop_input(HWND window);
 
 /// Hands a retrieved message on as a dialog would: keyboard navigation of the window `navigated` first, then

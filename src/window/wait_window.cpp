@@ -88,7 +88,7 @@ void show_what_is_drawn(HWND window) {
 /// another program's window, and the following boxes would open behind it.
 bool is_main_window_disabled() { return main_window != nullptr && !IsWindowEnabled(main_window); }
 
-/// Handles the order to close that was posted, and nothing else of what waits in the queue.
+/// Handles the posted request to close, and no other message in the queue.
 void handle_posted_close(HWND window) {
     QuitAside quit;
     MSG close{};

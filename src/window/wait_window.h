@@ -17,8 +17,8 @@ public:
     /// Drops what the user has typed and clicked meanwhile: it was not meant for what is shown next.
     void drop_waiting_input() const;
     /// Closes the window, drops that input, and handles no other message meanwhile. While the main window is
-    /// disabled it is only asked to close when messages are next handled. Throws what a window procedure had
-    /// to keep.
+    /// disabled, only posts a request to close, which is handled with the next messages. Throws what a window
+    /// procedure had to keep.
     void close();
 
 private:

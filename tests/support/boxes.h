@@ -15,8 +15,8 @@ struct SeenBox {
     HWND owner = nullptr;
 };
 
-/// While it lives, every message box of this thread is answered at once; one without a scripted answer by its
-/// first button. Make it after the system is clean.
+/// While it exists, every message box of this thread is answered at once; a box without a scripted answer is
+/// answered with its first button. Create it after the system is clean.
 class Boxes {
 public:
     Boxes();

@@ -37,7 +37,7 @@ DiscoveryServer::DiscoveryServer(Answers answers, Manner manner)
 DiscoveryServer::~DiscoveryServer() {
     skip_silence(nullptr);
     over_ = true;
-    // The thread waits for a datagram: this one.
+    // The thread waits for a datagram, so this one wakes it.
     const Handle waker(socket(AF_INET, SOCK_DGRAM, 0));
     const sockaddr_in target = endpoint(address(), port_);
     sendto(waker.get(), "", 0, 0, reinterpret_cast<const sockaddr*>(&target), sizeof target);
@@ -49,7 +49,7 @@ std::vector<std::string> DiscoveryServer::requests() {
     return requests_;
 }
 
-/// A request that got lost is waited for in vain, and then the silence is an ordinary one.
+/// Waits for at most a second: if a request was lost, the scan then waits for real.
 bool DiscoveryServer::has_answered(std::size_t requests) {
     std::unique_lock lock(guard_);
     return answered_one_.wait_for(lock, std::chrono::seconds(1), [&] { return answered_ == requests; });

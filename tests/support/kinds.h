@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// How a page lets its value be seen and edited.
+/// The way in which a page shows its value for editing.
 enum class View { text, number, check, list, removal, nothing };
 /// The lines after a type line.
 enum class More { nothing, options, extension };
@@ -25,7 +25,7 @@ struct TestedControl {
     const char* failure;
     /// On a page of 198 by 179, that of a main window of 436 by 229.
     Placement placement;
-    /// By which it reports that the value was edited.
+    /// The notification that reports an edit.
     std::optional<WORD> edited = std::nullopt;
 };
 

@@ -12,10 +12,11 @@ public:
 
     /// Lets the peer send `times` copies of `unit` next. Only one copy is held.
     void sends(const Octets& unit, std::uint64_t times = 1);
-    /// Lets what the peer sends arrive in pieces of up to `size` octets: a read takes the next one whole, and
-    /// what is beyond the octets asked for stays at hand. Otherwise nothing does.
+    /// Lets the peer's octets arrive in pieces of up to `size` octets: a read takes the whole next piece, and
+    /// keeps the octets that were not asked for in the stream's buffer. Without this call, a read takes only
+    /// what was asked for.
     void arrives_in_pieces_of(std::size_t size);
-    /// Octets of the peer that were not read.
+    /// The number of octets of the peer that were not read.
     std::uint64_t unread() const;
 
     /// Lets the connection break once `count` octets are received: every further write fails with `text`.

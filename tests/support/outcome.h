@@ -1,6 +1,6 @@
 #pragma once
-/// What a reader of the codec makes of octets, in one text: the value or why there is none, and how many
-/// octets it leaves unread.
+/// The result of a reader of the codec as one text: the value or the reason why there is none, and the number
+/// of octets that are left unread.
 #include "support/memory_stream.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ template <typename Read> void expect_no_beginning_is_enough(const Octets& whole,
             << size << " octets";
 }
 
-/// A bad element, and what a reader says of it.
+/// A bad element, and the text that a reader returns for it.
 struct BadElement {
     const char* what;
     Octets octets;

@@ -13,7 +13,7 @@
 /// What an entry takes its title and its help text from.
 inline constexpr std::string_view title_and_help = "Title\nValue\nHelp";
 
-/// While it lives it is the main window (window/top_level.h).
+/// The main window (window/top_level.h) as long as it exists.
 class StandInMainWindow {
 public:
     StandInMainWindow(int client_width, int client_height);
@@ -50,6 +50,6 @@ LONG_PTR style_of(HWND window);
 LONG_PTR extended_style_of(HWND window);
 HFONT font_of(HWND window);
 bool is_checked(HWND checkbox);
-/// As the user does it.
+/// Clicks the button and types the text as a user does.
 void click(HWND button);
 void type(HWND edit_control, const std::string& text);

@@ -19,7 +19,7 @@ protected:
 
     /// Writes a spec file and lists it under the program's registry key.
     void spec_file(const std::string& value_name, const std::string& text);
-    /// A step of the user's; the window is open and idle when it runs.
+    /// Adds a step of the user, which runs when the window is open and idle.
     void then(std::function<void()> step) { steps.then(std::move(step)); }
     /// Selects that item, then replaces what the first control of its page holds.
     void then_edit(const std::string& item_text, const std::string& text);
@@ -41,7 +41,7 @@ inline const std::string list_key = "SOFTWARE\\Tavrin\\TRConfig";
 inline const std::string agent_key = "SOFTWARE\\TavrinTests\\Agent";
 
 HWND control(int id);
-/// Every item of the tree with its depth as leading blanks, one a line.
+/// Every item of the tree, one per line, indented by its depth.
 std::string tree_text();
 /// The first item with this text, depth first; null when there is none.
 HTREEITEM item(const std::string& text);

@@ -1,5 +1,5 @@
 #pragma once
-/// Windows that note which messages they get, in one common list.
+/// Windows that record the messages that they receive, in one common list.
 #include "platform/win32.h"
 #include "support/system.h"
 

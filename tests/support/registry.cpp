@@ -50,7 +50,7 @@ bool key_exists(const std::string& path) { return Key(path, KEY_QUERY_VALUE).sta
 void set_value(const std::string& path, const std::string& name, DWORD type, const std::string& bytes) {
     const Key key(path, KEY_SET_VALUE);
     ASSERT_EQ(key.status(), ERROR_SUCCESS) << path;
-    // A zero behind an unterminated string would be taken along by the system.
+    // If a zero followed an unterminated string, the system would store it as well.
     const std::string guarded = bytes + '#';
     const LSTATUS status =
         RegSetValueExA(key.get(), name.c_str(), 0, type, reinterpret_cast<const BYTE*>(guarded.data()),

@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-/// Tests of the registry keep to the keys below this one, which CleanSystem removes.
+/// Tests use only keys below this one, which CleanSystem removes.
 inline const std::string test_key = "SOFTWARE\\TavrinTests";
 
 struct RawValue {
@@ -18,9 +18,9 @@ struct RawValue {
 };
 std::ostream& operator<<(std::ostream& out, const RawValue& value);
 
-/// Makes the key and those above it; fine when it exists.
+/// Creates the key and those above it, unless they exist.
 void make_key(const std::string& path);
-/// Removes the key and everything below it; fine when there is none.
+/// Removes the key and everything below it, if it exists.
 void delete_key(const std::string& path);
 bool key_exists(const std::string& path);
 

@@ -12,7 +12,7 @@ struct ServerAnswer {
     int status;
 };
 
-/// Answers that keep to the protocol, but for the strangest forms of it that are allowed.
+/// Answers that follow the protocol, including the strangest forms that it allows.
 std::vector<ServerAnswer> acceptable_answers();
 /// Answers with a defect anywhere in a server's offer.
 std::vector<ServerAnswer> bad_offers();
@@ -20,7 +20,7 @@ std::vector<ServerAnswer> bad_offers();
 std::vector<ServerAnswer> other_versions();
 /// Refusals, with and without a defect.
 std::vector<ServerAnswer> refusals();
-/// Every beginning of an offer and of a refusal, after which the peer closes.
+/// Every beginning of an offer and of a refusal; the peer closes after it.
 std::vector<ServerAnswer> cut_answers();
 
 /// Fields that a reader does not know, in every form that they may take.

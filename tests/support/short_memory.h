@@ -4,8 +4,8 @@
 
 #include <vector>
 
-/// While one lives, the `failing`-th request for memory from now on fails, and all after it or, with `once`,
-/// none after it; 0 fails none.
+/// While one exists, the `failing`-th request for memory from now on fails, and all later ones as well,
+/// unless `once` is set; 0 fails none.
 class ShortMemory {
 public:
     explicit ShortMemory(std::size_t failing, bool once = false) {

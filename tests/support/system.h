@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Leaves nothing of an earlier test: over the substitute everything is as at process start, on Windows the
-/// tests' registry keys are gone.
+/// Removes everything that earlier tests left: resets the substitute to its state at process start; on
+/// Windows, removes the tests' registry keys.
 void clean_system();
 
 /// A test that begins and ends on a clean system.
@@ -33,7 +33,7 @@ std::vector<HWND> own_windows(const char* class_name);
 void install_broken_service(const std::string& name);
 void remove_service(const std::string& name);
 
-/// Over the substitute, a wait for datagrams takes no real time once `answered` says that all is sent that
-/// will be sent in answer to so many datagrams of the program's; null ends that. On Windows silence takes its
-/// time.
+/// Over the substitute, a wait for datagrams takes no real time if `answered`, called with the number of
+/// datagrams that the program has sent, says that all answers to them were sent. Null ends this. On Windows,
+/// such a wait takes its real time.
 void skip_silence(std::function<bool(std::size_t sent)> answered);

@@ -11,7 +11,7 @@
 void press_key(int virtual_key, bool with_shift = false);
 /// Types the text, one key for each character; bytes above 127 are in the system's code page.
 void type_text(const std::string& text);
-/// Clicks into the middle of a window. Nothing happens when it is hidden or disabled by then.
+/// Clicks the middle of a window. Nothing happens if the window is hidden or disabled by then.
 void click_on(HWND window);
 /// Clicks at a point of its client area.
 void click_at(HWND window, POINT where);

@@ -38,8 +38,8 @@ constexpr std::string_view beginning = "tavrinctl-";
 constexpr std::string_view ending = ".reg";
 constexpr std::size_t length_of_time = 15;
 
-/// The time, and the number of several backups of one second: "tavrinctl-20261122-120000-2.reg" comes before
-/// its "-10".
+/// A key for sorting by time, and then by the number of backups of the same second:
+/// "tavrinctl-20261122-120000-2.reg" comes before "tavrinctl-20261122-120000-10.reg".
 std::pair<std::string, std::string> in_order(const std::string& name) {
     const std::size_t end = beginning.size() + length_of_time;
     const std::string number =
@@ -68,7 +68,7 @@ void remove_oldest(const std::string& folder, std::size_t most) {
         remove_file(backups[i]);
 }
 
-/// Several backups of one second get different names.
+/// Gives backups of the same second different names.
 std::string write_new(const std::string& folder, const std::string& octets) {
     const std::string name = std::string(beginning) + time_of_day();
     for (int number = 1; number < 1000; ++number) {

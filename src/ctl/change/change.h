@@ -7,7 +7,7 @@
 
 namespace ctl {
 
-/// What became of a plan, or with --what-if would become of it.
+/// The result of a plan, or with --what-if the expected result.
 struct ChangeResult {
     Plan plan;
     /// The backup's path; empty if nothing was to be written.

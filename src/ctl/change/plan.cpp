@@ -17,8 +17,8 @@
 namespace ctl {
 namespace {
 
-/// The machine knows its ports, the spec file does not. A port that is not plugged in yet can be given by the
-/// name that the system will give it.
+/// The ports are those of the machine, because the spec file does not list them. A port that is not plugged
+/// in yet is accepted by the name that the system will give it.
 std::optional<std::string> port_problem(const std::string& text) {
     const bool is_numbered = text.starts_with("COM") && text.size() > 3 && text[3] != '0' &&
                              text.find_first_not_of("0123456789", 3) == std::string::npos;
@@ -125,7 +125,7 @@ private:
     /// The key has to exist only if something is to be written.
     std::optional<LocalKey> key_;
     std::optional<Failure> missing_key_;
-    /// With the places of their entries in the spec file.
+    /// Each with the place of its entry in the spec file.
     std::vector<std::pair<std::size_t, Change>> changes_;
 };
 

@@ -22,8 +22,8 @@ std::string reason(DWORD code) {
                      : ": " + to_utf8(system_error_string(code)) + " (" + std::to_string(code) + ")";
 }
 
-/// A restart that asks nobody, because the command line has all answers. It is noted before the service is
-/// stopped, until the service runs again.
+/// A restart without questions, because the command line has all answers. A note of it is kept from before
+/// the service is stopped until the service runs again.
 class PrintedRestart final : public RestartDialogue {
 public:
     /// `is_pending`: an earlier run left the restart unfinished. `writes`: there are values to write.
@@ -76,7 +76,7 @@ void PrintedRestart::tell(ServiceTrouble trouble, DWORD code) {
         [[fallthrough]];
     case ServiceTrouble::not_stopped: fail_because("did not stop", code); break;
     case ServiceTrouble::not_started: fail_because("did not start", code); break;
-    // Also told after `not_stopped`.
+    // Also reported after `not_stopped`.
     case ServiceTrouble::not_restarted:
         if (failure_.empty())
             fail_because("was not restarted", code);
@@ -84,7 +84,7 @@ void PrintedRestart::tell(ServiceTrouble trouble, DWORD code) {
     }
 }
 
-/// Called before the writing: an exception keeps the values from being written.
+/// Called before anything is written: an exception prevents the writing.
 void PrintedRestart::continue_without_service(DWORD code) const {
     if (code == ERROR_ACCESS_DENIED)
         throw Failure{ExitCode::access_denied, "access to the " + name_ + " is denied"};
@@ -142,9 +142,9 @@ void write_values(ConfigurationPlan& plan) {
     }
 }
 
-/// Configurations that share a service, so that it is restarted once.
+/// Configurations that share a service, which is then restarted only once.
 struct Group {
-    /// Empty: nothing is restarted.
+    /// Empty if no service is restarted.
     std::string service;
     std::vector<ConfigurationPlan*> members;
 
@@ -163,7 +163,7 @@ Group& group_for(std::vector<Group>& groups, const std::string& service) {
     return found != groups.end() ? *found : groups.emplace_back(Group{service, {}});
 }
 
-/// Only of configurations with something to do.
+/// Contains only configurations with something to do.
 std::vector<Group> groups_of(Plan& plan, bool restart) {
     std::vector<Group> groups;
     for (ConfigurationPlan& each : plan) {

@@ -5,9 +5,9 @@
 namespace ctl {
 
 struct RestartChoice {
-    /// False: no service is stopped or started.
+    /// If false, no service is stopped or started.
     bool restart;
-    /// For each wait for a service.
+    /// The limit for each wait for a service.
     int timeout_seconds;
 };
 
@@ -15,9 +15,9 @@ struct RestartChoice {
 /// if not; nothing is written or stopped then.
 void require_access(const Plan& plan, const RestartChoice& choice);
 
-/// Writes what the plan needs, and notes in the plan what became of each value. Configurations with the same
-/// service are written together: a running service is stopped before and started afterwards, and pending
-/// restarts are finished. Prints every failure. Throws Failure only if nothing was written.
+/// Writes the values that the plan needs, and records in the plan what happened to each. Configurations with
+/// the same service are written together: a running service is stopped before and started afterwards, and
+/// pending restarts are finished. Prints every failure. Throws Failure only if nothing was written.
 ExitCode write_plan(Plan& plan, const RestartChoice& choice);
 
 } // namespace ctl

@@ -12,7 +12,7 @@ constexpr std::size_t help_columns = 32;
 constexpr std::size_t help_lines = 6;
 constexpr std::size_t title_columns = 27;
 
-/// In a file with many entries, each has at least so many octets.
+/// The fewest octets of an entry, for an estimate of their number in a large file.
 constexpr std::size_t octets_an_entry = 64;
 
 /// The number of lines of the text when words are wrapped.
@@ -63,7 +63,7 @@ void EntryCheck::finish() {
         check_port_of_scan();
 }
 
-/// Returns the line of an earlier entry with this title; 0 without one.
+/// Returns the line of an earlier entry with this title; 0 if there is none.
 std::size_t EntryCheck::note_title(const Declaration& declaration) {
     const SpecLine& title = declaration.title;
     // A connection test is never looked up.

@@ -10,7 +10,7 @@
 
 namespace ctl {
 
-/// The text in quotation marks, as findings name what they are about.
+/// The text in quotation marks, as findings quote names.
 inline std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 enum class Severity {

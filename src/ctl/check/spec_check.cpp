@@ -53,8 +53,8 @@ void check_zero_bytes(std::string_view octets, Findings& findings) {
         findings.warn(line_of(octets, zero), "a zero byte; the window shows the text only up to here");
 }
 
-/// Returns the text in the octets, without a mark before it, so that the rest is judged as it is meant;
-/// nothing if the file cannot be read as text.
+/// Returns the text in the octets, without a byte order mark, so that the rest can be checked; nothing if the
+/// file cannot be read as text.
 std::optional<std::string_view> check_octets(std::string_view octets, bool is_utf8, Findings& findings) {
     if (octets.starts_with("\xFF\xFE") || octets.starts_with("\xFE\xFF")) {
         findings.error(
@@ -100,7 +100,7 @@ private:
     /// The line whose start was searched last.
     std::size_t known_line_ = 1;
     std::size_t known_start_ = 0;
-    /// The finding for an entry behind a blank line, until the end of what follows from it.
+    /// The finding for an entry after a blank line, kept until the errors that follow from it end.
     std::optional<Finding> stray_;
     std::size_t groups_ = 0;
 };

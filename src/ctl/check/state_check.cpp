@@ -13,13 +13,13 @@
 namespace ctl {
 namespace {
 
-/// A message quotes at most so many bytes of a text.
+/// The most bytes of a text that a message quotes.
 constexpr std::size_t most_quoted = 80;
 
-/// More lines than these help nobody.
+/// The most problems that are listed; the others are only counted.
 constexpr std::size_t most_told = 20;
 
-/// JSON's numbers and booleans stand for texts of one form only.
+/// Refuses a JSON number or boolean for a kind whose values have another form.
 void refuse_other_form(const DesiredValue& desired, const EntryKind& kind) {
     const bool is_number = desired.written == JsonTree::Kind::whole_number;
     const bool is_flag = desired.written == JsonTree::Kind::boolean;

@@ -46,14 +46,14 @@ private:
     std::vector<bool> is_given_;
 };
 
-/// The desired text in the code page. Throws a text if it cannot be one for this entry.
+/// The desired text in the code page. Throws a text if the entry does not accept it.
 std::string desired_text(const DesiredValue& desired, const Declaration& declaration, unsigned code_page);
 
 /// Says that `text`, in the code page, is refused because of `problem`.
 std::string refusal(const std::string& text, const std::string& problem, unsigned code_page);
 
-/// Half a sentence for each thing that a state says of its origin and that is different here. What the state
-/// does not say is not compared.
+/// A clause for each property that the state names and that differs here. Properties that the state does not
+/// name are not compared.
 std::vector<std::string> contradictions(const Guards& said, const Guards& found);
 
 /// A spec file that a state is checked against.

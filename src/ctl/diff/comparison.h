@@ -10,10 +10,10 @@
 namespace ctl {
 
 struct Difference {
-    /// Both as the machine spells them.
+    /// Both in the spelling of the machine's report.
     std::string configuration;
     std::string value;
-    /// As a machine would report it.
+    /// In the form in which a machine would report it.
     ReportedValue desired;
     ReportedValue current;
 };

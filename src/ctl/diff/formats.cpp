@@ -12,7 +12,7 @@ constexpr std::size_t machine_width = 16;
 constexpr std::size_t state_width = 7;
 constexpr std::size_t value_width = 16;
 constexpr std::size_t text_width = 16;
-/// To the right of machine and state, with two blanks between columns: 79 columns in all.
+/// To the right of machine and state, with two spaces between columns: 79 columns in all.
 constexpr std::size_t right_width = value_width + 2 * text_width + 4;
 
 /// The octets of the first `width` characters.
@@ -23,13 +23,13 @@ std::size_t size_of_first(const std::string& text, std::size_t width) {
     return at;
 }
 
-/// Fills the text up with blanks, or cuts it and adds three dots.
+/// Pads the text with spaces, or cuts it and adds three dots.
 std::string column(const std::string& text, std::size_t width) {
     return padded(width_of(text) > width ? text.substr(0, size_of_first(text, width - 3)) + "..." : text,
                   width);
 }
 
-/// Breaks at blanks where it can.
+/// Breaks lines at spaces where possible.
 void add_wrapped(std::vector<std::string>& lines, std::string text) {
     while (width_of(text) > right_width) {
         const std::size_t most = size_of_first(text, right_width);
@@ -74,7 +74,7 @@ void print_line(std::string line) {
     print(line + "\n");
 }
 
-/// A name that is too long gets a line of its own, because a cut name is useless.
+/// A name that is too long gets its own line, because a cut name is useless.
 void print_machine(const MachineDifferences& machine) {
     std::string name = printable(machine.machine);
     if (width_of(name) > machine_width)
@@ -88,8 +88,8 @@ void print_machine(const MachineDifferences& machine) {
 
 std::string counted(std::size_t count, const char* what) { return ", " + std::to_string(count) + " " + what; }
 
-/// Whether a spreadsheet would take the text for a formula, unless an apostrophe precedes it. A number is
-/// none.
+/// Whether a spreadsheet would take the text for a formula unless an apostrophe precedes it. A number is not
+/// a formula.
 bool is_formula(const std::string& text) {
     if (text.empty() || std::string("=+-@\t\r").find(text.front()) == std::string::npos)
         return false;

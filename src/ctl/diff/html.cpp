@@ -125,10 +125,10 @@ show();
 </html>
 )";
 
-/// Nothing that a machine says ends a tag or an attribute: what XML would refuse, printable() has replaced.
+/// No text of a report can end a tag or an attribute: printable() has replaced everything that XML refuses.
 std::string html(const std::string& text) { return xml(printable(text)); }
 
-/// A long list may break behind its commas, which a browser would not do by itself.
+/// Lets a long list break after its commas, where a browser would not break it.
 std::string code(const std::string& text, const char* name) {
     std::string breaking;
     for (const char each : html(text)) {
@@ -139,7 +139,7 @@ std::string code(const std::string& text, const char* name) {
     return std::string("<td class=\"") + name + "\"><code>" + breaking + "</code></td>";
 }
 
-/// A count that shows only its machines when it is pressed.
+/// A count, which is also a button that shows only the counted machines.
 void print_count(const char* kind, const char* label, std::size_t count) {
     print(std::string("<button type=\"button\" class=\"") + kind + "\" data-show=\"" + kind +
           "\" aria-pressed=\"false\"><b>" + std::to_string(count) + "</b> " + label + "</button>\n");
@@ -196,7 +196,7 @@ std::string details_of(const MachineDifferences& machine) {
     return details;
 }
 
-/// With a blank for the "T".
+/// With a space instead of the "T".
 std::string day_and_time(std::string time) {
     std::replace(time.begin(), time.end(), 'T', ' ');
     return time;

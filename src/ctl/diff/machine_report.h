@@ -1,6 +1,6 @@
 #pragma once
 /// The report of one machine, which `show --json` printed there. Unlike in a desired state, unknown members
-/// are passed over, because a newer tavrinctl may have written them.
+/// are ignored, because a newer tavrinctl may have written them.
 #include "ctl/io/json.h"
 
 #include <optional>
@@ -14,9 +14,9 @@ struct ReportedValue {
     std::string name;
     std::string title;
     std::string kind;
-    /// Nothing if the value is not in the registry, or is no text.
+    /// Nothing if the value is not in the registry, or is not a text.
     std::optional<std::string> text;
-    /// For a value that is no REG_SZ: its type, such as "REG_DWORD", and its octets if it has no text.
+    /// For a value that is not a REG_SZ: its type, such as "REG_DWORD", and its octets if it has no text.
     std::string type;
     std::string octets;
     /// Why it could not be read; empty if it could.

@@ -20,13 +20,13 @@ inline bool is_ascii(std::string_view text) {
 
 /// Octets without a meaning in the code page become replacement characters.
 std::string to_utf8(std::string_view text, unsigned code_page = machine_code_page());
-/// Nothing if the text is no UTF-8 or has characters that the code page lacks.
+/// Nothing if the text is not UTF-8 or has characters that the code page lacks.
 std::optional<std::string> from_utf8(std::string_view text, unsigned code_page = machine_code_page());
 /// The UTF-8 text with all its letters in one case, as the registry compares names.
 std::string in_one_case(std::string_view text);
 /// The octets of the UTF-8 text in UTF-16, lower octets first.
 std::string to_utf16(std::string_view text);
-/// The way back; what is no UTF-16 is lost.
+/// The reverse; octets that are not UTF-16 are lost.
 std::string from_utf16(std::string_view octets);
 
 } // namespace ctl

@@ -12,8 +12,8 @@ using Kind = JsonTree::Kind;
 
 [[noreturn]] void refuse(const std::string& text) { throw Failure{ExitCode::invalid, text}; }
 
-/// Removes the library's name for the kind of error, and what it read last, which may be long, secret or no
-/// UTF-8; line and column say where it is.
+/// Removes the library's name for the kind of error, and the text that it read last, which may be long,
+/// secret or not UTF-8. Line and column say where the error is.
 std::string own_words(std::string words) {
     words.erase(0, words.find("] ") + 2);
     const std::size_t quoted = words.find("; last read: '");

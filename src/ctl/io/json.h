@@ -1,5 +1,5 @@
 #pragma once
-/// JSON of our own, for callers to read, and JSON that others wrote.
+/// Writes JSON for other programs, and strictly reads JSON that others wrote.
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
@@ -19,8 +19,8 @@ inline void add_member(Json& object, std::string name, Json value) {
     object.get_ref<Json::object_t&>().emplace_back(std::move(name), std::move(value));
 }
 
-/// Indented, with a line end, and in ASCII only, because PowerShell 5.1 decodes what a program prints by
-/// another code page. Texts that are no UTF-8 get replacement characters.
+/// Indented, with a line end, and in ASCII only, because PowerShell 5.1 decodes a program's output with
+/// another code page. Octets that are not UTF-8 become replacement characters.
 std::string to_text(const Json& json);
 /// In one line, with its end.
 std::string to_line(const Json& json);

@@ -38,7 +38,7 @@ void append_xml(std::string& escaped, char byte) {
     case '<': escaped += "&lt;"; break;
     case '>': escaped += "&gt;"; break;
     case '"': escaped += "&quot;"; break;
-    // Readers of XML replace these by blanks in an attribute.
+    // Readers of XML replace these with spaces in an attribute.
     case '\t': escaped += "&#9;"; break;
     case '\n': escaped += "&#10;"; break;
     case '\r': escaped += "&#13;"; break;

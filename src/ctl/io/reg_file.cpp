@@ -27,7 +27,7 @@ constexpr const char* type_names[] = {"REG_NONE",
                                       "REG_RESOURCE_REQUIREMENTS_LIST",
                                       "REG_QWORD"};
 constexpr std::string_view without_name = "type ";
-// Windows' own names of these are not there in the build without Windows.
+// The build without Windows does not have Windows' names for these.
 constexpr std::uint32_t type_text = 1;
 constexpr std::uint32_t type_binary = 3;
 constexpr std::uint32_t type_number = 4;
@@ -50,7 +50,7 @@ std::string formatted(const char* format, unsigned number) {
     return buffer;
 }
 
-/// Removes `beginning` from the text; false if the text does not begin so.
+/// Removes `beginning` from the text; false if the text does not begin with it.
 bool take(std::string_view& text, std::string_view beginning) {
     if (!text.starts_with(beginning))
         return false;

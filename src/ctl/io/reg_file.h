@@ -33,7 +33,7 @@ public:
     /// Begins the values of a key below HKEY_LOCAL_MACHINE.
     void key(std::string_view path);
     void text(std::string_view name, std::string_view value);
-    /// In words if that reads back as the same octets, else raw.
+    /// As a text or number if that reads back as the same octets, otherwise as octets.
     void value(std::string_view name, const RegistryValue& value);
     /// As octets, whatever the type.
     void raw(std::string_view name, const RegistryValue& value);

@@ -18,14 +18,14 @@ public:
     explicit RegistryNames(unsigned code_page, std::size_t expected = 0)
         : code_page_(code_page), names_(true, expected) {}
 
-    /// As NameTable does.
+    /// Works like NameTable.
     std::size_t add(std::string_view name, std::size_t line);
     std::size_t find(std::string_view name) const;
 
 private:
     unsigned code_page_;
     NameTable names_;
-    /// Names with letters beyond ASCII, in one case.
+    /// Names with letters beyond ASCII, folded to one letter case.
     std::deque<std::string> folded_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
-/// What tavrinctl asks of the system besides the registry, services and sockets. Paths and names are UTF-8.
-/// Each platform has its own half, in a folder of its name.
+/// The calls of the system that tavrinctl needs, except those for the registry, services and sockets. Paths
+/// and names are UTF-8. The folder of each platform has its own implementation of some of them.
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
@@ -13,15 +13,15 @@
 namespace ctl {
 
 /// The octets of the file at `path`; "-" is the standard input. Nothing if it cannot be read. Reads at most
-/// `limit` octets and one.
+/// one octet more than `limit`, by which callers notice that the file is too long.
 std::optional<std::string> read_file(const std::string& path,
                                      std::size_t limit = static_cast<std::size_t>(-2));
 /// Says why read_file has just failed: "cannot read: " and the system's reason.
 std::string why_unreadable();
-/// Replaces the file at `path`, or with `fresh` creates one that must not exist yet. Returns false, and
-/// leaves no half file, if that fails.
+/// Replaces the file at `path`, or with `fresh` creates one that must not exist yet. If that fails, returns
+/// false and leaves no incomplete file.
 bool write_file(const std::string& path, std::string_view octets, bool fresh = false);
-/// As fopen. With "x" in the mode the file must not exist yet.
+/// Works like fopen. With "x" in the mode, the file must not exist yet.
 std::FILE* open_file(const std::string& path, const char* mode);
 /// Waits until everything written to the file is on the disk.
 bool reach_disk(std::FILE* file);
@@ -53,12 +53,12 @@ std::optional<std::string> sha256_of_file(const std::string& path);
 /// The machine's name in its network.
 std::string machine_name();
 bool is_terminal(std::FILE* file);
-/// Writes UTF-8 to stdout or stderr. A Windows console shows it as it is, whatever its code page, which is
-/// not changed.
+/// Writes UTF-8 to stdout or stderr. A Windows console shows it correctly, whatever its code page; the code
+/// page is not changed.
 bool write_text(std::FILE* file, std::string_view text);
 
-/// Runs `work` in a thread of its own and waits for it. Returns false if it takes longer than `limit`; the
-/// thread then goes on, so `work` has to own what it uses.
+/// Runs `work` in a separate thread and waits for it. Returns false if it takes longer than `limit`; the
+/// thread then keeps running, so `work` must own everything that it uses.
 bool finishes_within(std::chrono::milliseconds limit, std::function<void()> work);
 
 /// While it exists, Ctrl+C, a console that closes and the end of a session do not end the program: a stopped
@@ -70,7 +70,7 @@ public:
     Uninterrupted& operator=(const Uninterrupted&) = delete;
     ~Uninterrupted();
 
-    /// Whether the program should have ended meanwhile.
+    /// Whether a request to end the program has arrived meanwhile.
     bool is_over() const;
 };
 

@@ -3,16 +3,16 @@
 
 namespace ctl {
 
-/// This machine's folder for what one run leaves for the next: backups, the lock and notes of unfinished
-/// restarts. In UTF-8, without a separator at its end. Creates nothing.
+/// The path of this machine's folder for files that later runs need: backups, the lock and notes of
+/// unfinished restarts. It is in UTF-8 and has no separator at its end. Does not create the folder.
 std::string data_folder();
 
 /// The folder in it for backups.
 std::string backup_folder();
 
-/// Creates both folders if they are missing, and gives them to SYSTEM and the administrators alone. Every
-/// user may create folders beside them, so a folder that is a link, or that somebody else owns, is refused:
-/// throws Failure, which says what to do.
+/// Creates both folders if they are missing, and gives access to SYSTEM and the administrators alone. Every
+/// user may create folders beside them. So if one of them is a link, or belongs to somebody else, throws a
+/// Failure that says what to do.
 void prepare_data_folder();
 
 } // namespace ctl

@@ -1,5 +1,5 @@
 #pragma once
-/// The configurations of this machine, which the registry lists, and what every report says of them.
+/// The configurations that this machine's registry lists, and the parts that all reports share.
 #include "ctl/machine/registry.h"
 #include "specfile/spec_model.h"
 
@@ -35,9 +35,10 @@ Configurations chosen(const Machine& machine, const std::vector<std::string>& na
 
 /// The first entry with this title, as the window looks it up; null if there is none.
 const Declaration* find_titled(const MachineConfiguration& configuration, std::string_view title);
-/// Its value. Throws Failure of the code `invalid` if there is no such entry or it has no value.
+/// The value of that entry. Throws Failure of the code `invalid` if there is no such entry or it has no
+/// value.
 std::string value_titled(const MachineConfiguration& configuration, std::string_view title);
-/// The same as a port.
+/// That value as a port.
 std::uint16_t port_titled(const MachineConfiguration& configuration, std::string_view title);
 
 /// The values of a configuration in the order of its spec file. Warns if its key does not exist; then there

@@ -12,7 +12,7 @@ namespace ctl {
 namespace {
 
 constexpr const char* too_long = "longer than 1,024 bytes";
-/// A line shows at most so many octets of a long value.
+/// The most octets of a long value that are shown in a line.
 constexpr std::size_t shown_octets = 32;
 
 [[noreturn]] void refuse(LSTATUS status, const std::string& path, const std::string& if_missing) {

@@ -21,14 +21,14 @@ public:
 struct StoredValue {
     bool is_there = false;
     DWORD type = 0;
-    /// Longer than the tool reads. The tool takes such a value for an empty one.
+    /// Longer than the window reads, which takes such a value for an empty one.
     bool is_too_long = false;
-    /// As the tool reads it, in the machine's code page.
+    /// As the window reads it, in the machine's code page.
     std::string text;
     /// What the registry holds, texts in UTF-16, if the value is not a text or UTF-8 cannot express it.
     std::optional<std::string> octets;
 
-    /// Whether it is exactly this text, of the type that the tool writes.
+    /// Whether it is exactly this text, of the type that the window writes.
     bool holds(const std::string& wanted) const {
         return is_there && type == REG_SZ && !is_too_long && !octets && text == wanted;
     }

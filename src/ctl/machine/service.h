@@ -10,7 +10,7 @@ namespace ctl {
 /// The state of a service in the words of a report.
 struct ServiceInfo {
     /// "running", "stopped", "startPending", "stopPending", "continuePending", "pausePending", "paused",
-    /// "missing" if there is no such service, or "unknown" if the service manager does not tell.
+    /// "missing" if there is no such service, or "unknown" if the service manager does not report it.
     std::string state;
     /// "automatic", "manual", "disabled", "boot" or "system"; empty if it is unknown.
     std::string start_type;
@@ -19,7 +19,7 @@ struct ServiceInfo {
 /// Asks the service manager with the rights that every user has.
 ServiceInfo service_info(const std::string& name);
 
-/// The rights for a restart. An administrator may delegate these alone.
+/// The rights that a restart needs, and no others, so that an administrator can delegate just these.
 inline constexpr DWORD restart_rights =
     SERVICE_QUERY_STATUS | SERVICE_QUERY_CONFIG | SERVICE_START | SERVICE_STOP;
 

@@ -9,8 +9,8 @@
 namespace ctl {
 namespace {
 
-/// How the two files of a policy template call each other's parts. The prefixes keep the names of different
-/// parts apart, whatever an entry is called.
+/// The names by which the two files of a policy template refer to each other's parts. The prefixes keep the
+/// names of different parts distinct, whatever an entry is called.
 namespace admx {
 
 constexpr const char* name_space = "http://schemas.microsoft.com/GroupPolicy/2006/07/PolicyDefinitions";

@@ -9,7 +9,7 @@ namespace ctl {
 
 /// Leaves out what policies cannot express, so that the rest can be written.
 void drop_what_policies_lack(TemplateSource& source);
-/// The prefix, also a part of the name space, tells the templates of a domain apart.
+/// The prefix, which is also part of the namespace, distinguishes the templates of a domain.
 std::string policy_prefix(const TemplateSource& source);
 /// Policies, and their texts in English.
 std::string write_admx(const TemplateSource& source);

@@ -1,5 +1,5 @@
 #pragma once
-/// What every template is made from: the entries of a spec file that have a value, in UTF-8.
+/// The source of every template: the entries of a spec file that have a value, in UTF-8.
 #include "ctl/change/state_file.h"
 #include "specfile/spec_model.h"
 
@@ -11,7 +11,7 @@
 namespace ctl {
 
 struct TemplateEntry {
-    /// Letters, digits and underlines; unique even if letter case is ignored.
+    /// Letters, digits and underscores; unique even if letter case is ignored.
     std::string id;
     std::string title;
     std::string value_name;
@@ -44,10 +44,10 @@ struct TemplateSource {
     std::vector<std::string> left_out;
 };
 
-/// The text with an underline for all but ASCII letters and digits.
+/// The text with an underscore in place of each character other than ASCII letters and digits.
 std::string identifier_of(std::string text);
 
-/// Notes that an entry is left out.
+/// Records that an entry is left out.
 void leave_out(TemplateSource& source, std::size_t line, std::string_view title, std::string_view type,
                const std::string& reason);
 

@@ -22,7 +22,7 @@ const Form& form_named(const std::string& name) {
     return found == std::end(forms) ? forms[0] : *found;
 }
 
-/// A file that is no report counts as a machine with a problem, so that it does not hide the others.
+/// A file that is not a report counts as a machine with a problem, so that it does not hide the others.
 MachineDifferences compared(const State& desired, const std::string& path) {
     try {
         const auto octets = read_file(path, longest_json);

@@ -48,7 +48,7 @@ Json instance_of(const MachineConfiguration& configuration, Json values) {
             {"values", std::move(values)}};
 }
 
-/// Nobody can ask for a value that is too long to be read.
+/// Leaves out values that are too long to be read.
 Json all_values(const MachineConfiguration& configuration) {
     const std::vector<StoredValue> stored = stored_values(configuration);
     Json values = Json::object();
@@ -62,7 +62,7 @@ Json all_values(const MachineConfiguration& configuration) {
 
 enum class Moment { before, after };
 
-/// Only the values that were asked for.
+/// Only the values that the instance names.
 Json asked_values(const ConfigurationPlan& plan, Moment moment) {
     Json values = Json::object();
     for (const Change& each : plan.changes) {

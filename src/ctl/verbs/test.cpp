@@ -63,8 +63,8 @@ std::string place(const std::string& host, const std::string& port) {
     return printable(to_utf8(host)) + ":" + printable(port);
 }
 
-/// Decides which of several failures gives the exit code: one that kept a test from being made counts more
-/// than a server that refused.
+/// Decides which of several failures gives the exit code: a failure that prevented a test counts more than a
+/// server that refused.
 int weight(ExitCode code) {
     switch (code) {
     case ExitCode::success: return 0;
@@ -85,7 +85,7 @@ public:
     bool bad_port(const ServerItem& item) override;
 
     void test(const MachineConfiguration& configuration, const Declaration& test);
-    /// Notes why no server of the configuration was tried.
+    /// Records why no server of the configuration was tried.
     void none_tried(const Failure& failure);
 
     ExitCode code() const { return code_; }

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// Keeps the C library from replacing a "*" in a value by the names of files.
+/// Keeps the C library from replacing a "*" in a value with the names of files.
 extern "C" {
 extern int _dowildcard;
 int _dowildcard = 0;

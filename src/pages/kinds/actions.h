@@ -12,7 +12,7 @@ class DeleteKey final : public SingleControlEntry, public DeleteRegKey {
 public:
     DeleteKey(DeleteRegKey binding, std::string_view subspec);
 
-    /// Without the key there is nothing to ask for: the box is disabled and never asked.
+    /// If the key does not exist, the box is disabled and is not read.
     void showValue() override;
     void takeValue() override;
 };

@@ -15,9 +15,9 @@ public:
 
     void createControls(HWND parent) override;
     void layout(HWND parent) override;
-    /// A value that is not among the options shows as no selection.
+    /// Shows a value that is not among the options as no selection.
     void showValue() override;
-    /// Without a selection, the value stays the one that was shown as no selection. Throws a text if the list
+    /// Without a selection, keeps the value that was shown as no selection. Throws a text if the list
     /// contains an item that this entry did not add.
     void takeValue() override;
     LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -27,8 +27,8 @@ private:
     void limit_opened_list();
 
     std::vector<std::string> options_;
-    /// The list box as it was filled. The value is taken from here and not from the box's texts, so it is
-    /// exactly the option, whatever the box does with it.
+    /// The items with which the list box was filled. The value is taken from here and not from the box, so
+    /// that it is exactly the option, even if the box changes its texts.
     std::map<std::uint32_t, std::string> text_by_index_;
     std::map<std::string, std::uint32_t> index_by_text_;
     /// The value that is shown as no selection, if there is one. A choice in an opened list becomes the

@@ -21,7 +21,7 @@ constexpr TextAndButton folder_box{.text_box_failure = "Unable to create dir box
                                    .button_width = 30,
                                    .button_height = 20};
 
-/// Items that are no folders of the file system cannot be chosen.
+/// Keeps the user from choosing items that are not folders of the file system.
 void allow_real_folders_only(HWND browser, LPCITEMIDLIST item) {
     PathBuffer path{};
     const BOOL real = SHGetPathFromIDListA(item, path.data());
@@ -85,8 +85,8 @@ PathBuffer filter_for(const std::string& extension) {
     return buffer;
 }
 
-/// Puts the program's current folder back at its end. The dialog leaves it where the file lies, and a stick
-/// or share with a program's current folder cannot be removed.
+/// Restores the program's current folder when it is destroyed. The dialog changes it to the file's folder,
+/// and a USB stick or a network share cannot be removed while it has a program's current folder.
 class CurrentFolder {
 public:
     CurrentFolder() : path_(GetCurrentDirectoryW(0, nullptr), L'\0') {

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-// A configuration may have a hundred thousand entries, and every byte of them is written and read once.
+// A configuration may have a hundred thousand entries, so larger entries would cost memory and time.
 static_assert(sizeof(StringEntry) <= 104);
 
 namespace {

@@ -32,14 +32,15 @@ loopback::Handle serve_one(loopback::Listener& listener, const std::string& answ
     return agent;
 }
 
-/// A server that no program connected to is not left waiting.
+/// Connects to the server, so that it does not wait for a program that never connected.
 void wake(const loopback::Listener& listener) {
     const loopback::Handle caller(socket(AF_INET, SOCK_STREAM, 0));
     const sockaddr_in server = loopback::endpoint(loopback::address(), listener.port());
     connect(caller.get(), reinterpret_cast<const sockaddr*>(&server), sizeof server);
 }
 
-/// Looks something up in the window, as a user's eyes do, whom no failure of the system makes blind.
+/// Looks something up in the window without counting these calls, so that none of them is made to fail: a
+/// user sees the window even if the system fails.
 template <typename Look> auto see(Look look) {
     const substitute::OwnCalls own;
     return look();
@@ -120,7 +121,7 @@ void WholeSession::add_steps() {
         ok_pressed_ = true;
         push(ok_id);
     });
-    // A window that could not be closed is closed again.
+    // Tries again, because a failure may keep the window from closing.
     for (int attempt = 0; attempt < 3; ++attempt)
         then([] { PostMessageA(main_window, WM_CLOSE, 0, 0); });
 }
@@ -131,7 +132,7 @@ void WholeSession::step(std::function<void()> act) {
         then([this] { look_(*this); });
 }
 
-/// Selects the entry and, when its page came up, acts on the page's last control.
+/// Selects the entry and, if its page is shown, acts on the page's last control.
 void WholeSession::visit(const char* title, void (*act)(HWND)) {
     step([title] {
         const HWND tree = see([] { return control(tree_id); });

@@ -32,7 +32,7 @@ extern const std::string refusing_server;
 
 class WholeSession : public ProgramTest {
 public:
-    /// How a session ends that the program is meant to end abnormally.
+    /// The exit code of a session in which the program must end abnormally.
     static constexpr int abnormal = -1;
 
     struct Values {

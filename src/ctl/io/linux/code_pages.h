@@ -1,6 +1,6 @@
 #pragma once
-/// Windows' code pages and the letters' cases, for a program without Windows. cmake/code_pages.cpp writes
-/// their tables from those of the machine that builds it.
+/// Windows' code pages, and letters in lower and upper case, for a program without Windows.
+/// cmake/code_pages.cpp generates the tables from those of the machine that builds the program.
 #include <cstdint>
 #include <span>
 
@@ -20,12 +20,12 @@ struct CodePage {
 
 std::span<const CodePage> code_pages();
 
-/// A small letter beyond ASCII and its capital.
+/// A lower-case letter beyond ASCII and its upper-case form.
 struct Letter {
     std::uint16_t lower;
     std::uint16_t upper;
 };
 
-std::span<const Letter> letters(); // in the order of the small ones
+std::span<const Letter> letters(); // in the order of the lower-case letters
 
 } // namespace ctl

@@ -30,7 +30,7 @@ void append_utf8(std::string& text, char32_t character) {
         append(0x80 | (character >> 6 * rest & 0x3F));
 }
 
-/// The number of octets that follow the first one of a character; nothing if no character begins so.
+/// The number of octets that follow the first one of a character; nothing if no character begins with it.
 std::optional<unsigned> octets_after(unsigned first) {
     if (first < 0x80)
         return 0;

@@ -82,8 +82,8 @@ void load_from_system_folder() {
 std::atomic<bool> end_requested = false;
 HANDLE finished = nullptr;
 
-/// After Ctrl+C the program goes on. In all other cases the system ends it when this returns, or after some
-/// seconds.
+/// After Ctrl+C, the program continues. In all other cases, the system ends it when this function returns, or
+/// after some seconds.
 BOOL WINAPI note_request(DWORD kind) {
     end_requested = true;
     if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT)
