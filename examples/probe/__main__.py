@@ -254,9 +254,10 @@ def ascii_text(longest):
 
 
 def parse_options(arguments):
-    parser = argparse.ArgumentParser(prog="probe", description="Tests a Tavrin Server as the tool and other agents would use it.")
+    parser = argparse.ArgumentParser(prog="probe",
+                                     description="Tests a Tavrin Server by acting as the tool and as other agents.")
     parser.add_argument("host", help="name or IPv4 address")
-    parser.add_argument("port", type=int)
+    parser.add_argument("port", type=int, help="TCP and UDP port")
     parser.add_argument("--expect", choices=("accepted", "refused"), help="the right answer for this agent")
     parser.add_argument("--name", type=ascii_text(256), default="web1", help="the agent's name (default: web1)")
     parser.add_argument("--domain", type=ascii_text(1024), default="", help="the agent's domain (default: none)")

@@ -58,10 +58,10 @@ class Negotiation(socketserver.BaseRequestHandler):
             answer, accepts = answer_of(self.server.options)
             time.sleep(self.server.options.delay)
             self.request.sendall(answer)
-            say(f"{peer} was told: {answer.hex(' ')}")
+            say(f"{peer} was sent: {answer.hex(' ')}")
             if accepts:
                 wire.read_closing(reader)
-                say(f"{peer} said goodbye")
+                say(f"{peer} sent the closing element")
         except (wire.WireError, OSError) as problem:
             say(f"{peer} failed: {problem}")
 
@@ -89,19 +89,20 @@ def answer_discovery(discovery):
             except OSError as problem:
                 say(f"{peer[0]} gets no answer: {problem}")
         else:
-            say(f"{peer[0]} sent {len(octets)} octets that are no request: {octets[:32].hex(' ')}")
+            say(f"{peer[0]} sent {len(octets)} octets that are not a request: {octets[:32].hex(' ')}")
 
 
 def parse_options(arguments):
     parser = argparse.ArgumentParser(prog="sample_server", description="A sample Tavrin Server.")
-    parser.add_argument("--bind", default="0.0.0.0", help="address to listen on (default: every one)")
+    parser.add_argument("--bind", default="0.0.0.0", help="address to listen on (default: all)")
     parser.add_argument("--port", type=int, default=5000, help="TCP and UDP port (default: 5000)")
     parser.add_argument("--mode", choices=("accept", "refuse", "version", "without-key"), default="accept",
-                        help="how negotiations end (default: accept)")
-    parser.add_argument("--reason", default="This agent is not welcome.", help="what refuse says")
-    parser.add_argument("--version", type=int, default=768, help="what version offers (default: 768)")
-    parser.add_argument("--delay", type=float, default=0, help="seconds to think before each answer")
-    parser.add_argument("--no-discovery", action="store_true", help="do not answer discovery")
+                        help="the answer to every agent: an offer, a refusal, an offer of --version, or an "
+                             "offer without a private key (default: accept)")
+    parser.add_argument("--reason", default="This agent is not welcome.", help="the reason of a refusal (mode refuse)")
+    parser.add_argument("--version", type=int, default=768, help="the version to offer (mode version; default: 768)")
+    parser.add_argument("--delay", type=float, default=0, help="seconds to wait before each answer")
+    parser.add_argument("--no-discovery", action="store_true", help="do not answer scans")
     return parser.parse_args(arguments)
 
 

@@ -122,12 +122,12 @@ class Running(unittest.TestCase):
                          "61 80 02 02 02 02 a1 80 01 01 01 01 01 00 00 00 00 00")
         self.assertEqual(self.stop(), [
             'wants: version 514, name "web1", domain "", id "", hasMasterKey hasHallmark testing',
-            "was told: 61 80 02 02 02 02 a1 80 01 01 01 01 01 00 00 00 00 00", "said goodbye"])
+            "was sent: 61 80 02 02 02 02 a1 80 01 01 01 01 01 00 00 00 00 00", "sent the closing element"])
 
     def test_refuse(self):
         self.start("--mode", "refuse", "--reason", "no")
         self.assertEqual(self.negotiate(), "63 80 04 02 6e 6f 00 00")
-        self.assertEqual(self.stop()[-1], "was told: 63 80 04 02 6e 6f 00 00")
+        self.assertEqual(self.stop()[-1], "was sent: 63 80 04 02 6e 6f 00 00")
 
     def test_another_version(self):
         self.start("--mode", "version")
@@ -157,7 +157,7 @@ class Running(unittest.TestCase):
             answer, peer = agent.recvfrom(4096)
         self.assertEqual(peer, ("127.0.0.1", self.port))
         self.assertEqual(answer[:16].hex(" "), "12 34 56 78 00 00 14 21 00 00 00 05 00 00 00 02")
-        self.assertIn("sent 5 octets that are no request: 68 65 6c 6c 6f", self.stop())
+        self.assertIn("sent 5 octets that are not a request: 68 65 6c 6c 6f", self.stop())
 
 
 if __name__ == "__main__":
