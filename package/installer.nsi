@@ -181,7 +181,7 @@ Section "The program and its guide" ProgramSection
     WriteRegDWORD HKLM "${ENTRY}" "NoRepair" 1
 SectionEnd
 
-Section "tavrinctl by its name (its folder on the PATH)" PathSection
+Section "tavrinctl on the PATH" PathSection
 SectionEnd
 
 Section "-PATH"
@@ -198,7 +198,7 @@ Section "-PATH"
     ${EndIf}
 SectionEnd
 
-Section /o "Sample settings, registered, to try it out" SampleSection
+Section /o "Sample settings to try the program on" SampleSection
     SetOutPath "$INSTDIR\sample"
     File "${STAGE}\sample\sample.spec"
     ; What is registered under this name already stays.
