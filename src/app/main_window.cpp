@@ -46,7 +46,7 @@ LRESULT on_create(HWND window) {
         fill_tree(*configuration, tree);
     create_buttons(window);
     state.complete = true;
-    // The tree's first notification would also update the buttons, but its time differs between systems.
+    // The tree's first notification would also update the buttons, but systems send it at different moments.
     PostMessageA(window, page_changed_message, 0, 0);
     return 0;
 }

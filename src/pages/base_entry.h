@@ -11,9 +11,9 @@
 #include <memory>
 #include <string_view>
 
-/// Every concrete entry derives from this class and from exactly one store class, which realises the shared
-/// DataManipulator. There is no virtual destructor: entries live until the process ends, and who owns one
-/// knows its kind (see OwnedEntry).
+/// Every concrete entry derives from this class and from exactly one store class, which implements the shared
+/// DataManipulator. There is no virtual destructor: entries exist until the process ends, and their owner
+/// knows the class of each (see OwnedEntry).
 class BaseEntry : public virtual DataManipulator {
 public:
     /// `subspec` is the spec file's text from the entry's title on; its first three lines are the title, the

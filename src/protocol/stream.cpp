@@ -12,8 +12,8 @@ struct TcpStream : Stream {
     std::uint8_t received[2048]; // longer than any answer without unknown fields
 };
 
-/// A socket has nothing to flush, so this never fails, and its caller's text is never shown; another kind of
-/// connection may.
+/// A socket has nothing to flush, so this never fails, and the text that its callers have for a failure is
+/// never shown. Another kind of connection may fail here.
 const char* flush_socket(Socket&) { return nullptr; }
 
 const char* tcp_flush(Stream* stream) {

@@ -131,7 +131,7 @@ struct ServiceName {
     SpecLine name;
 };
 
-/// An error in a line, with the text that the user is shown.
+/// An error in a line, with the text that is shown to the user.
 struct SpecError {
     std::size_t line = 0;
     std::string text;

@@ -3,8 +3,9 @@
 /// need it.
 #include "platform/win32.h"
 
-/// Owner of message boxes and of the wait window, receiver of the page-changed message, window of the
-/// keyboard navigation. Null before it is created, after it is destroyed and after start-up failed.
+/// The main window: it owns the message boxes and the wait window, receives the page-changed message, and is
+/// the window of the keyboard navigation. Null before it is created, after it is destroyed and after start-up
+/// failed.
 inline HWND main_window = nullptr;
 
 /// Posted to the main window, without parameters, after the user edited the value of the page shown.

@@ -136,7 +136,7 @@ void WaitWindow::drop_waiting_input() const {
 
 void WaitWindow::close() {
     ask_to_close(std::exchange(window_, nullptr));
-    // The focus is back at the main window, and with it what was typed meanwhile.
+    // The focus is back in the main window, and so are the keys that were typed meanwhile.
     drop_waiting_input();
     rethrow_kept();
 }

@@ -94,7 +94,7 @@ void PrintedRestart::continue_without_service(DWORD code) const {
     say("there is no " + name_ + " to restart" + reason(code), Level::warning);
 }
 
-/// The service still runs, so nothing has to be written.
+/// Fails before anything is written, because the service keeps running with the current values.
 void PrintedRestart::give_up(DWORD code) const {
     if (!is_pending_)
         forget_restart(service_);

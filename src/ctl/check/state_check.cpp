@@ -150,7 +150,7 @@ std::size_t DesiredEntries::find(const std::string& name) const {
     const std::size_t titled = titles_.find(name);
     if (titled == 0 || repeated_titles_.find(name) != 0 || !entries_[titled - 1].declaration.has_value())
         refuse(name);
-    // Several entries may share one value; the first one stands for all.
+    // Several entries may share one value; the first one represents them all.
     return value_names_.find(entries_[titled - 1].declaration.value_name.text) - 1;
 }
 

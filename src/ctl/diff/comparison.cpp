@@ -11,7 +11,7 @@
 namespace ctl {
 namespace {
 
-/// The text that a page would store for the desired one; apply takes both as the same.
+/// The text that a page would store for the desired one; apply treats both as equal.
 std::string stored_for(const std::string& desired, const std::string& kind) {
     Declaration declaration;
     declaration.kind = find_entry_kind(kind);
