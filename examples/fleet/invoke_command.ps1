@@ -1,4 +1,4 @@
-# Brings machines into the desired state of agent.json, over PowerShell remoting:
+# Applies the desired state in agent.json to machines, over PowerShell remoting:
 #
 #     .\invoke_command.ps1 -ComputerName web1, web2
 #

@@ -1,5 +1,5 @@
 @echo off
 rem Start-up script for Group Policy: Computer Configuration, Policies, Windows Settings, Scripts, Startup.
-rem It runs as SYSTEM. Put agent.json beside it, where only administrators can write.
+rem It runs as SYSTEM. Put agent.json into the same folder, to which only administrators can write.
 "%ProgramW6432%\Tavrin Configuration\tavrinctl.exe" apply "%~dp0agent.json"
 exit /b %ERRORLEVEL%

@@ -1,4 +1,4 @@
-# Remediation script for detect.ps1, with the same desired state. Ends with 0 if the agent is in it afterwards.
+# Remediation script for detect.ps1, with the same desired state. Ends with 0 if the agent is in this state afterwards.
 # Do not let it run with the logged-on user's credentials: it needs SYSTEM.
 $OutputEncoding = [System.Text.UTF8Encoding]::new($false)
 $desired = @'
