@@ -28,7 +28,7 @@ AllowSkipFiles off
 !define SAMPLE_FILE "$INSTDIR\sample\sample.spec"
 !define PROGRAMS "Software\Microsoft\Windows\CurrentVersion\Uninstall"
 !define ENTRY "${PROGRAMS}\TavrinConfiguration"
-; By it "Run" finds the window without its folder.
+; With this key, "Run" finds the window without its folder.
 !define APP_PATH "Software\Microsoft\Windows\CurrentVersion\App Paths\tavrinconfig.exe"
 ; The program's own key; a value in it is a spec file.
 !define LIST "SOFTWARE\Tavrin\TRConfig"
@@ -70,9 +70,9 @@ UninstPage instfiles
 
 ComponentText "The program edits the settings of the Tavrin Agent on this computer." "" "Choose what to install:"
 DirText "${NAME} is installed in the following folder." "Folder"
-UninstallText "The program, its guide, its entries in the Start menu and the sample are removed. The agent, its settings and spec files that you registered yourself stay." "Folder:"
+UninstallText "The program, its guide, its entries in the Start menu and the sample are removed. The agent, its settings and the spec files that you registered yourself are kept." "Folder:"
 
-; Windows lets nobody write to the file of a running program. Stops, with nothing changed, unless the person ends it.
+; Windows lets nobody write to the file of a running program. Stops without any change, unless the user closes the program.
 !macro StopWhileRunning FILE PROBLEM WHAT
     ${DoWhile} ${FileExists} "${FILE}"
         ClearErrors
@@ -201,7 +201,7 @@ SectionEnd
 Section /o "Sample settings to try the program on" SampleSection
     SetOutPath "$INSTDIR\sample"
     File "${STAGE}\sample\sample.spec"
-    ; What is registered under this name already stays.
+    ; A file that is already registered under this name stays registered.
     ReadRegStr $0 HKLM "${LIST}" "${SAMPLE_NAME}"
     ${If} $0 == ""
         ClearErrors
