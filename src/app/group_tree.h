@@ -1,12 +1,12 @@
 #pragma once
 #include "pages/configuration.h"
 
-/// Adds the configuration's nodes to the tree and records which entry each stands for. A configuration
-/// without groups gets none; entries of a group without a name hang under the configuration's own node.
+/// Adds the configuration's nodes to the tree and records the entry of each. A configuration without groups
+/// gets no nodes; the entries of a group without a name are directly below the configuration's node.
 void fill_tree(Configuration& configuration, HWND tree);
 
-/// Takes the values of the page that the configuration shows, if any, notes whether they differ from what is
-/// stored, and takes the page down.
+/// Takes the values of the page that the configuration shows, if any, records whether they differ from the
+/// stored ones, and destroys the page's controls.
 void leave_page(Configuration& configuration, HWND parent);
 
 /// Leaves the page that the configuration shows, if any, and shows the page of `item` if it is one of the

@@ -24,9 +24,11 @@ constexpr WPARAM system_order = 0xFFF0;
 struct State {
     /// The configuration whose node is selected, if it offers a connection test.
     Configuration* tested = nullptr;
-    /// What the buttons show. True at first, so that the first update without changes writes "Close".
+    /// Whether the buttons show that there are changes. True at first, so that the first update without
+    /// changes writes "Close".
     bool changed = true;
-    /// The control that had the keyboard focus when the window itself or another one last got it.
+    /// The control that had the keyboard focus when the focus last went to the window itself or to another
+    /// window.
     HWND left_focus = nullptr;
     /// The shown page is being replaced, and meanwhile another item was selected.
     bool selecting = false;
@@ -66,7 +68,7 @@ LRESULT on_destroy(HWND window) {
     return 0;
 }
 
-/// Every configuration is asked, since asking also takes the shown page's values.
+/// Queries every configuration, because the query also takes the shown page's values.
 bool any_configuration_has_changes() {
     bool changed = false;
     for (const auto& [name, configuration] : configurations)

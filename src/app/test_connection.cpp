@@ -22,7 +22,7 @@ void warn(const std::string& text) {
     tell({.text = text, .caption = "Error testing connection", .style = MB_ICONEXCLAMATION});
 }
 
-/// Shows what the user sees of a test.
+/// Shows the user the progress and the failures of a test.
 class ShownTest final : public TrialListener {
 public:
     void trying(const std::string& host, std::uint16_t port) override {

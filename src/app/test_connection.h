@@ -6,7 +6,7 @@
 
 /// Tests every server of `server_list` (protocol/try_servers.h), with a wait window around each attempt,
 /// and reports in one message box: success, or every server that failed and why. A port that is not a number
-/// ends the test at once with a box of its own. An empty `agent_name` stands for the connection's local
+/// ends the test at once, with a separate box. An empty `agent_name` stands for the connection's local
 /// address.
 void testConnection(const std::string& agent_name, const std::string& agent_domain,
                     const std::string& server_list, std::uint16_t default_port);

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// The longest text that a value keeps, in bytes: the registry's buffer has 1,024 with the terminating zero.
-/// What a page takes from a control is cut to it.
+/// A page cuts the text that it takes from a control to this length.
 inline constexpr std::size_t longest_value = 1023;
 
 /// Decimal; with `two_digits` at least two characters, with a leading zero if necessary.

@@ -49,7 +49,7 @@ struct Verb {
     bool speaks_json = false;
 };
 
-/// Reads the words after the verb. Throws Failure of the code `usage` for what the verb does not take.
+/// Reads the words after the verb. Throws Failure of the code `usage` for words that the verb does not take.
 Arguments parse_arguments(const Verb& verb, const std::vector<std::string>& words);
 
 /// "tavrinctl check FILE...".

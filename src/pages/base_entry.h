@@ -46,7 +46,7 @@ public:
 protected:
     ~BaseEntry() { pages_.erase(this); }
 
-    /// What an entry has only while its page is shown.
+    /// The members that an entry has only while its page is shown.
     struct Page {
         bool is_selected = false;
         /// The page's frame and the parent of its controls.
@@ -84,7 +84,7 @@ using OwnedEntry = std::unique_ptr<BaseEntry, EntryDeleter>;
 /// For a control that has no value to edit.
 inline constexpr WORD never_reported = 0xFFFF;
 
-/// What differs between kinds of such entries.
+/// The differences between kinds of such entries.
 struct PageControl {
     ControlDescription child;
     /// Distance of the control's upper edge from the page's lower edge, and the control's height, in pixels.

@@ -15,24 +15,24 @@ class Configuration : public Settings {
 public:
     /// Reads and parses the spec file at `path`; `registry_value_name` becomes the name of an old-syntax
     /// file. A file that cannot be opened gives a configuration without name and groups. With
-    /// `connection_test_only` only what the connection test needs is built, and no value is read.
+    /// `connection_test_only`, only the parts that the connection test needs are built, and no value is read.
     /// Throws a text (std::string) when the file cannot be parsed or a value's key cannot be read; with
     /// `connection_test_only` also when the file cannot be opened.
     Configuration(const std::string& registry_value_name, const std::string& path, bool connection_test_only);
     /// A configuration without name and groups, for build_settings to fill.
     explicit Configuration(bool connection_test_only) : Settings(connection_test_only) {}
 
-    /// Takes the shown page's values and tells whether any entry holds an unsaved change. The cost does not
+    /// Takes the shown page's values and returns whether any entry has an unsaved change. The cost does not
     /// depend on the number of entries.
     bool has_changes();
 
-    /// The main window's bookkeeping: which entry a tree item shows,
+    /// The entry of each tree item that has one.
     std::map<HTREEITEM, BaseEntry*> entry_items;
-    /// which tree items show none (the root and the groups),
+    /// The tree items without an entry: the root and the groups.
     std::set<HTREEITEM> node_items;
-    /// whose page is on screen, or null,
+    /// The entry whose page is on the screen, or null.
     BaseEntry* shown_entry = nullptr;
-    /// and which entries held unsaved changes when their pages were left.
+    /// The entries that had unsaved changes when their pages were left.
     std::set<BaseEntry*> changed_entries;
 };
 

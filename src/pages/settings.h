@@ -1,5 +1,5 @@
 #pragma once
-/// What a spec file describes, as entries: which settings there are, and where they are kept.
+/// The settings that a spec file describes, as entries, and the registry key and service that they belong to.
 #include "pages/base_entry.h"
 #include "store/common_reg_key.h"
 
@@ -53,7 +53,7 @@ public:
     /// That value's current text as a decimal number. Throws a text when it is none.
     std::int32_t integer_by_title(const std::string& title) const;
 
-    /// Only what the connection test needs is built, and no value is read.
+    /// If true, only the parts that the connection test needs are built, and no value is read.
     const bool connectionTestOnly;
     /// The spec file as it was read. The entries' titles, help texts and value names are parts of it.
     std::string spec_text;

@@ -1,5 +1,5 @@
 #pragma once
-/// What every element begins with: its identifier and its length.
+/// The head of every element: its identifier and its length.
 ///
 /// Identifier octets, which begin every element:
 ///
@@ -47,8 +47,8 @@ inline const char* read_tag(Stream* stream, std::uint32_t* tag) {
     *tag = short_tag(*stream->next++);
     return nullptr;
 }
-/// Reads an identifier into `*tag` only when that is 0. The readers of one element begin with this: their
-/// caller may have read the identifier already, to decide what follows.
+/// Reads an identifier into `*tag` only if that is 0. The readers of an element begin with this, because
+/// their caller may have read the identifier already to decide which element follows.
 inline const char* read_tag_if_needed(Stream* stream, std::uint32_t* tag) {
     return *tag == 0 ? read_tag(stream, tag) : nullptr;
 }

@@ -86,7 +86,7 @@ const SpecStatement* SpecReader::next() {
 
 /// False for a blank line, which is no statement.
 bool SpecReader::read_group_level() {
-    // Every run of subspecs outside a group gets an unnamed group of its own.
+    // Each run of subspecs outside a group gets a separate unnamed group.
     if (is_old_ && lines_.next_starts_with('$')) {
         start_group({{}, lines_.line_number() + 1}, true);
         return true;

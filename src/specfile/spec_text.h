@@ -37,7 +37,7 @@ std::string_view up_to_end_of_text(std::string_view octets);
 std::optional<std::string> read_spec_file(const std::string& path);
 
 /// Lines of a text in memory. A line ends at a line feed; one carriage return right before it belongs to the
-/// line end. What follows the last line feed is a line too, unless it is empty.
+/// line end. The text after the last line feed is a line as well, unless it is empty.
 class LineReader {
 public:
     /// The text must outlive the reader and the lines read from it.
@@ -49,7 +49,7 @@ public:
     bool next_starts_with(char first) const { return !rest_.empty() && rest_.front() == first; }
     /// The next line without its end; empty at the end of the text.
     std::string_view read();
-    /// What is not read yet.
+    /// The text that is not read yet.
     std::string_view rest() const { return rest_; }
     /// The number of the line that was read last.
     std::size_t line_number() const { return lines_read_; }
@@ -72,9 +72,9 @@ enum class ValueForm { none, text, integer, flag, option, server_list };
 /// The syntax of a type line. The table in pages/building.cpp has the entry for it.
 struct EntryKind {
     std::string_view type;
-    /// This many lines follow the type line, whatever they start with,
+    /// The number of lines after the type line that always belong to the subspec, whatever they start with.
     std::size_t least_further = 0;
-    /// and up to this many, within the subspec.
+    /// The most lines after the type line; those beyond `least_further` end where the subspec ends.
     std::size_t most_further = 0;
     ValueForm form = ValueForm::none;
 };

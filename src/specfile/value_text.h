@@ -15,9 +15,9 @@ std::string checked_text(bool is_checked);
 /// empty when there is none.
 std::string integer_text(const std::string& text);
 
-/// What a declaration's page stores when it is opened on `stored` and left without an edit.
+/// The text that a declaration's page stores if it is opened on `stored` and left without an edit.
 std::string stored_by_page(const Declaration& declaration, const std::string& stored);
 
 /// The reason why `text` is invalid for a declaration, as part of a sentence; empty if it is valid, and then
-/// stored_by_page returns what to store. Stricter than a page, which cuts and guesses.
+/// stored_by_page returns the text to store. Stricter than a page, which cuts and guesses.
 std::optional<std::string> value_problem(const Declaration& declaration, const std::string& text);

@@ -1,12 +1,12 @@
 #pragma once
-/// The thread's message queue: what is taken from it, dropped and handed on.
+/// The thread's message queue: taking, dropping and dispatching messages.
 #include "platform/win32.h"
 
 #include <optional>
 
-/// Removes quit messages from the thread's queue while it exists, and puts the last one back at the end. A
-/// waiting quit message ends every box at once, comes before paint and input, and is fetched whatever the
-/// filter.
+/// Removes quit messages from the thread's queue while it exists, and puts the last one back when it is
+/// destroyed. A waiting quit message would end every box at once, precede paint and input messages, and be
+/// fetched with any filter.
 class QuitAside {
 public:
     QuitAside() = default;

@@ -10,11 +10,11 @@ public:
     explicit WaitWindow(const std::string& text);
     WaitWindow(const WaitWindow&) = delete;
     WaitWindow& operator=(const WaitWindow&) = delete;
-    /// Closes the window if that has not been done. Leaves what is thrown meanwhile to the next
-    /// `rethrow_kept`.
+    /// Closes the window unless that was done before. Leaves an exception that is thrown meanwhile to the
+    /// next `rethrow_kept`.
     ~WaitWindow();
 
-    /// Drops what the user has typed and clicked meanwhile: it was not meant for what is shown next.
+    /// Drops the keys and clicks that have arrived meanwhile: they were not meant for the next window.
     void drop_waiting_input() const;
     /// Closes the window, drops that input, and handles no other message meanwhile. While the main window is
     /// disabled, only posts a request to close, which is handled with the next messages. Throws what a window

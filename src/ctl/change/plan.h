@@ -10,7 +10,7 @@
 
 namespace ctl {
 
-/// What happens to one value.
+/// The planned change of one value.
 struct Change {
     const Declaration* declaration;
     StoredValue before;

@@ -37,11 +37,11 @@ struct DesiredValue {
     std::optional<std::string> octets = {};
 };
 
-/// What a state was made for; empty if it does not say.
+/// The configuration for which a state was made; its members are empty if the state does not name them.
 struct Guards {
     std::string key;
     std::string service;
-    /// Of the spec file.
+    /// The SHA-256 of the spec file.
     std::string sha256;
 };
 

@@ -7,7 +7,7 @@
 namespace ctl {
 namespace {
 
-/// What the page shows of the help text and the title in the smallest window, in the stock font.
+/// The room on a page for the help text and the title, in the smallest window and in the stock font.
 constexpr std::size_t help_columns = 32;
 constexpr std::size_t help_lines = 6;
 constexpr std::size_t title_columns = 27;

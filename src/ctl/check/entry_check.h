@@ -35,7 +35,7 @@ private:
     /// The titles whose first entry has no registry value.
     NameTable titles_without_value_{false};
     RegistryNames value_names_;
-    /// What the connection test looks up, and the lines of that test and of the first server list.
+    /// The titles that the connection test looks up, and the lines of that test and of the first server list.
     std::vector<SpecLine> wanted_titles_;
     std::size_t connection_test_ = 0;
     std::size_t server_list_ = 0;

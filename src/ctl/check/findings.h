@@ -1,6 +1,6 @@
 #pragma once
-/// What a check finds, and the forms in which it is printed, for people and for the programs that show
-/// findings beside a change.
+/// The findings of a check, and the forms in which they are printed, for people and for services that show
+/// findings beside the changed lines.
 #include <algorithm>
 #include <cstddef>
 #include <string>

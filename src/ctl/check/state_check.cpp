@@ -42,7 +42,8 @@ void check_value(const DesiredValue& desired, const Declaration& declaration, un
         throw refusal(text, *problem, code_page);
 }
 
-/// An old file is named by the machine's registry, so only its key tells which configuration it is.
+/// The registry of the machine gives an old file its name, so only the key tells to which configuration it
+/// belongs.
 bool is_meant(const DesiredConfiguration& desired, const SpecModel& spec, unsigned code_page) {
     if (!spec.is_old)
         return is_same_registry_name(to_utf8(spec.name.text, code_page), desired.name);

@@ -1,5 +1,5 @@
 #pragma once
-/// What is wrong with a state for every machine that has certain spec files. Problems are thrown as texts.
+/// Finds the problems of a state for every machine that has certain spec files. Problems are thrown as texts.
 #include "ctl/change/state_file.h"
 #include "ctl/check/findings.h"
 #include "ctl/io/registry_names.h"
@@ -67,7 +67,8 @@ struct CheckedSpec {
 const CheckedSpec* find_spec(const DesiredConfiguration& desired, const std::vector<CheckedSpec>& specs,
                              unsigned code_page);
 
-/// What `apply` would refuse, or warn of, on machines with these spec files. All findings are in line 1.
+/// The problems for which `apply` would refuse the state, or warn, on machines with these spec files. All are
+/// in line 1.
 std::vector<Finding> check_state(const State& state, const std::vector<CheckedSpec>& specs,
                                  unsigned code_page);
 

@@ -7,8 +7,8 @@
 namespace ctl {
 namespace {
 
-// What is the same on every page. The page's policy lets it load nothing and run only its own script, which
-// is named by its SHA-256: a changed script needs a new one, which the tests print.
+// The parts that are the same on every page. The page's policy lets it load nothing and run only its own
+// script, which it names by its SHA-256: a changed script needs a new one, which the tests print.
 
 constexpr const char* html_head = R"(<!DOCTYPE html>
 <html lang="en">

@@ -13,7 +13,7 @@ void finish_output();
 
 enum class Level { error, warning, info };
 
-/// Prints a message as a line of its own. Information, about what a long step does, is for people: without
+/// Prints a message on a separate line. Information about the progress of a long step is for people: without
 /// `is_verbose` it is printed only on a terminal, because callers such as PowerShell take every line on the
 /// standard error stream for an error.
 void say(std::string_view message, Level level = Level::error);

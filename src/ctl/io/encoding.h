@@ -1,6 +1,6 @@
 #pragma once
-/// Spec files and the registry's values are in the machine's code page; what tavrinctl reads and prints is
-/// UTF-8. Code pages have Windows' numbers.
+/// Conversions between the machine's code page, in which spec files and the registry's values are, and UTF-8,
+/// which tavrinctl reads and prints. Code pages have Windows' numbers.
 #include <algorithm>
 #include <optional>
 #include <string>

@@ -22,8 +22,8 @@ struct MachineConfiguration {
 using Machine = std::vector<MachineConfiguration>;
 using Configurations = std::vector<const MachineConfiguration*>;
 
-/// All configurations, by name. Warns of what keeps the window from making an entry or a configuration.
-/// Throws Failure for what keeps the window from starting.
+/// All configurations, by name. Warns of problems that keep the window from making an entry or a
+/// configuration. Throws Failure for problems that keep the window from starting.
 Machine read_machine();
 
 /// The configuration of this name (UTF-8): in the same letter case, or in any if only one matches. Throws

@@ -25,7 +25,7 @@ struct StoredValue {
     bool is_too_long = false;
     /// As the window reads it, in the machine's code page.
     std::string text;
-    /// What the registry holds, texts in UTF-16, if the value is not a text or UTF-8 cannot express it.
+    /// The octets in the registry, texts in UTF-16, if the value is not a text or UTF-8 cannot express it.
     std::optional<std::string> octets;
 
     /// Whether it is exactly this text, of the type that the window writes.
@@ -35,7 +35,7 @@ struct StoredValue {
 };
 
 StoredValue read_value(const LocalKey& key, const std::string& name);
-/// What read_value would return for this value.
+/// The result that read_value would return for this value.
 StoredValue as_stored(const RegistryValue& exact);
 
 /// The value as it is, or nothing if it does not exist.
@@ -43,7 +43,8 @@ std::optional<RegistryValue> read_exactly(const LocalKey& key, const std::string
 /// Returns the system's return code.
 LSTATUS write_exactly(const LocalKey& key, const std::string& name, const RegistryValue& value);
 
-/// For people: the text, or a number, or octets, with the type unless it is REG_SZ; or why there is none.
+/// For people: the text, a number or octets, with the type unless it is REG_SZ; or the reason why there is
+/// none.
 std::string shown(const StoredValue& value);
 
 /// For programs, and for `apply` to read: the text of a REG_SZ; null for a value that does not exist; an

@@ -132,7 +132,7 @@ std::string string_of(const std::string& id, const std::string& text) {
     return "      <string id=\"" + id + "\">" + xml(text) + "</string>\n";
 }
 
-/// The help text, and what a policy of this kind does.
+/// The help text, followed by the effect of a policy of this kind.
 std::string explained(const TemplateSource& source, const TemplateEntry& entry) {
     std::string text =
         entry.help + "\n\nSets \"" + entry.value_name + "\" below HKEY_LOCAL_MACHINE\\" + source.key + ". ";

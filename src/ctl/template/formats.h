@@ -7,7 +7,7 @@
 
 namespace ctl {
 
-/// Leaves out what policies cannot express, so that the rest can be written.
+/// Leaves out entries that policies cannot express, so that the rest can be written.
 void drop_what_policies_lack(TemplateSource& source);
 /// The prefix, which is also part of the namespace, distinguishes the templates of a domain.
 std::string policy_prefix(const TemplateSource& source);
@@ -15,7 +15,7 @@ std::string policy_prefix(const TemplateSource& source);
 std::string write_admx(const TemplateSource& source);
 std::string write_adml(const TemplateSource& source);
 
-/// Leaves out what registry items cannot express, so that the rest can be written.
+/// Leaves out entries that registry items cannot express, so that the rest can be written.
 void drop_what_items_lack(TemplateSource& source);
 /// Registry items of Group Policy Preferences.
 std::string write_preferences(const TemplateSource& source);

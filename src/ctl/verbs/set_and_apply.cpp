@@ -15,8 +15,8 @@ DesiredValue desired_by(const std::string& word) {
     return {word.substr(0, end), word.substr(end + 1)};
 }
 
-/// Written values stay written even if the report is lost, so the caller is told; and the exit code still
-/// says if a service did not restart.
+/// Written values stay written even if the report is lost, so prints a message about this. The exit code
+/// still says whether a service did not restart.
 ExitCode print_report(const ChangeResult& result, const Arguments& arguments) {
     try {
         print(arguments.json ? to_text(report_json(result, arguments.what_if))

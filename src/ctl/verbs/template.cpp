@@ -129,7 +129,7 @@ void Making::take_state(const State& state) {
     }
 }
 
-/// A template reaches many machines, so it must not contain what `apply` refuses.
+/// A template reaches many machines, so it must not contain values that `apply` refuses.
 void Making::check(const State& state) const {
     Problems problems;
     for (const Finding& each : check_state(state, specs_, code_page_)) {

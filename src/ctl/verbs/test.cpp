@@ -75,7 +75,7 @@ int weight(ExitCode code) {
     }
 }
 
-/// Collects the results of all configurations, and prints each at once.
+/// Collects the results of all configurations, and prints each result immediately.
 class Results final : public TrialListener {
 public:
     explicit Results(const Arguments& arguments) : arguments_(arguments) {}

@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
-/// What differs between kinds of such entries; distances and sizes in pixels.
+/// The differences between kinds of such entries; distances and sizes in pixels.
 struct TextAndButton {
     const char* text_box_failure;
     const char* button_text;
     const char* button_failure;
-    /// How much narrower than the page the text box is.
+    /// The difference between the widths of the page and of the text box.
     int text_box_narrower;
-    /// Where the button's upper left corner is, from the page's lower right one.
+    /// The distance of the button's upper left corner from the page's lower right corner.
     int button_from_right;
     int button_above_bottom;
     int button_width;

@@ -26,7 +26,7 @@ void prepare(const std::string& path) {
 
 } // namespace
 
-/// Used by the tests alone, each of which names a folder of its own.
+/// Used only by the tests, each of which names a separate folder.
 std::string data_folder() {
     const char* const named = std::getenv("TAVRINCTL_DATA");
     return named != nullptr ? named : "tavrinctl-data";
