@@ -14,8 +14,8 @@ SCRIPTS = sorted(path for path in (TOP / "script").iterdir() if path.is_file())
 CONFIGURED = json.loads((TOP / "CMakePresets.json").read_text())["configurePresets"]
 PRESETS = {preset["name"] for preset in CONFIGURED if not preset.get("hidden")}
 FOLDERS = ("src", "tests", "docs", "examples", "bench", "cmake", "package", "script")
-# A pattern, a placeholder, or the file that the contributors' example adds.
-PATTERN = re.compile(r"[*<{]|N[A-Z]|password_entry")
+# A pattern, or a placeholder.
+PATTERN = re.compile(r"[*<{]|N[A-Z]")
 RUNS_ANOTHER = ("script/wine", "script/isolated")
 
 
@@ -70,7 +70,7 @@ class Commands(unittest.TestCase):
         def look(parts):
             named = [after for word, after in zip(parts, parts[1:]) if word == "--preset"]
             if parts and parts[0] == "script/build":
-                named += [word for word in parts[1:] if re.fullmatch("[a-z]+", word)]
+                named += [word.partition(":")[0] for word in parts[1:] if re.fullmatch("[a-z]+(:.+)?", word)]
             self.assertLessEqual(set(named), PRESETS)
         self.check(look)
 

@@ -1,4 +1,4 @@
-"""docs/spec-files.md has a section for every type of entry, with the sample's own entry and its picture."""
+"""docs/spec-files.md has a row and a section for every type of entry, with the sample's own entry and its picture."""
 import re
 import unittest
 
@@ -11,9 +11,10 @@ SAMPLE = (TOP / "examples/spec_files/agent.spec").read_text()
 
 
 class Types(unittest.TestCase):
-    def test_every_type_has_a_section(self):
-        types = re.findall(r'^    \{\.type = "(\w+)"', KINDS, re.M)
-        self.assertEqual(sorted(SECTIONS), sorted(set(types) - {"string"}))
+    def test_every_type_has_a_section_and_a_row(self):
+        types = sorted(set(re.findall(r'^    \{\.type = "(\w+)"', KINDS, re.M)) - {"string"})
+        self.assertEqual(sorted(SECTIONS), types)
+        self.assertEqual(sorted(re.findall(r"^\| \[`(\w+)`\]\(#", GUIDE, re.M)), types)
 
     def test_every_section_has_one_picture_and_one_entry_of_the_sample(self):
         for name, section in SECTIONS.items():
