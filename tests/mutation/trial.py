@@ -12,8 +12,8 @@ from suites import BUILD, CASES, LIBRARIES, NO_NETWORK, PROGRAM, TOP, command_of
 # What the sanitizers of the other builds notice, as far as it costs next to nothing: the preset compiles with checks
 # that trap, and every block of memory is checked when it is freed; when nothing was noticed the suites run once more
 # and lost memory is looked for.
-CHECKED_MEMORY = {"LD_PRELOAD": "libc_malloc_debug.so.0", "MALLOC_CHECK_": "3", "MALLOC_PERTURB_": "165"}
-LOST_MEMORY = {"LD_PRELOAD": "liblsan.so.0"}
+CHECKED_MEMORY = ["LD_PRELOAD=libc_malloc_debug.so.0", "MALLOC_CHECK_=3", "MALLOC_PERTURB_=165"]
+LOST_MEMORY = ["LD_PRELOAD=liblsan.so.0"]
 MEMORY = 4 << 30  # a change may ask for memory without end
 
 
@@ -87,12 +87,13 @@ class Trial:
         limits = ["prlimit", "--core=0", f"--cpu={seconds}:{seconds + 5}"]
         if checks == CHECKED_MEMORY:
             limits.append(f"--as={MEMORY}")
-        command = [*NO_NETWORK, *limits, *command_of(name, program)]
+        # The checks are for the suite alone: the tools before it lose memory themselves.
+        command = [*NO_NETWORK, *limits, "env", *(checks if name != CASES else []), *command_of(name, program)]
         if name != CASES:
             command.append(f"--gtest_filter={tests if slow else '-' + tests}")
-        own = dict(checks if name != CASES else {}, LD_LIBRARY_PATH=str(self.folder), TMPDIR=str(self.folder))
+        own = environment_of(program, LD_LIBRARY_PATH=str(self.folder), TMPDIR=str(self.folder))
         try:
-            result = run(command, env=environment_of(program, **own), timeout=60 + 10 * self.suites.seconds[name])
+            result = run(command, env=own, timeout=60 + 10 * self.suites.seconds[name])
         except subprocess.TimeoutExpired:
             return f"{name}: takes too long"
         return verdict(name, result)
