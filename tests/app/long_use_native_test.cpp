@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <iterator>
 #include <map>
 #include <thread>
@@ -19,23 +20,28 @@ namespace {
 class BusyServer {
 public:
     explicit BusyServer(int agents) : thread_([this, agents] { serve(agents); }) {}
-    ~BusyServer() { thread_.join(); }
+    ~BusyServer() {
+        over_ = true;
+        thread_.join();
+    }
     BusyServer(const BusyServer&) = delete;
     BusyServer& operator=(const BusyServer&) = delete;
     std::uint16_t port() const { return listener_.port(); }
 
 private:
     void serve(int agents) {
-        for (int served = 0; served < agents; ++served) {
+        for (int served = 0; served < agents && !over_;) {
             const loopback::Handle agent = listener_.accept();
             if (agent.get() == INVALID_SOCKET)
-                return;
+                continue; // on a busy machine, the next agent may take longer than the listener waits
+            ++served;
             loopback::send_all(agent.get(), accepting_server);
             loopback::receive_all(agent.get());
         }
     }
 
     loopback::Listener listener_;
+    std::atomic<bool> over_ = false;
     std::thread thread_;
 };
 
