@@ -5,6 +5,7 @@
 #include "substitute/control.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 #include <fstream>
 
@@ -96,6 +97,14 @@ TEST_F(Show, AStateSurvivesPowerShell) {
     EXPECT_EQ(text("AgentName"), "Z\xFCrich");
 }
 
+TEST_F(Show, ActionsAreListedInJson) {
+    const auto report = nlohmann::json::parse(run({"show", "--json"}).out);
+    EXPECT_EQ(report["configurations"]["Agent"]["actions"].dump(),
+              R"([{"group":"Two","kind":"RemoveKey","name":"Subkey","title":"Gone"},)"
+              R"({"group":"Two","kind":"SignalEvent","name":"Event","title":"Shout"},)"
+              R"({"group":"Two","kind":"ConnectionTest","name":"","title":"Test"}])");
+}
+
 TEST_F(Show, AStateOfAnotherMachineMakesThisOneTheSame) {
     const Ended shown = run({"show", "--json"});
     change({"set", "Agent", "Port=1", "First=x", "AgentName=other"});
@@ -155,6 +164,17 @@ TEST_F(Show, AnInstanceForDsc) {
         R"("Second":null,"Flag":"true","Colour":"red","ServerList":null,"Modem":null}})"
         "\n");
     EXPECT_EQ(dsc("export", "").out, dsc("get", R"({"name":"agent"})").out);
+}
+
+TEST_F(Show, TheSchemaOfADscInstance) {
+    const auto schema = nlohmann::json::parse(run({"dsc", "schema"}).out);
+    EXPECT_EQ(schema["required"].dump(), R"(["name"])");
+    const auto& properties = schema["properties"];
+    EXPECT_EQ(properties["name"]["type"], "string");
+    EXPECT_EQ(properties["service"]["readOnly"], true);
+    EXPECT_EQ(properties["values"]["additionalProperties"].dump(),
+              R"({"type":["string","integer","boolean","null"]})");
+    EXPECT_EQ(properties["_inDesiredState"]["readOnly"], true);
 }
 
 TEST_F(Show, DscTestsAndSets) {

@@ -152,6 +152,8 @@ class Stumbled(Check):
         self.finds(GROUP + entry("Größe"), "4: warning: this looks like UTF-8; the window reads one byte per character, "
                    "in the machine's code page")
         self.finds((GROUP + entry("Größe")).encode("latin-1"))
+        # No character of UTF-8 begins with 0xC1.
+        self.finds((GROUP + entry("Gr\xC1\x9Fe")).encode("latin-1"))
         self.assertEqual(self.check(GROUP + entry("Größe"), "--code-page", "65001"), [])
 
     def test_titles_twice(self):

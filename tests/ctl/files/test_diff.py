@@ -244,8 +244,8 @@ class Csv(Diff):
 
     def test_no_cell_is_a_formula(self):
         found = [self.rows(report("web1", Interval=text))[0]["current"]
-                 for text in ("=cmd|' /C calc'!A0", "-5", "-5+1", "@SUM(1)", 'a "quote"')]
-        self.assertEqual(found, ["'=cmd|' /C calc'!A0", "-5", "'-5+1", "'@SUM(1)", 'a "quote"'])
+                 for text in ("=cmd|' /C calc'!A0", "-5", "-5+1", "-~5", "@SUM(1)", 'a "quote"')]
+        self.assertEqual(found, ["'=cmd|' /C calc'!A0", "-5", "'-5+1", "'-~5", "'@SUM(1)", 'a "quote"'])
 
 
 class Page(HTMLParser):
