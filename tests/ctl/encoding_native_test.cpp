@@ -75,7 +75,7 @@ TEST(Encoding, RefusesWhatACodePageLacks) {
 }
 
 TEST(Encoding, TakesUtf8Strictly) {
-    const char* good[] = {"", "a", "\u00E4", "\u20AC", "\U0001F600", "\U0010FFFF"};
+    const char* good[] = {"", "a", "\u00E4", "\u20AC", "\U00010000", "\U0001F600", "\U0010FFFF"};
     for (const char* text : good) {
         EXPECT_EQ(from_utf8(text, 65001), text);
         EXPECT_EQ(to_utf8(text, 65001), text);

@@ -127,7 +127,18 @@ TEST_F(Restore, KeepsTheNewestBackups) {
     EXPECT_EQ(text("Port"), "11") << "of several in one second the last is the newest";
     EXPECT_EQ(change({"set", "Agent", "Port=5", "--keep", "1"}).code, ctl::ExitCode::success);
     EXPECT_EQ(backups(), 5U) << "a folder that the caller named, and what was there";
-    EXPECT_EQ(run({"set", "Agent", "Port=6", "--keep", "0"}).code, ctl::ExitCode::usage);
+    const Ended none = run({"set", "Agent", "Port=6", "--keep", "0"});
+    EXPECT_EQ(none.code, ctl::ExitCode::usage);
+    EXPECT_THAT(none.err, HasSubstr(" --keep takes a number from 1 to 100000, not \"0\"\n"));
+}
+
+TEST_F(Restore, TakesTheHundredthBackupOfASecondForNewerThanTheTwentieth) {
+    ASSERT_EQ(run({"set", "Agent", "Port=1", "--restart", "never"}).code, ctl::ExitCode::success);
+    for (const std::string number : {"100", "20"})
+        fs::copy(file(header + section + "\"Port\"=\"" + number + "\"\r\n"),
+                 scratch.path_of("data/Backup/tavrinctl-29991231-235959-" + number + ".reg"));
+    EXPECT_EQ(run({"restore", "--last", "--restart", "never"}).code, ctl::ExitCode::success);
+    EXPECT_EQ(text("Port"), "100");
 }
 
 } // namespace
