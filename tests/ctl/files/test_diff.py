@@ -170,6 +170,7 @@ class NoReports(Diff):
             self.assertIsNotNone(each["problem"], each)
             self.assertFalse(each["inSync"])
         self.assertEqual(machines[3]["problem"], 'not a report of "tavrinctl show --json": no member "schema"')
+        self.assertEqual(machines[10]["problem"], 'not a report of "tavrinctl show --json": the value "V" has no text')
         self.assertEqual(machines[len(bad)]["problem"], "cannot read: No such file or directory")
         self.assertTrue(machines[-1]["inSync"])
 

@@ -283,6 +283,10 @@ class RegFiles(TemplateCase):
             '"T"="C:\\\\a \\"b\\""', '"I"="7"', '"B"="true"', '"O"=-', *[f'; "{name}" has no value' for name in "CDFS"],
             ""])
 
+    def test_a_comment_is_one_line(self):
+        text = self.text(HEAD + "$A\nA\tB\x02\nH\nString\n", "--state", self.state())
+        self.assertIn('\r\n; "A B " has no value\r\n', text)
+
     def test_titles_name_values_as_they_do_for_apply(self):
         state = self.state(**{"Text": "a", "Yes or no": "TRUE"})
         self.assertEqual([line for line in self.text(HEAD + KINDS, "--state", state).split("\r\n") if "=" in line],
