@@ -102,10 +102,10 @@ TEST_F(Restarts, ThatCannotSucceedAreKnownBeforeAnythingIsWritten) {
                    "the service AgentService is disabled and could not be started again");
     agent({.accepts_stop = false});
     expect_refused(ctl::ExitCode::failed, "the service AgentService does not accept a stop");
-    agent({.dependents = {"Spooler", "Backup"}});
+    agent({.dependents = {"Spooler", "Backup", "Fax", "Web", "Mail", "Time"}});
     expect_refused(ctl::ExitCode::failed,
                    "the service AgentService cannot be stopped while services that depend on it "
-                   "run: Spooler, Backup");
+                   "run: Spooler, Backup, Fax, Web, Mail, Time");
     agent({.open_error = ERROR_ACCESS_DENIED});
     expect_refused(ctl::ExitCode::access_denied, "access to the service AgentService is denied");
     agent({.open_error = ERROR_SERVICE_MARKED_FOR_DELETE});
