@@ -37,6 +37,8 @@ def two_round_trips(net, program):
     for an acknowledgement, which would come a fifth of a second later than the answer."""
     line = line_to(net, "patient", delay=0.01, held=0.2)
     expect("ends", ends(program, 5), {"accepted": 5})
+    # The program ends before its last segments have come to the line.
+    network.wait_until(lambda: len(line.ended_by("tool")) == 5, "a connection has no end")
     connections = line.connections()
     print("The segments of a handshake, as they come to the line, 10 ms from either end:")
     print("\n".join(map(str, connections[0])))

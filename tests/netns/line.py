@@ -104,6 +104,10 @@ class Line:
                 self.take_in(self.ends.index(ready))
             self.hand_out()
 
+    def ended_by(self, host):
+        """The ports of the connections that this host has ended."""
+        return {each.ports for each in self.segments if each.sender == host and each.flags & FIN}
+
     def connections(self):
         """The segments by connection, in order; what was sent again is left out."""
         found, seen = {}, set()
