@@ -23,16 +23,16 @@
   var texts = entries.map(function (entry) { return textBelow(placeOf(entry)); });
 
   function show() {
-    var wanted = filter.value.toLowerCase().split(/\s+/);
+    var wanted = filter.value.trim().toLowerCase(), words = wanted.split(/\s+/);
     var found = entries.filter(function (entry, place) {
-      return wanted.every(function (word) { return texts[place].indexOf(word) >= 0; });
+      return words.every(function (word) { return texts[place].indexOf(word) >= 0; });
     });
     entries.forEach(function (entry) {
       entry.hidden = !found.some(function (other) { return entry.contains(other); });
     });
-    chapters.forEach(function (chapter) { chapter.open = filter.value !== '' && !chapter.parentNode.hidden; });
+    chapters.forEach(function (chapter) { chapter.open = wanted !== '' && !chapter.parentNode.hidden; });
     none.hidden = found.length > 0;
-    if (filter.value === '') { mark(); }
+    if (wanted === '') { mark(); }
   }
 
   // The last heading that has reached the top of the window is the one that is being read.

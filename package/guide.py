@@ -12,7 +12,7 @@ import subprocess
 import sys
 
 HERE = pathlib.Path(__file__).parent
-SHORT = 8, 500  # Rows and letters of a table that is printed on one page.
+SHORT_ROWS, SHORT_LETTERS = 8, 500  # A table with no more is printed on one page.
 DEEPEST = 4  # A heading below this level of the book is not in the contents.
 TYPES = {".png": "png", ".svg": "svg+xml"}
 
@@ -35,10 +35,11 @@ def breakable(code):
 def labelled(table):
     """The table in a box that scrolls; its cells carry the titles of their columns, for narrow screens."""
     heads = [html.escape(text_of(head), quote=True) for head in re.findall(r"<th(?: [^>]*)?>(.*?)</th>", table, re.S)]
-    size = table.count("<tr>") - 1, len(text_of(table))
-    columns = iter(heads * size[0])
+    rows = table.count("<tr>") - 1
+    is_short = rows <= SHORT_ROWS and len(text_of(table)) <= SHORT_LETTERS
+    columns = iter(heads * rows)
     table = re.sub("<td", lambda _: f'<td data-label="{next(columns)}"', table)
-    classes = ["table", *["wide"] * (len(heads) > 2), *["short"] * (size[0] <= SHORT[0] and size[1] <= SHORT[1])]
+    classes = ["table", *["wide"] * (len(heads) > 2), *["short"] * is_short]
     return f'<div class="{" ".join(classes)}">{table}</div>'
 
 
