@@ -46,6 +46,9 @@ function(tavrin_windows_program)
     target_link_options(tavrinconfig PRIVATE
         $<$<CONFIG:Release>:-s> -L${TAVRIN_RUNTIME} -Wl,--gc-sections
         -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp)
+    # What an exception that nobody catches would print cannot be seen without a console, and the code that makes type
+    # names readable for it is an eighth of the file.
+    target_link_options(tavrinconfig PRIVATE -Wl,--defsym,_ZN9__gnu_cxx27__verbose_terminate_handlerEv=abort)
     # Lists what was linked from other people's libraries, for the package's bill of materials.
     target_link_options(tavrinconfig PRIVATE -Wl,-Map=${CMAKE_BINARY_DIR}/tavrinconfig.map)
 endfunction()
