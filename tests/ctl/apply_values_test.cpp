@@ -111,6 +111,13 @@ TEST_F(StoredValues, WithOtherOctetsAreRefused) {
     EXPECT_THAT(apply(state).err, HasSubstr("but stored here is hex 62 (REG_BINARY)\n"));
     set_value(key, "Port", REG_NONE, "a");
     EXPECT_THAT(apply(state).err, HasSubstr("but stored here is hex 61 (REG_NONE)\n"));
+    set_value(key, "Port", REG_BINARY, std::string(32, '\x07'));
+    EXPECT_THAT(apply(state).err, HasSubstr("0707070707070707 (REG_BINARY)\n"));
+    set_value(key, "Port", REG_BINARY, std::string(33, '\x07'));
+    EXPECT_THAT(
+        apply(state).err,
+        HasSubstr("but stored here is hex 0707070707070707070707070707070707070707070707070707070707070707"
+                  "... (REG_BINARY)\n"));
 }
 
 TEST_F(StoredValues, ThatAreMissingStayAway) {
