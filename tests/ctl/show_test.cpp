@@ -97,6 +97,12 @@ TEST_F(Show, AStateSurvivesPowerShell) {
     EXPECT_EQ(text("AgentName"), "Z\xFCrich");
 }
 
+TEST_F(Show, TheTimeOfAReport) {
+    const auto report = nlohmann::json::parse(run({"show", "--json"}).out);
+    EXPECT_THAT(report["machine"]["time"].get<std::string>(),
+                testing::MatchesRegex("20[0-9]{2}-[01][0-9]-[0-3][0-9]T[0-2][0-9]:[0-5][0-9]:[0-6][0-9]Z"));
+}
+
 TEST_F(Show, ActionsAreListedInJson) {
     const auto report = nlohmann::json::parse(run({"show", "--json"}).out);
     EXPECT_EQ(report["configurations"]["Agent"]["actions"].dump(),

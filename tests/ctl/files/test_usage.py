@@ -34,7 +34,7 @@ class NotUnderstood(unittest.TestCase):
     def refuses(self, words, *arguments):
         result = run(*arguments)
         self.assertEqual((result.code, result.out), (2, ""), result)
-        self.assertIn(words, result.err)
+        self.assertTrue(result.err.startswith("tavrinctl: " + words), result.err)
 
     def test_no_verb_and_an_unknown_one(self):
         self.refuses("missing command")
@@ -60,7 +60,7 @@ class NotUnderstood(unittest.TestCase):
     @unittest.skipIf(UNDER_WINE, "Windows has every command")
     def test_what_needs_windows_says_so(self):
         for verb in ONLY_ON_WINDOWS:
-            self.refuses(f"tavrinctl: {verb} needs Windows\n", verb, "--help")
+            self.refuses(f"{verb} needs Windows\n", verb, "--help")
 
     def test_what_stands_behind_two_dashes_is_no_option(self):
         self.assertIn("--json:1: error: cannot read: No such file or directory", run("check", "--", "--json").out)
