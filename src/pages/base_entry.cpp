@@ -46,7 +46,7 @@ void BaseEntry::deselect(HWND parent) {
     }
     takeValue();
     destroyControls(parent);
-    pages_.erase(this);
+    pages.erase(this);
 }
 
 void BaseEntry::create_group_box(HWND parent) {

@@ -44,7 +44,7 @@ public:
     virtual LRESULT handleMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
 
 protected:
-    ~BaseEntry() { pages_.erase(this); }
+    ~BaseEntry() { pages.erase(this); }
 
     /// The members that an entry has only while its page is shown.
     struct Page {
@@ -59,13 +59,13 @@ protected:
     };
     /// Empty while the page is not shown. Do not keep the reference: a message that is handled meanwhile may
     /// close the page.
-    Page& page() const { return pages_[this]; }
+    Page& page() const { return pages[this]; }
 
 private:
     void create_group_box(HWND parent);
 
     /// Not in the entry, because a configuration may have a hundred thousand entries, and shows one page.
-    static inline std::map<const BaseEntry*, Page> pages_;
+    static inline std::map<const BaseEntry*, Page> pages;
     std::string_view subspec_;
 };
 

@@ -43,9 +43,10 @@ std::string shown_service(const MachineConfiguration& configuration) {
 void print_head(const MachineConfiguration& configuration) {
     std::string head = printable(to_utf8(configuration.name)) + "\n  key      HKEY_LOCAL_MACHINE\\" +
                        printable(to_utf8(configuration.key())) + "\n";
-    if (!configuration.service().empty())
+    if (!configuration.service().empty()) {
         head += "  service  " + printable(to_utf8(configuration.service())) + " (" +
                 shown_service(configuration) + ")\n";
+    }
     print(head);
 }
 
