@@ -1,3 +1,4 @@
+#include "net/socket.h"
 #include "pages/configuration.h"
 #include "substitute/control.h"
 #include "support/boxes.h"
@@ -19,6 +20,7 @@ DWORD loopback_address() { return htonl(0x7F000001); }
 /// The page of a server list, on a machine whose only network is 127.0.0.1.
 class Scan : public CleanSystem {
 protected:
+    Scan() { EXPECT_EQ(net_startup(), nullptr); }
     ~Scan() override { EXPECT_EQ(substitute::open_sockets(), 0U); }
 
     void show(const std::string& port) {

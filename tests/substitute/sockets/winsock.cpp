@@ -39,6 +39,9 @@ const ::sockaddr* host_address(const sockaddr* address) {
 ::socklen_t* host_size(int* size) { return reinterpret_cast<::socklen_t*>(size); }
 ::socklen_t host_size(int size) { return static_cast<::socklen_t>(size); }
 
+/// Until the process ends, as the program never ends the use of its sockets.
+bool started = false;
+
 } // namespace
 
 int WSAStartup(WORD version, WSADATA* data) {
@@ -46,6 +49,7 @@ int WSAStartup(WORD version, WSADATA* data) {
         return static_cast<int>(code);
     data->wVersion = version;
     data->wHighVersion = 0x0202;
+    started = true;
     return 0;
 }
 
@@ -54,6 +58,10 @@ int WSAGetLastError() { return static_cast<int>(GetLastError()); }
 SOCKET socket(int family, int type, int protocol) {
     if (substitute::failing("socket", WSAEMFILE))
         return INVALID_SOCKET;
+    if (!started) {
+        SetLastError(WSANOTINITIALISED);
+        return INVALID_SOCKET;
+    }
     return opened(::socket(family, type | SOCK_CLOEXEC, protocol));
 }
 

@@ -36,6 +36,7 @@ inline constexpr int WSAECONNREFUSED = 10061;
 inline constexpr int WSAEHOSTDOWN = 10064;
 inline constexpr int WSAEHOSTUNREACH = 10065;
 inline constexpr int WSASYSNOTREADY = 10091;
+inline constexpr int WSANOTINITIALISED = 10093;
 inline constexpr int WSAHOST_NOT_FOUND = 11001;
 inline constexpr int WSATRY_AGAIN = 11002;
 inline constexpr int WSANO_RECOVERY = 11003;
