@@ -18,7 +18,7 @@ std::int32_t clamped(long value) {
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
-template <typename Number> std::string formatted(const char* format, Number value) {
+template <typename Number> std::string printed(const char* format, Number value) {
     char buffer[128];
     std::snprintf(buffer, sizeof buffer, format, value);
     return buffer;
@@ -67,12 +67,14 @@ constexpr std::array<std::uint32_t, 256> crc_table() {
 
 } // namespace
 
+std::string formatted(const char* format, unsigned number) { return printed(format, number); }
+
 std::string number_text(std::uint32_t value, bool two_digits) {
-    return formatted(two_digits ? "%02u" : "%u", static_cast<unsigned>(value));
+    return printed(two_digits ? "%02u" : "%u", static_cast<unsigned>(value));
 }
 
 std::string signed_number_text(std::int32_t value, bool two_digits) {
-    return formatted(two_digits ? "%02i" : "%i", static_cast<int>(value));
+    return printed(two_digits ? "%02i" : "%i", static_cast<int>(value));
 }
 
 std::string port_text(std::uint16_t port) {

@@ -12,6 +12,8 @@
 /// A page cuts the text that it takes from a control to this length.
 inline constexpr std::size_t longest_value = 1023;
 
+/// The number as printf prints it with `format`, at most 127 characters.
+std::string formatted(const char* format, unsigned number);
 /// Decimal; with `two_digits` at least two characters, with a leading zero if necessary.
 std::string number_text(std::uint32_t value, bool two_digits);
 /// The same; a minus sign counts as one of the two characters.

@@ -1,5 +1,7 @@
 #include "window/guard.h"
 
+#include "platform/win32.h"
+
 #include <gmock/gmock.h>
 #include <string>
 
@@ -20,6 +22,9 @@ TEST(Guard, KeepsAnExceptionAndDoesTheDefaultUntilItIsRethrown) {
                   -1, []() -> LRESULT { throw std::string("broken"); }, default_result),
               -1);
     EXPECT_TRUE(keeping());
+    MSG quit{};
+    ASSERT_TRUE(PeekMessageA(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    EXPECT_EQ(quit.wParam, WPARAM{1});
     EXPECT_EQ(guarded(
                   -1, [] { return LRESULT{3}; }, default_result),
               7);

@@ -3,16 +3,11 @@
 #include "base/text.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace ctl {
 namespace {
 
-std::string formatted(const char* format, char byte) {
-    char text[8];
-    std::snprintf(text, sizeof text, format, static_cast<unsigned>(static_cast<unsigned char>(byte)));
-    return text;
-}
+unsigned code_of(char byte) { return static_cast<unsigned char>(byte); }
 
 /// The number of octets of the control character at `at`; 0 if there is none. Those from U+0080 on, some of
 /// which terminals obey, have two octets in UTF-8.
@@ -27,7 +22,7 @@ std::size_t control_size(std::string_view text, std::size_t at) {
 
 std::string escaped(char byte) {
     if (static_cast<unsigned char>(byte) >= ' ')
-        return formatted("\\%03o", byte);
+        return formatted("\\%03o", code_of(byte));
     const std::string quoted = quote_string(std::string(1, byte));
     return quoted.substr(1, quoted.size() - 2);
 }
@@ -72,7 +67,7 @@ std::string printable(std::string_view text) {
 std::string percent_encoded(std::string_view text, bool (*is_kept)(char)) {
     std::string encoded;
     for (const char each : text)
-        encoded += is_kept(each) ? std::string(1, each) : formatted("%%%02X", each);
+        encoded += is_kept(each) ? std::string(1, each) : formatted("%%%02X", code_of(each));
     return encoded;
 }
 
@@ -80,7 +75,7 @@ std::string hex_of(std::string_view octets) {
     std::string digits;
     digits.reserve(2 * octets.size());
     for (const char each : octets)
-        digits += formatted("%02x", each);
+        digits += formatted("%02x", code_of(each));
     return digits;
 }
 

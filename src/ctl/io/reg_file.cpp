@@ -1,11 +1,11 @@
 #include "ctl/io/reg_file.h"
 
+#include "base/text.h"
 #include "ctl/failure.h"
 #include "ctl/io/encoding.h"
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 #include <iterator>
 
 namespace ctl {
@@ -43,12 +43,6 @@ std::string escaped(std::string_view text) {
 }
 
 bool is_control(char byte) { return static_cast<unsigned char>(byte) < ' '; }
-
-std::string formatted(const char* format, unsigned number) {
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, format, number);
-    return buffer;
-}
 
 /// Removes `beginning` from the text; false if the text does not begin with it.
 bool take(std::string_view& text, std::string_view beginning) {
