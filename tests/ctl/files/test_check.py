@@ -201,10 +201,10 @@ class Stumbled(Check):
                        "6: warning: the help text takes about 7 lines; the page shows 6 in the smallest window")
 
     def test_options(self):
-        self.finds(GROUP + entry("A", "V", "Help.", "Options", "x" * 1024, "y", "y", ""),
+        self.finds(GROUP + entry("A", "V", "Help.", "Options", "x" * 1024, "Y", "y", "y", ""),
                    "8: warning: the option has 1024 characters; only 1023 are stored",
-                   '10: warning: the option "y" is already in line 9',
-                   "11: warning: a blank line among the options is an option with an empty text")
+                   '11: warning: the option "y" is already in line 10',
+                   "12: warning: a blank line among the options is an option with an empty text")
         self.finds(GROUP + entry("A", "V", "Help.", "Options"), "7: warning: there are no options to choose from")
 
     def test_no_name_and_no_entries(self):
