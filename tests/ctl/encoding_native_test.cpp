@@ -28,11 +28,12 @@ std::vector<std::string> octets_of(unsigned code_page) {
     std::vector<std::string> found;
     for (int first = 1; first < 256; ++first) {
         const std::string single(1, static_cast<char>(first));
-        if (!by_iconv(code_page, single).empty())
+        if (!by_iconv(code_page, single).empty()) {
             found.push_back(single);
-        else if (code_page > 900 && code_page < 1000)
+        } else if (code_page > 900 && code_page < 1000) {
             for (int second = 0x40; second < 0xFF; second += 9)
                 found.push_back(single + static_cast<char>(second));
+        }
     }
     return found;
 }

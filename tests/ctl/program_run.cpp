@@ -50,7 +50,7 @@ void Program::add_configuration(const std::string& value_name, const std::string
     set_text(list, value_name, path);
 }
 
-Ended Program::run(std::vector<std::string> words) {
+Ended Program::run(const std::vector<std::string>& words) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     const ctl::ExitCode code = ctl::run_program(words);

@@ -21,7 +21,7 @@ class Program : public CleanSystem {
 protected:
     Program();
 
-    Ended run(std::vector<std::string> words);
+    Ended run(const std::vector<std::string>& words);
     /// set or apply, with its backup in the scratch folder.
     Ended change(std::vector<std::string> words);
     Ended apply(const std::string& state, std::vector<std::string> words = {});

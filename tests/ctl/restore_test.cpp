@@ -38,7 +38,7 @@ protected:
         return static_cast<std::size_t>(std::distance(begin(all), end(all)));
     }
     std::string file(const std::string& text) {
-        const std::string path = scratch.path_of("some.reg");
+        std::string path = scratch.path_of("some.reg");
         std::ofstream(path, std::ios::binary) << "\xFF\xFE" << ctl::to_utf16(text);
         return path;
     }
@@ -115,9 +115,10 @@ TEST_F(Restore, TakesNothingElse) {
 }
 
 TEST_F(Restore, KeepsTheNewestBackups) {
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 12; ++i) {
         ASSERT_EQ(run({"set", "Agent", "Port=" + std::to_string(i), "--restart", "never"}).code,
                   ctl::ExitCode::success);
+    }
     EXPECT_EQ(backups(), 12U);
     std::ofstream(scratch.path_of("data/Backup/own.reg")) << "stays";
     EXPECT_EQ(run({"set", "Agent", "Port=100", "--keep", "3", "--restart", "never"}).code,
@@ -134,9 +135,10 @@ TEST_F(Restore, KeepsTheNewestBackups) {
 
 TEST_F(Restore, TakesTheHundredthBackupOfASecondForNewerThanTheTwentieth) {
     ASSERT_EQ(run({"set", "Agent", "Port=1", "--restart", "never"}).code, ctl::ExitCode::success);
-    for (const std::string number : {"100", "20"})
+    for (const std::string number : {"100", "20"}) {
         fs::copy(file(header + section + "\"Port\"=\"" + number + "\"\r\n"),
                  scratch.path_of("data/Backup/tavrinctl-29991231-235959-" + number + ".reg"));
+    }
     EXPECT_EQ(run({"restore", "--last", "--restart", "never"}).code, ctl::ExitCode::success);
     EXPECT_EQ(text("Port"), "100");
 }

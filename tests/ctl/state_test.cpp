@@ -111,11 +111,12 @@ TEST(State, ValuesOfOtherTypesHaveTheirOctets) {
 
 TEST(State, OctetsOfOtherFormsAreRefused) {
     const std::string digits = "the octets of the value \"V\" must be two hexadecimal digits each";
-    for (const char* octets : {"0", "0g", "g0", "+1", " 1", "0x01", "\\u0010\\u0010"})
+    for (const char* octets : {"0", "0g", "g0", "+1", " 1", "0x01", "\\u0010\\u0010"}) {
         EXPECT_EQ(
             refused(with_values(R"({"V":{"type":"REG_BINARY","octets":")" + std::string(octets) + "\"}}")),
             digits)
             << octets;
+    }
     const std::string both = "the value \"V\" needs \"type\" beside \"octets\", and no \"value\"";
     EXPECT_EQ(refused(with_values(R"({"V":{"octets":"00"}})")), both);
     EXPECT_EQ(refused(with_values(R"({"V":{"type":"REG_BINARY","octets":"00","value":"0"}})")), both);
@@ -151,8 +152,10 @@ TEST(State, ANameTwiceIsRefused) {
 TEST(State, DepthAndSizeAreBounded) {
     const std::string deep(1'000'000, '[');
     EXPECT_EQ(refused(deep), "the nesting is deeper than 8");
-    EXPECT_THAT(refused(std::string(16'777'216, ' ')), HasSubstr("parse error"));
-    EXPECT_EQ(refused(std::string(16'777'217, ' ')), "the text is larger than 16 MiB");
+    std::string blanks;
+    blanks.resize(16'777'216, ' ');
+    EXPECT_THAT(refused(blanks), HasSubstr("parse error"));
+    EXPECT_EQ(refused(blanks + ' '), "the text is larger than 16 MiB");
 }
 
 TEST(State, ManyValuesTakeNoLongThinking) {

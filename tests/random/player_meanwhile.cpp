@@ -74,9 +74,10 @@ void Player::select_from_outside(const Step& step) {
 void Player::ask_for_end_of_session() {
     note("  meanwhile the session is to end");
     const bool may_end = desk_.may_session_end();
-    if (may_end == (end_ == End::applied))
+    if (may_end == (end_ == End::applied)) {
         fault_ =
             may_end ? "the session may end while OK runs" : "the session is kept though nothing is at stake";
+    }
 }
 
 } // namespace random_user

@@ -54,9 +54,10 @@ bool is_stored(const DesiredValue& desired, const StoredValue& stored) {
 
 /// The tool writes texts only, so a value of another type must be stored already.
 Change kept(const DesiredValue& desired, const Declaration& declaration, StoredValue before) {
-    if (!is_stored(desired, before))
+    if (!is_stored(desired, before)) {
         throw "only texts can be written; a value of the type " + printable(desired.type) +
             " is accepted only if it is already stored, but stored here is " + shown(before);
+    }
     Change change{&declaration, std::move(before), std::nullopt};
     change.is_kept = true;
     return change;
@@ -65,9 +66,10 @@ Change kept(const DesiredValue& desired, const Declaration& declaration, StoredV
 Change change_for(const DesiredValue& desired, const Declaration& declaration, StoredValue before) {
     if (!desired.type.empty())
         return kept(desired, declaration, std::move(before));
-    if (desired.text)
+    if (desired.text) {
         return change_to(desired_text(desired, declaration, machine_code_page()), declaration,
                          std::move(before));
+    }
     const bool is_there = before.is_there;
     return {&declaration, std::move(before), std::nullopt, is_there};
 }
@@ -137,8 +139,9 @@ void check_origin(const MachineConfiguration& configuration, const DesiredConfig
     const Guards facts{
         to_utf8(configuration.key()), to_utf8(configuration.service()),
         desired.guards.sha256.empty() ? "" : sha256_of_file(to_utf8(configuration.path)).value_or("")};
+    const std::string broken = name + "a guard of the state does not hold: ";
     for (const std::string& each : contradictions(desired.guards, facts))
-        problems.add(name + "a guard of the state does not hold: " + each);
+        problems.add(broken + each);
     for (const std::string& each : contradictions({desired.key, desired.service, {}}, facts))
         say(name + each, Level::warning);
 }
@@ -153,9 +156,10 @@ ConfigurationPlan* find(Plan& plan, const MachineConfiguration& configuration) {
 void add_desired(const Machine& machine, const DesiredConfiguration& desired, Plan& plan,
                  Problems& problems) {
     const MachineConfiguration& configuration = configuration_named(machine, desired.name);
-    if (find(plan, configuration) != nullptr)
+    if (find(plan, configuration) != nullptr) {
         throw Failure{ExitCode::invalid,
                       "the configuration \"" + printable(desired.name) + "\" is given twice"};
+    }
     check_origin(configuration, desired, problems);
     plan.push_back(Planner(configuration, problems).plan(desired.values));
 }

@@ -87,8 +87,9 @@ void StateFindings::take(const DesiredConfiguration& desired, const CheckedSpec&
     const std::string name = printable(desired.name) + ": ";
     const Guards facts{to_utf8(found.spec.registry_path.text, code_page_),
                        to_utf8(found.spec.service_name.text, code_page_), found.sha256};
+    const std::string broken = name + "a guard of the state does not hold: ";
     for (const std::string& each : contradictions(desired.guards, facts))
-        tell(Severity::error, name + "a guard of the state does not hold: " + each);
+        tell(Severity::error, broken + each);
     for (const std::string& each : contradictions({desired.key, desired.service, {}}, facts))
         tell(Severity::warning, name + each);
     DesiredEntries entries(found.spec, code_page_);
@@ -100,9 +101,10 @@ void StateFindings::take(const DesiredValue& desired, const SpecModel& spec, Des
                          const std::string& name) {
     try {
         check_value(desired, spec.entries[entries.place_of(desired)].declaration, code_page_);
-        if (!desired.type.empty())
+        if (!desired.type.empty()) {
             tell(Severity::warning, name + "a value of the type " + printable(desired.type) +
                                         " is accepted only on machines that already store it");
+        }
     } catch (const std::string& problem) {
         tell(Severity::error, name + problem);
     }
@@ -187,9 +189,10 @@ std::vector<std::string> contradictions(const Guards& said, const Guards& found)
         {"the SHA-256 of the spec file", said.sha256, found.sha256}};
     std::vector<std::string> all;
     for (const auto& [what, wanted, here] : pairs) {
-        if (!wanted.empty() && !is_same_registry_name(wanted, here))
+        if (!wanted.empty() && !is_same_registry_name(wanted, here)) {
             all.push_back(std::string(what) + " is \"" + printable(here) + "\" here, not \"" +
                           printable(wanted) + "\"");
+        }
     }
     return all;
 }

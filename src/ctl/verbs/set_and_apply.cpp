@@ -50,9 +50,10 @@ ExitCode apply(const Arguments& arguments) {
 }
 
 ExitCode restore(const Arguments& arguments) {
-    if (arguments.operands.empty() != arguments.last)
+    if (arguments.operands.empty() != arguments.last) {
         throw Failure{ExitCode::usage,
                       "restore needs either a backup or --last\nusage: " + usage_of(restore_verb)};
+    }
     const Machine machine = read_machine();
     const auto make_plan = [&] {
         return plan_restore(machine,

@@ -115,9 +115,10 @@ void Making::refuse_alike(const TemplateSource& one, const TemplateSource& other
     const std::string prefix = policy_prefix(one);
     if (same_ignoring_case(one.stem, other.stem))
         throw Failure{ExitCode::invalid, both + " would make templates with the same name"};
-    if (format_.is_of_policies && same_ignoring_case(prefix, policy_prefix(other)))
+    if (format_.is_of_policies && same_ignoring_case(prefix, policy_prefix(other))) {
         throw Failure{ExitCode::invalid, both + " would make templates with the same prefix \"" + prefix +
                                              "\"; rename one of them"};
+    }
 }
 
 void Making::take_state(const State& state) {
@@ -149,10 +150,11 @@ void Making::drop_what_is_lacking() {
             say(each, Level::warning);
     }
     for (const TemplateSource& source : sources_) {
-        if (source.groups.empty())
+        if (source.groups.empty()) {
             throw Failure{ExitCode::invalid,
                           source.path +
                               ": none of the entries can be mapped, so there is no template to write"};
+        }
     }
 }
 

@@ -187,10 +187,11 @@ ExitCode test_all(const Arguments& arguments) {
     }
     if (!any)
         throw Failure{ExitCode::invalid, "no configuration has a connection test"};
-    if (arguments.json)
+    if (arguments.json) {
         print(to_text({{"schema", schema_version},
                        {"machine", machine_identity()},
                        {"servers", results.take_servers()}}));
+    }
     return results.code();
 }
 

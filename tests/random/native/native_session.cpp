@@ -130,9 +130,10 @@ void NativeSession::give_up(const std::string& fault) {
 std::string NativeSession::fault_at_the_end(int exit_code) const {
     const bool failed = player_.end() == End::failed;
     const auto seen = boxes.seen();
-    if (exit_code != (failed ? 1 : 0))
+    if (exit_code != (failed ? 1 : 0)) {
         return "exit code " + std::to_string(exit_code) +
                (seen.empty() ? "" : " after \"" + seen.back().text + "\"");
+    }
     if (failed && (seen.empty() || seen.back().caption != "Error!" ||
                    seen.back().text.rfind(*player_.failure(), 0) != 0))
         return "the program does not say \"" + *player_.failure() + "\"";

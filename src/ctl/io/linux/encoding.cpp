@@ -12,9 +12,10 @@ constexpr unsigned western_europe = 1252;
 constexpr char32_t replacement = 0xFFFD;
 
 const CodePage* find_page(unsigned number) {
-    for (const CodePage& page : code_pages())
+    for (const CodePage& page : code_pages()) {
         if (page.number == number)
             return &page;
+    }
     return nullptr;
 }
 
@@ -88,9 +89,10 @@ std::optional<char32_t> take_character(std::string_view& text, const CodePage& p
 const std::map<char32_t, unsigned>& by_character(const CodePage& page) {
     static std::map<unsigned, std::map<char32_t, unsigned>> pages;
     auto& characters = pages[page.number];
-    if (characters.empty())
+    if (characters.empty()) {
         for (const auto& [octets, character] : page.characters)
             characters.emplace(character, octets);
+    }
     return characters;
 }
 

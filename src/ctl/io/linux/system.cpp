@@ -95,7 +95,7 @@ bool finishes_within(std::chrono::milliseconds limit, std::function<void()> work
 
 /// The services of the tests' Windows end with the process, so there is nothing to start again.
 Uninterrupted::Uninterrupted() = default;
-Uninterrupted::~Uninterrupted() = default;
+Uninterrupted::~Uninterrupted() {}
 bool Uninterrupted::is_over() const { return false; }
 
 } // namespace ctl
