@@ -127,7 +127,7 @@ bool requires_option(const Verb& verb, const Option& option) {
 
 /// The option as the usage line has it: "--timeout SECONDS".
 std::string typed(const Verb& verb, const Option& option) {
-    const std::string name = std::string("--") + option.name;
+    std::string name = std::string("--") + option.name;
     const char* const at = in_usage(verb, option);
     if (at == nullptr || !option.has_value)
         return name;

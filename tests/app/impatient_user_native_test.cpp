@@ -32,17 +32,18 @@ protected:
         then([] { select("Servers"); });
     }
     /// `meanwhile` happens while the program waits for `function`.
-    void then_click(std::function<HWND()> button, const char* function, std::function<void()> meanwhile) {
+    void then_click(const std::function<HWND()>& button, const char* function,
+                    const std::function<void()>& meanwhile) {
         then([=] {
             substitute::when_called(function, meanwhile);
             substitute::click(button());
         });
     }
-    void test_meanwhile(std::function<void()> meanwhile) {
-        then_click(test_button, "gethostbyname", std::move(meanwhile));
+    void test_meanwhile(const std::function<void()>& meanwhile) {
+        then_click(test_button, "gethostbyname", meanwhile);
     }
-    void scan_meanwhile(std::function<void()> meanwhile) {
-        then_click(scan_button, "socket", std::move(meanwhile));
+    void scan_meanwhile(const std::function<void()>& meanwhile) {
+        then_click(scan_button, "socket", meanwhile);
     }
 };
 

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 namespace {
 
 void minimise() { substitute::click_frame(main_window, HTMINBUTTON); }
@@ -24,7 +26,7 @@ protected:
         then([control] { SetFocus(control()); });
         then(minimise);
         then([&] { EXPECT_TRUE(IsWindow(main_window)); });
-        then(meanwhile);
+        then(std::move(meanwhile));
         then(restore);
         then([&] { focus = GetFocus(); });
         then([&] { EXPECT_EQ(focus, control()); });

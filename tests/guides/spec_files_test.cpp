@@ -183,9 +183,10 @@ std::string expected_page(const PageKind& kind) {
 
 TEST_F(SpecFilesGuide, EveryTypeHasTheEntryThatTheGuideShows) {
     std::map<std::string, std::string> pages{{"`ConnectionTest`", ""}};
-    for (const PageKind& kind : page_kinds)
+    for (const PageKind& kind : page_kinds) {
         pages["`" + std::string(kind.type == std::string("string") ? "String" : kind.type) + "`"] =
             expected_page(kind);
+    }
     make_key("HARDWARE\\DEVICEMAP\\SERIALCOMM");
     set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "\\Device\\Serial0", "COM2");
     set_text("HARDWARE\\DEVICEMAP\\SERIALCOMM", "\\Device\\Serial1", "COM1");

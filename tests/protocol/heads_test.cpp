@@ -167,9 +167,10 @@ TEST(ReadLength, TakesLongFormsThatAreLongerThanNeeded) {
 TEST(ReadLength, KnowsTheIndefiniteForm) { EXPECT_EQ(length_of("80 05"_octets), "indefinite 0, 1 left"); }
 
 TEST(ReadLength, RefusesMoreThanFourOctetsUnread) {
-    for (unsigned first = 0x85; first <= 0xFF; ++first)
+    for (unsigned first = 0x85; first <= 0xFF; ++first) {
         EXPECT_EQ(length_of(Octets{static_cast<std::uint8_t>(first)} + "00 00 00 00 01"_octets),
                   "data out of range in read_length, 5 left");
+    }
 }
 
 TEST(WritingHeads, WritesOneOctetForIndefiniteAndTwoForTheEnd) {

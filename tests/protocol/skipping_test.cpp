@@ -90,9 +90,10 @@ TEST(SkipValue, RefusesBadElements) {
 
 TEST(SkipToEol, DropsElementsOfAnyKindUpToTheEnd) {
     EXPECT_EQ(skipped_to_end("00 00 00 00"_octets), "skipped, 2 left");
-    for (const Skipped& element : elements())
+    for (const Skipped& element : elements()) {
         EXPECT_EQ(skipped_to_end(element.octets + element.octets + "00 00"_octets), "skipped")
             << element.what;
+    }
     expect_no_beginning_is_enough("02 01 07 61 80 04 00 00 00 00 00"_octets, skipped_to_end);
 }
 

@@ -15,9 +15,10 @@ inline std::string outcome(const char* problem, const std::string& value, const 
 
 /// Gives `read`, which returns such a text, every beginning of an element that is whole.
 template <typename Read> void expect_no_beginning_is_enough(const Octets& whole, Read read) {
-    for (std::size_t size = 0; size < whole.size(); ++size)
+    for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_EQ(read(first_octets(whole, size)), "Peer closed connection unexpectedly")
             << size << " octets";
+    }
 }
 
 /// A bad element, and the text that a reader returns for it.

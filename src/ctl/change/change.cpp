@@ -27,10 +27,11 @@ void add_pending_restarts(const Machine& machine, Plan& plan) {
 
 void warn_of_pending_restarts(const Plan& plan) {
     for (const ConfigurationPlan& each : plan) {
-        if (each.restart_is_pending)
+        if (each.restart_is_pending) {
             say("an earlier run left the restart of service " + to_utf8(each.configuration->service()) +
                     " unfinished; to finish it, run set or apply without \"--restart never\"",
                 Level::warning);
+        }
     }
 }
 

@@ -85,9 +85,10 @@ DesiredValue text_of_type(const std::string& name, const JsonTree& value, const 
     DesiredValue desired = plain_value(name, value);
     if (type.empty() || type == "REG_SZ")
         return desired;
-    if (type != "REG_EXPAND_SZ" || desired.written != Kind::text)
+    if (type != "REG_EXPAND_SZ" || desired.written != Kind::text) {
         refuse("the value " + in_quotes(name) + " of the type " + printable(type) +
                " has no member \"octets\"");
+    }
     desired.type = type;
     return desired;
 }

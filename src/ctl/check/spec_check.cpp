@@ -30,10 +30,11 @@ std::size_t find_utf8(std::string_view text) {
 
 void check_utf8(std::string_view octets, Findings& findings) {
     const std::size_t place = find_utf8(octets);
-    if (place != std::string_view::npos)
+    if (place != std::string_view::npos) {
         findings.warn(line_of(octets, place),
                       "this looks like UTF-8; the window reads one byte per character, in the machine's "
                       "code page");
+    }
 }
 
 /// Returns the octets before the first 0x1A.

@@ -93,10 +93,11 @@ void compare_values(MachineDifferences& machine, const DesiredConfiguration& des
             continue;
         }
         const ReportedValue& found = current.values[place - 1];
-        if (compared[place - 1])
+        if (compared[place - 1]) {
             add_problem(machine, "the desired state has \"" + printable(found.name) + "\" twice");
-        else if (const ReportedValue same = as_reported(wanted); !in_sync(found, same))
+        } else if (const ReportedValue same = as_reported(wanted); !in_sync(found, same)) {
             machine.differences.push_back({current.name, found.name, same, found});
+        }
         compared[place - 1] = true;
     }
 }
@@ -104,9 +105,10 @@ void compare_values(MachineDifferences& machine, const DesiredConfiguration& des
 /// apply refuses a machine that does not match the guards.
 void check_guard(MachineDifferences& machine, const char* what, const std::string& guard,
                  const std::string& current) {
-    if (!guard.empty() && !same_ignoring_case(guard, current))
+    if (!guard.empty() && !same_ignoring_case(guard, current)) {
         add_problem(machine, std::string("the ") + what + " is \"" + printable(current) +
                                  "\"; the desired state is for \"" + printable(guard) + "\"");
+    }
 }
 
 void compare_configuration(MachineDifferences& machine, const DesiredConfiguration& desired,

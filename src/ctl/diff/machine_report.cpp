@@ -88,9 +88,10 @@ void check_version(const JsonTree& report) {
     const JsonTree* const version = report.find("schema");
     if (version == nullptr)
         refuse("no member \"schema\"");
-    if (version->kind != Kind::whole_number || version->text != std::to_string(schema_version))
+    if (version->kind != Kind::whole_number || version->text != std::to_string(schema_version)) {
         refuse("schema " + printable(version->text) + "; this program reads " +
                std::to_string(schema_version));
+    }
 }
 
 } // namespace

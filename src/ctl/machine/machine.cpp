@@ -31,9 +31,10 @@ std::string why_not_opened(const std::string& value_name) {
 void add_configuration(std::map<std::string, MachineConfiguration>& by_name, const std::string& value_name,
                        const std::string& path) {
     auto octets = read_spec_file(path);
-    if (!octets)
+    if (!octets) {
         return say(to_utf8(path) + ": the spec file cannot be opened" + why_not_opened(value_name),
                    Level::warning);
+    }
     SpecModel spec(std::move(*octets));
     if (!spec.errors.empty())
         throw Failure{ExitCode::invalid, at_line(path, spec.errors.front())};

@@ -89,7 +89,7 @@ SERVICE_STATUS settled(SC_HANDLE service, std::chrono::milliseconds limit) {
 /// are the documented maximum.
 std::string running_dependents(const std::string& name) {
     const ServiceView service(name, SERVICE_ENUMERATE_DEPENDENTS);
-    std::vector<ENUM_SERVICE_STATUSA> found(256 * 1024 / sizeof(ENUM_SERVICE_STATUSA));
+    std::vector<ENUM_SERVICE_STATUSA> found(std::size_t{256} * 1024 / sizeof(ENUM_SERVICE_STATUSA));
     DWORD needed = 0;
     DWORD count = 0;
     const auto size = static_cast<DWORD>(found.size() * sizeof found.front());

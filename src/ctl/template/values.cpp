@@ -16,9 +16,10 @@ template <typename Each> void for_all(TemplateSource& source, Each each) {
 
 /// A value of another type stays as the state has it.
 DesiredValue as_stored(DesiredValue desired, const Declaration& declaration, unsigned code_page) {
-    if (desired.text && desired.type.empty())
+    if (desired.text && desired.type.empty()) {
         desired.text =
             to_utf8(stored_by_page(declaration, desired_text(desired, declaration, code_page)), code_page);
+    }
     return desired;
 }
 
