@@ -60,7 +60,7 @@ Ended Program::run(const std::vector<std::string>& words) {
 
 Ended Program::change(std::vector<std::string> words) {
     words.insert(words.end(), {"--backup", scratch.path_of("backup")});
-    return run(std::move(words));
+    return run(words);
 }
 
 Ended Program::apply(const std::string& state, std::vector<std::string> words) {

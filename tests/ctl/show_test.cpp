@@ -22,7 +22,7 @@ protected:
         std::FILE* const input = std::freopen(path.c_str(), "rb", stdin);
         EXPECT_NE(input, nullptr);
         more.insert(more.begin(), {"dsc", operation});
-        return operation == "set" ? change(std::move(more)) : run(std::move(more));
+        return operation == "set" ? change(std::move(more)) : run(more);
     }
 };
 
